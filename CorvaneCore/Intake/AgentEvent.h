@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Intake/AgentKind.h"
+#include "Intake/EventKind.h"
+#include "Support/Date.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// One thing that an agent reported, as the hook program wrote it into an event file. A plain value.
+///
+/// An event file is UTF-8 text whose lines end in a line feed: the magic line, header lines "key=value", the
+/// separator line, then the agent's own JSON object.
+struct AgentEvent {
+    static constexpr std::string_view magic = "corvane-event 1";
+    static constexpr std::string_view separator = "---";
+
+    AgentKind source = AgentKind::claude;
+    EventKind kind = EventKind::running;
+    std::string sessionID;        ///< the agent's session identifier; `cwd` where the payload has none
+    std::string cwd;              ///< the agent's working directory; may be empty
+    std::string message;          ///< the agent's own text, as it came; may be empty
+    std::string terminalBundleID; ///< the terminal application's bundle identifier; may be empty
+    std::string terminalProgram;  ///< the terminal program's name; may be empty
+    Date date;                    ///< when it happened: the event file's modification date
+
+    bool operator==(const AgentEvent&) const = default;
+
+    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is none.
+    [[nodiscard]] std::string repoName() const;
+
+    /// Reads the whole text of an event file. Anything malformed gives nothing: a wrong magic line, no separator
+    /// or no usable source, text that is not UTF-8, a payload that is not one strict JSON object nested at most
+    /// 1,024 deep, an event that nobody needs to hear of. Pure, never throws for bad input; takes time linear in
+    /// the size of `text`.
+    static std::optional<AgentEvent> parse(std::string_view text, Date fileDate);
+};
+
+} // namespace corvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Intake/AgentKind.h"
+#include "Intake/CorvanePaths.h"
+
+#include <string>
+#include <string_view>
+
+/// The small shell program that the agents run: it drops one event file into the inbox.
+namespace corvane::HookScript {
+
+/// The whole program, without a line feed at its end.
+extern const std::string_view contents;
+
+/// The piece of the program's path by which an entry of our own is known in an agent's configuration.
+inline constexpr std::string_view marker = "Corvane/bin/corvane-hook";
+
+/// Writes the program to `paths.hookScript()`, executable for everybody, and makes the inbox directory.
+/// Replaces an earlier one atomically. Throws the file system's error.
+void install(const CorvanePaths& paths);
+
+/// The command line with which `agent` calls the program: its path in double quotes, a space, the raw value.
+[[nodiscard]] std::string command(AgentKind agent, const CorvanePaths& paths);
+
+} // namespace corvane::HookScript

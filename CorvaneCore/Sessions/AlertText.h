@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Sessions/SessionBoard.h"
+#include "Support/Date.h"
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// The words of an alert, in English; UTF-8. A plain value and the functions that compose it. All are pure.
+struct AlertText {
+    std::string title;    ///< first, bold line of a banner
+    std::string subtitle; ///< second line
+
+    bool operator==(const AlertText&) const = default;
+
+    /// The words for a session that waits for the user.
+    [[nodiscard]] static AlertText waiting(const AgentSession& session);
+
+    /// The words for a session that has finished.
+    [[nodiscard]] static AlertText done(const AgentSession& session);
+
+    /// One line about what `session` does at the time `now`.
+    [[nodiscard]] static std::string statusLine(const AgentSession& session, Date now);
+
+    /// "M:SS", from one hour on "H:MM:SS". Cut to whole seconds; negative counts as zero. `seconds` must be finite.
+    [[nodiscard]] static std::string clock(Seconds seconds);
+
+    /// An agent's raw message, shortened to what fits a banner: one line of at most 90 characters.
+    [[nodiscard]] static std::string plain(std::string_view text);
+};
+
+} // namespace corvane

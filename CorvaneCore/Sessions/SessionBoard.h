@@ -1,0 +1,156 @@
+#pragma once
+
+#include "Intake/AgentEvent.h"
+#include "Support/Date.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace corvane {
+
+/// What a session is doing. A plain value: one of `waiting`, `done`, `running`.
+class SessionStatus {
+  public:
+    /// The agent is blocked on the user.
+    struct Waiting {
+        EventKind reason; ///< `needsPermission` or `needsInput`
+        Date since;       ///< when the current wait began
+        bool operator==(const Waiting&) const = default;
+    };
+    /// The agent finished its turn.
+    struct Done {
+        Date at;
+        bool operator==(const Done&) const = default;
+    };
+
+    static SessionStatus waiting(EventKind reason, Date since) { return SessionStatus(Waiting{reason, since}); }
+    static SessionStatus done(Date at) { return SessionStatus(Done{at}); }
+    static SessionStatus running() { return SessionStatus(Running{}); }
+
+    /// The case's payload, or null in any other case. Lives as long as the status.
+    [[nodiscard]] const Waiting* ifWaiting() const { return std::get_if<Waiting>(&value_); }
+    [[nodiscard]] const Done* ifDone() const { return std::get_if<Done>(&value_); }
+
+    [[nodiscard]] bool isWaiting() const { return std::holds_alternative<Waiting>(value_); }
+    [[nodiscard]] bool isDone() const { return std::holds_alternative<Done>(value_); }
+    [[nodiscard]] bool isRunning() const { return std::holds_alternative<Running>(value_); }
+
+    bool operator==(const SessionStatus&) const = default;
+
+  private:
+    struct Running {
+        bool operator==(const Running&) const = default;
+    };
+    using Value = std::variant<Waiting, Done, Running>;
+
+    explicit SessionStatus(Value value)
+        : value_(value) {}
+
+    Value value_;
+};
+
+/// One agent session that the board tracks. A plain value.
+struct AgentSession {
+    AgentKind agent = AgentKind::claude;
+    std::string sessionID; ///< the agent's own session identifier
+    std::string cwd;       ///< working directory last reported
+    std::string message;   ///< text of the last prompt or result
+    std::string terminalBundleID;
+    std::string terminalProgram;
+    SessionStatus status = SessionStatus::running();
+    Date lastEvent;                    ///< time of the last event applied
+    std::optional<Date> lastAlerted;   ///< when the user was last alerted for the current wait
+    std::optional<Date> runningSince;  ///< when the current stretch of work began
+    std::optional<Date> snoozedUntil;  ///< reminders are held back until then
+
+    bool operator==(const AgentSession&) const = default;
+
+    /// The agent's raw value, a colon and the session identifier: the session's name everywhere.
+    [[nodiscard]] std::string id() const;
+    [[nodiscard]] bool isWaiting() const { return status.isWaiting(); }
+    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is none.
+    [[nodiscard]] std::string repoName() const;
+};
+
+/// What the application must do after an event. A plain value: one of `showWaiting`, `showDone`, `dismiss`.
+class BoardEffect {
+  public:
+    /// Show or refresh the waiting banner of this session, and alert.
+    struct ShowWaiting {
+        AgentSession session;
+        bool operator==(const ShowWaiting&) const = default;
+    };
+    /// Show the done banner of this session.
+    struct ShowDone {
+        AgentSession session;
+        bool operator==(const ShowDone&) const = default;
+    };
+    /// Take down the banner of the session with this `id` (the agent's prefix included).
+    struct Dismiss {
+        std::string sessionID;
+        bool operator==(const Dismiss&) const = default;
+    };
+
+    static BoardEffect showWaiting(AgentSession session) { return BoardEffect(ShowWaiting{std::move(session)}); }
+    static BoardEffect showDone(AgentSession session) { return BoardEffect(ShowDone{std::move(session)}); }
+    static BoardEffect dismiss(std::string sessionID) { return BoardEffect(Dismiss{std::move(sessionID)}); }
+
+    /// The case's payload, or null in any other case. Lives as long as the effect.
+    [[nodiscard]] const ShowWaiting* ifShowWaiting() const { return std::get_if<ShowWaiting>(&value_); }
+    [[nodiscard]] const ShowDone* ifShowDone() const { return std::get_if<ShowDone>(&value_); }
+    [[nodiscard]] const Dismiss* ifDismiss() const { return std::get_if<Dismiss>(&value_); }
+
+    bool operator==(const BoardEffect&) const = default;
+
+  private:
+    using Value = std::variant<ShowWaiting, ShowDone, Dismiss>;
+
+    explicit BoardEffect(Value value)
+        : value_(std::move(value)) {}
+
+    Value value_;
+};
+
+/// The state machine of agent sessions: folds events into sessions and says what the user should see.
+///
+/// Pure logic on a short list; reads no clock and owns no timer. Events are expected in the order in which they
+/// happened; any dates are accepted. A plain value for one owner.
+class SessionBoard {
+  public:
+    static constexpr Seconds doneRetention{1800};    ///< a finished session older than this is pruned
+    static constexpr Seconds staleAfter{43'200};     ///< any session silent for longer than this is pruned
+    static constexpr Seconds minWorkForDoneAlert{20}; ///< shorter work of Claude's finishes without an alert
+
+    /// In the order in which they were first heard of.
+    [[nodiscard]] const std::vector<AgentSession>& sessions() const { return sessions_; }
+
+    std::optional<BoardEffect> apply(const AgentEvent& event);
+
+    /// The waiting sessions whose reminder or snooze has run out at `now`, in list order, marked as alerted.
+    /// An `interval` of zero or less turns reminders off; a snooze that ends is due all the same.
+    [[nodiscard]] std::vector<AgentSession> dueReminders(Date now, Seconds interval);
+
+    /// Holds the session's reminders back until `until`. An unknown `id` is ignored.
+    void snooze(std::string_view id, Date until);
+
+    /// Forgets finished and stale sessions.
+    void prune(Date now);
+
+    /// A copy for display: waiting, then running, then done; within a group the latest event first.
+    [[nodiscard]] std::vector<AgentSession> sorted() const;
+
+    [[nodiscard]] std::size_t waitingCount() const;
+
+    bool operator==(const SessionBoard&) const = default;
+
+  private:
+    void upsert(AgentSession session);
+
+    std::vector<AgentSession> sessions_;
+};
+
+} // namespace corvane

@@ -1,0 +1,84 @@
+#include "Support/Text.h"
+
+#include <simdjson.h>
+#include <unicode/brkiter.h>
+#include <unicode/casemap.h>
+#include <unicode/locid.h>
+#include <unicode/uchar.h>
+#include <unicode/utext.h>
+#include <unicode/utf8.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace corvane::text {
+
+std::string_view trimmingSpacesAndTabs(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::string_view trimmingWhitespace(std::string_view text) {
+    const char* const bytes = text.data();
+    std::size_t begin = 0;
+    std::size_t end = text.size();
+    while (begin < end) {
+        std::size_t next = begin;
+        UChar32 character = 0;
+        U8_NEXT(bytes, next, end, character);
+        if (character < 0 || !u_isUWhiteSpace(character)) break;
+        begin = next;
+    }
+    while (end > begin) {
+        std::size_t previous = end;
+        UChar32 character = 0;
+        U8_PREV(bytes, begin, previous, character);
+        if (character < 0 || !u_isUWhiteSpace(character)) break;
+        end = previous;
+    }
+    return text.substr(begin, end - begin);
+}
+
+bool containsIgnoringCase(std::string_view text, std::string_view word) {
+    std::string folded;
+    icu::StringByteSink<std::string> sink(&folded, static_cast<std::int32_t>(text.size()));
+    UErrorCode status = U_ZERO_ERROR;
+    icu::CaseMap::utf8Fold(0, {text.data(), static_cast<std::int32_t>(text.size())}, sink, nullptr, status);
+    return U_SUCCESS(status) && folded.find(word) != std::string::npos;
+}
+
+std::size_t prefixLength(std::string_view text, std::size_t count) {
+    // A character takes at least one byte.
+    if (text.size() <= count) return text.size();
+
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    UText* const utext =
+        utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status);
+    if (U_SUCCESS(status)) characters->setText(utext, status);
+
+    std::int32_t end = 0;
+    for (std::size_t i = 0; i < count && U_SUCCESS(status); ++i) {
+        const std::int32_t next = characters->next();
+        if (next == icu::BreakIterator::DONE) break;
+        end = next;
+    }
+    utext_close(utext);
+    return static_cast<std::size_t>(end);
+}
+
+std::string lastPathComponent(std::string_view path) {
+    const std::size_t last = path.find_last_not_of('/');
+    if (last == std::string_view::npos) return std::string(path);
+    const std::string_view trimmed = path.substr(0, last + 1);
+    const std::size_t slash = trimmed.find_last_of('/');
+    return std::string(slash == std::string_view::npos ? trimmed : trimmed.substr(slash + 1));
+}
+
+bool isUtf8(std::string_view text) {
+    return simdjson::validate_utf8(text.data(), text.size());
+}
+
+} // namespace corvane::text

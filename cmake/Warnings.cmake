@@ -1,0 +1,10 @@
+# Warnings are errors in our own targets only: headers of other libraries come in as system headers.
+function(corvane_warnings target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Woverloaded-virtual
+    -Wnon-virtual-dtor -Wcast-align -Wformat=2 -Wnull-dereference -Wimplicit-fallthrough -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Reported inside optimised standard-library code that our sources merely call.
+    target_compile_options(${target} PRIVATE -Wno-null-dereference)
+  endif()
+endfunction()

@@ -8,10 +8,49 @@
 #include <unicode/utext.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 
 namespace corvane::text {
+
+namespace {
+
+struct Character {
+    std::size_t length; // in bytes
+    bool isWhitespace;
+};
+
+// No character takes more than four bytes, so that much of the text is enough to look at.
+constexpr std::size_t longestCharacter = 4;
+
+// ICU reads UTF-8 by macros, whose casts are theirs.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wold-style-cast"
+#pragma GCC diagnostic ignored "-Wsign-conversion"
+#pragma GCC diagnostic ignored "-Wconversion"
+
+Character firstCharacter(std::string_view text) {
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const auto size = static_cast<std::int32_t>(std::min(text.size(), longestCharacter));
+    std::int32_t position = 0;
+    UChar32 character = 0;
+    U8_NEXT(bytes, position, size, character);
+    return {static_cast<std::size_t>(position), character >= 0 && u_isUWhiteSpace(character)};
+}
+
+Character lastCharacter(std::string_view text) {
+    const std::size_t size = std::min(text.size(), longestCharacter);
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data() + text.size() - size);
+    auto position = static_cast<std::int32_t>(size);
+    UChar32 character = 0;
+    U8_PREV(bytes, 0, position, character);
+    return {size - static_cast<std::size_t>(position), character >= 0 && u_isUWhiteSpace(character)};
+}
+
+#pragma GCC diagnostic pop
+
+} // namespace
 
 std::string_view trimmingSpacesAndTabs(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");
@@ -20,24 +59,19 @@ std::string_view trimmingSpacesAndTabs(std::string_view text) {
 }
 
 std::string_view trimmingWhitespace(std::string_view text) {
-    const char* const bytes = text.data();
     std::size_t begin = 0;
-    std::size_t end = text.size();
-    while (begin < end) {
-        std::size_t next = begin;
-        UChar32 character = 0;
-        U8_NEXT(bytes, next, end, character);
-        if (character < 0 || !u_isUWhiteSpace(character)) break;
-        begin = next;
+    while (begin < text.size()) {
+        const Character character = firstCharacter(text.substr(begin));
+        if (!character.isWhitespace) break;
+        begin += character.length;
     }
-    while (end > begin) {
-        std::size_t previous = end;
-        UChar32 character = 0;
-        U8_PREV(bytes, begin, previous, character);
-        if (character < 0 || !u_isUWhiteSpace(character)) break;
-        end = previous;
+    text.remove_prefix(begin);
+    while (!text.empty()) {
+        const Character character = lastCharacter(text);
+        if (!character.isWhitespace) break;
+        text.remove_suffix(character.length);
     }
-    return text.substr(begin, end - begin);
+    return text;
 }
 
 bool containsIgnoringCase(std::string_view text, std::string_view word) {

@@ -1,0 +1,80 @@
+#include "Support/Elision.h"
+
+#include <unicode/brkiter.h>
+#include <unicode/locid.h>
+#include <unicode/utext.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace corvane::text {
+
+namespace {
+
+constexpr std::string_view ellipsis = "…";
+
+// No line of a window shows more characters on either side of the ellipsis.
+constexpr std::size_t longestSide = 512;
+
+// Where the first characters of the text end, and where the last ones begin, in bytes, nearest to the text's ends first.
+struct Boundaries {
+    std::vector<std::size_t> heads{0};
+    std::vector<std::size_t> tails;
+};
+
+Boundaries boundaries(std::string_view text) {
+    Boundaries result;
+    result.tails.push_back(text.size());
+
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    UText* const utext =
+        utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status);
+    if (U_SUCCESS(status)) characters->setText(utext, status);
+    if (U_SUCCESS(status)) {
+        characters->first();
+        while (result.heads.size() <= longestSide) {
+            const std::int32_t position = characters->next();
+            if (position == icu::BreakIterator::DONE) break;
+            result.heads.push_back(static_cast<std::size_t>(position));
+        }
+        characters->last();
+        while (result.tails.size() <= longestSide) {
+            const std::int32_t position = characters->previous();
+            if (position == icu::BreakIterator::DONE) break;
+            result.tails.push_back(static_cast<std::size_t>(position));
+        }
+    }
+    utext_close(utext);
+    return result;
+}
+
+} // namespace
+
+std::string elidingMiddle(std::string_view text, double width, const Measure& measure) {
+    const Boundaries ends = boundaries(text);
+    const bool isWholeKnown = ends.heads.back() == text.size();
+    if (isWholeKnown && measure(text) <= width) return std::string(text);
+
+    const auto keeping = [&](std::size_t count) {
+        const std::size_t head = ends.heads[count - count / 2];
+        const std::size_t tail = ends.tails[count / 2];
+        std::string result(text.substr(0, head));
+        result += ellipsis;
+        result += text.substr(tail);
+        return result;
+    };
+
+    std::size_t fitting = 0;
+    std::size_t tooMany = isWholeKnown ? ends.heads.size() - 1 : 2 * longestSide - 1;
+    while (tooMany - fitting > 1) {
+        const std::size_t middle = fitting + (tooMany - fitting) / 2;
+        (measure(keeping(middle)) <= width ? fitting : tooMany) = middle;
+    }
+    return keeping(fitting);
+}
+
+} // namespace corvane::text

@@ -1,0 +1,397 @@
+#include "Support/Files.h"
+
+#include "Support/FilePlatform.h"
+#include "Support/FileTime.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <fcntl.h>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace corvane::files {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Operation = FileError::Operation;
+
+constexpr mode_t permissionBits = 07777;
+
+/// Closes on every path and leaves errno alone.
+class Descriptor {
+  public:
+    explicit Descriptor(int value)
+        : value_(value) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        const int saved = errno;
+        static_cast<void>(closeNow());
+        errno = saved;
+    }
+
+    [[nodiscard]] int value() const { return value_; }
+    [[nodiscard]] bool isOpen() const { return value_ >= 0; }
+
+    /// Some file systems report a failed write only here. An interrupted close has closed.
+    [[nodiscard]] bool closeNow() {
+        if (value_ < 0) return true;
+        return close(std::exchange(value_, -1)) == 0 || errno == EINTR;
+    }
+
+  private:
+    int value_;
+};
+
+/// Removes a file that was begun, unless it was kept. Leaves errno alone.
+class Unfinished {
+  public:
+    explicit Unfinished(fs::path path)
+        : path_(std::move(path)) {}
+    Unfinished(const Unfinished&) = delete;
+    Unfinished& operator=(const Unfinished&) = delete;
+    ~Unfinished() {
+        if (kept_) return;
+        const int saved = errno;
+        static_cast<void>(unlink(path_.c_str()));
+        errno = saved;
+    }
+
+    void keep() { kept_ = true; }
+
+  private:
+    fs::path path_;
+    bool kept_ = false;
+};
+
+int openRetrying(const fs::path& path, int flags, mode_t mode = 0) {
+    int descriptor = -1;
+    do {
+        descriptor = open(path.c_str(), flags | O_CLOEXEC, mode);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+FileState stateFrom(const struct stat& status) {
+    FileState state;
+    state.kind = S_ISREG(status.st_mode)   ? FileState::Kind::plain
+                 : S_ISDIR(status.st_mode) ? FileState::Kind::folder
+                                           : FileState::Kind::other;
+    state.device = static_cast<std::uint64_t>(status.st_dev);
+    state.number = static_cast<std::uint64_t>(status.st_ino);
+    state.size = static_cast<std::int64_t>(status.st_size);
+    state.modified = modificationDate(status);
+    return state;
+}
+
+/// None when nothing is there.
+std::optional<struct stat> statusOf(const fs::path& path, Operation operation) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0) return status;
+    if (errno == ENOENT) return std::nullopt;
+    throw FileError(operation, path, errno);
+}
+
+/// The errno for a file that is not plain; 0 for one that is.
+int refusal(FileState::Kind kind) {
+    if (kind == FileState::Kind::folder) return EISDIR;
+    return kind == FileState::Kind::other ? EINVAL : 0;
+}
+
+std::string readAll(int descriptor, std::int64_t expectedSize, const fs::path& path) {
+    try {
+        std::string bytes;
+        // One byte more, so that the end of the file shows without growing the buffer.
+        bytes.resize(static_cast<std::size_t>(expectedSize) + 1);
+        std::size_t filled = 0;
+        while (true) {
+            const ssize_t got = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
+            if (got < 0) {
+                if (errno == EINTR) continue;
+                throw FileError(Operation::read, path, errno);
+            }
+            if (got == 0) break;
+            filled += static_cast<std::size_t>(got);
+            if (filled == bytes.size()) bytes.resize(2 * bytes.size());
+        }
+        bytes.resize(filled);
+        return bytes;
+    } catch (const std::bad_alloc&) {
+        throw FileError(Operation::read, path, ENOMEM);
+    } catch (const std::length_error&) {
+        throw FileError(Operation::read, path, ENOMEM);
+    }
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t wrote = write(descriptor, bytes.data(), bytes.size());
+        if (wrote < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(wrote));
+    }
+    return true;
+}
+
+bool flush(int descriptor) {
+    bool flushed = false;
+    do {
+        flushed = platform::flushToDisk(descriptor);
+    } while (!flushed && errno == EINTR);
+    return flushed;
+}
+
+/// Makes a rename last beyond a loss of power. The rename has happened and the bytes are safe, so a failure
+/// of this (not every file system can do it) is none of the caller's.
+void flushFolder(const fs::path& folder) {
+    const Descriptor descriptor(openRetrying(folder, O_RDONLY | O_DIRECTORY));
+    if (descriptor.isOpen()) static_cast<void>(flush(descriptor.value()));
+}
+
+fs::path folderOf(const fs::path& path) {
+    return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
+
+/// Gives `descriptor` what `original`, of status `status`, grants, or less; never more.
+bool takeOverPermissions(int descriptor, const fs::path& original, const struct stat& status) {
+    struct stat own {};
+    if (fstat(descriptor, &own) != 0) return false;
+    if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) {
+        // Only the administrator may give files away; a group of one's own can be kept all the same.
+        if (fchown(descriptor, status.st_uid, status.st_gid) != 0) {
+            static_cast<void>(fchown(descriptor, static_cast<uid_t>(-1), status.st_gid));
+        }
+        if (fstat(descriptor, &own) != 0) return false;
+    }
+    mode_t mode = status.st_mode & permissionBits;
+    // After the owner, since a change of owner takes special bits away; a list that is taken over also sets
+    // the group's bits, so a second call sets what the list's failure or absence demands.
+    const bool listKept = platform::copyAttributes(original, descriptor);
+    if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) mode &= ~mode_t{06000};
+    if (own.st_gid != status.st_gid || !listKept) mode &= ~mode_t{070} | ((mode & 07U) << 3U);
+    return fchmod(descriptor, mode) == 0;
+}
+
+/// A new empty file beside `target`, readable by nobody else, and its path.
+std::pair<int, fs::path> createTemporary(const fs::path& target) {
+    static std::atomic<unsigned> counter = 0;
+    constexpr int attempts = 1'000;
+    const std::string prefix = ".corvane-" + std::to_string(getpid()) + "-";
+    for (int i = 0; i < attempts; ++i) {
+        const fs::path path = folderOf(target) / (prefix + std::to_string(counter++) + ".tmp");
+        const int descriptor = openRetrying(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+        if (descriptor >= 0) return {descriptor, path};
+        if (errno != EEXIST) throw FileError(Operation::write, target, errno);
+    }
+    throw FileError(Operation::write, target, EEXIST);
+}
+
+bool replace(const fs::path& path, std::string_view bytes, const FileState* expected,
+             Permissions permissions) {
+    const fs::path target = resolvingLinks(path);
+    createDirectories(folderOf(target));
+    const std::optional<struct stat> old = statusOf(target, Operation::write);
+    if (old) {
+        if (const int error = refusal(stateFrom(*old).kind)) throw FileError(Operation::write, path, error);
+    }
+
+    auto [opened, temporary] = createTemporary(target);
+    Descriptor descriptor(opened);
+    Unfinished unfinished(temporary);
+    const bool keepsPermissions = old && permissions == Permissions::keep;
+    const bool permitted = keepsPermissions
+                               ? takeOverPermissions(descriptor.value(), target, *old)
+                               : fchmod(descriptor.value(), 0666 & ~platform::creationMask()) == 0;
+    if (!permitted || !writeAll(descriptor.value(), bytes) || !flush(descriptor.value()) ||
+        !descriptor.closeNow()) {
+        throw FileError(Operation::write, path, errno);
+    }
+    if (expected != nullptr && state(path) != *expected) return false;
+    if (rename(temporary.c_str(), target.c_str()) != 0) throw FileError(Operation::write, path, errno);
+    unfinished.keep();
+    flushFolder(folderOf(target));
+    return true;
+}
+
+std::string reason(const std::error_code& code) {
+    struct Reason {
+        int error;
+        std::string_view text;
+    };
+    static constexpr std::array reasons{
+        Reason{ENOSPC, "there is no space left on the disk"},
+        Reason{EDQUOT, "your share of the disk is used up"},
+        Reason{EROFS, "the disk can only be read"},
+        Reason{EACCES, "you don't have permission"},
+        Reason{EPERM, "the system does not permit it"},
+        Reason{ENOENT, "a folder or file on the way to it is missing"},
+        Reason{ENOTDIR, "a part of its path is not a folder"},
+        Reason{EISDIR, "a folder is in its place"},
+        Reason{EINVAL, "it is not an ordinary file"},
+        Reason{EEXIST, "something else is in its place"},
+        Reason{ELOOP, "its links lead in a circle"},
+        Reason{ENAMETOOLONG, "its name is too long"},
+        Reason{EXDEV, "it lies on another disk"},
+        Reason{EBUSY, "another program keeps changing it"},
+        Reason{EIO, "the disk reported an error"},
+        Reason{EFBIG, "it would be too large"},
+        Reason{EMFILE, "too many files are open"},
+        Reason{ENFILE, "too many files are open"},
+        Reason{ENOMEM, "there is not enough memory"},
+    };
+    for (const Reason& known : reasons) {
+        if (code == std::error_code(known.error, std::generic_category())) return std::string(known.text);
+    }
+    return "the system reported \"" + code.message() + "\"";
+}
+
+std::string_view failedAction(Operation operation) {
+    switch (operation) {
+    case Operation::read:
+        return "could not be read";
+    case Operation::write:
+        return "could not be written";
+    case Operation::backUp:
+        return "could not be backed up";
+    case Operation::createFolder:
+        return "could not be created";
+    case Operation::move:
+        return "could not be moved";
+    case Operation::trash:
+        return "could not be moved to the Trash";
+    }
+    return "could not be used";
+}
+
+} // namespace
+
+FileError::FileError(Operation operation, fs::path path, int error)
+    : FileError(operation, std::move(path), std::error_code(error, std::generic_category())) {}
+
+FileError::FileError(Operation operation, fs::path path, std::error_code error)
+    : std::system_error(error, path.string())
+    , operation_(operation)
+    , path_(std::move(path)) {}
+
+std::string FileError::description() const {
+    std::string text = operation_ == Operation::createFolder ? "The folder \"" : "The file \"";
+    text += path_.string();
+    text += "\" ";
+    text += failedAction(operation_);
+    text += " because ";
+    text += reason(code());
+    text += ".";
+    return text;
+}
+
+FileState state(const fs::path& path) {
+    const std::optional<struct stat> status = statusOf(path, Operation::read);
+    return status ? stateFrom(*status) : FileState();
+}
+
+FileContent read(const fs::path& path) {
+    constexpr int attempts = 4;
+    for (int i = 0; i < attempts; ++i) {
+        // Looked at first, since merely opening some devices has effects.
+        if (const int error = refusal(state(path).kind)) throw FileError(Operation::read, path, error);
+        const Descriptor descriptor(openRetrying(path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+        struct stat before {};
+        if (!descriptor.isOpen() || fstat(descriptor.value(), &before) != 0) {
+            throw FileError(Operation::read, path, errno);
+        }
+        const FileState found = stateFrom(before);
+        if (const int error = refusal(found.kind)) throw FileError(Operation::read, path, error);
+        std::string bytes = readAll(descriptor.value(), found.size, path);
+        struct stat after {};
+        if (fstat(descriptor.value(), &after) != 0) throw FileError(Operation::read, path, errno);
+        if (stateFrom(after) == found) return {std::move(bytes), found};
+    }
+    throw FileError(Operation::read, path, EBUSY);
+}
+
+void createDirectories(const fs::path& folder) {
+    if (folder.empty() || mkdir(folder.c_str(), 0777) == 0) return;
+    int error = errno;
+    const fs::path parent = folder.parent_path();
+    if (error == ENOENT && !parent.empty() && parent != folder) {
+        createDirectories(parent);
+        if (mkdir(folder.c_str(), 0777) == 0) return;
+        error = errno;
+    }
+    // Read-only disks and missing permissions are reported before the fact that the folder exists.
+    struct stat status {};
+    if (stat(folder.c_str(), &status) == 0) {
+        if (S_ISDIR(status.st_mode)) return;
+        error = EEXIST;
+    }
+    throw FileError(Operation::createFolder, folder, error);
+}
+
+fs::path resolvingLinks(fs::path path) {
+    constexpr int maximumLinks = 40; // what Linux follows
+    const fs::path given = path;
+    for (int i = 0; i < maximumLinks; ++i) {
+        struct stat status {};
+        if (lstat(path.c_str(), &status) != 0) {
+            if (errno == ENOENT) return path;
+            throw FileError(Operation::write, given, errno);
+        }
+        if (!S_ISLNK(status.st_mode)) return path;
+        std::error_code error;
+        const fs::path next = fs::read_symlink(path, error);
+        if (error) throw FileError(Operation::write, given, error);
+        // ".." stays: the system resolves it from the folder that a linked parent really is.
+        path = next.is_absolute() ? next : folderOf(path) / next;
+    }
+    throw FileError(Operation::write, given, ELOOP);
+}
+
+void writeAtomically(const fs::path& path, std::string_view bytes) {
+    static_cast<void>(replace(path, bytes, nullptr, Permissions::keep));
+}
+
+bool replaceIfUnchanged(const fs::path& path, std::string_view bytes, const FileState& expected,
+                        Permissions permissions) {
+    return replace(path, bytes, &expected, permissions);
+}
+
+void writeBackup(const fs::path& backup, std::string_view bytes, const fs::path& original) {
+    const std::optional<struct stat> status = statusOf(original, Operation::backUp);
+    if (!status) throw FileError(Operation::backUp, original, ENOENT);
+    Descriptor descriptor(openRetrying(backup, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+    if (!descriptor.isOpen()) throw FileError(Operation::backUp, original, errno);
+    Unfinished unfinished(backup);
+    if (!writeAll(descriptor.value(), bytes) || !takeOverPermissions(descriptor.value(), original, *status) ||
+        !flush(descriptor.value()) || !descriptor.closeNow()) {
+        throw FileError(Operation::backUp, original, errno);
+    }
+    unfinished.keep();
+    flushFolder(folderOf(backup));
+}
+
+void linkBackup(const fs::path& backup, const fs::path& original) {
+    if (linkat(AT_FDCWD, original.c_str(), AT_FDCWD, backup.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        throw FileError(Operation::backUp, original, errno);
+    }
+    flushFolder(folderOf(backup));
+}
+
+bool nameIsTaken(const fs::path& path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) == 0) return true;
+    if (errno == ENOENT) return false;
+    throw FileError(Operation::backUp, path, errno);
+}
+
+} // namespace corvane::files

@@ -1,1 +1,83 @@
 #pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace corvane {
+
+/// A JSON value that loses nothing of the document it was read from but layout, the order of keys and the
+/// earlier of two equal keys. Numbers stay the text that stood in the document, to the last digit and
+/// whatever their size. Strings are UTF-8 and may hold U+0000. A plain value.
+class Json {
+  public:
+    /// A number by its text, which follows JSON's grammar: "-0", "1e999" and 30-digit decimals are kept as
+    /// they are.
+    struct Number {
+        std::string text;
+        bool operator==(const Number&) const = default;
+    };
+    using Array = std::vector<Json>;
+    /// Ordered by the keys' UTF-8 bytes.
+    using Object = std::map<std::string, Json, std::less<>>;
+
+    enum class Layout {
+        compact,  ///< No white space at all.
+        indented, ///< One member or element a line, two spaces a level, `"key": value`; empty ones `{}` and
+                  ///< `[]`.
+    };
+
+    /// How deep arrays and objects may nest in a document that is read; the outermost one counts as 1.
+    static constexpr std::size_t maximumDepth = 1'024;
+
+    /// null
+    Json() = default;
+    // Implicit, so that documents can be written down as nested braces.
+    template <std::same_as<bool> Boolean>
+    Json(Boolean value) // NOLINT(google-explicit-constructor)
+        : value_(value) {}
+    Json(Number value);           // NOLINT(google-explicit-constructor)
+    Json(std::string value);      // NOLINT(google-explicit-constructor)
+    Json(std::string_view value); // NOLINT(google-explicit-constructor)
+    Json(const char* value);      // NOLINT(google-explicit-constructor)
+    Json(Array value);            // NOLINT(google-explicit-constructor)
+    Json(Object value);           // NOLINT(google-explicit-constructor)
+    static Json integer(std::int64_t value);
+
+    /// Reads one whole document, strictly: nothing but white space around the value, no comments, valid
+    /// UTF-8, no byte-order mark, no escape of half a surrogate pair. Of equal keys the last one counts. None
+    /// when `text` is anything else or nests deeper than `maximumDepth`. Time and memory grow with the size
+    /// of `text`.
+    [[nodiscard]] static std::optional<Json> parse(std::string_view text);
+
+    /// The document's text without a line feed at its end. Keys are sorted by their UTF-8 bytes; slashes and
+    /// non-ASCII characters are not escaped.
+    [[nodiscard]] std::string write(Layout layout) const;
+
+    [[nodiscard]] bool isNull() const;
+    /// The value if it is of that type, else null. The pointers live as long as this value is left alone.
+    [[nodiscard]] const bool* ifBoolean() const;
+    [[nodiscard]] const Number* ifNumber() const;
+    [[nodiscard]] const std::string* ifString() const;
+    [[nodiscard]] const Array* ifArray() const;
+    [[nodiscard]] Array* ifArray();
+    [[nodiscard]] const Object* ifObject() const;
+    [[nodiscard]] Object* ifObject();
+    /// The member `key`; null when there is none or this is no object.
+    [[nodiscard]] const Json* find(std::string_view key) const;
+
+    /// Numbers are equal when their texts are.
+    bool operator==(const Json&) const = default;
+
+  private:
+    std::variant<std::monostate, bool, Number, std::string, Array, Object> value_;
+};
+
+} // namespace corvane

@@ -1,0 +1,50 @@
+#include "Support/FilePlatform.h"
+
+#include <cerrno>
+#include <copyfile.h>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/acl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace corvane::files::platform {
+
+bool flushToDisk(int descriptor) {
+    // fsync leaves the bytes in the drive's own buffer; not every file system knows the stronger call.
+    return fcntl(descriptor, F_FULLFSYNC) != -1 || fsync(descriptor) == 0;
+}
+
+mode_t creationMask() {
+    const mode_t mask = umask(077);
+    umask(mask);
+    return mask;
+}
+
+bool copyAttributes(const std::filesystem::path& from, int descriptor) {
+    const int source = open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (source < 0) return true;
+    static_cast<void>(fcopyfile(source, descriptor, nullptr, COPYFILE_XATTR));
+    // Access-control lists only add to or take from the mode for named users; without one there is nothing to
+    // keep.
+    bool accessKept = true;
+    if (acl_t list = acl_get_fd_np(source, ACL_TYPE_EXTENDED)) {
+        accessKept = acl_set_fd_np(descriptor, list, ACL_TYPE_EXTENDED) == 0;
+        acl_free(list);
+    }
+    close(source);
+    return accessKept;
+}
+
+bool renameWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (renamex_np(from.c_str(), to.c_str(), RENAME_EXCL) == 0) return true;
+    if (errno != ENOTSUP && errno != EINVAL) return false;
+    struct stat status {};
+    if (lstat(to.c_str(), &status) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return rename(from.c_str(), to.c_str()) == 0;
+}
+
+} // namespace corvane::files::platform

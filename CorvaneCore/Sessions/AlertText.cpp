@@ -1,0 +1,95 @@
+#include "Sessions/AlertText.h"
+
+#include "Support/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+namespace corvane {
+
+namespace {
+
+// A space, the middle dot, a space.
+constexpr std::string_view separator = " \u00B7 ";
+constexpr std::string_view ellipsis = "\u2026";
+
+constexpr std::string_view permissionPrefix = "Claude needs your permission to use ";
+constexpr std::string_view idlePrompt = "waiting for your input";
+
+// In user-perceived characters.
+constexpr std::size_t longestMessage = 90;
+
+std::string joined(std::string_view first, std::string_view middle, std::string_view last) {
+    std::string result(first);
+    result += middle;
+    result += last;
+    return result;
+}
+
+} // namespace
+
+AlertText AlertText::waiting(const AgentSession& session) {
+    const SessionStatus::Waiting* const wait = session.status.ifWaiting();
+    const bool isForReply = wait != nullptr && wait->reason == EventKind::needsInput;
+
+    AlertText text;
+    text.title = session.agent.displayName();
+    text.title += isForReply ? " is waiting for your reply" : " is waiting for you";
+    text.subtitle = session.repoName();
+    if (const std::string message = plain(session.message); !message.empty()) {
+        text.subtitle += separator;
+        text.subtitle += message;
+    }
+    return text;
+}
+
+AlertText AlertText::done(const AgentSession& session) {
+    return {joined(session.agent.displayName(), " finished", {}), session.repoName()};
+}
+
+std::string AlertText::statusLine(const AgentSession& session, Date now) {
+    if (const SessionStatus::Done* const done = session.status.ifDone()) {
+        const auto minutes = static_cast<std::int64_t>((now - done->at) / Seconds(60));
+        return minutes < 1 ? "Done just now" : joined("Done ", std::to_string(minutes), " min ago");
+    }
+    if (const SessionStatus::Waiting* const wait = session.status.ifWaiting()) {
+        const bool isForReply = wait->reason == EventKind::needsInput;
+        return joined(isForReply ? "Waiting for your reply" : "Waiting for you", separator,
+                      clock(now - wait->since));
+    }
+    return "Running";
+}
+
+std::string AlertText::clock(Seconds seconds) {
+    // Dates can lie further apart than the whole number holds.
+    constexpr double longest = 0x1p62;
+    const auto whole = static_cast<long long>(std::clamp(seconds.count(), 0.0, longest));
+    constexpr long long minute = 60;
+    constexpr long long hour = 60 * minute;
+
+    std::array<char, 32> line{};
+    if (whole >= hour) {
+        std::snprintf(line.data(), line.size(), "%lld:%02lld:%02lld", whole / hour, whole % hour / minute,
+                      whole % minute);
+    } else {
+        std::snprintf(line.data(), line.size(), "%lld:%02lld", whole / minute, whole % minute);
+    }
+    return line.data();
+}
+
+std::string AlertText::plain(std::string_view text) {
+    const std::string_view trimmed = text::trimmingWhitespace(text);
+    if (trimmed.starts_with(permissionPrefix)) {
+        return joined("wants to use ", trimmed.substr(permissionPrefix.size()), {});
+    }
+    // Says nothing that the title does not.
+    if (text::containsIgnoringCase(trimmed, idlePrompt)) return {};
+
+    const std::string_view line = trimmed.substr(0, trimmed.find('\n'));
+    if (text::prefixLength(line, longestMessage) == line.size()) return std::string(line);
+    return joined(line.substr(0, text::prefixLength(line, longestMessage - 1)), ellipsis, {});
+}
+
+} // namespace corvane

@@ -24,10 +24,13 @@ struct AlertText {
     /// One line about what `session` does at the time `now`.
     [[nodiscard]] static std::string statusLine(const AgentSession& session, Date now);
 
-    /// "M:SS", from one hour on "H:MM:SS". Cut to whole seconds; negative counts as zero. `seconds` must be finite.
+    /// "M:SS", from one hour on "H:MM:SS". Cut to whole seconds; negative counts as zero. `seconds` must be
+    /// finite.
     [[nodiscard]] static std::string clock(Seconds seconds);
 
-    /// An agent's raw message, shortened to what fits a banner: one line of at most 90 characters.
+    /// An agent's raw message, cleaned up for a banner: its first line, of at most 90 user-perceived
+    /// characters. A permission prompt becomes "wants to use " and all that it names; a generic prompt for
+    /// input becomes empty.
     [[nodiscard]] static std::string plain(std::string_view text);
 };
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -27,7 +28,9 @@ class SessionStatus {
         bool operator==(const Done&) const = default;
     };
 
-    static SessionStatus waiting(EventKind reason, Date since) { return SessionStatus(Waiting{reason, since}); }
+    static SessionStatus waiting(EventKind reason, Date since) {
+        return SessionStatus(Waiting{reason, since});
+    }
     static SessionStatus done(Date at) { return SessionStatus(Done{at}); }
     static SessionStatus running() { return SessionStatus(Running{}); }
 
@@ -62,17 +65,18 @@ struct AgentSession {
     std::string terminalBundleID;
     std::string terminalProgram;
     SessionStatus status = SessionStatus::running();
-    Date lastEvent;                    ///< time of the last event applied
-    std::optional<Date> lastAlerted;   ///< when the user was last alerted for the current wait
-    std::optional<Date> runningSince;  ///< when the current stretch of work began
-    std::optional<Date> snoozedUntil;  ///< reminders are held back until then
+    Date lastEvent;                   ///< time of the last event applied
+    std::optional<Date> lastAlerted;  ///< when the user was last alerted for the current wait
+    std::optional<Date> runningSince; ///< when the current stretch of work began
+    std::optional<Date> snoozedUntil; ///< reminders are held back until then
 
     bool operator==(const AgentSession&) const = default;
 
     /// The agent's raw value, a colon and the session identifier: the session's name everywhere.
     [[nodiscard]] std::string id() const;
     [[nodiscard]] bool isWaiting() const { return status.isWaiting(); }
-    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is none.
+    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is
+    /// none.
     [[nodiscard]] std::string repoName() const;
 };
 
@@ -95,7 +99,9 @@ class BoardEffect {
         bool operator==(const Dismiss&) const = default;
     };
 
-    static BoardEffect showWaiting(AgentSession session) { return BoardEffect(ShowWaiting{std::move(session)}); }
+    static BoardEffect showWaiting(AgentSession session) {
+        return BoardEffect(ShowWaiting{std::move(session)});
+    }
     static BoardEffect showDone(AgentSession session) { return BoardEffect(ShowDone{std::move(session)}); }
     static BoardEffect dismiss(std::string sessionID) { return BoardEffect(Dismiss{std::move(sessionID)}); }
 
@@ -117,17 +123,19 @@ class BoardEffect {
 
 /// The state machine of agent sessions: folds events into sessions and says what the user should see.
 ///
-/// Pure logic on a short list; reads no clock and owns no timer. Events are expected in the order in which they
-/// happened; any dates are accepted. A plain value for one owner.
+/// Pure logic on a short list; reads no clock and owns no timer. Events are expected in the order in which
+/// they happened; any dates are accepted. A plain value for one owner.
 class SessionBoard {
   public:
-    static constexpr Seconds doneRetention{1800};    ///< a finished session older than this is pruned
-    static constexpr Seconds staleAfter{43'200};     ///< any session silent for longer than this is pruned
+    static constexpr Seconds doneRetention{1800};     ///< a finished session older than this is pruned
+    static constexpr Seconds staleAfter{43'200};      ///< any session silent for longer than this is pruned
     static constexpr Seconds minWorkForDoneAlert{20}; ///< shorter work of Claude's finishes without an alert
 
     /// In the order in which they were first heard of.
     [[nodiscard]] const std::vector<AgentSession>& sessions() const { return sessions_; }
 
+    /// Folds one event into its session. Returns what the user should now see, if anything changes for them;
+    /// the session in the effect is the updated one.
     std::optional<BoardEffect> apply(const AgentEvent& event);
 
     /// The waiting sessions whose reminder or snooze has run out at `now`, in list order, marked as alerted.
@@ -148,7 +156,9 @@ class SessionBoard {
     bool operator==(const SessionBoard&) const = default;
 
   private:
-    void upsert(AgentSession session);
+    /// The event's session, a new one at the end of the list if need be, with where it runs and when it was
+    /// last heard of brought up to date. Valid until the list changes.
+    AgentSession& upsert(const AgentEvent& event);
 
     std::vector<AgentSession> sessions_;
 };

@@ -19,11 +19,11 @@ Date Date::fromSystemClock(std::chrono::system_clock::time_point time) {
 
 Seconds operator-(Date later, Date earlier) {
     std::int64_t whole = 0;
-    const double seconds =
-        __builtin_sub_overflow(later.seconds_, earlier.seconds_, &whole)
-            ? static_cast<double>(later.seconds_) - static_cast<double>(earlier.seconds_)
-            : static_cast<double>(whole);
-    return Seconds(seconds + static_cast<double>(later.nanoseconds_ - earlier.nanoseconds_) / nanosecondsPerSecond);
+    const double seconds = __builtin_sub_overflow(later.seconds_, earlier.seconds_, &whole)
+                               ? static_cast<double>(later.seconds_) - static_cast<double>(earlier.seconds_)
+                               : static_cast<double>(whole);
+    return Seconds(seconds +
+                   static_cast<double>(later.nanoseconds_ - earlier.nanoseconds_) / nanosecondsPerSecond);
 }
 
 Date operator+(Date date, Seconds interval) {
@@ -41,10 +41,9 @@ Date operator+(Date date, Seconds interval) {
     const std::int64_t carry = nanoseconds / nanosecondsPerSecond;
     nanoseconds -= carry * nanosecondsPerSecond;
 
-    if (__builtin_add_overflow(date.seconds_, seconds, &seconds) ||
-        __builtin_add_overflow(seconds, carry, &seconds)) {
-        return whole < 0 ? earliest : latest;
-    }
+    // Cannot overflow: the largest double below 2^63 is more than a thousand smaller.
+    seconds += carry;
+    if (__builtin_add_overflow(date.seconds_, seconds, &seconds)) return whole < 0 ? earliest : latest;
     return {seconds, static_cast<std::int32_t>(nanoseconds)};
 }
 

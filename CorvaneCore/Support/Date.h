@@ -37,10 +37,11 @@ class Date {
 
     constexpr auto operator<=>(const Date&) const = default;
 
-    /// The time from `earlier` to `later`; exact to the resolution of a double.
+    /// The time from `earlier` to `later`; exact to the resolution of a double, and of the right sign always.
     friend Seconds operator-(Date later, Date earlier);
 
-    /// Rounds to the nearest nanosecond and stops at the ends of the range. `interval` must not be NaN.
+    /// Rounds to the nearest nanosecond and stops at the ends of the range, where an interval of 2^63 seconds
+    /// or more always leads. `interval` must not be NaN.
     friend Date operator+(Date date, Seconds interval);
     friend Date operator-(Date date, Seconds interval) { return date + -interval; }
 

@@ -100,6 +100,8 @@ std::size_t prefixLength(std::string_view text, std::size_t count) {
         end = next;
     }
     utext_close(utext);
+    // Without ICU's data nothing can be told apart; too long a text is better than none.
+    if (U_FAILURE(status)) return text.size();
     return static_cast<std::size_t>(end);
 }
 

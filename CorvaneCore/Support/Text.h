@@ -17,8 +17,8 @@ namespace corvane::text {
 /// `word` must be folded already (lower case for ASCII).
 [[nodiscard]] bool containsIgnoringCase(std::string_view text, std::string_view word);
 
-/// The number of bytes that the first `count` user-perceived characters (extended grapheme clusters) of `text`
-/// take; the whole size when there are no more than `count`.
+/// The number of bytes that the first `count` user-perceived characters (extended grapheme clusters) of
+/// `text` take; the whole size when there are no more than `count`.
 [[nodiscard]] std::size_t prefixLength(std::string_view text, std::size_t count);
 
 /// The last component of `path` taken as a file path, trailing slashes ignored ("/w/shop/" gives "shop"); the

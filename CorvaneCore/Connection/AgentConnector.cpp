@@ -1,0 +1,174 @@
+#include "Connection/AgentConnector.h"
+
+#include "Connection/ClaudeSettingsEditor.h"
+#include "Connection/CodexConfigEditor.h"
+#include "Connection/ConfigEditError.h"
+#include "Intake/HookScript.h"
+#include "Support/Files.h"
+#include "Support/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <ctime>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace corvane {
+
+namespace fs = std::filesystem;
+using files::FileError;
+using files::FileState;
+
+namespace {
+
+/// How often an operation is tried on a file that keeps changing: once and three times over.
+constexpr int attempts = 4;
+
+struct Configuration {
+    std::optional<std::string> bytes; ///< None when there is no file or it cannot be read.
+    FileState state;
+};
+
+/// Whether a failed read says nothing about the file itself, so that the file must not count as unreadable.
+bool isPassing(const FileError& error) {
+    const int value = error.code().value();
+    return value == EMFILE || value == ENFILE || value == ENOMEM || value == EBUSY;
+}
+
+Configuration readConfiguration(const fs::path& file) {
+    Configuration found;
+    found.state = files::state(file);
+    if (found.state.kind == FileState::Kind::absent) return found;
+    try {
+        files::FileContent content = files::read(file);
+        return {std::move(content.bytes), content.state};
+    } catch (const FileError& error) {
+        if (error.code() == std::errc::no_such_file_or_directory) return {};
+        if (found.state.kind != FileState::Kind::plain || isPassing(error)) throw;
+        return found;
+    }
+}
+
+void requireUtf8(std::string_view text) {
+    if (!text::isUtf8(text)) throw ConfigEditError::unreadable("config.toml is not UTF-8 text");
+}
+
+/// Refuses a place of the hook program that cannot be written down in the agent's file: JSON and TOML hold
+/// UTF-8 text, and the Codex file's line would end at a control character.
+void requireWritablePath(AgentKind kind, const CorvanePaths& paths) {
+    const std::string path = paths.hookScript().string();
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    if (!text::isUtf8(path) ||
+        (kind == AgentKind::codex && std::any_of(path.begin(), path.end(), isControl))) {
+        throw FileError(FileError::Operation::write, path, EILSEQ);
+    }
+}
+
+std::string installed(AgentKind kind, std::optional<std::string_view> old, const CorvanePaths& paths) {
+    if (kind == AgentKind::claude) {
+        return ClaudeSettingsEditor::install(old, HookScript::command(kind, paths));
+    }
+    if (old) requireUtf8(*old);
+    return CodexConfigEditor::install(old, paths.hookScript().string());
+}
+
+std::string uninstalled(AgentKind kind, std::string_view old) {
+    if (kind == AgentKind::claude) return ClaudeSettingsEditor::uninstall(old);
+    requireUtf8(old);
+    return CodexConfigEditor::uninstall(old);
+}
+
+/// `now` as yyyyMMdd-HHmmss in the user's time zone, the same in every locale.
+std::string timestamp(Date now, const fs::path& file) {
+    const auto seconds = static_cast<std::time_t>(now.seconds());
+    std::tm local{};
+    tzset(); // the zone may have changed since the last time
+    std::array<char, 64> text{};
+    if (localtime_r(&seconds, &local) == nullptr ||
+        std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &local) == 0) {
+        throw FileError(FileError::Operation::backUp, file, EOVERFLOW);
+    }
+    return text.data();
+}
+
+/// The first free name for a backup of `file`, beside it and not beside what it may link to.
+fs::path backupName(const fs::path& file, Date now) {
+    const std::string name = file.string() + ".corvane-backup-" + timestamp(now, file);
+    fs::path candidate = name;
+    for (int n = 2; files::nameIsTaken(candidate); ++n)
+        candidate = name + "-" + std::to_string(n);
+    return candidate;
+}
+
+fs::path makeBackup(const fs::path& file, std::string_view bytes, Date now) {
+    fs::path backup = backupName(file, now);
+    files::writeBackup(backup, bytes, file);
+    return backup;
+}
+
+[[noreturn]] void throwKeepsChanging(const fs::path& file) {
+    throw FileError(FileError::Operation::write, file, EBUSY);
+}
+
+} // namespace
+
+AgentConnector::AgentConnector(fs::path home, std::optional<CorvanePaths> paths)
+    : home_(std::move(home))
+    , paths_(paths ? std::move(*paths) : CorvanePaths::standard(home_)) {}
+
+fs::path AgentConnector::configFile(AgentKind kind) const {
+    return home_ / (kind == AgentKind::claude ? ".claude/settings.json" : ".codex/config.toml");
+}
+
+bool AgentConnector::isConnected(AgentKind kind) const noexcept {
+    try {
+        const std::string bytes = files::read(configFile(kind)).bytes;
+        if (kind == AgentKind::claude) return ClaudeSettingsEditor::isInstalled(bytes);
+        return text::isUtf8(bytes) && CodexConfigEditor::isInstalled(bytes);
+    } catch (...) {
+        return false;
+    }
+}
+
+std::optional<fs::path> AgentConnector::connect(AgentKind kind, Date now) const {
+    requireWritablePath(kind, paths_);
+    HookScript::install(paths_);
+    const fs::path file = configFile(kind);
+    for (int i = 0; i < attempts; ++i) {
+        const Configuration old = readConfiguration(file);
+        const std::string bytes = installed(kind, old.bytes, paths_);
+        if (old.bytes) {
+            if (*old.bytes == bytes) return std::nullopt;
+            fs::path backup = makeBackup(file, *old.bytes, now);
+            if (files::replaceIfUnchanged(file, bytes, old.state)) return backup;
+        } else {
+            if (old.state.kind != FileState::Kind::absent) files::linkBackup(backupName(file, now), file);
+            // Nobody but the agent's user could read the old file, and nobody at all may be able to read a
+            // new one that has its permissions.
+            if (files::replaceIfUnchanged(file, bytes, old.state, files::Permissions::fresh)) {
+                return std::nullopt;
+            }
+        }
+    }
+    throwKeepsChanging(file);
+}
+
+void AgentConnector::disconnect(AgentKind kind) const {
+    const fs::path file = configFile(kind);
+    for (int i = 0; i < attempts; ++i) {
+        files::FileContent old;
+        try {
+            old = files::read(file);
+        } catch (const FileError& error) {
+            if (isPassing(error)) throw;
+            return;
+        }
+        const std::string bytes = uninstalled(kind, old.bytes);
+        if (bytes == old.bytes || files::replaceIfUnchanged(file, bytes, old.state)) return;
+    }
+    throwKeepsChanging(file);
+}
+
+} // namespace corvane

@@ -1,0 +1,103 @@
+#include "Connection/CodexConfigEditor.h"
+
+#include "Connection/ConfigEditError.h"
+#include "Intake/HookScript.h"
+#include "Support/Text.h"
+
+#include <utility>
+
+namespace corvane::CodexConfigEditor {
+
+namespace {
+
+/// The byte-order mark that `text` begins with, or nothing, and the rest.
+std::pair<std::string_view, std::string_view> splitByteOrderMark(std::string_view text) {
+    const std::size_t size = text.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+    return {text.substr(0, size), text.substr(size)};
+}
+
+/// Takes the first line, without its line feed, off `rest`; none when `rest` has been used up. Text that ends
+/// in a line feed ends in an empty line.
+std::optional<std::string_view> takeLine(std::optional<std::string_view>& rest) {
+    if (!rest) return std::nullopt;
+    const std::size_t end = rest->find('\n');
+    const std::string_view line = rest->substr(0, end);
+    if (end == std::string_view::npos) {
+        rest.reset();
+    } else {
+        rest->remove_prefix(end + 1);
+    }
+    return line;
+}
+
+bool containsMarker(std::string_view line) {
+    return line.find(HookScript::marker) != std::string_view::npos;
+}
+
+std::string ownLine(std::string_view hookPath) {
+    std::string line = "notify = [\"";
+    for (const char c : hookPath) {
+        if (c == '\\' || c == '"') line += '\\';
+        line += c;
+    }
+    line += "\", \"codex\"]";
+    return line;
+}
+
+} // namespace
+
+std::optional<std::string_view> notifyLine(std::string_view text) {
+    constexpr std::string_view key = "notify";
+    std::optional<std::string_view> rest = splitByteOrderMark(text).second;
+    while (const std::optional<std::string_view> line = takeLine(rest)) {
+        const std::string_view trimmed = text::trimmingSpacesAndTabs(*line);
+        if (trimmed.starts_with('[')) return std::nullopt;
+        if (trimmed.starts_with(key) &&
+            text::trimmingSpacesAndTabs(trimmed.substr(key.size())).starts_with('=')) {
+            return line;
+        }
+    }
+    return std::nullopt;
+}
+
+bool isInstalled(std::optional<std::string_view> text) {
+    const std::optional<std::string_view> line = text ? notifyLine(*text) : std::nullopt;
+    return line && containsMarker(*line);
+}
+
+std::string install(std::optional<std::string_view> text, std::string_view hookPath) {
+    const std::string_view existing = text.value_or("");
+    if (const std::optional<std::string_view> line = notifyLine(existing)) {
+        if (containsMarker(*line)) return std::string(existing);
+        throw ConfigEditError::codexNotifyTaken(std::string(text::trimmingSpacesAndTabs(*line)));
+    }
+    const auto [mark, rest] = splitByteOrderMark(existing);
+    std::string result(mark);
+    result += comment;
+    result += '\n';
+    result += ownLine(hookPath);
+    result += '\n';
+    if (!rest.empty()) {
+        result += '\n';
+        result += rest;
+    }
+    return result;
+}
+
+std::string uninstall(std::string_view text) {
+    const auto [mark, body] = splitByteOrderMark(text);
+    std::string kept;
+    bool first = true;
+    std::optional<std::string_view> rest = body;
+    while (const std::optional<std::string_view> line = takeLine(rest)) {
+        if (containsMarker(*line) || *line == comment) continue;
+        if (!first) kept += '\n';
+        first = false;
+        kept += *line;
+    }
+    // Empty lines at the top, but never the last line there is: of that nothing is left to see anyway.
+    const std::size_t begin = kept.find_first_not_of('\n');
+    return std::string(mark) + (begin == std::string::npos ? std::string() : kept.substr(begin));
+}
+
+} // namespace corvane::CodexConfigEditor

@@ -242,6 +242,8 @@ std::string reason(const std::error_code& code) {
         Reason{EEXIST, "something else is in its place"},
         Reason{ELOOP, "its links lead in a circle"},
         Reason{ENAMETOOLONG, "its name is too long"},
+        Reason{EILSEQ, "its path has characters that the agent's configuration cannot hold"},
+        Reason{ENOTSUP, "there is no Trash on its disk"},
         Reason{EXDEV, "it lies on another disk"},
         Reason{EBUSY, "another program keeps changing it"},
         Reason{EIO, "the disk reported an error"},

@@ -19,11 +19,19 @@ Date Date::fromSystemClock(std::chrono::system_clock::time_point time) {
 
 Seconds operator-(Date later, Date earlier) {
     std::int64_t whole = 0;
-    const double seconds = __builtin_sub_overflow(later.seconds_, earlier.seconds_, &whole)
-                               ? static_cast<double>(later.seconds_) - static_cast<double>(earlier.seconds_)
-                               : static_cast<double>(whole);
-    return Seconds(seconds +
-                   static_cast<double>(later.nanoseconds_ - earlier.nanoseconds_) / nanosecondsPerSecond);
+    if (__builtin_sub_overflow(later.seconds_, earlier.seconds_, &whole)) {
+        return Seconds(static_cast<double>(later.seconds_) - static_cast<double>(earlier.seconds_));
+    }
+    // Of one sign, so that a small difference across a whole second keeps its digits.
+    std::int32_t nanoseconds = later.nanoseconds_ - earlier.nanoseconds_;
+    if (whole > 0 && nanoseconds < 0) {
+        --whole;
+        nanoseconds += nanosecondsPerSecond;
+    } else if (whole < 0 && nanoseconds > 0) {
+        ++whole;
+        nanoseconds -= nanosecondsPerSecond;
+    }
+    return Seconds(static_cast<double>(whole) + static_cast<double>(nanoseconds) / nanosecondsPerSecond);
 }
 
 Date operator+(Date date, Seconds interval) {

@@ -10,6 +10,8 @@
 
 namespace corvane {
 
+class EventPayload;
+
 /// One thing that an agent reported, as the hook program wrote it into an event file. A plain value.
 ///
 /// An event file is UTF-8 text whose lines end in a line feed: the magic line, header lines "key=value", the
@@ -29,14 +31,25 @@ struct AgentEvent {
 
     bool operator==(const AgentEvent&) const = default;
 
-    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is none.
+    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is
+    /// none.
     [[nodiscard]] std::string repoName() const;
 
-    /// Reads the whole text of an event file. Anything malformed gives nothing: a wrong magic line, no separator
-    /// or no usable source, text that is not UTF-8, a payload that is not one strict JSON object nested at most
-    /// 1,024 deep, an event that nobody needs to hear of. Pure, never throws for bad input; takes time linear in
-    /// the size of `text`.
+    /// Reads the whole text of an event file. Anything malformed gives nothing: a wrong magic line, no
+    /// separator or no usable source, text that is not UTF-8, a payload that is not one strict JSON object
+    /// nested at most 1,024 deep, an event that nobody needs to hear of. Pure, never throws for bad input;
+    /// takes time linear in the size of `text`.
     static std::optional<AgentEvent> parse(std::string_view text, Date fileDate);
+
+    /// The same without a copy of `text`, for many files in a row: `EventPayload::padding` bytes behind
+    /// `text` must be readable, and the working memory of `payload` is used again.
+    static std::optional<AgentEvent> parse(std::string_view text, Date fileDate, EventPayload& payload);
+
+  private:
+    static std::optional<AgentEvent> fromClaude(const EventPayload& json, std::string_view term,
+                                                std::string_view bundle, Date date);
+    static std::optional<AgentEvent> fromCodex(const EventPayload& json, std::string_view term,
+                                               std::string_view bundle, Date date);
 };
 
 } // namespace corvane

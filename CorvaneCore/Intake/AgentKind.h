@@ -32,10 +32,14 @@ class AgentKind {
     }
 
     /// The name in files and identifiers: "claude", "codex".
-    [[nodiscard]] constexpr std::string_view rawValue() const { return value_ == claude ? "claude" : "codex"; }
+    [[nodiscard]] constexpr std::string_view rawValue() const {
+        return value_ == claude ? "claude" : "codex";
+    }
 
     /// The name that users read: "Claude", "Codex".
-    [[nodiscard]] constexpr std::string_view displayName() const { return value_ == claude ? "Claude" : "Codex"; }
+    [[nodiscard]] constexpr std::string_view displayName() const {
+        return value_ == claude ? "Claude" : "Codex";
+    }
 
   private:
     Case value_;

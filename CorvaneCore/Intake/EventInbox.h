@@ -11,8 +11,8 @@ namespace corvane {
 
 /// The application's side of the inbox directory: collects the event files that hook processes have finished.
 ///
-/// Holds nothing but the place; all state is the directory's contents. Main thread only. Hook processes may go
-/// on writing meanwhile: a file counts from the moment it bears its final name.
+/// Holds nothing but the place; all state is the directory's contents. Main thread only. Hook processes may
+/// go on writing meanwhile: a file counts from the moment it bears its final name.
 struct EventInbox {
     /// The most event files that one drain reads; older surplus files are deleted unread.
     static constexpr std::size_t maxBacklog = 200;
@@ -23,9 +23,9 @@ struct EventInbox {
     std::filesystem::path directory;
 
     /// Reads and deletes every visible file with the extension "event", and returns the events oldest first,
-    /// equal dates by file name. Never fails and never blocks: a file that is malformed, too large, not a plain
-    /// file or a symbolic link is deleted without a word, a directory is left alone, and a directory that cannot
-    /// be listed gives nothing.
+    /// equal dates by file name. Never fails and never blocks: a file that is malformed, too large, not a
+    /// plain file or a symbolic link is deleted without a word, a directory is left alone, and a directory
+    /// that cannot be listed gives nothing.
     [[nodiscard]] std::vector<AgentEvent> drain() const;
 };
 

@@ -38,8 +38,8 @@ class EventKind {
 
     /// The case's own name.
     [[nodiscard]] constexpr std::string_view rawValue() const {
-        constexpr std::array<std::string_view, 5> names{"needsPermission", "needsInput", "finished", "running",
-                                                        "ended"};
+        constexpr std::array<std::string_view, 5> names{"needsPermission", "needsInput", "finished",
+                                                        "running", "ended"};
         return names[value_];
     }
 

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane {
+
+/// Reads the JSON object that an agent handed over: checks the whole document, keeps a few of its strings.
+///
+/// The document must be strict JSON (RFC 8259) in valid UTF-8 without a byte-order mark, with an object at
+/// its top and at most `maxDepth` levels of objects and arrays. Numbers may have any length and size. An
+/// object may carry a name twice; the last one counts.
+///
+/// Takes time linear in the document's size. Its working memory is bounded by about six times the size of the
+/// largest document read, mostly untouched, and serves again for the next document. Not for use by two
+/// threads at once.
+class EventPayload {
+  public:
+    /// Levels of nesting allowed, the top-level object included. Deeper documents come from nobody who means
+    /// well, and every level costs stack.
+    static constexpr std::size_t maxDepth = 1024;
+
+    /// The bytes behind a document that must be readable, whatever they hold.
+    static constexpr std::size_t padding = 64;
+
+    EventPayload();
+    EventPayload(const EventPayload&) = delete;
+    EventPayload& operator=(const EventPayload&) = delete;
+    ~EventPayload();
+
+    /// Reads `json`, behind which `padding` further bytes are readable, and looks out for the top-level
+    /// members `names`. False when the document is not as described above; then `string()` has nothing to
+    /// give. Neither the bytes of `json` nor those of `names` are copied: both must outlive the calls of
+    /// `string()`.
+    [[nodiscard]] bool read(std::string_view json, std::span<const std::string_view> names);
+
+    /// The value of the top-level member `name`, one of the names given to `read()`; none when the member is
+    /// missing or is not a string.
+    [[nodiscard]] std::optional<std::string> string(std::string_view name) const;
+
+  private:
+    struct Member {
+        std::string_view name;
+        std::optional<std::string_view> literal; // what stands between the quotes, escapes included
+    };
+    struct Parser; // keeps the library's large header out of this one
+
+    bool readDocument(std::string_view json);
+    void remember(std::string_view nameLiteral, std::optional<std::string_view> valueLiteral);
+
+    std::unique_ptr<Parser> parser_;
+    std::vector<Member> members_;
+};
+
+} // namespace corvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// The grammar of single JSON tokens. All functions take time linear in the size of their argument.
+namespace corvane::jsontokens {
+
+/// `token` without JSON white space (space, tab, line feed, carriage return) at its end.
+[[nodiscard]] std::string_view trimmingEnd(std::string_view token);
+
+/// Whether `token` is a number by the grammar of RFC 8259, of whatever length and size.
+[[nodiscard]] bool isNumber(std::string_view token);
+
+/// Whether every escape in `literal`, the text between the quotes of a string, is a valid one. The two halves
+/// of a character written as a surrogate pair must both be there. Looks at nothing but escapes.
+[[nodiscard]] bool hasValidEscapes(std::string_view literal);
+
+/// The string that `literal` stands for, in UTF-8. `literal` must have valid escapes.
+[[nodiscard]] std::string unescaped(std::string_view literal);
+
+} // namespace corvane::jsontokens

@@ -15,7 +15,8 @@ namespace fs = std::filesystem;
 
 ScratchFolder::ScratchFolder(std::string_view name) {
     std::string pattern = (fs::temp_directory_path() / "corvane-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw fs::filesystem_error("mkdtemp", pattern, {errno, std::generic_category()});
+    if (mkdtemp(pattern.data()) == nullptr)
+        throw fs::filesystem_error("mkdtemp", pattern, {errno, std::generic_category()});
     root_ = pattern;
     path_ = root_ / name;
     fs::create_directories(path_);
@@ -23,7 +24,8 @@ ScratchFolder::ScratchFolder(std::string_view name) {
 
 ScratchFolder::~ScratchFolder() {
     std::error_code ignored;
-    for (auto it = fs::recursive_directory_iterator(root_, fs::directory_options::skip_permission_denied, ignored);
+    for (auto it =
+             fs::recursive_directory_iterator(root_, fs::directory_options::skip_permission_denied, ignored);
          it != fs::recursive_directory_iterator(); it.increment(ignored)) {
         if (it->is_directory(ignored) && !it->is_symlink(ignored)) {
             fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
@@ -57,8 +59,8 @@ void writeFile(const fs::path& path, std::string_view bytes) {
 }
 
 void setModificationDate(const fs::path& path, Date date) {
-    const struct timespec now {0, UTIME_NOW};
-    const struct timespec wanted {date.seconds(), date.nanoseconds()};
+    const struct timespec now { 0, UTIME_NOW };
+    const struct timespec wanted { date.seconds(), date.nanoseconds() };
     const struct timespec times[] = {now, wanted};
     ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), 0) << path;
 }

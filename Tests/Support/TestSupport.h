@@ -12,8 +12,8 @@
 
 namespace corvane::test {
 
-/// A folder of its own for one test, in the system's place for temporary files, removed at the end with all it
-/// holds, also what was made unreadable. `name` becomes the last component of its path.
+/// A folder of its own for one test, in the system's place for temporary files, removed at the end with all
+/// it holds, also what was made unreadable. `name` becomes the last component of its path.
 class ScratchFolder {
   public:
     explicit ScratchFolder(std::string_view name = "Corvane");

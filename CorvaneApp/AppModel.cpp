@@ -1,0 +1,191 @@
+#include "AppModel.h"
+
+#include "Connection/ConfigEditError.h"
+#include "Platform/Applications.h"
+#include "Platform/Scheduler.h"
+#include "Platform/Sounds.h"
+#include "Sessions/TerminalApp.h"
+#include "Support/Files.h"
+
+#include <QPointer>
+
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::chrono::seconds loopInterval{1};
+constexpr Seconds snoozeDuration{300};
+constexpr Seconds quietDuration{3600};
+constexpr int ticksPerPruning = 60;
+
+// What went wrong, in words for the user.
+std::string localizedDescription(const std::exception& error) {
+    if (const auto* const edit = dynamic_cast<const ConfigEditError*>(&error)) return edit->description();
+    if (const auto* const file = dynamic_cast<const files::FileError*>(&error)) return file->description();
+    return error.what();
+}
+
+} // namespace
+
+AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, const Services& services)
+    : connector_(std::move(connector))
+    , inbox_{connector_.paths().events()}
+    , defaults_(defaults)
+    , services_(services)
+    , banners_(services)
+    , now_(services.clock())
+    , prefs_(AlertPreferences::load(defaults, preferencesKey))
+    , hasCompletedOnboarding_(defaults.boolean(onboardingKey)) {
+    const QPointer self(this);
+    banners_.onJump = [self](const AgentSession& session) {
+        if (self) self->jump(session);
+    };
+    banners_.onSnooze = [self](const AgentSession& session) {
+        if (self) self->snooze(session);
+    };
+    refreshConnections();
+    start();
+}
+
+AppModel::~AppModel() = default;
+
+void AppModel::start() {
+    scheduleTick(std::chrono::milliseconds(0));
+}
+
+void AppModel::scheduleTick(std::chrono::milliseconds delay) {
+    services_.scheduler.after(delay, [self = QPointer(this)] {
+        if (!self) return;
+        self->tick();
+        self->scheduleTick(loopInterval);
+    });
+}
+
+void AppModel::tick() {
+    now_ = services_.clock();
+    for (const AgentEvent& event : inbox_.drain()) {
+        if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
+    }
+    for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
+        perform(BoardEffect::showWaiting(session));
+    }
+    ++ticks_;
+    if (ticks_ % ticksPerPruning == 0) board_.prune(now_);
+    Q_EMIT changed();
+}
+
+void AppModel::perform(const BoardEffect& effect) {
+    if (const auto* const show = effect.ifShowWaiting()) {
+        if (!prefs_.isQuiet(now_)) alertWaiting(show->session);
+    } else if (const auto* const done = effect.ifShowDone()) {
+        if (!prefs_.alertWhenDone || prefs_.isQuiet(now_)) return;
+        banners_.showDone(done->session);
+        playSound(EventKind::finished);
+    } else if (const auto* const dismissal = effect.ifDismiss()) {
+        banners_.dismiss(dismissal->sessionID);
+    }
+}
+
+void AppModel::alertWaiting(const AgentSession& session) {
+    banners_.showWaiting(session);
+    // The same sound whatever the session waits for.
+    playSound(EventKind::needsPermission);
+}
+
+void AppModel::playSound(EventKind kind) {
+    if (const std::optional<std::string> name = prefs_.sound(kind)) services_.sounds.play(*name);
+}
+
+void AppModel::jump(const AgentSession& session) {
+    banners_.dismiss(session.id());
+    if (const std::optional<std::string> bundleID = TerminalApp::bundleID(session)) {
+        services_.applications.activate(*bundleID);
+    }
+}
+
+void AppModel::setPrefs(const AlertPreferences& prefs) {
+    prefs_ = prefs;
+    prefs_.save(defaults_, preferencesKey);
+    Q_EMIT changed();
+}
+
+void AppModel::setHasCompletedOnboarding(bool completed) {
+    hasCompletedOnboarding_ = completed;
+    defaults_.setBoolean(onboardingKey, completed);
+    Q_EMIT changed();
+}
+
+void AppModel::snooze(const AgentSession& session) {
+    board_.snooze(session.id(), now_ + snoozeDuration);
+    banners_.dismiss(session.id());
+    Q_EMIT changed();
+}
+
+void AppModel::quietForAnHour() {
+    AlertPreferences prefs = prefs_;
+    prefs.quietUntil = now_ + quietDuration;
+    setPrefs(prefs);
+}
+
+void AppModel::resumeAlerts() {
+    AlertPreferences prefs = prefs_;
+    prefs.quietUntil = std::nullopt;
+    setPrefs(prefs);
+}
+
+void AppModel::sendTestAlert() {
+    AgentSession session;
+    session.agent = AgentKind::claude;
+    session.sessionID = "test";
+    session.cwd = "/Users/you/my-project";
+    session.message = "Claude needs your permission to use Bash";
+    session.status = SessionStatus::waiting(EventKind::needsPermission, now_);
+    session.lastEvent = now_;
+    session.lastAlerted = now_;
+    alertWaiting(session);
+}
+
+void AppModel::connectAgent(AgentKind agent) {
+    try {
+        lastBackup_ = connector_.connect(agent, services_.clock());
+        connectError_ = std::nullopt;
+    } catch (const ConfigEditError& error) {
+        switch (error.kind()) {
+        case ConfigEditError::Case::unreadable:
+            connectError_ =
+                connector_.configFile(agent).string() + " — " + error.detail() + ". Nothing was changed.";
+            break;
+        case ConfigEditError::Case::codexNotifyTaken:
+            connectError_ = "Codex already sends notifications to another program (" + error.detail() +
+                            "). Nothing was changed.";
+            break;
+        }
+    } catch (const std::exception& error) {
+        connectError_ =
+            "Couldn't connect " + std::string(agent.displayName()) + ": " + localizedDescription(error);
+    }
+    refreshConnections();
+}
+
+void AppModel::disconnectAgent(AgentKind agent) {
+    try {
+        connector_.disconnect(agent);
+        connectError_ = std::nullopt;
+    } catch (const std::exception& error) {
+        connectError_ = "Couldn't remove Corvane from " + std::string(agent.displayName()) + ": " +
+                        localizedDescription(error);
+    }
+    refreshConnections();
+}
+
+void AppModel::refreshConnections() {
+    for (const AgentKind agent : AgentKind::allCases)
+        connected_[agent] = connector_.isConnected(agent);
+    Q_EMIT changed();
+}
+
+} // namespace corvane

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "BannerController.h"
+#include "Connection/AgentConnector.h"
+#include "Intake/EventInbox.h"
+#include "Platform/Platform.h"
+#include "Sessions/AlertPreferences.h"
+#include "Sessions/SessionBoard.h"
+#include "Support/UserDefaults.h"
+
+#include <QObject>
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// The one object that owns what the application knows: it turns event files into alerts once a second and
+/// carries out what the user asks for. Views read it, call it, and draw themselves anew on `changed`; nothing
+/// else changes the board or the preferences.
+///
+/// Main thread only. Reads the time, the stored settings and the system only through what it is given.
+class AppModel : public QObject {
+    Q_OBJECT
+
+  public:
+    static constexpr std::string_view preferencesKey = "alertPreferences";
+    static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
+
+    /// Loads the stored settings, asks which agents are connected and starts the loop, whose first pass runs
+    /// as soon as the event loop does. `defaults` and what `services` refers to must outlive the model.
+    AppModel(AgentConnector connector, UserDefaults& defaults, const Services& services);
+    ~AppModel() override;
+
+    [[nodiscard]] const SessionBoard& board() const { return board_; }
+    /// Whether each agent's configuration calls the hook at present.
+    [[nodiscard]] const std::map<AgentKind, bool>& connected() const { return connected_; }
+    /// The backup that the last successful connect made, if it had to make one.
+    [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
+    /// What went wrong in the last connect or disconnect, in words for the user; none after a success.
+    [[nodiscard]] const std::optional<std::string>& connectError() const { return connectError_; }
+    /// The time of the last pass of the loop; everything that depends on the time uses it.
+    [[nodiscard]] Date now() const { return now_; }
+    [[nodiscard]] const AlertPreferences& prefs() const { return prefs_; }
+    [[nodiscard]] bool hasCompletedOnboarding() const { return hasCompletedOnboarding_; }
+    /// The number of completed passes.
+    [[nodiscard]] std::int64_t ticks() const { return ticks_; }
+    [[nodiscard]] const AgentConnector& connector() const { return connector_; }
+
+    /// Every assignment is stored at once.
+    void setPrefs(const AlertPreferences& prefs);
+    void setHasCompletedOnboarding(bool completed);
+
+    /// Holds the session's reminders back for five minutes and takes its banner down.
+    void snooze(const AgentSession& session);
+
+    /// Installs the hook and the agent's configuration entry, or takes the entry out again. A failure is told
+    /// by `connectError`.
+    void connectAgent(AgentKind agent);
+    void disconnectAgent(AgentKind agent);
+
+    /// Silences alerts for an hour from the last pass on; the second ends that.
+    void quietForAnHour();
+    void resumeAlerts();
+
+    /// Alerts with a made-up session, in quiet time too.
+    void sendTestAlert();
+
+    void refreshConnections();
+
+  Q_SIGNALS:
+    /// Something that can be read above has changed.
+    void changed();
+
+  private:
+    void start();
+    void scheduleTick(std::chrono::milliseconds delay);
+    void tick();
+    void perform(const BoardEffect& effect);
+    void alertWaiting(const AgentSession& session);
+    void playSound(EventKind kind);
+    void jump(const AgentSession& session);
+
+    AgentConnector connector_;
+    EventInbox inbox_;
+    UserDefaults& defaults_;
+    Services services_;
+    BannerController banners_;
+
+    SessionBoard board_;
+    std::map<AgentKind, bool> connected_;
+    std::optional<std::filesystem::path> lastBackup_;
+    std::optional<std::string> connectError_;
+    Date now_;
+    AlertPreferences prefs_;
+    bool hasCompletedOnboarding_ = false;
+    std::int64_t ticks_ = 0;
+};
+
+} // namespace corvane

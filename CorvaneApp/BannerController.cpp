@@ -1,0 +1,147 @@
+#include "BannerController.h"
+
+#include "BannerViews.h"
+#include "Platform/Announcer.h"
+#include "Platform/Appearance.h"
+#include "Platform/Scheduler.h"
+#include "Platform/Screens.h"
+#include "Sessions/AlertText.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QThread>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr int screenMargin = 8;
+constexpr int bannerSpacing = 8;
+constexpr int slide = 12;
+constexpr milliseconds fadeInDuration{220};
+constexpr milliseconds fadeOutDuration{180};
+// A little longer than the fade, so that the panel never goes before it is invisible.
+constexpr milliseconds orderOutDelay{200};
+constexpr milliseconds doneLifetime{6000};
+
+void requireMainThread() {
+    if (QThread::currentThread() != QCoreApplication::instance()->thread()) {
+        qFatal("Banners belong to the main thread");
+    }
+}
+
+} // namespace
+
+BannerController::BannerController(const Services& services)
+    : services_(services) {
+    connect(&services_.screens, &Screens::changed, this, &BannerController::layout);
+}
+
+BannerController::~BannerController() = default;
+
+std::string BannerController::doneID(const AgentSession& session) {
+    return "done:" + session.id();
+}
+
+void BannerController::showWaiting(const AgentSession& session) {
+    requireMainThread();
+    const QPointer self(this);
+    const std::string id = session.id();
+    auto banner = std::make_unique<WaitingBanner>(
+        session, services_.clock,
+        [self, session] {
+            if (self && self->onJump) self->onJump(session);
+        },
+        [self, session] {
+            if (self && self->onSnooze) self->onSnooze(session);
+        },
+        [self, id] {
+            if (self) self->dismiss(id);
+        });
+    WaitingBanner& view = *banner;
+    present(id, std::move(banner), WaitingBanner::contentSize);
+    announce(AlertText::waiting(session), view);
+}
+
+void BannerController::showDone(const AgentSession& session) {
+    requireMainThread();
+    const QPointer self(this);
+    const std::string id = doneID(session);
+    const auto close = [self, id] {
+        if (self) self->dismiss(id);
+    };
+    auto banner = std::make_unique<DoneBanner>(session, close);
+    DoneBanner& view = *banner;
+    present(id, std::move(banner), DoneBanner::contentSize);
+    announce(AlertText::done(session), view);
+    services_.scheduler.after(doneLifetime, close);
+}
+
+void BannerController::dismiss(std::string_view id) {
+    requireMainThread();
+    const auto found = entry(id);
+    if (found == panels_.end()) return;
+    std::shared_ptr<FloatingPanel> panel = std::move(found->panel);
+    panels_.erase(found);
+    fadeOut(std::move(panel));
+    layout();
+}
+
+std::vector<BannerController::Entry>::iterator BannerController::entry(std::string_view id) {
+    return std::find_if(panels_.begin(), panels_.end(), [id](const Entry& entry) { return entry.id == id; });
+}
+
+void BannerController::present(const std::string& id, std::unique_ptr<PanelContent> view, QSize size) {
+    if (const auto found = entry(id); found != panels_.end()) {
+        found->panel->setContent(std::move(view), size);
+        layout();
+        return;
+    }
+
+    const std::shared_ptr<FloatingPanel> panel = services_.panels.make();
+    panel->setContent(std::move(view), size);
+    panels_.insert(panels_.begin(), {id, panel});
+    while (panels_.size() > maxBanners) {
+        std::shared_ptr<FloatingPanel> oldest = std::move(panels_.back().panel);
+        panels_.pop_back();
+        fadeOut(std::move(oldest));
+    }
+    layout();
+    fadeIn(*panel);
+}
+
+void BannerController::layout() {
+    const std::optional<QRect> frame = services_.screens.mainVisibleFrame();
+    if (!frame) return;
+    int top = frame->top() + screenMargin;
+    for (const Entry& entry : panels_) {
+        const QSize size = entry.panel->size();
+        entry.panel->setOrigin({frame->left() + (frame->width() - size.width()) / 2, top});
+        top += size.height() + bannerSpacing;
+    }
+    // From the newest to the oldest, so that no card lies in the shadow of the one above it.
+    for (const Entry& entry : panels_)
+        entry.panel->orderFront();
+}
+
+void BannerController::fadeIn(FloatingPanel& panel) {
+    panel.fadeIn(fadeInDuration, services_.appearance.reduceMotion() ? 0 : slide);
+}
+
+void BannerController::fadeOut(std::shared_ptr<FloatingPanel> panel) {
+    panel->fadeOut(fadeOutDuration);
+    services_.scheduler.after(orderOutDelay, [panel = std::move(panel)] { panel->orderOut(); });
+}
+
+void BannerController::announce(const AlertText& text, PanelContent& view) {
+    const std::string words = text.title + ", " + text.subtitle;
+    services_.announcer.announce(QString::fromStdString(words), view);
+}
+
+} // namespace corvane

@@ -1,0 +1,269 @@
+#include "BannerViews.h"
+
+#include "Buttons.h"
+#include "Fonts.h"
+#include "Labels.h"
+#include "Sessions/AlertText.h"
+#include "Shapes.h"
+#include "Symbols.h"
+#include "Tokens.h"
+
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr qreal cornerRadius = 16;
+constexpr qreal outlineWidth = 1.5;
+constexpr qreal hairlineWidth = 1;
+
+constexpr int padding = 16;
+constexpr int rowSpacing = 12;
+constexpr int flexibleSpace = 8;
+constexpr int lineSpacing = 2;
+
+constexpr int titleSize = 15;
+constexpr int subtitleSize = 13;
+constexpr int smallSize = 11;
+
+constexpr int glyphSide = 36;
+constexpr qreal glyphRing = 2;
+constexpr int glyphLetterSize = 16;
+
+QString fromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+LineLabel* titleLabel(const AlertText& text, QWidget* parent) {
+    return new LineLabel(fromUtf8(text.title), fonts::system(titleSize, QFont::DemiBold),
+                         LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
+}
+
+LineLabel* subtitleLabel(const AlertText& text, QWidget* parent) {
+    return new LineLabel(fromUtf8(text.subtitle), fonts::monospaced(subtitleSize),
+                         LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
+}
+
+void setAccessibleText(QWidget& banner, const AlertText& text) {
+    banner.setAccessibleName(fromUtf8(text.title + ", " + text.subtitle));
+}
+
+} // namespace
+
+// AgentGlyph
+
+AgentGlyph::AgentGlyph(AgentKind agent, bool waiting, QWidget* parent)
+    : QWidget(parent)
+    , agent_(agent)
+    , waiting_(waiting) {
+    setFixedSize(glyphSide, glyphSide);
+    setFont(fonts::system(glyphLetterSize, QFont::Bold));
+    setAccessibleName(fromUtf8(agent_.displayName()));
+}
+
+QString AgentGlyph::letter() const {
+    return agent_ == AgentKind::codex ? QStringLiteral("X") : QStringLiteral("C");
+}
+
+QSize AgentGlyph::sizeHint() const {
+    return {glyphSide, glyphSide};
+}
+
+void AgentGlyph::paintEvent(QPaintEvent* /*event*/) {
+    const ColorScheme scheme = Tokens::scheme(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Tokens::surface.color(scheme));
+    painter.drawEllipse(rect());
+    if (waiting_) {
+        constexpr qreal inset = glyphRing / 2;
+        painter.setPen(QPen(Tokens::primary.color(scheme), glyphRing));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
+    }
+
+    // Centred by its ink: the line's own height would leave a single capital a little too high.
+    QPainterPath ink;
+    ink.addText(0, 0, font(), letter());
+    const QPointF middle = QRectF(rect()).center() - ink.boundingRect().center();
+    painter.fillPath(ink.translated(middle), Tokens::onSurface.color(scheme));
+}
+
+// BannerCard
+
+BannerCard::BannerCard(const AgentSession& session, QSize size, Edge edge)
+    : session_(session)
+    , edge_(edge) {
+    setFixedSize(size);
+}
+
+QPainterPath BannerCard::outline() const {
+    return shapes::continuousRoundedRect(rect(), cornerRadius);
+}
+
+QColor BannerCard::fillColor() const {
+    QColor fill = Tokens::surface.color(Tokens::scheme(palette()));
+    if (isBlended()) fill.setAlphaF(static_cast<float>(Tokens::bannerFillOpacity));
+    return fill;
+}
+
+void BannerCard::paintEvent(QPaintEvent* /*event*/) {
+    const ColorScheme scheme = Tokens::scheme(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(outline(), fillColor());
+    if (edge_ == Edge::primaryOutline) {
+        painter.strokePath(shapes::insideStroke(rect(), cornerRadius, outlineWidth),
+                           QPen(Tokens::primary.color(scheme), outlineWidth));
+    } else {
+        painter.strokePath(shapes::insideStroke(rect(), cornerRadius, hairlineWidth),
+                           QPen(Tokens::hairline(scheme), hairlineWidth));
+    }
+}
+
+QRect BannerCard::mirrored(const QRect& rect) const {
+    return QStyle::visualRect(layoutDirection(), this->rect(), rect);
+}
+
+// WaitingBanner
+
+WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
+                             std::function<void()> onSnooze, std::function<void()> onClose)
+    : BannerCard(session, contentSize, Edge::primaryOutline)
+    , clock_(std::move(clock)) {
+    constexpr int crossSide = 14;
+    const AlertText text = AlertText::waiting(session);
+    setAccessibleText(*this, text);
+
+    glyph_ = new AgentGlyph(session.agent, true, this);
+    title_ = titleLabel(text, this);
+    subtitle_ = subtitleLabel(text, this);
+    waited_ = new LineLabel(waitedLabel(clock_()), fonts::system(smallSize, QFont::Medium),
+                            LineLabel::Emphasis::secondary, LineLabel::Truncation::none, this);
+    jump_ = new PrimaryButton(tr("Go to Terminal"), QStringLiteral("terminal"), this);
+    snooze_ = PlainButton::withText(tr("Snooze"), smallSize, this);
+    close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);
+
+    connect(jump_, &QAbstractButton::clicked, this, std::move(onJump));
+    connect(snooze_, &QAbstractButton::clicked, this, std::move(onSnooze));
+    connect(close_, &QAbstractButton::clicked, this, std::move(onClose));
+
+    second_.setInterval(std::chrono::seconds(1));
+    second_.setTimerType(Qt::PreciseTimer);
+    connect(&second_, &QTimer::timeout, this, [this] { waited_->setText(waitedLabel(clock_())); });
+}
+
+QString WaitingBanner::waitedLabel(Date now) const {
+    const SessionStatus::Waiting* const waiting = session().status.ifWaiting();
+    if (waiting == nullptr) return {};
+    return tr("waiting %1").arg(fromUtf8(AlertText::clock(now - waiting->since)));
+}
+
+void WaitingBanner::showEvent(QShowEvent* event) {
+    BannerCard::showEvent(event);
+    if (session().isWaiting()) second_.start();
+}
+
+void WaitingBanner::hideEvent(QHideEvent* event) {
+    second_.stop();
+    BannerCard::hideEvent(event);
+}
+
+void WaitingBanner::resizeEvent(QResizeEvent* event) {
+    BannerCard::resizeEvent(event);
+    // The cross's ink begins this far inside its box, so the box moves out and the ink ends on the margin.
+    constexpr int crossInset = 3;
+    constexpr int buttonRowSpacing = 6;
+    constexpr int plainSpacing = 8;
+
+    const int right = width() - padding;
+    const QSize jump = jump_->sizeHint();
+    const QSize snooze = snooze_->contentSize();
+    const QSize cross = close_->contentSize();
+    const int plainHeight = std::max(snooze.height(), cross.height());
+    const int actionsTop = (height() - jump.height() - buttonRowSpacing - plainHeight) / 2;
+    const int actionsLeft = right - jump.width();
+    jump_->setGeometry(mirrored({QPoint(actionsLeft, actionsTop), jump}));
+
+    const auto inPlainRow = [&](int left, const QSize& size) {
+        const int top = actionsTop + jump.height() + buttonRowSpacing + (plainHeight - size.height()) / 2;
+        return mirrored({QPoint(left, top), size});
+    };
+    const int crossLeft = right - cross.width() + crossInset;
+    close_->setContentRect(inPlainRow(crossLeft, cross));
+    snooze_->setContentRect(inPlainRow(crossLeft - plainSpacing - snooze.width(), snooze));
+
+    glyph_->setGeometry(mirrored({padding, (height() - glyphSide) / 2, glyphSide, glyphSide}));
+
+    const int textLeft = padding + glyphSide + rowSpacing;
+    const int textWidth = actionsLeft - 2 * rowSpacing - flexibleSpace - textLeft;
+    const int titleHeight = title_->sizeHint().height();
+    const int subtitleHeight = subtitle_->sizeHint().height();
+    const int waitedHeight = waited_->sizeHint().height();
+    int top = (height() - titleHeight - subtitleHeight - waitedHeight - 2 * lineSpacing) / 2;
+    title_->setGeometry(mirrored({textLeft, top, textWidth, titleHeight}));
+    top += titleHeight + lineSpacing;
+    subtitle_->setGeometry(mirrored({textLeft, top, textWidth, subtitleHeight}));
+    top += subtitleHeight + lineSpacing;
+    waited_->setGeometry(mirrored({textLeft, top, textWidth, waitedHeight}));
+}
+
+// DoneBanner
+
+namespace {
+
+// The check mark's disc is 22 pixels wide; the symbol's grid leaves a margin around it.
+constexpr qreal checkSide = 26.4;
+constexpr int discSide = 22;
+
+} // namespace
+
+DoneBanner::DoneBanner(const AgentSession& session, std::function<void()> onClose)
+    : BannerCard(session, contentSize, Edge::hairline) {
+    constexpr int crossSide = 16;
+    const AlertText text = AlertText::done(session);
+    setAccessibleText(*this, text);
+
+    title_ = titleLabel(text, this);
+    subtitle_ = subtitleLabel(text, this);
+    close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);
+    connect(close_, &QAbstractButton::clicked, this, std::move(onClose));
+}
+
+void DoneBanner::paintEvent(QPaintEvent* event) {
+    BannerCard::paintEvent(event);
+    QPainter painter(this);
+    const QRect disc = mirrored({padding, (height() - discSide) / 2, discSide, discSide});
+    QRectF box(0, 0, checkSide, checkSide);
+    box.moveCenter(QRectF(disc).center());
+    symbols::paint(painter, QStringLiteral("checkmark.circle.fill"), box,
+                   Tokens::secondary.color(Tokens::scheme(palette())));
+}
+
+void DoneBanner::resizeEvent(QResizeEvent* event) {
+    BannerCard::resizeEvent(event);
+    constexpr int crossInset = 4;
+
+    const QSize cross = close_->contentSize();
+    const int crossLeft = width() - padding - cross.width() + crossInset;
+    close_->setContentRect(mirrored({QPoint(crossLeft, (height() - cross.height()) / 2), cross}));
+
+    const int textLeft = padding + discSide + rowSpacing;
+    const int textWidth = crossLeft - rowSpacing - textLeft;
+    const int titleHeight = title_->sizeHint().height();
+    const int subtitleHeight = subtitle_->sizeHint().height();
+    int top = (height() - titleHeight - subtitleHeight - lineSpacing) / 2;
+    title_->setGeometry(mirrored({textLeft, top, textWidth, titleHeight}));
+    top += titleHeight + lineSpacing;
+    subtitle_->setGeometry(mirrored({textLeft, top, textWidth, subtitleHeight}));
+}
+
+} // namespace corvane

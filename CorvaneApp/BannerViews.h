@@ -1,0 +1,116 @@
+#pragma once
+
+#include "Platform/PanelContent.h"
+#include "Platform/Platform.h"
+#include "Sessions/SessionBoard.h"
+
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+
+namespace corvane {
+
+class LineLabel;
+class PlainButton;
+class PrimaryButton;
+
+/// The round badge that names an agent by a letter, 36 pixels wide. Its ring shows that the agent waits.
+class AgentGlyph : public QWidget {
+    Q_OBJECT
+
+  public:
+    AgentGlyph(AgentKind agent, bool waiting, QWidget* parent);
+
+    [[nodiscard]] QString letter() const;
+    [[nodiscard]] bool isWaiting() const { return waiting_; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    AgentKind agent_;
+    bool waiting_;
+};
+
+/// What both banners share: the card with its continuous corners, and one accessible element around their
+/// parts.
+class BannerCard : public PanelContent {
+    Q_OBJECT
+
+  public:
+    enum class Edge { hairline, primaryOutline };
+
+    [[nodiscard]] QPainterPath outline() const override;
+
+    /// What the card is filled with at present.
+    [[nodiscard]] QColor fillColor() const;
+
+  protected:
+    BannerCard(const AgentSession& session, QSize size, Edge edge);
+
+    [[nodiscard]] const AgentSession& session() const { return session_; }
+
+    void paintEvent(QPaintEvent* event) override;
+
+    /// Mirrors a rectangle in right-to-left layouts.
+    [[nodiscard]] QRect mirrored(const QRect& rect) const;
+
+  private:
+    AgentSession session_;
+    Edge edge_;
+};
+
+/// The banner of a session that waits for the user. A view of the session as it was given; only its clock
+/// moves.
+class WaitingBanner : public BannerCard {
+    Q_OBJECT
+
+  public:
+    static constexpr QSize contentSize{520, 96};
+
+    WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
+                  std::function<void()> onSnooze, std::function<void()> onClose);
+
+    /// "waiting " and the time since the wait began; empty for a session that does not wait.
+    [[nodiscard]] QString waitedLabel(Date now) const;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+  private:
+    Clock clock_;
+    AgentGlyph* glyph_;
+    LineLabel* title_;
+    LineLabel* subtitle_;
+    LineLabel* waited_;
+    PrimaryButton* jump_;
+    PlainButton* snooze_;
+    PlainButton* close_;
+    QTimer second_{this};
+};
+
+/// The banner of a session that has finished. A view of the session as it was given.
+class DoneBanner : public BannerCard {
+    Q_OBJECT
+
+  public:
+    static constexpr QSize contentSize{360, 64};
+
+    DoneBanner(const AgentSession& session, std::function<void()> onClose);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    LineLabel* title_;
+    LineLabel* subtitle_;
+    PlainButton* close_;
+};
+
+} // namespace corvane

@@ -1,0 +1,62 @@
+#include "Labels.h"
+
+#include "Support/Elision.h"
+#include "Tokens.h"
+
+#include <QPainter>
+
+namespace corvane {
+
+namespace {
+
+// A line break or a control character inside a project's name must not break the line.
+QString singleLine(QString text) {
+    for (QChar& character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph) {
+            character = QLatin1Char(' ');
+        }
+    }
+    return text;
+}
+
+QString fromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+LineLabel::LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
+                     QWidget* parent)
+    : QLabel(parent)
+    , emphasis_(emphasis)
+    , truncation_(truncation) {
+    setTextFormat(Qt::PlainText);
+    setFont(font);
+    setText(text);
+}
+
+QString LineLabel::shownText() const {
+    const QString line = singleLine(text());
+    if (truncation_ == Truncation::none) return line;
+    const QFontMetricsF metrics(font(), this);
+    return fromUtf8(text::elidingMiddle(line.toStdString(), width(), [&metrics](std::string_view part) {
+        return metrics.horizontalAdvance(fromUtf8(part));
+    }));
+}
+
+QSize LineLabel::minimumSizeHint() const {
+    const QSize whole = QLabel::minimumSizeHint();
+    return truncation_ == Truncation::none ? whole : QSize(0, whole.height());
+}
+
+void LineLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const ColorScheme scheme = Tokens::scheme(palette());
+    painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(scheme)
+                                                 : Tokens::textSecondary(scheme));
+    painter.drawText(rect(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
+}
+
+} // namespace corvane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace corvane {
+
+/// The other applications that run on this desktop. Main thread only.
+class Applications {
+  public:
+    Applications() = default;
+    Applications(const Applications&) = delete;
+    Applications& operator=(const Applications&) = delete;
+    virtual ~Applications() = default;
+
+    /// Brings the first running application with this bundle identifier to the front. Nothing happens when
+    /// none runs; nothing is ever launched.
+    virtual void activate(const std::string& bundleID) = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,75 @@
+#include "Platform/Linux/Appearance.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QGuiApplication>
+
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
+
+const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const QString colorSchemeKey = QStringLiteral("color-scheme");
+const QString toolkitGroup = QStringLiteral("org.gnome.desktop.interface");
+const QString animationsKey = QStringLiteral("enable-animations");
+
+// The portal's answers to "color-scheme"; 0 leaves it to the application.
+constexpr uint preferDark = 1;
+constexpr uint preferLight = 2;
+
+} // namespace
+
+LinuxAppearance::LinuxAppearance()
+    : paletteScheme_(Tokens::scheme(QGuiApplication::palette()))
+    , scheme_(paletteScheme_) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    ask(appearanceGroup, colorSchemeKey);
+    ask(toolkitGroup, animationsKey);
+}
+
+void LinuxAppearance::ask(const QString& group, const QString& key) {
+    // Never waited for: a portal that hangs must not hold up the application.
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
+    call << group << key;
+    auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, group, key](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                if (!reply.isError()) apply(group, key, reply.value().variant());
+            });
+}
+
+void LinuxAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+    apply(group, key, value.variant());
+}
+
+void LinuxAppearance::apply(const QString& group, const QString& key, QVariant value) {
+    // `Read` wraps its answer twice.
+    while (value.userType() == qMetaTypeId<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+
+    if (group == appearanceGroup && key == colorSchemeKey) {
+        const uint answer = value.toUInt();
+        const ColorScheme scheme = answer == preferDark    ? ColorScheme::dark
+                                   : answer == preferLight ? ColorScheme::light
+                                                           : paletteScheme_;
+        if (std::exchange(scheme_, scheme) != scheme) Q_EMIT changed();
+    } else if (group == toolkitGroup && key == animationsKey) {
+        const bool reduceMotion = value.typeId() == QMetaType::Bool && !value.toBool();
+        if (std::exchange(reduceMotion_, reduceMotion) != reduceMotion) Q_EMIT changed();
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,207 @@
+#include "Platform/Linux/FloatingPanel.h"
+
+#include "Platform/Linux/Shadow.h"
+#include "Platform/Linux/X11.h"
+#include "Tokens.h"
+
+#include <QBitmap>
+#include <QEasingCurve>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QVariantAnimation>
+
+#include <map>
+#include <tuple>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+/// One picture for each kind of card on this desktop, shared by all panels.
+const QImage& sharedShadow(const PanelContent& card, ColorScheme scheme, qreal ratio) {
+    static std::map<std::tuple<int, int, ColorScheme, qreal>, QImage> shadows;
+    QImage& image = shadows[{card.width(), card.height(), scheme, ratio}];
+    if (image.isNull()) image = cardShadow(card.outline(), card.size(), scheme, ratio);
+    return image;
+}
+
+/// The native window: the card, and around it room for the shadow where windows are blended.
+class PanelWindow : public QWidget {
+  public:
+    PanelWindow() {
+        setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                       Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint |
+                       Qt::X11BypassWindowManagerHint);
+        setAttribute(Qt::WA_TranslucentBackground);
+        setAttribute(Qt::WA_ShowWithoutActivating);
+        setAttribute(Qt::WA_QuitOnClose, false);
+        setWindowTitle(QStringLiteral("Corvane"));
+        // Only once there is a native window does the next line reach it.
+        winId();
+        setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
+    }
+
+    void setCard(std::unique_ptr<PanelContent> card, QSize size) {
+        PanelContent* const old = std::exchange(card_, card.release());
+        card_->setParent(this);
+        card_->setFixedSize(size);
+        arrange();
+        card_->show();
+        if (old != nullptr) {
+            // The old view may be the one whose button is being pressed.
+            old->hide();
+            old->deleteLater();
+        }
+    }
+
+    [[nodiscard]] PanelContent* card() const { return card_; }
+    [[nodiscard]] bool isBlended() const { return blended_; }
+    [[nodiscard]] QMargins margins() const { return blended_ ? shadowMargins : QMargins(); }
+
+    /// Asks anew whether windows are blended: a compositor may have come or gone.
+    void updateBlending() {
+        blended_ = x11::isComposited();
+        arrange();
+    }
+
+    void ignoreClicks() { x11::setInputShape(nativeWindow(), {}); }
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        if (!blended_ || card_ == nullptr) return;
+        QPainter painter(this);
+        painter.drawImage(QPoint(), sharedShadow(*card_, Tokens::scheme(palette()), devicePixelRatioF()));
+    }
+
+  private:
+    void arrange() {
+        if (card_ == nullptr) return;
+        card_->setBlended(blended_);
+        card_->move(margins().left(), margins().top());
+        setFixedSize(card_->size().grownBy(margins()));
+        if (blended_) {
+            clearMask();
+            const qreal ratio = devicePixelRatioF();
+            const QRectF card(QPointF(card_->pos()) * ratio, QSizeF(card_->size()) * ratio);
+            x11::setInputShape(nativeWindow(), {card.toRect()});
+        } else {
+            // Without blending, whatever is not drawn would be black.
+            QBitmap mask(size());
+            mask.clear();
+            QPainter painter(&mask);
+            painter.fillPath(card_->outline(), Qt::color1);
+            painter.end();
+            setMask(mask);
+        }
+        x11::flush();
+    }
+
+    [[nodiscard]] xcb_window_t nativeWindow() const { return static_cast<xcb_window_t>(internalWinId()); }
+
+    PanelContent* card_ = nullptr;
+    bool blended_ = x11::isComposited();
+};
+
+class LinuxFloatingPanel : public FloatingPanel {
+  public:
+    LinuxFloatingPanel() {
+        QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
+                         [this](const QVariant& value) { advance(value.toDouble()); });
+        animation_.setStartValue(0.0);
+        animation_.setEndValue(1.0);
+    }
+
+    void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
+        window_.setCard(std::move(view), size);
+        place();
+    }
+
+    [[nodiscard]] QSize size() const override {
+        return window_.card() != nullptr ? window_.card()->size() : QSize();
+    }
+
+    void setOrigin(QPoint origin) override {
+        origin_ = origin;
+        place();
+    }
+
+    [[nodiscard]] QPoint origin() const override { return origin_; }
+
+    void fadeIn(std::chrono::milliseconds duration, int slide) override {
+        window_.updateBlending();
+        from_ = {window_.isBlended() ? 0.0 : 1.0, -slide};
+        to_ = {1.0, 0};
+        advance(0);
+        window_.show();
+        run(duration);
+    }
+
+    void fadeOut(std::chrono::milliseconds duration) override {
+        if (!window_.isVisible()) return;
+        animation_.stop();
+        window_.ignoreClicks();
+        if (!window_.isBlended()) {
+            orderOut();
+            return;
+        }
+        from_ = state_;
+        to_ = {0.0, state_.offset};
+        run(duration);
+    }
+
+    void orderOut() override {
+        animation_.stop();
+        window_.hide();
+        x11::flush();
+    }
+
+    void orderFront() override {
+        if (!window_.isVisible()) return;
+        window_.raise();
+        x11::flush();
+    }
+
+  private:
+    struct State {
+        double opacity = 1;
+        int offset = 0;
+    };
+
+    void run(std::chrono::milliseconds duration) {
+        animation_.setDuration(static_cast<int>(duration.count()));
+        animation_.start();
+    }
+
+    void advance(double progress) {
+        static const QEasingCurve opacityCurve(QEasingCurve::OutQuad);
+        static const QEasingCurve slideCurve(QEasingCurve::OutCubic);
+        state_.opacity =
+            from_.opacity + (to_.opacity - from_.opacity) * opacityCurve.valueForProgress(progress);
+        state_.offset =
+            from_.offset + qRound((to_.offset - from_.offset) * slideCurve.valueForProgress(progress));
+        if (window_.isBlended()) window_.setWindowOpacity(state_.opacity);
+        place();
+    }
+
+    void place() {
+        const QMargins margins = window_.margins();
+        window_.move(origin_ + QPoint(-margins.left(), state_.offset - margins.top()));
+        x11::flush();
+    }
+
+    PanelWindow window_;
+    QVariantAnimation animation_;
+    QPoint origin_;
+    State from_;
+    State to_;
+    State state_;
+};
+
+} // namespace
+
+std::unique_ptr<FloatingPanel> LinuxFloatingPanels::make() {
+    return std::make_unique<LinuxFloatingPanel>();
+}
+
+} // namespace corvane

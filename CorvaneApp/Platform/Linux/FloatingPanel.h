@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Platform/FloatingPanel.h"
+
+namespace corvane {
+
+/// Panels as override-redirect X11 windows: no window manager places, focuses, covers or lists them. On other
+/// window systems they are ordinary frameless windows that do not ask for the focus.
+class LinuxFloatingPanels : public FloatingPanels {
+  public:
+    [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+};
+
+} // namespace corvane

@@ -1,0 +1,70 @@
+#include "Platform/Linux/Screens.h"
+
+#include "Platform/Linux/X11.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <cstdint>
+
+namespace corvane {
+
+namespace {
+
+// Qt leaves a screen's origin in device pixels and scales only its size.
+QRect devicePixels(const QScreen& screen) {
+    const QRect geometry = screen.geometry();
+    return {geometry.topLeft(), (QSizeF(geometry.size()) * screen.devicePixelRatio()).toSize()};
+}
+
+QScreen* screenWithFocus() {
+    const std::optional<xcb_window_t> window = x11::activeWindow();
+    if (!window) return nullptr;
+    const std::optional<QRect> geometry = x11::rootGeometry(*window);
+    if (!geometry) return nullptr;
+
+    QScreen* best = nullptr;
+    std::int64_t largest = 0;
+    for (QScreen* const screen : QGuiApplication::screens()) {
+        const QRect common = devicePixels(*screen).intersected(*geometry);
+        const std::int64_t area = std::int64_t{common.width()} * common.height();
+        if (!common.isEmpty() && area > largest) {
+            largest = area;
+            best = screen;
+        }
+    }
+    return best;
+}
+
+QScreen* mainScreen() {
+    if (QScreen* const focused = screenWithFocus()) return focused;
+    if (QScreen* const pointed = QGuiApplication::screenAt(QCursor::pos())) return pointed;
+    return QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+LinuxScreens::LinuxScreens() {
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
+        watch(screen);
+        Q_EMIT changed();
+    });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &Screens::changed);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Screens::changed);
+    for (QScreen* const screen : QGuiApplication::screens())
+        watch(screen);
+}
+
+void LinuxScreens::watch(QScreen* screen) {
+    connect(screen, &QScreen::availableGeometryChanged, this, &Screens::changed);
+    connect(screen, &QScreen::geometryChanged, this, &Screens::changed);
+    connect(screen, &QScreen::physicalDotsPerInchChanged, this, &Screens::changed);
+}
+
+std::optional<QRect> LinuxScreens::mainVisibleFrame() const {
+    const QScreen* const screen = mainScreen();
+    return screen != nullptr ? std::optional(screen->availableGeometry()) : std::nullopt;
+}
+
+} // namespace corvane

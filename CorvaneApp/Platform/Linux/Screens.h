@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/Screens.h"
+
+class QScreen;
+
+namespace corvane {
+
+/// The screens as Qt knows them; the main one by the active window, where an X server tells.
+class LinuxScreens : public Screens {
+    Q_OBJECT
+
+  public:
+    LinuxScreens();
+
+    [[nodiscard]] std::optional<QRect> mainVisibleFrame() const override;
+
+  private:
+    void watch(QScreen* screen);
+};
+
+} // namespace corvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Tokens.h"
+
+#include <QImage>
+#include <QMargins>
+#include <QPainterPath>
+#include <QSize>
+
+namespace corvane {
+
+/// How far a card's shadow reaches beyond it, in device-independent pixels.
+inline constexpr QMargins shadowMargins{24, 16, 24, 32};
+
+/// The shadow of a card, black with alpha and nothing below the card itself: an image of the card's size with
+/// the margins around it. `outline` is the card's, in its own coordinates. Takes a few milliseconds: keep the
+/// result.
+[[nodiscard]] QImage cardShadow(const QPainterPath& outline, QSize cardSize, ColorScheme scheme,
+                                qreal devicePixelRatio);
+
+} // namespace corvane

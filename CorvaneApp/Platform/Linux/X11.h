@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QRect>
+#include <QRegion>
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// The X server that Qt is connected to. Every function does nothing, or gives nothing, on another window
+/// system. Main thread only.
+namespace corvane::x11 {
+
+/// Qt's own connection; null where Qt runs on something else.
+[[nodiscard]] xcb_connection_t* connection();
+
+/// The root window of Qt's screen.
+[[nodiscard]] xcb_window_t rootWindow();
+
+/// Sends what waits in the connection's buffer. Qt leaves opacity, shape and stacking requests there until
+/// something else happens to send them.
+void flush();
+
+/// Whether a compositing manager runs, so that windows are blended with what lies below.
+[[nodiscard]] bool isComposited();
+
+/// The window that the window manager calls active.
+[[nodiscard]] std::optional<xcb_window_t> activeWindow();
+
+/// A window's place on the root window, in device pixels.
+[[nodiscard]] std::optional<QRect> rootGeometry(xcb_window_t window);
+
+/// Limits where `window` takes pointer events to `rectangles`, in device pixels of the window.
+void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);
+
+} // namespace corvane::x11

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Intake/CorvanePaths.h"
+#include "Support/Date.h"
+
+#include <functional>
+#include <memory>
+
+namespace corvane {
+
+class Announcer;
+class Appearance;
+class Applications;
+class FloatingPanels;
+class Scheduler;
+class Screens;
+class Sounds;
+
+/// Tells the present time.
+using Clock = std::function<Date()>;
+
+/// Everything that the application asks of the system it runs on. The referents outlive whoever holds this.
+struct Services {
+    Clock clock;
+    Scheduler& scheduler;
+    FloatingPanels& panels;
+    Screens& screens;
+    Appearance& appearance;
+    Announcer& announcer;
+    Sounds& sounds;
+    Applications& applications;
+};
+
+/// The running system's own services. Made once, on the main thread, after the QApplication.
+class Platform {
+  public:
+    Platform() = default;
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+    virtual ~Platform() = default;
+
+    static std::unique_ptr<Platform> make();
+
+    /// What must be settled before the QApplication is made, such as the window system to use. Gives false
+    /// after saying why on standard error when there is no way to show anything.
+    [[nodiscard]] static bool prepareProcess();
+
+    /// Makes the support directory and sees to it that nobody else can read it, since event files hold the
+    /// user's prompts and code. What cannot be done is left.
+    static void protectSupportDirectory(const CorvanePaths& paths);
+
+    [[nodiscard]] virtual Services services() = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,106 @@
+#include "Platform/Recording/RecordingPlatform.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane::recording {
+
+void Time::after(std::chrono::milliseconds delay, std::function<void()> work) {
+    pending_.push_back({elapsed_ + delay, std::move(work)});
+}
+
+void Time::advance(std::chrono::milliseconds span) {
+    const std::chrono::milliseconds end = elapsed_ + span;
+    for (;;) {
+        const auto next = std::min_element(pending_.begin(), pending_.end(),
+                                           [](const Item& a, const Item& b) { return a.due < b.due; });
+        if (next == pending_.end() || next->due > end) break;
+        elapsed_ = std::max(elapsed_, next->due);
+        const std::function<void()> work = std::move(next->work);
+        pending_.erase(next);
+        work();
+    }
+    elapsed_ = end;
+}
+
+namespace {
+
+class RecordingPanel : public FloatingPanel {
+  public:
+    RecordingPanel(std::shared_ptr<PanelRecord> record, Panels& panels)
+        : record_(std::move(record))
+        , panels_(panels) {}
+
+    void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
+        // As on a real panel, the old view may still be running one of its own handlers.
+        if (PanelContent* const old = record_->content.release()) old->deleteLater();
+        record_->content = std::move(view);
+        record_->size = size;
+        ++record_->contentCount;
+    }
+
+    [[nodiscard]] QSize size() const override { return record_->size; }
+    void setOrigin(QPoint origin) override { record_->origin = origin; }
+    [[nodiscard]] QPoint origin() const override { return record_->origin; }
+
+    void fadeIn(std::chrono::milliseconds duration, int slide) override {
+        record_->isVisible = true;
+        record_->fadeIns.push_back(duration);
+        record_->slides.push_back(slide);
+        orderFront();
+    }
+
+    void fadeOut(std::chrono::milliseconds duration) override {
+        record_->isFadingOut = true;
+        record_->fadeOuts.push_back(duration);
+    }
+
+    void orderOut() override {
+        record_->isVisible = false;
+        ++record_->orderOutCount;
+    }
+
+    void orderFront() override {
+        if (!record_->isVisible) return;
+        std::erase(panels_.stacking, record_.get());
+        panels_.stacking.push_back(record_.get());
+    }
+
+  private:
+    std::shared_ptr<PanelRecord> record_;
+    Panels& panels_;
+};
+
+} // namespace
+
+std::unique_ptr<FloatingPanel> Panels::make() {
+    all.push_back(std::make_shared<PanelRecord>());
+    return std::make_unique<RecordingPanel>(all.back(), *this);
+}
+
+std::vector<PanelRecord*> Panels::standing() const {
+    std::vector<PanelRecord*> result;
+    for (const std::shared_ptr<PanelRecord>& record : all) {
+        if (record->isVisible && !record->isFadingOut) result.push_back(record.get());
+    }
+    std::stable_sort(result.begin(), result.end(), [](const PanelRecord* a, const PanelRecord* b) {
+        return a->origin.y() < b->origin.y();
+    });
+    return result;
+}
+
+void FixedScreens::setFrame(std::optional<QRect> newFrame) {
+    frame = newFrame;
+    Q_EMIT changed();
+}
+
+void Announcements::announce(const QString& text, QWidget& /*banner*/) {
+    spoken.push_back(text);
+}
+
+Services RecordingPlatform::services() {
+    return {
+        [this] { return time.now(); }, time, panels, screens, appearance, announcer, sounds, applications};
+}
+
+} // namespace corvane::recording

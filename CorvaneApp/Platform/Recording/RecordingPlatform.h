@@ -1,0 +1,126 @@
+#pragma once
+
+#include "Platform/Announcer.h"
+#include "Platform/Appearance.h"
+#include "Platform/Applications.h"
+#include "Platform/FloatingPanel.h"
+#include "Platform/Platform.h"
+#include "Platform/Scheduler.h"
+#include "Platform/Screens.h"
+#include "Platform/Sounds.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A platform for tests: shows nothing, keeps what it was asked for, and whose time only moves when told to.
+namespace corvane::recording {
+
+/// One moment of the made-up world, shared by clock and scheduler.
+class Time : public Scheduler {
+  public:
+    [[nodiscard]] Date now() const { return start_ + elapsed_; }
+
+    void after(std::chrono::milliseconds delay, std::function<void()> work) override;
+
+    /// Lets `span` pass: everything that falls due runs in order, each at its own time.
+    void advance(std::chrono::milliseconds span);
+
+    /// Sets the wall clock to another time, as a user or the network does; the scheduler does not notice.
+    void setWallClock(Date now) { start_ = now - Seconds(elapsed_); }
+
+    [[nodiscard]] std::size_t pendingCount() const { return pending_.size(); }
+
+  private:
+    struct Item {
+        std::chrono::milliseconds due;
+        std::function<void()> work;
+    };
+
+    Date start_{1'790'000'000, 0};
+    std::chrono::milliseconds elapsed_{0};
+    std::vector<Item> pending_;
+};
+
+/// A panel that was made, from first to last.
+struct PanelRecord {
+    std::unique_ptr<PanelContent> content;
+    QSize size;
+    QPoint origin;
+    bool isVisible = false;
+    bool isFadingOut = false;
+    int contentCount = 0;
+    std::vector<std::chrono::milliseconds> fadeIns;
+    std::vector<int> slides;
+    std::vector<std::chrono::milliseconds> fadeOuts;
+    int orderOutCount = 0;
+};
+
+class Panels : public FloatingPanels {
+  public:
+    [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+
+    /// In the order in which they were made; a record outlives its panel.
+    std::vector<std::shared_ptr<PanelRecord>> all;
+
+    /// Those that are on the screen and not on their way out, from top to bottom.
+    [[nodiscard]] std::vector<PanelRecord*> standing() const;
+
+    /// The panels in the order in which they were last put in front, the frontmost last.
+    std::vector<const PanelRecord*> stacking;
+};
+
+class FixedScreens : public Screens {
+  public:
+    [[nodiscard]] std::optional<QRect> mainVisibleFrame() const override { return frame; }
+    void setFrame(std::optional<QRect> newFrame);
+
+    std::optional<QRect> frame = QRect(0, 30, 1280, 770);
+};
+
+class FixedAppearance : public Appearance {
+  public:
+    [[nodiscard]] ColorScheme colorScheme() const override { return scheme; }
+    [[nodiscard]] bool reduceMotion() const override { return motionIsReduced; }
+
+    ColorScheme scheme = ColorScheme::light;
+    bool motionIsReduced = false;
+};
+
+class Announcements : public Announcer {
+  public:
+    void announce(const QString& text, QWidget& banner) override;
+
+    std::vector<QString> spoken;
+};
+
+class PlayedSounds : public Sounds {
+  public:
+    void play(const std::string& name) override { played.push_back(name); }
+
+    std::vector<std::string> played;
+};
+
+class Activations : public Applications {
+  public:
+    void activate(const std::string& bundleID) override { activated.push_back(bundleID); }
+
+    std::vector<std::string> activated;
+};
+
+struct RecordingPlatform {
+    Time time;
+    Panels panels;
+    FixedScreens screens;
+    FixedAppearance appearance;
+    Announcements announcer;
+    PlayedSounds sounds;
+    Activations applications;
+
+    [[nodiscard]] Services services();
+};
+
+} // namespace corvane::recording

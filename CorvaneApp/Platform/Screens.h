@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+#include <QRect>
+
+#include <optional>
+
+namespace corvane {
+
+/// Where on the desktop there is room. Main thread only.
+class Screens : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The main screen's area free of bars and docks, in device-independent pixels with y growing downwards;
+    /// none without a screen. The main screen is the one that the user works on: the one with the focused
+    /// window where the system can tell, else the one with the pointer, else the primary.
+    [[nodiscard]] virtual std::optional<QRect> mainVisibleFrame() const = 0;
+
+  Q_SIGNALS:
+    /// Screens came, went, moved or changed their size, scale or free area.
+    void changed();
+};
+
+} // namespace corvane

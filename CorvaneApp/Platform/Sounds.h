@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace corvane {
+
+/// Plays the short named sounds. Main thread only.
+class Sounds {
+  public:
+    Sounds() = default;
+    Sounds(const Sounds&) = delete;
+    Sounds& operator=(const Sounds&) = delete;
+    virtual ~Sounds() = default;
+
+    /// Starts the sound `name` and returns at once. An unknown name or a missing sound server plays nothing.
+    virtual void play(const std::string& name) = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QRectF>
+#include <QString>
+
+/// The application's symbols: drawn on one grid of 24 with one stroke, tinted by one colour.
+namespace corvane::symbols {
+
+/// Paints the symbol `name` ("terminal", "xmark", "checkmark.circle.fill") into `box`, crisp at the painter's
+/// scale. An unknown name paints nothing.
+void paint(QPainter& painter, const QString& name, const QRectF& box, const QColor& color);
+
+} // namespace corvane::symbols

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+#include <cstdint>
+
+namespace corvane {
+
+/// The appearance in which something is drawn.
+enum class ColorScheme : std::uint8_t { light, dark };
+
+/// A colour of the application's own with a value for each appearance, as 24-bit sRGB (red in the high byte).
+struct Token {
+    std::uint32_t light;
+    std::uint32_t dark;
+
+    /// The opaque colour for this appearance.
+    [[nodiscard]] QColor color(ColorScheme scheme) const;
+};
+
+/// The application's palette: the only place with colour values. Views take the appearance from their
+/// QPalette at the moment they draw, so that a switch of the desktop reaches them as an ordinary palette
+/// change.
+namespace Tokens {
+
+inline constexpr Token primary{0x8A5300, 0xFFC15A};    ///< main accent colour
+inline constexpr Token onPrimary{0xFFFFFF, 0x3A2400};  ///< content drawn on `primary`
+inline constexpr Token secondary{0x1F6E46, 0x7FD6A4};  ///< second accent colour
+inline constexpr Token background{0xF5F5F7, 0x1C1C1E}; ///< backdrop of a whole view
+inline constexpr Token surface{0xFFFFFF, 0x2C2C2E};    ///< raised areas drawn on the backdrop
+inline constexpr Token onSurface{0x1D1D1F, 0xF2F2F7};  ///< content drawn on `surface`
+inline constexpr Token error{0xB3261E, 0xF2B8B5};      ///< error indication
+
+/// Opacity of a disabled button, and of one that is pressed.
+inline constexpr double disabledOpacity = 0.45;
+inline constexpr double pressedOpacity = 0.8;
+
+/// Opacity of a banner's fill where the desktop blends windows.
+inline constexpr double bannerFillOpacity = 0.96;
+
+/// `a` and `b` mixed channel by channel, with the share `share` (0 to 1) of `a`.
+[[nodiscard]] QColor mix(const QColor& a, const QColor& b, double share);
+
+/// Dimmed text on `surface`.
+[[nodiscard]] QColor textSecondary(ColorScheme scheme);
+/// Below a plain control under the pointer, and while it is pressed.
+[[nodiscard]] QColor hoverFill(ColorScheme scheme);
+[[nodiscard]] QColor pressedFill(ColorScheme scheme);
+/// A primary button under the pointer.
+[[nodiscard]] QColor primaryHover(ColorScheme scheme);
+/// The thin edge of a card that has no outline of its own; translucent.
+[[nodiscard]] QColor hairline(ColorScheme scheme);
+/// One layer of a card's shadow: black at `opacity`.
+[[nodiscard]] QColor shadow(double opacity);
+
+/// The appearance that a palette belongs to: dark when its window colour is darker than its text.
+[[nodiscard]] ColorScheme scheme(const QPalette& palette);
+
+/// The application-wide palette for this appearance.
+[[nodiscard]] QPalette palette(ColorScheme scheme);
+
+} // namespace Tokens
+
+} // namespace corvane

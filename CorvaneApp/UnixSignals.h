@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace corvane {
+
+/// Turns the signals by which a session or a terminal ends a program (SIGTERM, SIGINT, SIGHUP) into
+/// `received`, so that the application leaves by its own event loop. One for the process; main thread.
+class UnixSignals : public QObject {
+    Q_OBJECT
+
+  public:
+    UnixSignals();
+    ~UnixSignals() override;
+
+  Q_SIGNALS:
+    void received();
+
+  private:
+    QSocketNotifier* notifier_ = nullptr;
+};
+
+} // namespace corvane

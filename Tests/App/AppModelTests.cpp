@@ -1,0 +1,422 @@
+#include "AppModel.h"
+#include "Intake/HookScript.h"
+#include "Platform/Recording/RecordingPlatform.h"
+#include "Support/TestSupport.h"
+
+#include <QAbstractButton>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace corvane {
+namespace {
+
+using recording::PanelRecord;
+using recording::RecordingPlatform;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+class AppModelTest : public testing::Test {
+  protected:
+    AppModelTest() { std::filesystem::create_directories(paths_.events()); }
+
+    AppModel& model() {
+        if (!model_) model_.emplace(AgentConnector(home_.path(), paths_), defaults_, platform_.services());
+        return *model_;
+    }
+
+    /// Lets `count` passes of the loop go by. The first call runs the pass at the start.
+    void pass(int count = 1) {
+        model();
+        for (int i = 0; i < count; ++i)
+            platform_.time.advance(model().ticks() == 0 ? milliseconds(0) : seconds(1));
+    }
+
+    /// Drops an event file as the hook would, written at the present time of the made-up clock.
+    void drop(const std::string& source, const std::string& payload, Seconds age = Seconds(0)) {
+        const auto file = paths_.events() / (std::to_string(++files_) + "-1.event");
+        test::writeFile(file,
+                        "corvane-event 1\nsource=" + source + "\nterm=ghostty\nbundle=\n---\n" + payload);
+        test::setModificationDate(file, platform_.time.now() - age);
+    }
+
+    void dropClaude(const std::string& event, const std::string& session, Seconds age = Seconds(0)) {
+        drop(
+            "claude",
+            R"({"hook_event_name":")" + event + R"(","session_id":")" + session +
+                R"(","cwd":"/w/shop","notification_type":"permission_prompt","message":"Claude needs your permission to use Bash"})",
+            age);
+    }
+
+    void dropCodexDone(const std::string& session) {
+        drop("codex", R"({"type":"agent-turn-complete","thread-id":")" + session + R"(","cwd":"/w/shop"})");
+    }
+
+    void click(const char* name) {
+        const auto standing = platform_.panels.standing();
+        ASSERT_FALSE(standing.empty());
+        for (auto* const button : standing.front()->content->findChildren<QAbstractButton*>()) {
+            if (button->text() == QLatin1String(name) || button->accessibleName() == QLatin1String(name)) {
+                button->click();
+                return;
+            }
+        }
+        FAIL() << "no button " << name;
+    }
+
+    [[nodiscard]] std::size_t standing() const { return platform_.panels.standing().size(); }
+    [[nodiscard]] const std::vector<std::string>& played() const { return platform_.sounds.played; }
+
+    test::ScratchFolder home_{"home"};
+    CorvanePaths paths_ = CorvanePaths::standard(home_.path());
+    test::MemoryUserDefaults defaults_;
+    RecordingPlatform platform_;
+    std::optional<AppModel> model_;
+    int files_ = 0;
+};
+
+TEST_F(AppModelTest, startsWithTheStoredSettings) {
+    AlertPreferences stored;
+    stored.doneSound = "Hero";
+    stored.save(defaults_, "alertPreferences");
+    defaults_.setBoolean("hasCompletedOnboarding", true);
+    EXPECT_EQ(model().prefs(), stored);
+    EXPECT_TRUE(model().hasCompletedOnboarding());
+    EXPECT_EQ(model().now(), platform_.time.now());
+    EXPECT_EQ(model().board(), SessionBoard());
+    EXPECT_EQ(model().ticks(), 0);
+    EXPECT_EQ(model().connected(),
+              (std::map<AgentKind, bool>{{AgentKind::claude, false}, {AgentKind::codex, false}}));
+    EXPECT_EQ(model().lastBackup(), std::nullopt);
+    EXPECT_EQ(model().connectError(), std::nullopt);
+}
+
+TEST_F(AppModelTest, theFirstPassRunsAtOnceAndTheNextOnesASecondApart) {
+    model();
+    platform_.time.advance(milliseconds(0));
+    EXPECT_EQ(model().ticks(), 1);
+    platform_.time.advance(milliseconds(999));
+    EXPECT_EQ(model().ticks(), 1);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_EQ(model().ticks(), 2);
+    platform_.time.advance(seconds(10));
+    EXPECT_EQ(model().ticks(), 12);
+}
+
+TEST_F(AppModelTest, theLoopDoesNotOutliveTheModel) {
+    pass();
+    model_.reset();
+    platform_.time.advance(seconds(5));
+    EXPECT_EQ(platform_.time.pendingCount(), 0U);
+}
+
+TEST_F(AppModelTest, aPassTakesTheTimeFromTheClock) {
+    pass();
+    platform_.time.setWallClock(Date(1'800'000'000, 5));
+    EXPECT_NE(model().now(), Date(1'800'000'000, 5));
+    pass();
+    EXPECT_EQ(model().now(), Date(1'800'000'001, 5));
+}
+
+TEST_F(AppModelTest, aPermissionPromptShowsTheWaitingBannerAndSounds) {
+    dropClaude("Notification", "s");
+    pass();
+    ASSERT_EQ(standing(), 1U);
+    EXPECT_EQ(platform_.panels.all[0]->size, QSize(520, 96));
+    EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
+    EXPECT_EQ(model().board().waitingCount(), 1U);
+    EXPECT_TRUE(std::filesystem::is_empty(paths_.events()));
+}
+
+TEST_F(AppModelTest, theBannerGoesWhenTheAgentWorksAgain) {
+    dropClaude("Notification", "s");
+    pass();
+    dropClaude("PostToolUse", "s");
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(model().board().waitingCount(), 0U);
+}
+
+TEST_F(AppModelTest, eventsOfOnePassAreAppliedInOrder) {
+    dropClaude("PostToolUse", "s");
+    dropClaude("Notification", "s", Seconds(0.002));
+    pass();
+    EXPECT_EQ(model().board().waitingCount(), 0U);
+    EXPECT_EQ(standing(), 0U);
+}
+
+TEST_F(AppModelTest, longWorkOfClaudesEndsWithTheDoneBannerForSixSeconds) {
+    dropClaude("UserPromptSubmit", "s", Seconds(21));
+    dropClaude("Stop", "s");
+    pass();
+    ASSERT_EQ(standing(), 1U);
+    EXPECT_EQ(platform_.panels.all[0]->size, QSize(360, 64));
+    EXPECT_EQ(played(), std::vector<std::string>{"Tink"});
+    platform_.time.advance(milliseconds(5999));
+    EXPECT_EQ(standing(), 1U);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_EQ(standing(), 0U);
+}
+
+TEST_F(AppModelTest, withoutDoneAlertsAFinishedAgentIsSilent) {
+    AlertPreferences preferences;
+    preferences.alertWhenDone = false;
+    model().setPrefs(preferences);
+    dropCodexDone("t");
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_TRUE(played().empty());
+    EXPECT_EQ(model().board().sessions().size(), 1U);
+}
+
+TEST_F(AppModelTest, theWaitingSoundIsTheSameWhateverTheSessionWaitsFor) {
+    AlertPreferences preferences;
+    preferences.waitingSound = "Purr";
+    model().setPrefs(preferences);
+    drop("claude",
+         R"({"hook_event_name":"Notification","session_id":"s","notification_type":"idle_prompt"})");
+    pass();
+    EXPECT_EQ(played(), std::vector<std::string>{"Purr"});
+}
+
+TEST_F(AppModelTest, withSoundsOffOnlyTheBannerComes) {
+    AlertPreferences preferences;
+    preferences.soundsOn = false;
+    model().setPrefs(preferences);
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(standing(), 1U);
+    EXPECT_TRUE(played().empty());
+}
+
+TEST_F(AppModelTest, quietTimeSilencesAlertsButNotDismissals) {
+    dropClaude("Notification", "a");
+    pass();
+    ASSERT_EQ(standing(), 1U);
+
+    AlertPreferences preferences = model().prefs();
+    preferences.quietUntil = model().now() + Seconds(60);
+    model().setPrefs(preferences);
+    dropClaude("Notification", "b");
+    dropCodexDone("t");
+    dropClaude("PostToolUse", "a");
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(played().size(), 1U);
+    EXPECT_EQ(model().board().waitingCount(), 1U);
+}
+
+TEST_F(AppModelTest, afterQuietTimeTheNextReminderShows) {
+    pass();
+    model().quietForAnHour();
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    pass(60);
+    model().resumeAlerts();
+    EXPECT_EQ(model().prefs().quietUntil, std::nullopt);
+    pass(58);
+    EXPECT_EQ(standing(), 0U);
+    pass(1);
+    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(played().size(), 1U);
+}
+
+TEST_F(AppModelTest, quietTimeEndsExactlyOnTime) {
+    AlertPreferences preferences;
+    pass();
+    preferences.quietUntil = model().now() + Seconds(1);
+    model().setPrefs(preferences);
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(standing(), 1U);
+}
+
+TEST_F(AppModelTest, anHourOfQuietCountsFromTheLastPassAndIsStored) {
+    pass();
+    const Date passed = model().now();
+    platform_.time.advance(milliseconds(700));
+    model().quietForAnHour();
+    EXPECT_EQ(model().prefs().quietUntil, passed + Seconds(3600));
+    EXPECT_EQ(AlertPreferences::load(defaults_, "alertPreferences"), model().prefs());
+    model().resumeAlerts();
+    EXPECT_EQ(AlertPreferences::load(defaults_, "alertPreferences").quietUntil, std::nullopt);
+}
+
+TEST_F(AppModelTest, remindersRecurAtTheChosenInterval) {
+    dropClaude("Notification", "s");
+    pass();
+    pass(119);
+    EXPECT_EQ(played().size(), 1U);
+    pass(1);
+    EXPECT_EQ(played().size(), 2U);
+    EXPECT_EQ(standing(), 1U);
+    pass(120);
+    EXPECT_EQ(played().size(), 3U);
+}
+
+TEST_F(AppModelTest, withRemindersOffNothingRecurs) {
+    AlertPreferences preferences;
+    preferences.reminderMinutes = 0;
+    model().setPrefs(preferences);
+    dropClaude("Notification", "s");
+    pass(1000);
+    EXPECT_EQ(played().size(), 1U);
+}
+
+TEST_F(AppModelTest, snoozingHoldsTheSessionForFiveMinutesAndClosesItsBanner) {
+    dropClaude("Notification", "s");
+    pass();
+    click("Snooze");
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(model().board().sessions().at(0).snoozedUntil, model().now() + Seconds(300));
+    pass(299);
+    EXPECT_EQ(played().size(), 1U);
+    EXPECT_EQ(standing(), 0U);
+    pass(1);
+    EXPECT_EQ(played().size(), 2U);
+    EXPECT_EQ(standing(), 1U);
+}
+
+TEST_F(AppModelTest, jumpingDismissesTheBannerAndActivatesTheTerminal) {
+    dropClaude("Notification", "s");
+    pass();
+    click("Go to Terminal");
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(platform_.applications.activated, std::vector<std::string>{"com.mitchellh.ghostty"});
+}
+
+TEST_F(AppModelTest, jumpingToAnUnknownTerminalOnlyDismisses) {
+    const auto file = paths_.events() / "1-1.event";
+    test::writeFile(file, "corvane-event 1\nsource=claude\n---\n{\"hook_event_name\":\"Notification\"}");
+    pass();
+    click("Go to Terminal");
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_TRUE(platform_.applications.activated.empty());
+}
+
+TEST_F(AppModelTest, everySixtiethPassPrunesTheBoard) {
+    dropClaude("UserPromptSubmit", "s", SessionBoard::staleAfter + Seconds(1));
+    pass(59);
+    EXPECT_EQ(model().board().sessions().size(), 1U);
+    pass(1);
+    EXPECT_TRUE(model().board().sessions().empty());
+
+    dropClaude("UserPromptSubmit", "s", SessionBoard::staleAfter + Seconds(1));
+    pass(59);
+    EXPECT_EQ(model().board().sessions().size(), 1U);
+    pass(1);
+    EXPECT_TRUE(model().board().sessions().empty());
+}
+
+TEST_F(AppModelTest, aTestAlertShowsAndSoundsInQuietTimeAndIsNoSession) {
+    pass();
+    model().quietForAnHour();
+    model().sendTestAlert();
+    ASSERT_EQ(standing(), 1U);
+    EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
+    EXPECT_TRUE(model().board().sessions().empty());
+    EXPECT_EQ(platform_.announcer.spoken.at(0).toStdString(),
+              "Claude is waiting for you, my-project · wants to use Bash");
+}
+
+TEST_F(AppModelTest, theOnboardingFlagIsStoredAtOnce) {
+    model().setHasCompletedOnboarding(true);
+    EXPECT_TRUE(defaults_.boolean("hasCompletedOnboarding"));
+    EXPECT_TRUE(model().hasCompletedOnboarding());
+}
+
+TEST_F(AppModelTest, connectingAndRemovingAnAgentIsSeenAtOnce) {
+    model().connectAgent(AgentKind::claude);
+    EXPECT_TRUE(model().connected().at(AgentKind::claude));
+    EXPECT_FALSE(model().connected().at(AgentKind::codex));
+    EXPECT_EQ(model().connectError(), std::nullopt);
+    EXPECT_EQ(model().lastBackup(), std::nullopt);
+    model().disconnectAgent(AgentKind::claude);
+    EXPECT_FALSE(model().connected().at(AgentKind::claude));
+}
+
+TEST_F(AppModelTest, aConnectThatChangesAFileTellsItsBackup) {
+    test::writeFile(home_.path() / ".claude/settings.json", "{}");
+    model().connectAgent(AgentKind::claude);
+    ASSERT_TRUE(model().lastBackup().has_value());
+    EXPECT_EQ(test::fileBytes(*model().lastBackup()), "{}");
+}
+
+TEST_F(AppModelTest, anotherProgramsNotifyLineIsNamedAndTheLastBackupKept) {
+    test::writeFile(home_.path() / ".claude/settings.json", "{}");
+    model().connectAgent(AgentKind::claude);
+    const auto backup = model().lastBackup();
+    test::writeFile(home_.path() / ".codex/config.toml", "  notify = [\"other\"]\t\n");
+    model().connectAgent(AgentKind::codex);
+    EXPECT_EQ(
+        model().connectError(),
+        "Codex already sends notifications to another program (notify = [\"other\"]). Nothing was changed.");
+    EXPECT_EQ(model().lastBackup(), backup);
+    EXPECT_FALSE(model().connected().at(AgentKind::codex));
+
+    model().disconnectAgent(AgentKind::claude);
+    EXPECT_EQ(model().connectError(), std::nullopt);
+}
+
+TEST_F(AppModelTest, anUnreadableFileIsNamedInFull) {
+    test::writeFile(home_.path() / ".claude/settings.json", "[]");
+    model().connectAgent(AgentKind::claude);
+    EXPECT_EQ(model().connectError(), (home_.path() / ".claude/settings.json").string() +
+                                          " — settings.json is not valid JSON. Nothing was changed.");
+    test::writeFile(home_.path() / ".codex/config.toml", "\xFF");
+    model().connectAgent(AgentKind::codex);
+    EXPECT_EQ(model().connectError(), (home_.path() / ".codex/config.toml").string() +
+                                          " — config.toml is not UTF-8 text. Nothing was changed.");
+}
+
+TEST_F(AppModelTest, anyOtherFailureIsToldWithItsReason) {
+    std::filesystem::create_directories(home_.path() / ".codex/config.toml");
+    model().connectAgent(AgentKind::codex);
+    ASSERT_TRUE(model().connectError().has_value());
+    EXPECT_TRUE(model().connectError()->starts_with("Couldn't connect Codex: ")) << *model().connectError();
+    EXPECT_GT(model().connectError()->size(), std::string("Couldn't connect Codex: ").size());
+}
+
+TEST_F(AppModelTest, aFailedRemovalIsToldWithItsReason) {
+    test::writeFile(home_.path() / ".claude/settings.json", "not JSON");
+    model().disconnectAgent(AgentKind::claude);
+    ASSERT_TRUE(model().connectError().has_value());
+    EXPECT_TRUE(model().connectError()->starts_with("Couldn't remove Corvane from Claude: "))
+        << *model().connectError();
+}
+
+TEST_F(AppModelTest, everyChangeIsSignalled) {
+    int changes = 0;
+    QObject::connect(&model(), &AppModel::changed, [&] { ++changes; });
+    pass();
+    EXPECT_EQ(changes, 1);
+    model().quietForAnHour();
+    EXPECT_EQ(changes, 2);
+    model().resumeAlerts();
+    EXPECT_EQ(changes, 3);
+    model().setHasCompletedOnboarding(true);
+    EXPECT_EQ(changes, 4);
+    model().refreshConnections();
+    EXPECT_EQ(changes, 5);
+}
+
+TEST_F(AppModelTest, realPayloadsTravelTheWholeRoad) {
+    drop("claude", test::testData("agent-payloads/claude-Notification-permission_prompt.json"));
+    pass();
+    ASSERT_EQ(standing(), 1U);
+    EXPECT_EQ(platform_.announcer.spoken.at(0).toStdString(),
+              "Claude is waiting for you, project · Claude needs your permission");
+    drop("claude", test::testData("agent-payloads/claude-PostToolUse-Bash.json"));
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    drop("codex", test::testData("agent-payloads/codex-agent-turn-complete-codex-tui.json"));
+    pass();
+    ASSERT_EQ(standing(), 1U);
+    EXPECT_EQ(platform_.announcer.spoken.at(1).toStdString(), "Codex finished, project");
+}
+
+} // namespace
+} // namespace corvane

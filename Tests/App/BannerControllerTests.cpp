@@ -1,0 +1,315 @@
+#include "BannerController.h"
+#include "BannerViews.h"
+#include "Platform/Recording/RecordingPlatform.h"
+#include "Sessions.h"
+#include "Sessions/AlertText.h"
+
+#include <QAbstractButton>
+#include <QThread>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace corvane {
+namespace {
+
+using recording::PanelRecord;
+using recording::RecordingPlatform;
+using std::chrono::milliseconds;
+using test::doneSession;
+using test::waitingSession;
+
+class BannerControllerTest : public testing::Test {
+  protected:
+    AgentSession waiting(const std::string& id) const { return waitingSession(id, platform_.time.now()); }
+    AgentSession done(const std::string& id) const { return doneSession(id, platform_.time.now()); }
+
+    static void click(PanelRecord& panel, const char* text) {
+        for (auto* const button : panel.content->findChildren<QAbstractButton*>()) {
+            if (button->text() == QLatin1String(text) || button->accessibleName() == QLatin1String(text)) {
+                button->click();
+                return;
+            }
+        }
+        FAIL() << "no button " << text;
+    }
+
+    RecordingPlatform platform_;
+    BannerController controller_{platform_.services()};
+};
+
+TEST_F(BannerControllerTest, aWaitingBannerStandsAtTheTopCentreOfTheMainScreen) {
+    platform_.screens.frame = QRect(100, 30, 1280, 770);
+    controller_.showWaiting(waiting("a"));
+    ASSERT_EQ(platform_.panels.all.size(), 1U);
+    const PanelRecord& panel = *platform_.panels.all[0];
+    EXPECT_EQ(panel.size, QSize(520, 96));
+    EXPECT_EQ(panel.origin, QPoint(100 + (1280 - 520) / 2, 30 + 8));
+    EXPECT_TRUE(panel.isVisible);
+}
+
+TEST_F(BannerControllerTest, aDoneBannerHasItsOwnSize) {
+    controller_.showDone(done("a"));
+    EXPECT_EQ(platform_.panels.all.at(0)->size, QSize(360, 64));
+}
+
+TEST_F(BannerControllerTest, bannersStackWithTheNewestOnTop) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showDone(done("b"));
+    controller_.showWaiting(waiting("c"));
+    EXPECT_EQ(platform_.panels.all[2]->origin.y(), 38);
+    EXPECT_EQ(platform_.panels.all[1]->origin, QPoint((1280 - 360) / 2, 38 + 96 + 8));
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38 + 96 + 8 + 64 + 8);
+}
+
+TEST_F(BannerControllerTest, olderCardsLieAboveTheShadowsOfNewerOnes) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showWaiting(waiting("b"));
+    controller_.showWaiting(waiting("c"));
+    controller_.dismiss("claude:b");
+    const auto& stacking = platform_.panels.stacking;
+    EXPECT_EQ(stacking.back(), platform_.panels.all[0].get());
+    EXPECT_EQ(stacking[stacking.size() - 2], platform_.panels.all[2].get());
+}
+
+TEST_F(BannerControllerTest, aFourthBannerEvictsTheOldestAndAFifthTheNext) {
+    for (const char* id : {"a", "b", "c", "d"})
+        controller_.showWaiting(waiting(id));
+    const auto& all = platform_.panels.all;
+    EXPECT_EQ(all[0]->fadeOuts.size(), 1U);
+    EXPECT_EQ(all[3]->origin.y(), 38);
+    EXPECT_EQ(all[2]->origin.y(), 38 + 104);
+    EXPECT_EQ(all[1]->origin.y(), 38 + 208);
+    EXPECT_EQ(platform_.panels.standing().size(), 3U);
+
+    controller_.showWaiting(waiting("e"));
+    EXPECT_EQ(all[1]->fadeOuts.size(), 1U);
+    EXPECT_EQ(all[2]->fadeOuts.size(), 0U);
+    EXPECT_EQ(platform_.panels.standing().size(), 3U);
+}
+
+TEST_F(BannerControllerTest, aRefreshReplacesTheContentInPlaceAndAnnouncesAgain) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showWaiting(waiting("b"));
+    AgentSession session = waiting("a");
+    session.message = "Claude needs your permission to use Write";
+    controller_.showWaiting(session);
+
+    ASSERT_EQ(platform_.panels.all.size(), 2U);
+    const PanelRecord& panel = *platform_.panels.all[0];
+    EXPECT_EQ(panel.contentCount, 2);
+    EXPECT_EQ(panel.size, QSize(520, 96));
+    EXPECT_EQ(panel.origin.y(), 38 + 104);
+    EXPECT_EQ(panel.fadeIns.size(), 1U);
+    ASSERT_EQ(platform_.announcer.spoken.size(), 3U);
+    EXPECT_EQ(platform_.announcer.spoken[2].toStdString(),
+              "Claude is waiting for you, shop · wants to use Write");
+}
+
+TEST_F(BannerControllerTest, everyBannerIsAnnouncedByItsTitleAndSubtitle) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showDone(done("b"));
+    ASSERT_EQ(platform_.announcer.spoken.size(), 2U);
+    EXPECT_EQ(platform_.announcer.spoken[0].toStdString(),
+              "Claude is waiting for you, shop · wants to use Bash");
+    EXPECT_EQ(platform_.announcer.spoken[1].toStdString(), "Claude finished, shop");
+}
+
+TEST_F(BannerControllerTest, waitingAndDoneBannersOfOneSessionAreTwo) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showDone(done("a"));
+    EXPECT_EQ(platform_.panels.standing().size(), 2U);
+    controller_.dismiss("claude:a");
+    ASSERT_EQ(platform_.panels.standing().size(), 1U);
+    EXPECT_EQ(platform_.panels.standing()[0]->size, QSize(360, 64));
+    controller_.dismiss("done:claude:a");
+    EXPECT_TRUE(platform_.panels.standing().empty());
+}
+
+TEST_F(BannerControllerTest, aDismissalClosesTheGapAtOnceAndFadesInPlace) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showWaiting(waiting("b"));
+    controller_.dismiss("claude:b");
+    const auto& all = platform_.panels.all;
+    EXPECT_EQ(all[0]->origin.y(), 38);
+    EXPECT_EQ(all[1]->origin.y(), 38);
+    ASSERT_EQ(all[1]->fadeOuts.size(), 1U);
+    EXPECT_EQ(all[1]->fadeOuts[0], milliseconds(180));
+}
+
+TEST_F(BannerControllerTest, aFadedPanelIsOrderedOutAfterTwoTenthsOfASecond) {
+    controller_.showWaiting(waiting("a"));
+    controller_.dismiss("claude:a");
+    const std::weak_ptr<PanelRecord> record = platform_.panels.all[0];
+    platform_.time.advance(milliseconds(199));
+    EXPECT_EQ(record.lock()->orderOutCount, 0);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_EQ(record.lock()->orderOutCount, 1);
+    // Nobody but the record's own list holds the panel any more.
+    EXPECT_EQ(record.use_count(), 1);
+}
+
+TEST_F(BannerControllerTest, anUnknownIdentifierIsIgnored) {
+    controller_.showWaiting(waiting("a"));
+    controller_.dismiss("claude:b");
+    controller_.dismiss("done:claude:a");
+    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    EXPECT_TRUE(platform_.panels.all[0]->fadeOuts.empty());
+}
+
+TEST_F(BannerControllerTest, presentingDuringTheFadeMakesANewPanel) {
+    controller_.showWaiting(waiting("a"));
+    controller_.dismiss("claude:a");
+    platform_.time.advance(milliseconds(100));
+    controller_.showWaiting(waiting("a"));
+    ASSERT_EQ(platform_.panels.all.size(), 2U);
+    EXPECT_EQ(platform_.panels.all[1]->fadeIns.size(), 1U);
+    platform_.time.advance(milliseconds(100));
+    EXPECT_FALSE(platform_.panels.all[0]->isVisible);
+    EXPECT_TRUE(platform_.panels.all[1]->isVisible);
+}
+
+TEST_F(BannerControllerTest, aDoneBannerGoesAfterSixSecondsRefreshedOrNot) {
+    controller_.showDone(done("a"));
+    platform_.time.advance(milliseconds(3000));
+    controller_.showDone(done("a"));
+    platform_.time.advance(milliseconds(2999));
+    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_TRUE(platform_.panels.standing().empty());
+}
+
+TEST_F(BannerControllerTest, closingADoneBannerEarlyLeavesItsTimerNothingToDo) {
+    controller_.showDone(done("a"));
+    click(*platform_.panels.all[0], "Close");
+    EXPECT_EQ(platform_.panels.all[0]->fadeOuts.size(), 1U);
+    platform_.time.advance(milliseconds(6000));
+    EXPECT_EQ(platform_.panels.all[0]->fadeOuts.size(), 1U);
+    EXPECT_EQ(platform_.panels.all[0]->orderOutCount, 1);
+}
+
+TEST_F(BannerControllerTest, aWaitingBannerStaysForGood) {
+    controller_.showWaiting(waiting("a"));
+    platform_.time.advance(std::chrono::hours(12));
+    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+}
+
+TEST_F(BannerControllerTest, bannersSlideInUnlessMotionIsReduced) {
+    controller_.showWaiting(waiting("a"));
+    platform_.appearance.motionIsReduced = true;
+    controller_.showWaiting(waiting("b"));
+    const auto& all = platform_.panels.all;
+    EXPECT_EQ(all[0]->slides.at(0), 12);
+    EXPECT_EQ(all[1]->slides.at(0), 0);
+    EXPECT_EQ(all[0]->fadeIns.at(0), milliseconds(220));
+    EXPECT_EQ(all[1]->fadeIns.at(0), milliseconds(220));
+    EXPECT_EQ(all[1]->origin.y(), 38);
+}
+
+TEST_F(BannerControllerTest, theWaitingBannersButtonsCallTheirCallbacks) {
+    std::vector<std::string> jumps;
+    std::vector<std::string> snoozes;
+    controller_.onJump = [&](const AgentSession& session) { jumps.push_back(session.id()); };
+    controller_.onSnooze = [&](const AgentSession& session) { snoozes.push_back(session.id()); };
+    controller_.showWaiting(waiting("a"));
+    PanelRecord& panel = *platform_.panels.all[0];
+
+    click(panel, "Go to Terminal");
+    EXPECT_EQ(jumps, std::vector<std::string>{"claude:a"});
+    click(panel, "Snooze");
+    EXPECT_EQ(snoozes, std::vector<std::string>{"claude:a"});
+    // Neither takes the banner down: that is for the callback to do.
+    EXPECT_TRUE(panel.fadeOuts.empty());
+
+    click(panel, "Close");
+    EXPECT_EQ(panel.fadeOuts.size(), 1U);
+}
+
+TEST_F(BannerControllerTest, aButtonWithoutACallbackDoesNothing) {
+    controller_.showWaiting(waiting("a"));
+    click(*platform_.panels.all[0], "Go to Terminal");
+    click(*platform_.panels.all[0], "Snooze");
+    EXPECT_TRUE(platform_.panels.all[0]->fadeOuts.empty());
+}
+
+TEST_F(BannerControllerTest, aCallbackMayReplaceTheBannerWhoseButtonIsPressed) {
+    controller_.onJump = [&](const AgentSession& session) { controller_.showWaiting(session); };
+    controller_.showWaiting(waiting("a"));
+    click(*platform_.panels.all[0], "Go to Terminal");
+    EXPECT_EQ(platform_.panels.all[0]->contentCount, 2);
+}
+
+TEST(BannerController, aPressAfterTheControllerHasGoneDoesNothing) {
+    RecordingPlatform platform;
+    auto controller = std::make_unique<BannerController>(platform.services());
+    int jumps = 0;
+    controller->onJump = [&](const AgentSession&) { ++jumps; };
+    controller->showWaiting(waitingSession("a", platform.time.now()));
+    controller->showDone(doneSession("b", platform.time.now()));
+    controller.reset();
+    for (auto* const button : platform.panels.all[0]->content->findChildren<QAbstractButton*>())
+        button->click();
+    platform.time.advance(milliseconds(6000));
+    EXPECT_EQ(jumps, 0);
+    EXPECT_TRUE(platform.panels.all[1]->fadeOuts.empty());
+}
+
+TEST_F(BannerControllerTest, withoutAScreenABannerIsShownWhereItIs) {
+    platform_.screens.frame = std::nullopt;
+    controller_.showWaiting(waiting("a"));
+    EXPECT_EQ(platform_.panels.all[0]->origin, QPoint(0, 0));
+    EXPECT_TRUE(platform_.panels.all[0]->isVisible);
+}
+
+TEST_F(BannerControllerTest, bannersFollowTheScreen) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showWaiting(waiting("b"));
+    platform_.screens.setFrame(QRect(0, 0, 1000, 700));
+    EXPECT_EQ(platform_.panels.all[1]->origin, QPoint(240, 8));
+    EXPECT_EQ(platform_.panels.all[0]->origin, QPoint(240, 112));
+}
+
+TEST_F(BannerControllerTest, anOddRemainderOfTheScreenLeavesTheBannerOnWholePixels) {
+    platform_.screens.frame = QRect(0, 0, 1281, 700);
+    controller_.showWaiting(waiting("a"));
+    EXPECT_EQ(platform_.panels.all[0]->origin.x(), 380);
+}
+
+TEST_F(BannerControllerTest, aStormOfEventsLeavesThreeBannersInOrder) {
+    for (int round = 0; round < 200; ++round) {
+        const std::string id = std::to_string(round % 7);
+        if (round % 5 == 4) {
+            controller_.dismiss("claude:" + id);
+        } else {
+            controller_.showWaiting(waiting(id));
+        }
+        const auto standing = platform_.panels.standing();
+        ASSERT_LE(standing.size(), 3U);
+        int top = 38;
+        for (const PanelRecord* const panel : standing) {
+            ASSERT_EQ(panel->origin.y(), top);
+            top += 104;
+        }
+    }
+    platform_.time.advance(milliseconds(200));
+    std::size_t visible = 0;
+    for (const auto& panel : platform_.panels.all)
+        visible += panel->isVisible ? 1U : 0U;
+    EXPECT_EQ(visible, platform_.panels.standing().size());
+}
+
+using BannerControllerDeathTest = BannerControllerTest;
+
+TEST_F(BannerControllerDeathTest, anotherThreadEndsTheProgram) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(
+        {
+            QThread* const thread = QThread::create([this] { controller_.dismiss("claude:a"); });
+            thread->start();
+            thread->wait();
+        },
+        "main thread");
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,267 @@
+#include "BannerViews.h"
+#include "Buttons.h"
+#include "Labels.h"
+#include "Sessions.h"
+#include "Tokens.h"
+
+#include <QFontDatabase>
+#include <QImage>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+using test::doneSession;
+using test::waitingSession;
+
+const Date start{1'790'000'000, 0};
+
+class BannerViewsTest : public testing::Test {
+  protected:
+    [[nodiscard]] std::unique_ptr<WaitingBanner> waitingBanner(const AgentSession& session) {
+        return std::make_unique<WaitingBanner>(
+            session, [this] { return now_; }, [this] { calls_ += "jump "; }, [this] { calls_ += "snooze "; },
+            [this] { calls_ += "close "; });
+    }
+    [[nodiscard]] std::unique_ptr<DoneBanner> doneBanner(const AgentSession& session) {
+        return std::make_unique<DoneBanner>(session, [this] { calls_ += "close "; });
+    }
+
+    static std::vector<std::string> texts(const QWidget& banner) {
+        std::vector<std::string> result;
+        for (const auto* const label : banner.findChildren<LineLabel*>())
+            result.push_back(label->text().toStdString());
+        return result;
+    }
+
+    static QImage render(QWidget& widget, qreal ratio = 1) {
+        QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::transparent);
+        widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        return image;
+    }
+
+    Date now_ = start;
+    std::string calls_;
+};
+
+TEST_F(BannerViewsTest, theWaitingBannerHasItsSizeAndTexts) {
+    now_ = start + Seconds(42);
+    const auto banner = waitingBanner(waitingSession("s", start));
+    EXPECT_EQ(banner->size(), QSize(520, 96));
+    EXPECT_EQ(texts(*banner), (std::vector<std::string>{"Claude is waiting for you",
+                                                        "shop · wants to use Bash", "waiting 0:42"}));
+    EXPECT_EQ(banner->findChild<PrimaryButton*>()->text().toStdString(), "Go to Terminal");
+    EXPECT_EQ(banner->accessibleName().toStdString(), "Claude is waiting for you, shop · wants to use Bash");
+}
+
+TEST_F(BannerViewsTest, theDoneBannerHasItsSizeAndTextsAndOnlyOneButton) {
+    const auto banner = doneBanner(doneSession("s", start, AgentKind::codex));
+    EXPECT_EQ(banner->size(), QSize(360, 64));
+    EXPECT_EQ(texts(*banner), (std::vector<std::string>{"Codex finished", "shop"}));
+    EXPECT_EQ(banner->findChildren<QAbstractButton*>().size(), 1);
+    EXPECT_EQ(banner->findChild<PlainButton*>()->accessibleName().toStdString(), "Close");
+    EXPECT_EQ(banner->findChild<AgentGlyph*>(), nullptr);
+}
+
+TEST_F(BannerViewsTest, fontsHaveTheirSizesAndWeights) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    const auto labels = banner->findChildren<LineLabel*>();
+    EXPECT_EQ(labels[0]->font().pixelSize(), 15);
+    EXPECT_EQ(labels[0]->font().weight(), QFont::DemiBold);
+    EXPECT_EQ(labels[1]->font().pixelSize(), 13);
+    EXPECT_EQ(labels[1]->font().family(), QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+    EXPECT_EQ(labels[2]->font().pixelSize(), 11);
+    EXPECT_EQ(labels[2]->font().weight(), QFont::Medium);
+    EXPECT_EQ(banner->findChild<PrimaryButton*>()->font().pixelSize(), 13);
+    EXPECT_EQ(banner->findChild<PrimaryButton*>()->font().weight(), QFont::DemiBold);
+    EXPECT_EQ(banner->findChild<PlainButton*>()->font().pixelSize(), 11);
+}
+
+TEST_F(BannerViewsTest, buttonsCallBack) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    banner->findChild<PrimaryButton*>()->click();
+    for (auto* const button : banner->findChildren<PlainButton*>())
+        button->click();
+    EXPECT_EQ(calls_, "jump snooze close ");
+    calls_.clear();
+    doneBanner(doneSession("s", start))->findChild<PlainButton*>()->click();
+    EXPECT_EQ(calls_, "close ");
+}
+
+TEST_F(BannerViewsTest, theWaitedLineIsEmptyForASessionThatDoesNotWait) {
+    const auto banner = waitingBanner(doneSession("s", start));
+    EXPECT_EQ(banner->waitedLabel(start + Seconds(5)), QString());
+    EXPECT_EQ(texts(*banner).at(2), "");
+}
+
+TEST_F(BannerViewsTest, theWaitedLineIsNeverNegative) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    EXPECT_EQ(banner->waitedLabel(start - Seconds(5)).toStdString(), "waiting 0:00");
+    EXPECT_EQ(banner->waitedLabel(start + Seconds(3600)).toStdString(), "waiting 1:00:00");
+}
+
+TEST_F(BannerViewsTest, onlyTheWaitedLineMovesWithTheClock) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    banner->show();
+    auto* const second = banner->findChild<QTimer*>();
+    ASSERT_NE(second, nullptr);
+    EXPECT_TRUE(second->isActive());
+    EXPECT_EQ(second->interval(), 1000);
+    now_ = start + Seconds(7);
+    QTimerEvent tick(second->timerId());
+    QCoreApplication::sendEvent(second, &tick);
+    EXPECT_EQ(texts(*banner).at(2), "waiting 0:07");
+    banner->hide();
+    EXPECT_FALSE(second->isActive());
+}
+
+TEST_F(BannerViewsTest, partsStandWhereTheyBelong) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    render(*banner);
+    EXPECT_EQ(banner->findChild<AgentGlyph*>()->geometry(), QRect(16, 30, 36, 36));
+    const auto labels = banner->findChildren<LineLabel*>();
+    const auto* const jump = banner->findChild<PrimaryButton*>();
+    EXPECT_EQ(jump->geometry().right() + 1, 520 - 16);
+    EXPECT_EQ(jump->height(), 28);
+    for (const auto* const label : labels) {
+        EXPECT_EQ(label->x(), 16 + 36 + 12);
+        EXPECT_EQ(label->geometry().right() + 1, jump->x() - 12 - 8 - 12);
+    }
+    EXPECT_EQ(labels[1]->y(), labels[0]->geometry().bottom() + 1 + 2);
+    EXPECT_EQ(labels[2]->y(), labels[1]->geometry().bottom() + 1 + 2);
+    const int above = labels[0]->y();
+    const int below = 96 - (labels[2]->geometry().bottom() + 1);
+    EXPECT_LE(std::abs(above - below), 1);
+}
+
+TEST_F(BannerViewsTest, rightToLeftMirrorsTheWholeRow) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    banner->setLayoutDirection(Qt::RightToLeft);
+    QResizeEvent resize(banner->size(), QSize());
+    QApplication::sendEvent(banner.get(), &resize);
+    EXPECT_EQ(banner->findChild<AgentGlyph*>()->geometry(), QRect(520 - 16 - 36, 30, 36, 36));
+    EXPECT_EQ(banner->findChild<PrimaryButton*>()->x(), 16);
+}
+
+TEST_F(BannerViewsTest, aLongSubtitleLosesItsMiddleAndKeepsItsName) {
+    AgentSession session = waitingSession("s", start);
+    session.cwd = "/w/a-project-with-quite-a-long-name-for-a-folder-somewhere-deep";
+    session.message = "Claude needs your permission to use mcp__a_server_with_a_long_name__and_a_tool";
+    const auto banner = waitingBanner(session);
+    render(*banner);
+    const auto* const subtitle = banner->findChildren<LineLabel*>().at(1);
+    const std::string shown = subtitle->shownText().toStdString();
+    EXPECT_TRUE(shown.starts_with("a-proj")) << shown;
+    EXPECT_TRUE(shown.ends_with("tool")) << shown;
+    EXPECT_NE(shown.find("…"), std::string::npos);
+    EXPECT_TRUE(subtitle->text().endsWith(QStringLiteral("and_a_tool")));
+    EXPECT_LE(QFontMetricsF(subtitle->font()).horizontalAdvance(subtitle->shownText()), subtitle->width());
+}
+
+TEST_F(BannerViewsTest, aLineBreakInAProjectsNameStaysOnTheLine) {
+    AgentSession session = doneSession("s", start);
+    session.cwd = "/w/two\nlines";
+    const auto banner = doneBanner(session);
+    render(*banner);
+    EXPECT_EQ(banner->findChildren<LineLabel*>().at(1)->shownText().toStdString(), "two lines");
+}
+
+TEST_F(BannerViewsTest, theGlyphNamesTheAgent) {
+    const AgentGlyph claude(AgentKind::claude, true, nullptr);
+    const AgentGlyph codex(AgentKind::codex, true, nullptr);
+    EXPECT_EQ(claude.letter().toStdString(), "C");
+    EXPECT_EQ(codex.letter().toStdString(), "X");
+    EXPECT_EQ(claude.accessibleName().toStdString(), "Claude");
+    EXPECT_EQ(codex.accessibleName().toStdString(), "Codex");
+    EXPECT_EQ(claude.size(), QSize(36, 36));
+}
+
+TEST_F(BannerViewsTest, theGlyphsRingIsThereOnlyWhileTheAgentWaits) {
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        AgentGlyph waiting(AgentKind::claude, true, nullptr);
+        AgentGlyph idle(AgentKind::claude, false, nullptr);
+        waiting.setPalette(Tokens::palette(scheme));
+        idle.setPalette(Tokens::palette(scheme));
+        EXPECT_EQ(render(waiting).pixelColor(18, 1), Tokens::primary.color(scheme));
+        EXPECT_EQ(render(waiting).pixelColor(18, 3), Tokens::surface.color(scheme));
+        EXPECT_EQ(render(idle).pixelColor(18, 1), Tokens::surface.color(scheme));
+        EXPECT_EQ(idle.size(), waiting.size());
+    }
+}
+
+TEST_F(BannerViewsTest, onlyTheWaitingBannerHasTheColouredOutline) {
+    const auto waiting = waitingBanner(waitingSession("s", start));
+    const auto done = doneBanner(doneSession("s", start));
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        for (PanelContent* const banner :
+             {static_cast<PanelContent*>(waiting.get()), static_cast<PanelContent*>(done.get())}) {
+            banner->setPalette(Tokens::palette(scheme));
+            banner->setBlended(false);
+        }
+        EXPECT_EQ(render(*waiting).pixelColor(260, 0), Tokens::primary.color(scheme));
+        EXPECT_NE(render(*done).pixelColor(180, 0), Tokens::primary.color(scheme));
+        EXPECT_EQ(render(*waiting).pixelColor(260, 5), Tokens::surface.color(scheme));
+        EXPECT_EQ(render(*done).pixelColor(180, 5), Tokens::surface.color(scheme));
+        // The corners let the desktop show.
+        EXPECT_EQ(render(*waiting).pixelColor(0, 0).alpha(), 0);
+        EXPECT_EQ(render(*done).pixelColor(359, 63).alpha(), 0);
+    }
+}
+
+TEST_F(BannerViewsTest, theCardIsOpaqueUnlessTheDesktopBlendsIt) {
+    const auto banner = doneBanner(doneSession("s", start));
+    EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 245);
+    banner->setBlended(false);
+    EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 255);
+}
+
+TEST_F(BannerViewsTest, primaryButtonFadesWhenPressedOrDisabled) {
+    PrimaryButton button(QStringLiteral("Go"), {}, nullptr);
+    button.resize(button.sizeHint());
+    EXPECT_EQ(button.opacity(), 1.0);
+    EXPECT_NEAR(render(button).pixelColor(3, 14).alpha(), 255, 0);
+    button.setDown(true);
+    EXPECT_EQ(button.opacity(), 0.8);
+    EXPECT_NEAR(render(button).pixelColor(3, 14).alpha(), 204, 1);
+    button.setEnabled(false);
+    EXPECT_EQ(button.opacity(), 0.45);
+    EXPECT_NEAR(render(button).pixelColor(3, 14).alpha(), 115, 1);
+}
+
+TEST_F(BannerViewsTest, theWholePillTakesClicksAndItsCornersDoNot) {
+    PrimaryButton button(QStringLiteral("Go to Terminal"), QStringLiteral("terminal"), nullptr);
+    button.resize(button.sizeHint());
+    EXPECT_EQ(button.height(), 28);
+    const QSignalSpy clicks(&button, &QAbstractButton::clicked);
+    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(2, 14));
+    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(button.width() / 2, 1));
+    EXPECT_EQ(clicks.count(), 2);
+    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(0, 27));
+    EXPECT_EQ(clicks.count(), 2);
+}
+
+TEST_F(BannerViewsTest, smallButtonsTakeClicksAroundWhatTheyDraw) {
+    const auto banner = doneBanner(doneSession("s", start));
+    auto* const close = banner->findChild<PlainButton*>();
+    EXPECT_GE(close->width(), 24);
+    EXPECT_GE(close->height(), 24);
+    QTest::mouseClick(close, Qt::LeftButton, {}, QPoint(1, 1));
+    EXPECT_EQ(calls_, "close ");
+}
+
+TEST_F(BannerViewsTest, symbolsAreDrawnInTheirColour) {
+    const auto banner = doneBanner(doneSession("s", start));
+    banner->setBlended(false);
+    // The disc's left part, beside the check mark, and the card around it.
+    EXPECT_EQ(render(*banner).pixelColor(18, 32), Tokens::secondary.color(ColorScheme::light));
+    EXPECT_EQ(render(*banner).pixelColor(13, 32), Tokens::surface.color(ColorScheme::light));
+    EXPECT_EQ(render(*banner, 2).pixelColor(36, 64), Tokens::secondary.color(ColorScheme::light));
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,73 @@
+#include "Sessions/AlertPreferences.h"
+#include "SettingsDefaults.h"
+#include "Support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace corvane {
+namespace {
+
+class SettingsDefaultsTest : public testing::Test {
+  protected:
+    [[nodiscard]] QString file() const { return QString::fromStdString((folder_ / "Corvane.conf").string()); }
+
+    test::ScratchFolder folder_;
+};
+
+TEST_F(SettingsDefaultsTest, anEmptyStoreHoldsNothing) {
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(defaults.data("alertPreferences"), std::nullopt);
+    EXPECT_FALSE(defaults.boolean("hasCompletedOnboarding"));
+}
+
+TEST_F(SettingsDefaultsTest, bytesAndBooleansSurviveTheProcess) {
+    std::string everyByte;
+    for (int byte = 0; byte < 256; ++byte)
+        everyByte.push_back(static_cast<char>(byte));
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        SettingsDefaults defaults(settings);
+        defaults.setData("bytes", everyByte);
+        defaults.setBoolean("flag", true);
+    }
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(defaults.data("bytes"), everyByte);
+    EXPECT_TRUE(defaults.boolean("flag"));
+}
+
+TEST_F(SettingsDefaultsTest, preferencesSurviveTheProcess) {
+    AlertPreferences preferences;
+    preferences.waitingSound = "Hero";
+    preferences.quietUntil = Date(1'790'003'600, 123'456'789);
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        SettingsDefaults defaults(settings);
+        preferences.save(defaults, "alertPreferences");
+    }
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), preferences);
+}
+
+TEST_F(SettingsDefaultsTest, aValueOfAnotherTypeIsNotBytes) {
+    QSettings settings(file(), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("alertPreferences"), QStringLiteral("text"));
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(defaults.data("alertPreferences"), std::nullopt);
+}
+
+TEST_F(SettingsDefaultsTest, aCorruptFileGivesTheDefaultsAndStaysUsable) {
+    test::writeFile(folder_ / "Corvane.conf", std::string("\0\xFF[[%%\nalertPreferences=@ByteArray({\"", 36));
+    QSettings settings(file(), QSettings::IniFormat);
+    SettingsDefaults defaults(settings);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
+    AlertPreferences().save(defaults, "alertPreferences");
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
+}
+
+} // namespace
+} // namespace corvane

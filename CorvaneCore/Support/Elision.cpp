@@ -18,7 +18,8 @@ constexpr std::string_view ellipsis = "…";
 // No line of a window shows more characters on either side of the ellipsis.
 constexpr std::size_t longestSide = 512;
 
-// Where the first characters of the text end, and where the last ones begin, in bytes, nearest to the text's ends first.
+// Where the first characters of the text end, and where the last ones begin, in bytes, nearest to the text's
+// ends first.
 struct Boundaries {
     std::vector<std::size_t> heads{0};
     std::vector<std::size_t> tails;

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Support/Date.h"
+#include "Support/TestSupport.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+#include <vector>
+
+namespace corvane::test {
+
+/// 14:03:07 on 2 March 2025 in the time zone that the tests run in, UTC.
+inline constexpr Date noon(1'740'924'187, 0);
+
+/// Sets the time zone for a test; UTC again at its end.
+class TimeZone {
+  public:
+    explicit TimeZone(const char* name);
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
+    ~TimeZone();
+};
+
+/// Sets the process's mask for new files for a test.
+class CreationMask {
+  public:
+    explicit CreationMask(mode_t mask);
+    CreationMask(const CreationMask&) = delete;
+    CreationMask& operator=(const CreationMask&) = delete;
+    ~CreationMask();
+
+  private:
+    mode_t before_;
+};
+
+/// A user's home that lives as long as a test, in UTC.
+class ScratchHome {
+  public:
+    ScratchHome();
+    [[nodiscard]] const std::filesystem::path& path() const { return folder_.path(); }
+    /// The folder that the test owns.
+    [[nodiscard]] std::filesystem::path root() const { return folder_.path().parent_path(); }
+    [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return folder_ / name; }
+
+  private:
+    ScratchFolder folder_{"home"};
+    TimeZone zone_{"UTC0"};
+};
+
+/// A scratch folder on a memory file system where there is one.
+[[nodiscard]] ScratchFolder inMemory();
+
+/// The names in a folder, sorted; empty when it cannot be listed.
+[[nodiscard]] std::vector<std::string> namesIn(const std::filesystem::path& folder);
+/// Those of them that are backups.
+[[nodiscard]] std::vector<std::string> backupsIn(const std::filesystem::path& folder);
+
+[[nodiscard]] mode_t modeOf(const std::filesystem::path& path);
+
+/// How many files this process has open.
+[[nodiscard]] std::size_t openDescriptors();
+
+/// Runs `body` in a child process without privileges, to which everything below `folder` belongs. `prepare`
+/// runs after that was handed over. What fails in the child fails the test.
+void asOrdinaryUser(
+    const std::filesystem::path& folder, const std::function<void()>& body,
+    const std::function<void()>& prepare = [] {});
+
+/// Runs `body` in a child process; what fails there fails the test. A child that asks for it skips the test.
+enum class ChildResult { passed, failed, skipped };
+ChildResult inChild(const std::function<ChildResult()>& body);
+
+} // namespace corvane::test

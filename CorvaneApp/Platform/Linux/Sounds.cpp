@@ -1,0 +1,161 @@
+#include "Platform/Linux/Sounds.h"
+
+#include "Sessions/AlertPreferences.h"
+#include "SoundQueue.h"
+
+#include <algorithm>
+#include <canberra.h>
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds patienceAtEnd{100};
+
+// Lives in the worker thread.
+class Player {
+  public:
+    Player() = default;
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+    ~Player() { close(); }
+
+    void play(const std::filesystem::path& file, const std::string& name) {
+        if (context_ != nullptr) {
+            const int result = start(file, name);
+            // Without its file a sound cannot be played by a new connection either.
+            if (result == CA_SUCCESS || result == CA_ERROR_NOTFOUND) return;
+            close(); // the server may have been started anew
+        }
+        if (open()) start(file, name);
+    }
+
+  private:
+    bool open() {
+        if (ca_context_create(&context_) != CA_SUCCESS) {
+            context_ = nullptr;
+            return false;
+        }
+        ca_context_change_props(context_, CA_PROP_APPLICATION_NAME, "Corvane", CA_PROP_APPLICATION_ID,
+                                "corvane", CA_PROP_APPLICATION_ICON_NAME, "corvane", nullptr);
+        if (ca_context_open(context_) == CA_SUCCESS) return true;
+        close();
+        return false;
+    }
+
+    void close() {
+        if (context_ != nullptr) ca_context_destroy(context_);
+        context_ = nullptr;
+    }
+
+    // Begins to play and does not wait for the end.
+    int start(const std::filesystem::path& file, const std::string& name) {
+        ca_proplist* properties = nullptr;
+        if (ca_proplist_create(&properties) != CA_SUCCESS) return CA_ERROR_OOM;
+        ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
+        ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
+        ca_proplist_sets(properties, CA_PROP_EVENT_DESCRIPTION, name.c_str());
+        // A copy in the server's memory would outlive us and hide a changed file; 100 kB are sent in no time.
+        ca_proplist_sets(properties, CA_PROP_CANBERRA_CACHE_CONTROL, "never");
+        const int result = ca_context_play_full(context_, 0, properties, nullptr, nullptr);
+        ca_proplist_destroy(properties);
+        return result;
+    }
+
+    ca_context* context_ = nullptr;
+};
+
+} // namespace
+
+// What both threads hold, so that a worker that is left behind finds it whole.
+struct LinuxSounds::Shared {
+    explicit Shared(std::filesystem::path soundFolder)
+        : folder(std::move(soundFolder)) {}
+
+    void work();
+
+    const std::filesystem::path folder;
+    std::mutex mutex;
+    std::condition_variable wake;
+    std::condition_variable ended;
+    SoundQueue queue; // guarded by the mutex, as are the next two
+    bool isStopping = false;
+    bool hasEnded = false;
+};
+
+void LinuxSounds::Shared::work() {
+    // Signals are the main thread's; libcanberra's own threads inherit this.
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    {
+        Player player;
+        std::unique_lock lock(mutex);
+        for (;;) {
+            wake.wait(lock, [this] { return isStopping || !queue.empty(); });
+            if (isStopping) break;
+            const std::optional<std::string> name = queue.next(Clock::now());
+            if (!name) continue;
+            lock.unlock();
+            player.play(folder / (*name + ".wav"), *name);
+            lock.lock();
+        }
+        lock.unlock();
+    }
+    const std::lock_guard lock(mutex);
+    hasEnded = true;
+    ended.notify_all();
+}
+
+LinuxSounds::LinuxSounds(std::filesystem::path folder)
+    : shared_(std::make_shared<Shared>(std::move(folder))) {}
+
+LinuxSounds::~LinuxSounds() {
+    if (!thread_.joinable()) return;
+    std::unique_lock lock(shared_->mutex);
+    shared_->isStopping = true;
+    shared_->wake.notify_all();
+    const bool hasEnded = shared_->ended.wait_for(lock, patienceAtEnd, [this] { return shared_->hasEnded; });
+    lock.unlock();
+    if (hasEnded) {
+        thread_.join();
+    } else {
+        thread_.detach();
+    }
+}
+
+void LinuxSounds::play(const std::string& name) {
+    const auto& names = AlertPreferences::soundChoices;
+    if (std::find(names.begin(), names.end(), name) == names.end()) return;
+    const Clock::time_point now = Clock::now();
+    if (!gate_.admit(name, now)) return;
+    {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->queue.add(name, now);
+    }
+    shared_->wake.notify_one();
+    if (thread_.joinable()) return;
+    try {
+        thread_ = std::thread([shared = shared_] { shared->work(); });
+    } catch (const std::system_error&) {
+        return; // no thread to be had: silent this time
+    }
+}
+
+std::filesystem::path LinuxSounds::installedFolder() {
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) return {};
+    return program.parent_path().parent_path() / "share" / "corvane" / "sounds";
+}
+
+} // namespace corvane

@@ -1,0 +1,144 @@
+// Nobody hears in a test run, so the sounds are judged by their figures.
+
+#include "App/Sounds/Waveform.h"
+#include "Sessions/AlertPreferences.h"
+#include "Support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+
+namespace corvane::test {
+
+namespace {
+
+const std::filesystem::path folder = CORVANE_SOUND_FOLDER;
+
+class SoundFile : public testing::TestWithParam<std::string_view> {
+  protected:
+    void SetUp() override {
+        const auto bytes = fileBytes(folder / (std::string(GetParam()) + ".wav"));
+        ASSERT_TRUE(bytes);
+        std::string problem;
+        const auto read = readWav(*bytes, problem);
+        ASSERT_TRUE(read) << problem;
+        wave = *read;
+    }
+
+    Waveform wave;
+};
+
+Waveform sound(std::string_view name) {
+    std::string problem = "cannot be read";
+    const auto bytes = fileBytes(folder / (std::string(name) + ".wav"));
+    const auto wave = bytes ? readWav(*bytes, problem) : std::nullopt;
+    EXPECT_TRUE(wave) << name << ": " << problem;
+    return wave.value_or(Waveform{44100, {1}});
+}
+
+TEST_P(SoundFile, isOfTheCommonRate) {
+    EXPECT_EQ(wave.rate, 44100U);
+}
+
+TEST_P(SoundFile, isShort) {
+    EXPECT_GE(wave.seconds(), 0.1);
+    EXPECT_LE(wave.seconds(), 1.2);
+}
+
+TEST_P(SoundFile, isAsLoudAsTheOthers) {
+    EXPECT_NEAR(momentaryLoudness(wave), -20, 0.2);
+}
+
+TEST_P(SoundFile, leavesHeadroomForASecondSound) {
+    EXPECT_LE(peak(wave), 0.451);
+    EXPECT_GE(peak(wave), 0.2);
+}
+
+TEST_P(SoundFile, isSilentAtBothEnds) {
+    EXPECT_EQ(peakBetween(wave, 0, 0.0019), 0);
+    EXPECT_EQ(peakBetween(wave, -0.0099, wave.seconds()), 0);
+    // Not cut off either: the last that sounds is 60 dB below full scale.
+    EXPECT_LE(peakBetween(wave, -0.02, wave.seconds()), 0.001);
+}
+
+TEST_P(SoundFile, hasNoClicks) {
+    EXPECT_LE(clickLevel(wave), 2e-4);
+}
+
+TEST_P(SoundFile, hasNoConstantPart) {
+    EXPECT_NEAR(constantPart(wave), 0, 1e-5);
+}
+
+TEST_P(SoundFile, beginsAtOnce) {
+    // What is heard first follows the banner without a delay that could be felt.
+    EXPECT_GE(peakBetween(wave, 0, 0.06), 0.1 * peak(wave));
+}
+
+TEST_P(SoundFile, hasFadedByTwentyDecibelsWhenTheNextMayStart) {
+    EXPECT_LE(attackTime(wave) + decayTime(wave), 0.9);
+}
+
+TEST_P(SoundFile, reachesSmallLoudspeakers) {
+    EXPECT_GE(spectralCentroid(wave), 280);
+    EXPECT_LE(spectralCentroid(wave), 6000);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SoundFile, testing::ValuesIn(AlertPreferences::soundChoices),
+                         [](const auto& instance) { return std::string(instance.param); });
+
+TEST(SoundFiles, areThoseThatCanBeChosenAndNoOthers) {
+    std::set<std::string> expected;
+    for (const std::string_view name : AlertPreferences::soundChoices) {
+        expected.insert(std::string(name) + ".wav");
+    }
+    std::set<std::string> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        found.insert(entry.path().filename().string());
+    }
+    EXPECT_EQ(found, expected);
+}
+
+TEST(SoundFiles, canBeToldApart) {
+    for (const std::string_view left : AlertPreferences::soundChoices) {
+        for (const std::string_view right : AlertPreferences::soundChoices) {
+            if (left >= right) continue;
+            EXPECT_LT(likeness(sound(left), sound(right)), 0.75) << left << " and " << right;
+        }
+    }
+}
+
+TEST(SoundFiles, anyTwoAtOnceDoNotClip) {
+    for (const std::string_view left : AlertPreferences::soundChoices) {
+        for (const std::string_view right : AlertPreferences::soundChoices) {
+            if (left == right) continue;
+            EXPECT_LT(peak(sound(left)) + peak(sound(right)), 0.95) << left << " and " << right;
+        }
+    }
+}
+
+TEST(SoundFiles, comeOutTheSameEveryTime) {
+    const ScratchFolder scratch;
+    ASSERT_EQ(
+        std::system((std::string(CORVANE_SOUND_RECIPE) + " '" + (scratch / "new").string() + "'").c_str()),
+        0);
+    for (const std::string_view name : AlertPreferences::soundChoices) {
+        const std::string file = std::string(name) + ".wav";
+        EXPECT_EQ(fileBytes(scratch.path() / "new" / file), fileBytes(folder / file)) << name;
+    }
+}
+
+TEST(SoundFiles, theRecipeSaysWhenItCannotWrite) {
+    const ScratchFolder scratch;
+    writeFile(scratch / "file", "");
+    const std::string command = std::string(CORVANE_SOUND_RECIPE) + " '" + (scratch / "file").string() +
+                                "' 2> '" + (scratch / "errors").string() + "'";
+    EXPECT_NE(std::system(command.c_str()), 0);
+    EXPECT_NE(fileBytes(scratch / "errors")->find("cannot write"), std::string::npos);
+}
+
+} // namespace
+
+} // namespace corvane::test

@@ -28,6 +28,27 @@ constexpr qreal plainRadius = 6;
 constexpr QMargins textClickMargins{6, 4, 6, 4};
 constexpr QMargins symbolClickMargins{5, 5, 5, 5};
 
+/// Paints what `content` paints within `bounds` as one picture at `opacity`, where parts that lie on one
+/// another would otherwise show through. Crisp at the painter's scale.
+template <typename Content>
+void paintFaded(QPainter& painter, const QRectF& bounds, double opacity, Content content) {
+    const QTransform toDevice = painter.deviceTransform();
+    const QRect pixels = toDevice.mapRect(bounds).toAlignedRect();
+    QPixmap layer(pixels.size());
+    layer.fill(Qt::transparent);
+    QPainter ink(&layer);
+    ink.setRenderHints(painter.renderHints());
+    ink.setFont(painter.font());
+    ink.setLayoutDirection(painter.layoutDirection());
+    ink.setTransform(toDevice * QTransform::fromTranslate(-pixels.x(), -pixels.y()));
+    content(ink);
+    ink.end();
+
+    painter.setOpacity(opacity);
+    painter.drawPixmap(toDevice.inverted().mapRect(QRectF(pixels)), layer, layer.rect());
+    painter.setOpacity(1);
+}
+
 } // namespace
 
 PrimaryButton::PrimaryButton(const QString& text, QString symbol, QWidget* parent)
@@ -60,37 +81,32 @@ bool PrimaryButton::hitButton(const QPoint& position) const {
 }
 
 void PrimaryButton::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(font());
+    if (opacity() < 1) {
+        paintFaded(painter, rect(), opacity(), [this](QPainter& layer) { paintContent(layer); });
+    } else {
+        paintContent(painter);
+    }
+}
 
-    // Over whatever lies below, fill and label must fade as one.
-    const qreal ratio = devicePixelRatioF();
-    QPixmap layer((QSizeF(size()) * ratio).toSize());
-    layer.setDevicePixelRatio(ratio);
-    layer.fill(Qt::transparent);
-    QPainter ink(&layer);
-    ink.setRenderHint(QPainter::Antialiasing);
-    ink.setFont(font());
-
+void PrimaryButton::paintContent(QPainter& painter) {
+    const ColorScheme scheme = Tokens::scheme(palette());
     const bool isHot = isEnabled() && (underMouse() || isDown());
-    ink.fillPath(shape(), isHot ? Tokens::primaryHover(scheme) : Tokens::primary.color(scheme));
+    painter.fillPath(shape(), isHot ? Tokens::primaryHover(scheme) : Tokens::primary.color(scheme));
 
     const QColor color = Tokens::onPrimary.color(scheme);
     int textStart = primaryPadding;
     if (!symbol_.isEmpty()) {
         const QRect box(primaryPadding - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
-        symbols::paint(ink, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);
+        symbols::paint(painter, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);
         textStart = box.right() + 1 + symbolGap;
     }
     const QRect textRect(textStart, 0, width() - textStart - primaryPadding, height());
-    ink.setPen(color);
-    ink.drawText(QStyle::visualRect(layoutDirection(), rect(), textRect),
-                 Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, text());
-    ink.end();
-
-    painter.setOpacity(opacity());
-    painter.drawPixmap(0, 0, layer);
+    painter.setPen(color);
+    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), textRect),
+                     Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 
 PlainButton::PlainButton(QString symbol, int side, QMargins clickMargins, QWidget* parent)

@@ -26,6 +26,7 @@ class PrimaryButton : public QAbstractButton {
 
   private:
     [[nodiscard]] QPainterPath shape() const;
+    void paintContent(QPainter& painter);
 
     QString symbol_;
 };

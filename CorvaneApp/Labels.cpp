@@ -4,6 +4,7 @@
 #include "Tokens.h"
 
 #include <QPainter>
+#include <QStyle>
 
 namespace corvane {
 
@@ -46,17 +47,30 @@ QString LineLabel::shownText() const {
     }));
 }
 
+QSize LineLabel::sizeHint() const {
+    const QFontMetrics metrics(font(), this);
+    return {truncation_ == Truncation::none ? metrics.horizontalAdvance(singleLine(text())) : 0,
+            metrics.height()};
+}
+
 QSize LineLabel::minimumSizeHint() const {
-    const QSize whole = QLabel::minimumSizeHint();
-    return truncation_ == Truncation::none ? whole : QSize(0, whole.height());
+    return sizeHint();
 }
 
 void LineLabel::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
+    const QString line = shownText();
     const ColorScheme scheme = Tokens::scheme(palette());
+    QPainter painter(this);
     painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(scheme)
                                                  : Tokens::textSecondary(scheme));
-    painter.drawText(rect(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
+    // What a user named reads in its own direction; our own words read in the layout's. Either begins at the
+    // layout's leading edge.
+    if (truncation_ == Truncation::middle) {
+        painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    }
+    const Qt::Alignment alignment =
+        QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute;
+    painter.drawText(rect(), static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, line);
 }
 
 } // namespace corvane

@@ -19,6 +19,9 @@ class LineLabel : public QLabel {
     /// The text as it is drawn at the present width.
     [[nodiscard]] QString shownText() const;
 
+    /// The font's own height. A text that may be cut asks for no width, so that a very long one costs
+    /// nothing.
+    [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:

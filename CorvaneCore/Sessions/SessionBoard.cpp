@@ -64,7 +64,8 @@ std::optional<BoardEffect> applyFinished(AgentSession& session, const AgentEvent
 
 std::optional<BoardEffect> applyRunning(AgentSession& session, const AgentEvent& event) {
     const bool wasWaiting = session.isWaiting();
-    if (session.status.isDone() || !session.runningSince) session.runningSince = event.date;
+    // A finish has cleared it, so that new work counts from its own start.
+    if (!session.runningSince) session.runningSince = event.date;
     session.status = SessionStatus::running();
     session.lastAlerted.reset();
     session.snoozedUntil.reset();

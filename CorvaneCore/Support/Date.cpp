@@ -43,7 +43,7 @@ Date operator+(Date date, Seconds interval) {
     if (whole >= 0x1p63) return latest;
     if (whole < -0x1p63) return earliest;
 
-    std::int64_t seconds = static_cast<std::int64_t>(whole);
+    auto seconds = static_cast<std::int64_t>(whole);
     std::int64_t nanoseconds =
         date.nanoseconds_ + std::llround((interval.count() - whole) * nanosecondsPerSecond);
     const std::int64_t carry = nanoseconds / nanosecondsPerSecond;

@@ -35,6 +35,7 @@ class Date {
     /// The fraction above `seconds()`, 0 ..< 1'000'000'000.
     [[nodiscard]] constexpr std::int32_t nanoseconds() const { return nanoseconds_; }
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): taken for a null pointer by clang-tidy 14.
     constexpr auto operator<=>(const Date&) const = default;
 
     /// The time from `earlier` to `later`; exact to the resolution of a double, and of the right sign always.

@@ -148,6 +148,7 @@ WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::func
     subtitle_ = subtitleLabel(text, this);
     waited_ = new LineLabel(waitedLabel(clock_()), fonts::system(smallSize, QFont::Medium),
                             LineLabel::Emphasis::secondary, LineLabel::Truncation::none, this);
+    waited_->setBackdrop([this] { return fillColor(); });
     jump_ = new PrimaryButton(tr("Go to Terminal"), QStringLiteral("terminal"), this);
     snooze_ = PlainButton::withText(tr("Snooze"), smallSize, this);
     close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);

@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -38,6 +40,11 @@ LineLabel::LineLabel(const QString& text, const QFont& font, Emphasis emphasis, 
     setText(text);
 }
 
+void LineLabel::setBackdrop(std::function<QColor()> color) {
+    backdrop_ = std::move(color);
+    setAttribute(Qt::WA_OpaquePaintEvent, backdrop_ != nullptr);
+}
+
 QString LineLabel::shownText() const {
     const QString line = singleLine(text());
     if (truncation_ == Truncation::none) return line;
@@ -61,6 +68,11 @@ void LineLabel::paintEvent(QPaintEvent* /*event*/) {
     const QString line = shownText();
     const ColorScheme scheme = Tokens::scheme(palette());
     QPainter painter(this);
+    if (backdrop_) {
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(rect(), backdrop_());
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    }
     painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(scheme)
                                                  : Tokens::textSecondary(scheme));
     // What a user named reads in its own direction; our own words read in the layout's. Either begins at the

@@ -2,6 +2,8 @@
 
 #include <QLabel>
 
+#include <functional>
+
 namespace corvane {
 
 /// A single line of text in one of the application's colours. `text()`, and with it the accessible name, is
@@ -15,6 +17,10 @@ class LineLabel : public QLabel {
 
     LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
               QWidget* parent);
+
+    /// Lets the label paint its own backdrop in place of what is there, so that a change of its text repaints
+    /// nothing but itself. `color` is asked at every paint.
+    void setBackdrop(std::function<QColor()> color);
 
     /// The text as it is drawn at the present width.
     [[nodiscard]] QString shownText() const;
@@ -30,6 +36,7 @@ class LineLabel : public QLabel {
   private:
     Emphasis emphasis_;
     Truncation truncation_;
+    std::function<QColor()> backdrop_;
 };
 
 } // namespace corvane

@@ -7,7 +7,16 @@
 namespace corvane {
 
 void QtScheduler::after(std::chrono::milliseconds delay, std::function<void()> work) {
-    QTimer::singleShot(delay, Qt::PreciseTimer, &context_, std::move(work));
+    // Owned here rather than by the event loop, so that what the work holds on to goes no later than the
+    // scheduler.
+    auto* const timer = new QTimer(&context_);
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, work = std::move(work)] {
+        timer->deleteLater();
+        work();
+    });
+    timer->start(delay);
 }
 
 } // namespace corvane

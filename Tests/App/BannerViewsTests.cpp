@@ -11,6 +11,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace corvane {
 namespace {
 
@@ -118,6 +120,50 @@ TEST_F(BannerViewsTest, onlyTheWaitedLineMovesWithTheClock) {
     EXPECT_EQ(texts(*banner).at(2), "waiting 0:07");
     banner->hide();
     EXPECT_FALSE(second->isActive());
+}
+
+/// Counts the paint events of a widget and everything in it, by object.
+class PaintCounter : public QObject {
+  public:
+    explicit PaintCounter(QWidget& root) {
+        root.installEventFilter(this);
+        for (auto* const child : root.findChildren<QWidget*>())
+            child->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++counts[watched];
+        return false;
+    }
+
+    std::map<QObject*, int> counts;
+};
+
+TEST_F(BannerViewsTest, aTickRepaintsNothingButTheWaitedLine) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    banner->setAttribute(Qt::WA_TranslucentBackground);
+    banner->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(banner.get()));
+    QCoreApplication::processEvents();
+
+    PaintCounter counter(*banner);
+    now_ = start + Seconds(7);
+    auto* const second = banner->findChild<QTimer*>();
+    QTimerEvent tick(second->timerId());
+    QCoreApplication::sendEvent(second, &tick);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(counter.counts, (std::map<QObject*, int>{{banner->findChildren<LineLabel*>().at(2), 1}}));
+}
+
+TEST_F(BannerViewsTest, theWaitedLinesBackdropIsTheCardsOwn) {
+    for (const bool blended : {true, false}) {
+        const auto banner = waitingBanner(waitingSession("s", start));
+        banner->setBlended(blended);
+        const QImage image = render(*banner);
+        const QRect line = banner->findChildren<LineLabel*>().at(2)->geometry();
+        EXPECT_EQ(image.pixelColor(line.right(), line.center().y()),
+                  image.pixelColor(line.right() + 5, line.center().y()));
+    }
 }
 
 TEST_F(BannerViewsTest, partsStandWhereTheyBelong) {

@@ -105,12 +105,17 @@ class PanelWindow : public QWidget {
 
 class LinuxFloatingPanel : public FloatingPanel {
   public:
-    LinuxFloatingPanel() {
+    explicit LinuxFloatingPanel(StackingGuard& guard)
+        : guard_(guard) {
         QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                          [this](const QVariant& value) { advance(value.toDouble()); });
         animation_.setStartValue(0.0);
         animation_.setEndValue(1.0);
     }
+
+    LinuxFloatingPanel(const LinuxFloatingPanel&) = delete;
+    LinuxFloatingPanel& operator=(const LinuxFloatingPanel&) = delete;
+    ~LinuxFloatingPanel() override { guard_.release(window_); }
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
         window_.setCard(std::move(view), size);
@@ -134,6 +139,7 @@ class LinuxFloatingPanel : public FloatingPanel {
         to_ = {1.0, 0};
         advance(0);
         window_.show();
+        guard_.raise(window_);
         run(duration);
     }
 
@@ -152,14 +158,13 @@ class LinuxFloatingPanel : public FloatingPanel {
 
     void orderOut() override {
         animation_.stop();
+        guard_.release(window_);
         window_.hide();
         x11::flush();
     }
 
     void orderFront() override {
-        if (!window_.isVisible()) return;
-        window_.raise();
-        x11::flush();
+        if (window_.isVisible()) guard_.raise(window_);
     }
 
   private:
@@ -190,6 +195,7 @@ class LinuxFloatingPanel : public FloatingPanel {
         x11::flush();
     }
 
+    StackingGuard& guard_;
     PanelWindow window_;
     QVariantAnimation animation_;
     QPoint origin_;
@@ -201,7 +207,7 @@ class LinuxFloatingPanel : public FloatingPanel {
 } // namespace
 
 std::unique_ptr<FloatingPanel> LinuxFloatingPanels::make() {
-    return std::make_unique<LinuxFloatingPanel>();
+    return std::make_unique<LinuxFloatingPanel>(guard_);
 }
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FloatingPanel.h"
+#include "Platform/Linux/StackingGuard.h"
 
 namespace corvane {
 
@@ -8,7 +9,11 @@ namespace corvane {
 /// window systems they are ordinary frameless windows that do not ask for the focus.
 class LinuxFloatingPanels : public FloatingPanels {
   public:
+    /// A panel must not outlive this object.
     [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+
+  private:
+    StackingGuard guard_;
 };
 
 } // namespace corvane

@@ -19,6 +19,9 @@ namespace corvane {
 
 namespace {
 
+constexpr const char* windowSystemVariable = "QT_QPA_PLATFORM";
+bool hasChosenWindowSystem = false;
+
 class LinuxPlatform : public Platform {
   public:
     Services services() override {
@@ -33,32 +36,36 @@ class LinuxPlatform : public Platform {
     }
 
   private:
-    QtScheduler scheduler_;
     LinuxFloatingPanels panels_;
     LinuxScreens screens_;
     LinuxAppearance appearance_;
     LinuxAnnouncer announcer_;
     LinuxSounds sounds_;
     LinuxApplications applications_;
+    // The last to come and the first to go: work that is still pending may hold a panel.
+    QtScheduler scheduler_;
 };
 
 } // namespace
 
 std::unique_ptr<Platform> Platform::make() {
+    // Other programs must not inherit the choice.
+    if (hasChosenWindowSystem) qunsetenv(windowSystemVariable);
     return std::make_unique<LinuxPlatform>();
 }
 
 bool Platform::prepareProcess() {
     const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
     const bool hasWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    const bool isChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    const bool isChosen = !qEnvironmentVariableIsEmpty(windowSystemVariable);
     if (!hasX && !hasWayland && !isChosen) {
         std::fputs("corvane: no display to show banners on (neither DISPLAY nor WAYLAND_DISPLAY is set)\n",
                    stderr);
         return false;
     }
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
-    if (hasX && !isChosen) qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+    hasChosenWindowSystem = hasX && !isChosen;
+    if (hasChosenWindowSystem) qputenv(windowSystemVariable, "xcb;wayland");
     return true;
 }
 

@@ -39,6 +39,11 @@ xcb_window_t rootWindow() {
                         : xcb_window_t{XCB_WINDOW_NONE};
 }
 
+xcb_atom_t atom(const std::string& name) {
+    xcb_connection_t* const x = connection();
+    return x != nullptr ? atom(x, name) : xcb_atom_t{XCB_ATOM_NONE};
+}
+
 void flush() {
     if (xcb_connection_t* const x = connection()) xcb_flush(x);
 }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 /// The X server that Qt is connected to. Every function does nothing, or gives nothing, on another window
@@ -17,6 +18,9 @@ namespace corvane::x11 {
 
 /// The root window of Qt's screen.
 [[nodiscard]] xcb_window_t rootWindow();
+
+/// The number of a name; 0 where there is no X server.
+[[nodiscard]] xcb_atom_t atom(const std::string& name);
 
 /// Sends what waits in the connection's buffer. Qt leaves opacity, shape and stacking requests there until
 /// something else happens to send them.

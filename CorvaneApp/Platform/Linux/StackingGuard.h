@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+#include <QTimer>
+
+#include <vector>
+
+class QWidget;
+
+namespace corvane {
+
+/// Keeps panels above everything else where a window manager, which does not know of them, raises its own
+/// windows over them: puts them in front again when the active window changes and, for window managers that
+/// do not tell, once a second while a panel is shown. Main thread only.
+class StackingGuard : public QObject, public QAbstractNativeEventFilter {
+    Q_OBJECT
+
+  public:
+    StackingGuard();
+    ~StackingGuard() override;
+    StackingGuard(const StackingGuard&) = delete;
+    StackingGuard& operator=(const StackingGuard&) = delete;
+
+    /// Puts a shown window in front of all others, now and from now on, until it is released or destroyed.
+    void raise(QWidget& window);
+    void release(QWidget& window);
+
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+  private:
+    void restore();
+
+    std::vector<QWidget*> windows_; // the frontmost last
+    QTimer timer_;
+    quint32 activeWindowAtom_ = 0;
+};
+
+} // namespace corvane

@@ -1,0 +1,11 @@
+corvane_fuzz(EventFuzz Event)
+target_include_directories(EventFuzz PRIVATE ${PROJECT_SOURCE_DIR}/Tests)
+target_link_libraries(EventFuzz PRIVATE nlohmann_json::nlohmann_json)
+
+find_path(TOMLPLUSPLUS_INCLUDE_DIR toml++/toml.h REQUIRED)
+corvane_fuzz(ClaudeSettingsFuzz ClaudeSettings)
+corvane_fuzz(CodexConfigFuzz CodexConfig)
+foreach(target ClaudeSettingsFuzz CodexConfigFuzz)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Tests)
+  target_include_directories(${target} SYSTEM PRIVATE ${TOMLPLUSPLUS_INCLUDE_DIR})
+endforeach()

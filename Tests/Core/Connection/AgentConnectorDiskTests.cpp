@@ -6,16 +6,21 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cerrno>
+#include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
 #include <linux/fs.h>
+#include <optional>
 #include <sched.h>
 #include <string>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
+#include <sys/xattr.h>
 #include <unistd.h>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -189,6 +194,72 @@ TEST(AgentConnectorOnDisks, anImmutableFileOrFolderIsAnErrorThatChangesNothing) 
                   EPERM);
         EXPECT_EQ(fileBytes(file), "a = 1\n");
         expectNoTemporaryFile(file.parent_path());
+    }
+}
+
+/// An access-control list as the system stores it: version 2, then (tag, permissions, id) for each entry.
+std::string accessList(const std::vector<std::array<std::uint32_t, 3>>& entries) {
+    std::string bytes("\2\0\0\0", 4);
+    const auto append = [&](std::uint32_t value, int size) {
+        for (int i = 0; i < size; ++i)
+            bytes += static_cast<char>(value >> (8 * i) & 0xFFU);
+    };
+    for (const auto& [tag, permissions, id] : entries) {
+        append(tag, 2);
+        append(permissions, 2);
+        append(id, 4);
+    }
+    return bytes;
+}
+
+std::optional<std::string> attribute(const fs::path& path, const char* name) {
+    std::string value(1'024, '\0');
+    const ssize_t size = getxattr(path.c_str(), name, value.data(), value.size());
+    if (size < 0) return std::nullopt;
+    value.resize(static_cast<std::size_t>(size));
+    return value;
+}
+
+TEST(AgentConnectorOnDisks, accessListAndAttributesAreKept) {
+    const test::ScratchFolder scratch;
+    const AgentConnector connector(scratch.path());
+    const fs::path file = connector.configFile(AgentKind::codex);
+    writeFile(file, "a = 1\n");
+    constexpr std::uint32_t none = 0xFFFFFFFF;
+    // owner rw, user 1234 r, group nothing, mask r, others nothing
+    const std::string list =
+        accessList({{1, 6, none}, {2, 4, 1'234}, {4, 0, none}, {0x10, 4, none}, {0x20, 0, none}});
+    if (setxattr(file.c_str(), "system.posix_acl_access", list.data(), list.size(), 0) != 0 ||
+        setxattr(file.c_str(), "user.note", "mine", 4, 0) != 0) {
+        GTEST_SKIP() << "this disk keeps no access-control lists or attributes";
+    }
+    const mode_t mode = test::modeOf(file);
+    const auto backup = connector.connect(AgentKind::codex, test::noon);
+    ASSERT_TRUE(backup);
+    for (const fs::path& path : {file, *backup}) {
+        EXPECT_EQ(attribute(path, "system.posix_acl_access"), list);
+        EXPECT_EQ(attribute(path, "user.note"), "mine");
+        EXPECT_EQ(test::modeOf(path), mode);
+    }
+}
+
+TEST(AgentConnectorOnDisks, aFoldersDefaultListGrantsNobodyTheOldFile) {
+    const test::ScratchFolder scratch;
+    const AgentConnector connector(scratch.path());
+    const fs::path file = connector.configFile(AgentKind::codex);
+    writeFile(file, "secret = 1\n");
+    ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+    constexpr std::uint32_t none = 0xFFFFFFFF;
+    const std::string list =
+        accessList({{1, 6, none}, {2, 6, 1'234}, {4, 4, none}, {0x10, 6, none}, {0x20, 4, none}});
+    if (setxattr(file.parent_path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this disk keeps no access-control lists";
+    }
+    const auto backup = connector.connect(AgentKind::codex, test::noon);
+    ASSERT_TRUE(backup);
+    for (const fs::path& path : {file, *backup}) {
+        EXPECT_EQ(attribute(path, "system.posix_acl_access"), std::nullopt);
+        EXPECT_EQ(test::modeOf(path), 0640U);
     }
 }
 

@@ -292,6 +292,71 @@ TEST_P(AgentConnectorFaults, killedAtAnySystemCallLeavesOldOrNewBytes) {
 INSTANTIATE_TEST_SUITE_P(Scenarios, AgentConnectorFaults, testing::ValuesIn(scenarios),
                          [](const auto& each) { return std::string(each.param.name); });
 
+/// Connects over a file of mode 0 at every fault, as an ordinary user: the file itself must always be found
+/// again.
+TEST(AgentConnectorUnreadable, theOldFileIsNeverLostWhateverFails) {
+    const test::ScratchFolder owned;
+    test::asOrdinaryUser(owned.path(), [] {
+        const auto keepsTheOldFile = [](const faults::Plan& plan, bool killed) {
+            const test::ScratchFolder home = test::inMemory();
+            const AgentConnector connector(home.path());
+            const fs::path file = connector.configFile(AgentKind::claude);
+            writeFile(file, oldClaude);
+            fs::permissions(file, fs::perms::none);
+            const auto inode = files::state(file).number;
+            bool reached = false;
+            bool failed = false;
+            const auto connect = [&] {
+                faults::arm(plan);
+                try {
+                    static_cast<void>(connector.connect(AgentKind::claude, test::noon));
+                } catch (const FileError&) {
+                    failed = true;
+                }
+                reached = faults::disarm() >= plan.call;
+            };
+            if (killed) {
+                const pid_t child = fork();
+                if (child == 0) {
+                    connect();
+                    _exit(0);
+                }
+                int status = 0;
+                EXPECT_EQ(waitpid(child, &status, 0), child);
+                reached = WIFSIGNALED(status);
+            } else {
+                connect();
+            }
+            const bool untouched = files::state(file).number == inode;
+            const std::string fresh = ClaudeSettingsEditor::install(
+                std::nullopt, HookScript::command(AgentKind::claude, connector.paths()));
+            bool kept = false;
+            for (const std::string& name : test::namesIn(file.parent_path())) {
+                kept = kept ||
+                       (name != "settings.json" && files::state(file.parent_path() / name).number == inode);
+                EXPECT_TRUE(killed || !name.starts_with(".corvane-")) << name;
+            }
+            EXPECT_TRUE(untouched || (kept && fileBytes(file) == fresh));
+            if (!killed) {
+                EXPECT_EQ(failed, untouched);
+            }
+            return reached;
+        };
+        for (const int error : {EIO, ENOSPC, EACCES, EPERM, EXDEV, EMFILE}) {
+            for (int call = 1; keepsTheOldFile({call, faults::Action::fail, error}, false); ++call) {
+                ASSERT_FALSE(testing::Test::HasFailure()) << "errno " << error << " at call " << call;
+            }
+        }
+        for (const faults::Action action : {faults::Action::killBefore, faults::Action::killAfter}) {
+            int call = 1;
+            for (; keepsTheOldFile({call, action}, true); ++call) {
+                ASSERT_FALSE(testing::Test::HasFailure()) << "killed at call " << call;
+            }
+            EXPECT_GT(call, 20);
+        }
+    });
+}
+
 /// The agent changes its file whenever the connector is about to look at it for the last time.
 class AgentConnectorChanges : public testing::Test {
   protected:

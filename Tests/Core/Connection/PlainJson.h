@@ -13,26 +13,56 @@
 /// must mean in its terms. Shares no code with what it judges; used by tests and fuzz targets.
 namespace corvane::test::plain {
 
+struct Member;
+
 struct Value {
     char type = 'n'; ///< n(ull), b(oolean), d (number), s(tring), a(rray), o(bject)
     std::string text;
     std::vector<Value> elements;
-    std::vector<std::pair<std::string, Value>> members;
+    std::vector<Member> members;
 
-    [[nodiscard]] const Value* member(std::string_view key) const {
-        for (const auto& [name, value] : members) {
-            if (name == key) return &value;
-        }
-        return nullptr;
-    }
-    void removeMember(std::string_view key) {
-        std::erase_if(members, [&](const auto& each) { return each.first == key; });
-    }
-    void setMember(const std::string& key, Value value) {
-        removeMember(key);
-        members.emplace_back(key, std::move(value));
-    }
+    Value();
+    Value(char givenType, std::string givenText, std::vector<Value> givenElements = {});
+    Value(const Value&);
+    Value(Value&&) noexcept;
+    Value& operator=(const Value&);
+    Value& operator=(Value&&) noexcept;
+    ~Value();
+
+    [[nodiscard]] const Value* member(std::string_view key) const;
+    void removeMember(std::string_view key);
+    void setMember(const std::string& key, Value value);
 };
+
+struct Member {
+    std::string first;
+    Value second;
+};
+
+inline Value::Value() = default;
+inline Value::Value(char givenType, std::string givenText, std::vector<Value> givenElements)
+    : type(givenType)
+    , text(std::move(givenText))
+    , elements(std::move(givenElements)) {}
+inline Value::Value(const Value&) = default;
+inline Value::Value(Value&&) noexcept = default;
+inline Value& Value::operator=(const Value&) = default;
+inline Value& Value::operator=(Value&&) noexcept = default;
+inline Value::~Value() = default;
+
+inline const Value* Value::member(std::string_view key) const {
+    for (const auto& [name, value] : members) {
+        if (name == key) return &value;
+    }
+    return nullptr;
+}
+inline void Value::removeMember(std::string_view key) {
+    std::erase_if(members, [&](const auto& each) { return each.first == key; });
+}
+inline void Value::setMember(const std::string& key, Value value) {
+    removeMember(key);
+    members.push_back({key, std::move(value)});
+}
 
 /// Equal in meaning: the order of members does not count.
 inline bool equal(const Value& left, const Value& right) {
@@ -93,10 +123,10 @@ class Reader {
             value.type = 's';
             return string(value.text);
         case 't':
-            value = {'b', "true", {}, {}};
+            value = {'b', "true"};
             return word("true");
         case 'f':
-            value = {'b', "false", {}, {}};
+            value = {'b', "false"};
             return word("false");
         case 'n':
             return word("null");
@@ -348,7 +378,7 @@ inline Value afterUninstall(Value document) {
             if (kept.empty()) continue;
             value.elements = std::move(kept);
         }
-        hooks.members.emplace_back(event, value);
+        hooks.members.push_back({event, value});
     }
     if (hooks.members.empty()) {
         document.removeMember("hooks");
@@ -370,13 +400,13 @@ inline Value afterInstall(const Value& document, const std::string& command) {
     for (const std::string event :
          {"Notification", "Stop", "UserPromptSubmit", "PostToolUse", "SessionEnd"}) {
         Value entry = object();
-        entry.setMember("type", {'s', "command", {}, {}});
-        entry.setMember("command", {'s', command, {}, {}});
+        entry.setMember("type", {'s', "command"});
+        entry.setMember("command", {'s', command});
         Value group = object();
-        group.setMember("hooks", {'a', "", {entry}, {}});
-        if (event == "Notification" || event == "PostToolUse") group.setMember("matcher", {'s', "", {}, {}});
+        group.setMember("hooks", {'a', "", {entry}});
+        if (event == "Notification" || event == "PostToolUse") group.setMember("matcher", {'s', ""});
         const Value* before = hooks.member(event);
-        Value groups = before == nullptr ? Value{'a', "", {}, {}} : *before;
+        Value groups = before == nullptr ? Value{'a', ""} : *before;
         groups.elements.push_back(std::move(group));
         hooks.setMember(event, std::move(groups));
     }

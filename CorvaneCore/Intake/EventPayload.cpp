@@ -52,8 +52,7 @@ bool isValidArray(ondemand::value& value, std::size_t depth) {
     ondemand::array array;
     if (depth > EventPayload::maxDepth || value.get_array().get(array)) return false;
     for (simdjson::simdjson_result<ondemand::value> next : array) {
-        ondemand::value element;
-        if (std::move(next).get(element) || !isValidValue(element, depth)) return false;
+        if (next.error() || !isValidValue(next.value_unsafe(), depth)) return false;
     }
     return true;
 }

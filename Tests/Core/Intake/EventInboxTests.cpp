@@ -349,7 +349,7 @@ TEST_F(EventInboxTest, deliversEachEventExactlyOnceWhileHooksKeepWriting) {
         for (int i = 0; i < count; ++i) {
             while (written - delivered >= 100)
                 std::this_thread::yield();
-            const fs::path hidden = path("." + std::to_string(i) + ".tmp");
+            const fs::path hidden = path(std::string(".").append(std::to_string(i)));
             writeFile(hidden, eventText(std::to_string(i)));
             fs::rename(hidden, path(std::to_string(i) + ".event"));
             ++written;

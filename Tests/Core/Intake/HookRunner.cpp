@@ -22,6 +22,16 @@ int exitStatus(pid_t process) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+/// The form in which the system takes a list of texts, which must outlive it.
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+    std::vector<char*> result;
+    result.reserve(texts.size() + 1);
+    for (std::string& text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
 } // namespace
 
 HookRunner::~HookRunner() {
@@ -36,19 +46,17 @@ void HookRunner::start(const Launch& launch) {
     writeFile(input, launch.input);
 
     std::vector<std::string> arguments = launch.arguments;
-    std::vector<char*> argv;
-    for (std::string& argument : arguments)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
     std::vector<std::string> environment;
-    for (const auto& [name, value] : launch.environment)
-        environment.push_back(name + "=" + value);
-    const char* const searchPath = std::getenv("PATH"); // NOLINT(concurrency-mt-unsafe)
+    environment.reserve(launch.environment.size() + 1);
+    for (const auto& [name, value] : launch.environment) {
+        std::string& variable = environment.emplace_back(name);
+        variable += '=';
+        variable += value;
+    }
+    const char* const searchPath = std::getenv("PATH");
     environment.push_back(std::string("PATH=") + (searchPath == nullptr ? "/usr/bin:/bin" : searchPath));
-    std::vector<char*> envp;
-    for (std::string& variable : environment)
-        envp.push_back(variable.data());
-    envp.push_back(nullptr);
+    std::vector<char*> argv = pointers(arguments);
+    std::vector<char*> envp = pointers(environment);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);

@@ -1,0 +1,180 @@
+// Looks at an X display from outside and says what is there, for Scripts/demonstration.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/Picture.h"
+#include "Desktop/Support/XObserver.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace corvane::test;
+using Arguments = std::vector<std::string>;
+
+constexpr const char* usage = R"(usage: corvane-observer COMMAND
+  windows                     the banners on the screen, the highest first: window, kind, card, window's frame
+  wait-for [--waiting N] [--done M] [--timeout S]
+                              waits until exactly so many banners are on the screen, drawn in full and at their
+                              places; prints them, then the seconds that it took
+  stays-empty --for S         fails as soon as a banner comes within S seconds
+  wait-for-desktop [--compositor] [--timeout S]
+                              waits for a window manager, and for a compositor
+  wait-for-window CLASS [--timeout S]
+                              waits until the window manager has a window of this class
+  wallpaper                   paints the desktop's background
+  screenshot FILE             writes what the screen shows as a PNG file
+  diff FILE FILE              the number of pixels in which two pictures differ; status 1 when there are any
+Ends with status 0 when what was asked for was seen, 1 when not, 2 when the call was wrong.)";
+
+struct WrongCall : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// "--name value" pairs, or the text "yes" for a name that is followed by another one.
+std::map<std::string, std::string> options(const Arguments& arguments, std::size_t from) {
+    std::map<std::string, std::string> result;
+    for (std::size_t i = from; i < arguments.size(); ++i) {
+        if (!arguments[i].starts_with("--")) throw WrongCall("not understood: " + arguments[i]);
+        const bool hasValue = i + 1 < arguments.size() && !arguments[i + 1].starts_with("--");
+        const std::string key = arguments[i].substr(2);
+        result[key] = hasValue ? arguments[++i] : "yes";
+    }
+    return result;
+}
+
+double number(const std::map<std::string, std::string>& options, const std::string& name, double otherwise) {
+    const auto found = options.find(name);
+    if (found == options.end()) return otherwise;
+    char* end = nullptr;
+    const double value = std::strtod(found->second.c_str(), &end);
+    if (*end != 0 || value < 0) throw WrongCall("--" + name + " needs a number");
+    return value;
+}
+
+std::chrono::milliseconds milliseconds(double seconds) {
+    return std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+}
+
+std::string describe(const Rect& rect) {
+    return std::to_string(rect.width) + "x" + std::to_string(rect.height) + "+" + std::to_string(rect.x) +
+           "+" + std::to_string(rect.y);
+}
+
+void print(const std::vector<Banner>& banners) {
+    for (const Banner& banner : banners) {
+        std::printf("0x%x %s card %s window %s\n", banner.window, name(banner.kind).c_str(),
+                    describe(banner.card).c_str(), describe(banner.frame).c_str());
+    }
+}
+
+int windows(const Arguments& /*arguments*/) {
+    print(XObserver().banners());
+    return 0;
+}
+
+int screenshot(const Arguments& arguments) {
+    if (arguments.size() != 2) throw WrongCall("screenshot needs a file");
+    XObserver().screen().save(arguments[1]);
+    return 0;
+}
+
+int waitFor(const Arguments& arguments) {
+    const auto given = options(arguments, 1);
+    const auto waiting = static_cast<std::size_t>(number(given, "waiting", 0));
+    const auto done = static_cast<std::size_t>(number(given, "done", 0));
+    const XObserver x;
+    std::optional<std::string> wrong;
+    const auto start = std::chrono::steady_clock::now();
+    const bool seen = waitUntil(milliseconds(number(given, "timeout", 2)), [&] {
+        wrong = screenFault(x, waiting, done);
+        return !wrong;
+    });
+    print(x.banners());
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    std::printf("%.2f\n", elapsed.count());
+    if (!seen) std::cerr << "not seen: " << *wrong << '\n';
+    return seen ? 0 : 1;
+}
+
+int staysEmpty(const Arguments& arguments) {
+    const XObserver x;
+    const bool came =
+        waitUntil(milliseconds(number(options(arguments, 1), "for", 2)), [&] { return x.windowCount() > 0; });
+    if (came) {
+        print(x.banners());
+        std::cerr << "not seen: a window of the application came where none should\n";
+    }
+    return came ? 1 : 0;
+}
+
+int waitForDesktop(const Arguments& arguments) {
+    const auto given = options(arguments, 1);
+    const bool needsCompositor = given.contains("compositor");
+    const XObserver x;
+    const bool ready = waitUntil(milliseconds(number(given, "timeout", 10)), [&] {
+        return !x.windowManager().empty() && (!needsCompositor || x.isComposited());
+    });
+    if (ready)
+        std::cout << x.windowManager() << '\n';
+    else
+        std::cerr << "no window manager" << (needsCompositor ? " with a compositor" : "") << " came up\n";
+    return ready ? 0 : 1;
+}
+
+int waitForWindow(const Arguments& arguments) {
+    if (arguments.size() < 2) throw WrongCall("wait-for-window needs a class");
+    const XObserver x;
+    const bool seen = waitUntil(milliseconds(number(options(arguments, 2), "timeout", 10)),
+                                [&] { return !x.managedWindows(arguments[1]).empty(); });
+    if (!seen) std::cerr << "no window of the class " << arguments[1] << " came up\n";
+    return seen ? 0 : 1;
+}
+
+int wallpaper(const Arguments& /*arguments*/) {
+    XObserver().paintWallpaper();
+    return 0;
+}
+
+int diff(const Arguments& arguments) {
+    if (arguments.size() != 3) throw WrongCall("diff needs two files");
+    const std::size_t count = Picture::load(arguments[1]).differences(Picture::load(arguments[2]), 0);
+    std::cout << count << '\n';
+    return count == 0 ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Arguments arguments(argv + 1, argv + argc);
+    const std::map<std::string, std::function<int(const Arguments&)>> commands{
+        {"windows", windows},
+        {"wait-for", waitFor},
+        {"stays-empty", staysEmpty},
+        {"wait-for-desktop", waitForDesktop},
+        {"wait-for-window", waitForWindow},
+        {"wallpaper", wallpaper},
+        {"screenshot", screenshot},
+        {"diff", diff},
+    };
+    const auto command = commands.find(arguments.empty() ? std::string() : arguments.front());
+    try {
+        if (command == commands.end()) throw WrongCall("no such command");
+        return command->second(arguments);
+    } catch (const WrongCall& error) {
+        std::cerr << "corvane-observer: " << error.what() << '\n' << usage << '\n';
+        return 2;
+    } catch (const std::exception& error) {
+        std::cerr << "corvane-observer: " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,299 @@
+#include "Desktop/Support/XObserver.h"
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+namespace corvane::test {
+
+namespace {
+
+struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, Free>;
+
+struct Size {
+    int width;
+    int height;
+};
+constexpr Size waitingSize{520, 96};
+constexpr Size doneSize{360, 64};
+
+// The room for the shadow around a card.
+constexpr int shadowSide = 24;
+constexpr int shadowAbove = 16;
+constexpr int shadowBelow = 32;
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return result;
+}
+
+// The banner that a window of this frame is, if any.
+std::optional<Banner> bannerOf(std::uint32_t window, Rect frame) {
+    for (const auto& [kind, size] :
+         {std::pair(BannerKind::waiting, waitingSize), std::pair(BannerKind::done, doneSize)}) {
+        if (frame.width == size.width && frame.height == size.height)
+            return Banner{window, kind, frame, frame, false};
+        if (frame.width == size.width + 2 * shadowSide &&
+            frame.height == size.height + shadowAbove + shadowBelow) {
+            const Rect card{frame.x + shadowSide, frame.y + shadowAbove, size.width, size.height};
+            return Banner{window, kind, frame, card, true};
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+XObserver::XObserver(const std::string& display)
+    : connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)) {
+    if (xcb_connection_has_error(connection_) != 0) {
+        xcb_disconnect(connection_);
+        throw std::runtime_error("no X server answers" + (display.empty() ? "" : " on " + display));
+    }
+    const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    root_ = screen->root;
+    visual_ = screen->root_visual;
+    depth_ = screen->root_depth;
+    screen_ = {0, 0, screen->width_in_pixels, screen->height_in_pixels};
+}
+
+XObserver::~XObserver() {
+    xcb_disconnect(connection_);
+}
+
+Rect XObserver::screenArea() const {
+    return screen_;
+}
+
+std::uint32_t XObserver::atom(std::string_view name) const {
+    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    if (!reply) throw std::runtime_error("the X server has gone");
+    return reply->atom;
+}
+
+std::string XObserver::property(std::uint32_t window, std::string_view name) const {
+    constexpr std::uint32_t maxLength = 4096; // in 32-bit units
+    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection_, xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength),
+        nullptr));
+    if (!reply) return {};
+    const auto* const bytes = static_cast<const char*>(xcb_get_property_value(reply.get()));
+    return {bytes, static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::vector<std::uint32_t> XObserver::cardinals(std::uint32_t window, std::string_view name) const {
+    const std::string bytes = property(window, name);
+    std::vector<std::uint32_t> result(bytes.size() / sizeof(std::uint32_t));
+    if (!result.empty()) std::memcpy(result.data(), bytes.data(), result.size() * sizeof(std::uint32_t));
+    return result;
+}
+
+Rect XObserver::workArea() const {
+    const std::vector<std::uint32_t> areas = cardinals(root_, "_NET_WORKAREA");
+    const std::size_t index = std::size_t{4} * currentWorkspace();
+    if (areas.size() < index + 4) return screen_;
+    return {static_cast<int>(areas[index]), static_cast<int>(areas[index + 1]),
+            static_cast<int>(areas[index + 2]), static_cast<int>(areas[index + 3])};
+}
+
+bool XObserver::isOurs(std::uint32_t window) const {
+    // Two words, each ended by a zero byte: the program's name and its class.
+    return lowerCase(property(window, "WM_CLASS")).find("corvane") != std::string::npos ||
+           property(window, "_NET_WM_NAME") == "Corvane";
+}
+
+std::vector<Banner> XObserver::mapped(bool bannersOnly) const {
+    const ReplyPointer<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root_), nullptr));
+    if (!tree) throw std::runtime_error("the X server has gone");
+    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
+
+    std::vector<Banner> result;
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+        const xcb_window_t window = children[i];
+        const auto attributesCookie = xcb_get_window_attributes(connection_, window);
+        const auto geometryCookie = xcb_get_geometry(connection_, window);
+        const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(connection_, attributesCookie, nullptr));
+        const ReplyPointer<xcb_get_geometry_reply_t> place(
+            xcb_get_geometry_reply(connection_, geometryCookie, nullptr));
+        // The window may go between the questions.
+        if (!attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE || !isOurs(window))
+            continue;
+        const Rect frame{place->x, place->y, place->width, place->height};
+        const std::optional<Banner> banner = bannerOf(window, frame);
+        if (banner && attributes->override_redirect != 0)
+            result.push_back(*banner);
+        else if (!bannersOnly)
+            result.push_back({window, BannerKind::waiting, frame, frame, false});
+    }
+    return result;
+}
+
+std::vector<Banner> XObserver::banners() const {
+    std::vector<Banner> result = mapped(true);
+    std::ranges::sort(result, {}, [](const Banner& banner) { return banner.card.y; });
+    return result;
+}
+
+std::size_t XObserver::windowCount() const {
+    return mapped(false).size();
+}
+
+Picture XObserver::screen() const {
+    const ReplyPointer<xcb_get_image_reply_t> image(
+        xcb_get_image_reply(connection_,
+                            xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, 0, 0,
+                                          static_cast<std::uint16_t>(screen_.width),
+                                          static_cast<std::uint16_t>(screen_.height), ~std::uint32_t{0}),
+                            nullptr));
+    if (!image) throw std::runtime_error("the X server has gone");
+    Picture picture{screen_.width, screen_.height, {}};
+    picture.pixels.resize(static_cast<std::size_t>(screen_.width) * static_cast<std::size_t>(screen_.height));
+    const std::size_t size = picture.pixels.size() * sizeof(std::uint32_t);
+    if (static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < size)
+        throw std::runtime_error("the screen's pixels are not 32 bits wide; 24-bit colour is needed");
+    std::memcpy(picture.pixels.data(), xcb_get_image_data(image.get()), size);
+    return picture;
+}
+
+std::string XObserver::windowManager() const {
+    const std::vector<std::uint32_t> check = cardinals(root_, "_NET_SUPPORTING_WM_CHECK");
+    if (check.empty()) return {};
+    // A window manager that died leaves its property on the root, but not its window.
+    return property(check.front(), "_NET_WM_NAME");
+}
+
+bool XObserver::isComposited() const {
+    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection_, xcb_get_selection_owner(connection_, atom("_NET_WM_CM_S0")), nullptr));
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+std::uint32_t XObserver::focusedWindow() const {
+    const ReplyPointer<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    if (!focus) throw std::runtime_error("the X server has gone");
+    return focus->focus;
+}
+
+std::uint32_t XObserver::activeWindow() const {
+    const std::vector<std::uint32_t> active = cardinals(root_, "_NET_ACTIVE_WINDOW");
+    return active.empty() ? std::uint32_t{XCB_WINDOW_NONE} : active.front();
+}
+
+std::vector<std::uint32_t> XObserver::managedWindows(std::string_view name) const {
+    std::vector<std::uint32_t> result;
+    for (const std::uint32_t window : cardinals(root_, "_NET_CLIENT_LIST")) {
+        if (lowerCase(property(window, "WM_CLASS")).find(lowerCase(name)) != std::string::npos)
+            result.push_back(window);
+    }
+    return result;
+}
+
+Rect XObserver::geometry(std::uint32_t window) const {
+    const auto geometryCookie = xcb_get_geometry(connection_, window);
+    const auto placeCookie = xcb_translate_coordinates(connection_, window, root_, 0, 0);
+    const ReplyPointer<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(connection_, geometryCookie, nullptr));
+    const ReplyPointer<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(connection_, placeCookie, nullptr));
+    if (!size || !place) return {};
+    return {place->dst_x, place->dst_y, size->width, size->height};
+}
+
+std::uint32_t XObserver::currentWorkspace() const {
+    const std::vector<std::uint32_t> current = cardinals(root_, "_NET_CURRENT_DESKTOP");
+    return current.empty() ? 0 : current.front();
+}
+
+void XObserver::roundTrip() const {
+    static_cast<void>(focusedWindow());
+}
+
+void XObserver::request(std::uint32_t window, std::string_view message, std::array<std::uint32_t, 5> data) {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom(message);
+    std::ranges::copy(data, static_cast<std::uint32_t*>(event.data.data32));
+    std::array<char, 32> bytes{};
+    std::memcpy(bytes.data(), &event, sizeof event);
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT, bytes.data());
+    roundTrip();
+}
+
+void XObserver::requestFullScreen(std::uint32_t window) {
+    constexpr std::uint32_t add = 1;
+    constexpr std::uint32_t fromPager = 2;
+    request(window, "_NET_WM_STATE", {add, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager, 0});
+}
+
+void XObserver::requestWorkspace(std::uint32_t index) {
+    request(root_, "_NET_CURRENT_DESKTOP", {index});
+}
+
+void XObserver::requestWorkspaceCount(std::uint32_t count) {
+    request(root_, "_NET_NUMBER_OF_DESKTOPS", {count});
+}
+
+void XObserver::paintWallpaper() {
+    constexpr Color light{0x6F8FAF};
+    constexpr Color dark{0x557799};
+    const xcb_pixmap_t pixmap = xcb_generate_id(connection_);
+    xcb_create_pixmap(connection_, depth_, pixmap, root_, static_cast<std::uint16_t>(screen_.width),
+                      static_cast<std::uint16_t>(screen_.height));
+    const xcb_gcontext_t context = xcb_generate_id(connection_);
+    xcb_create_gc(connection_, context, pixmap, 0, nullptr);
+    std::vector<std::uint32_t> row(static_cast<std::size_t>(screen_.width));
+    for (int y = 0; y < screen_.height; ++y) {
+        for (int x = 0; x < screen_.width; ++x) {
+            const bool isAbove = x * screen_.height < (screen_.height - y) * screen_.width;
+            row[static_cast<std::size_t>(x)] = isAbove ? light.rgb : dark.rgb;
+        }
+        xcb_put_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context,
+                      static_cast<std::uint16_t>(screen_.width), 1, 0, static_cast<std::int16_t>(y), 0,
+                      depth_, static_cast<std::uint32_t>(row.size() * sizeof row[0]),
+                      reinterpret_cast<const std::uint8_t*>(row.data()));
+    }
+    xcb_free_gc(connection_, context);
+    xcb_change_window_attributes(connection_, root_, XCB_CW_BACK_PIXMAP, &pixmap);
+    // Compositors take the background from these; it must outlive this connection.
+    for (const char* const name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"}) {
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom(name), XCB_ATOM_PIXMAP, 32, 1,
+                            &pixmap);
+    }
+    xcb_set_close_down_mode(connection_, XCB_CLOSE_DOWN_RETAIN_PERMANENT);
+    xcb_clear_area(connection_, 0, root_, 0, 0, 0, 0);
+    roundTrip();
+}
+
+bool waitUntil(std::chrono::milliseconds timeout, const std::function<bool()>& condition) {
+    constexpr std::chrono::milliseconds pause{10};
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(pause);
+    }
+    return true;
+}
+
+} // namespace corvane::test

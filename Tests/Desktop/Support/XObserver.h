@@ -1,0 +1,100 @@
+#pragma once
+
+#include "Desktop/Support/Picture.h"
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct xcb_connection_t;
+
+namespace corvane::test {
+
+enum class BannerKind : std::uint8_t { waiting, done };
+
+/// One banner window as the X server has it.
+struct Banner {
+    std::uint32_t window = 0;
+    BannerKind kind = BannerKind::waiting;
+    Rect frame;             ///< the whole window
+    Rect card;              ///< the card in it, without the room for its shadow
+    bool hasShadow = false; ///< whether the window has room for a shadow around the card
+
+    bool operator==(const Banner&) const = default;
+};
+
+/// Looks at an X display from outside, over a connection of its own: what windows there are and what the
+/// screen shows. Asks the X server only, never the application.
+///
+/// Every function throws std::runtime_error when the server cannot be reached. One thread at a time.
+class XObserver {
+  public:
+    /// `display` as in DISPLAY, which an empty one stands for.
+    explicit XObserver(const std::string& display = {});
+    XObserver(const XObserver&) = delete;
+    XObserver& operator=(const XObserver&) = delete;
+    ~XObserver();
+
+    [[nodiscard]] Rect screenArea() const;
+
+    /// The part of the screen that panels leave free, as the window manager says; else the whole screen.
+    [[nodiscard]] Rect workArea() const;
+
+    /// The mapped override-redirect windows of the application that have a banner's size, the highest on the
+    /// screen first.
+    [[nodiscard]] std::vector<Banner> banners() const;
+
+    /// All mapped windows of the application, banners or not.
+    [[nodiscard]] std::size_t windowCount() const;
+
+    /// What the screen shows, with what a compositor draws.
+    [[nodiscard]] Picture screen() const;
+
+    /// The title of the window manager that runs; empty when there is none.
+    [[nodiscard]] std::string windowManager() const;
+
+    /// Whether a compositor blends the windows.
+    [[nodiscard]] bool isComposited() const;
+
+    /// The window that gets the keys, and the one that the window manager calls active.
+    [[nodiscard]] std::uint32_t focusedWindow() const;
+    [[nodiscard]] std::uint32_t activeWindow() const;
+
+    /// The managed windows whose class is `name`, in any case of letters.
+    [[nodiscard]] std::vector<std::uint32_t> managedWindows(std::string_view name) const;
+    [[nodiscard]] Rect geometry(std::uint32_t window) const;
+
+    [[nodiscard]] std::uint32_t currentWorkspace() const;
+    /// Ask the window manager, as a pager does.
+    void requestFullScreen(std::uint32_t window);
+    void requestWorkspace(std::uint32_t index);
+    void requestWorkspaceCount(std::uint32_t count);
+
+    /// Fills the desktop's background with two tones, and tells compositors about it.
+    void paintWallpaper();
+
+  private:
+    [[nodiscard]] std::uint32_t atom(std::string_view name) const;
+    [[nodiscard]] std::string property(std::uint32_t window, std::string_view name) const;
+    [[nodiscard]] std::vector<std::uint32_t> cardinals(std::uint32_t window, std::string_view name) const;
+    [[nodiscard]] bool isOurs(std::uint32_t window) const;
+    [[nodiscard]] std::vector<Banner> mapped(bool bannersOnly) const;
+    void request(std::uint32_t window, std::string_view message, std::array<std::uint32_t, 5> data);
+    void roundTrip() const; // returns when all that was asked for has been done
+
+    xcb_connection_t* connection_;
+    std::uint32_t root_ = 0;
+    std::uint32_t visual_ = 0;
+    std::uint8_t depth_ = 0;
+    Rect screen_;
+};
+
+/// Asks `condition` again and again until it holds or `timeout` has passed; whether it held.
+bool waitUntil(std::chrono::milliseconds timeout, const std::function<bool()>& condition);
+
+} // namespace corvane::test

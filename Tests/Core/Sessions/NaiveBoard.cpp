@@ -45,9 +45,7 @@ std::optional<NaiveEffect> NaiveBoard::apply(const NaiveEvent& event) {
         if (before.runningSince) work = event.date - *before.runningSince;
         if (before.waits()) {
             what = "dismiss";
-        } else if (event.agent == "codex") {
-            what = "showDone";
-        } else if (work >= minWork) {
+        } else if (event.agent == "codex" || work >= minWork) {
             what = "showDone";
         }
     } else if (event.kind == "running") {

@@ -23,7 +23,7 @@ void appendNumber(std::string& bytes, std::uint32_t number, int count) {
 }
 
 std::string wav(const Signal& signal) {
-    constexpr std::uint32_t rate = static_cast<std::uint32_t>(sampleRate);
+    constexpr auto rate = static_cast<std::uint32_t>(sampleRate);
     constexpr std::uint32_t bytesASample = 2;
     const auto size = static_cast<std::uint32_t>(signal.size()) * bytesASample;
 

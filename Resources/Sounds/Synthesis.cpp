@@ -21,7 +21,9 @@ std::size_t sampleAt(double seconds) {
 } // namespace
 
 Signal silence(double seconds) {
-    return Signal(sampleAt(seconds), 0.0);
+    Signal signal;
+    signal.resize(sampleAt(seconds), 0.0);
+    return signal;
 }
 
 double note(int semitones) {

@@ -15,12 +15,14 @@ namespace corvane::test {
 
 namespace {
 
-const std::filesystem::path folder = CORVANE_SOUND_FOLDER;
+std::filesystem::path soundFolder() {
+    return CORVANE_SOUND_FOLDER;
+}
 
 class SoundFile : public testing::TestWithParam<std::string_view> {
   protected:
     void SetUp() override {
-        const auto bytes = fileBytes(folder / (std::string(GetParam()) + ".wav"));
+        const auto bytes = fileBytes(soundFolder() / (std::string(GetParam()) + ".wav"));
         ASSERT_TRUE(bytes);
         std::string problem;
         const auto read = readWav(*bytes, problem);
@@ -33,7 +35,7 @@ class SoundFile : public testing::TestWithParam<std::string_view> {
 
 Waveform sound(std::string_view name) {
     std::string problem = "cannot be read";
-    const auto bytes = fileBytes(folder / (std::string(name) + ".wav"));
+    const auto bytes = fileBytes(soundFolder() / (std::string(name) + ".wav"));
     const auto wave = bytes ? readWav(*bytes, problem) : std::nullopt;
     EXPECT_TRUE(wave) << name << ": " << problem;
     return wave.value_or(Waveform{44100, {1}});
@@ -95,7 +97,7 @@ TEST(SoundFiles, areThoseThatCanBeChosenAndNoOthers) {
         expected.insert(std::string(name) + ".wav");
     }
     std::set<std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(soundFolder())) {
         found.insert(entry.path().filename().string());
     }
     EXPECT_EQ(found, expected);
@@ -126,7 +128,7 @@ TEST(SoundFiles, comeOutTheSameEveryTime) {
         0);
     for (const std::string_view name : AlertPreferences::soundChoices) {
         const std::string file = std::string(name) + ".wav";
-        EXPECT_EQ(fileBytes(scratch.path() / "new" / file), fileBytes(folder / file)) << name;
+        EXPECT_EQ(fileBytes(scratch.path() / "new" / file), fileBytes(soundFolder() / file)) << name;
     }
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-const SoundGate::Moment start{std::chrono::hours(5)};
+constexpr SoundGate::Moment start{std::chrono::hours(5)};
 
 TEST(SoundGate, tenAlertsOfOneSoundInOnePassStartItOnce) {
     SoundGate gate;

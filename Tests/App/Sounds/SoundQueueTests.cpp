@@ -8,7 +8,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-const SoundQueue::Moment start{std::chrono::hours(5)};
+constexpr SoundQueue::Moment start{std::chrono::hours(5)};
 
 TEST(SoundQueue, givesSoundsInTheOrderOfAsking) {
     SoundQueue queue;

@@ -204,15 +204,15 @@ double peakBetween(const Waveform& wave, double from, double to) {
 }
 
 double clickLevel(const Waveform& wave) {
-    constexpr int reach = 40;
+    constexpr std::size_t reach = 40;
     const double cutoff = 17000.0 / wave.rate;
     std::array<double, 2 * reach + 1> taps{};
-    for (int i = -reach; i <= reach; ++i) {
-        const double turns = 2 * cutoff * i;
-        const double low = i == 0 ? 2 * cutoff : std::sin(std::numbers::pi * turns) / (std::numbers::pi * i);
-        const double angle = std::numbers::pi * i / (reach + 1);
+    for (std::size_t i = 0; i < taps.size(); ++i) {
+        const double turn = std::numbers::pi * (static_cast<double>(i) - reach);
+        const double low = i == reach ? 2 * cutoff : std::sin(2 * cutoff * turn) / turn;
+        const double angle = turn / (reach + 1);
         const double window = 0.42 + 0.5 * std::cos(angle) + 0.08 * std::cos(2 * angle);
-        taps.at(static_cast<std::size_t>(i + reach)) = ((i == 0 ? 1 : 0) - low) * window;
+        taps.at(i) = ((i == reach ? 1 : 0) - low) * window;
     }
     std::vector<double> padded(reach, 0.0);
     padded.insert(padded.end(), wave.samples.begin(), wave.samples.end());

@@ -1,0 +1,242 @@
+// Sounds played by the real player through a real sound server, and heard at its other end.
+
+#include "App/Sounds/Waveform.h"
+#include "Desktop/Sounds/ChildProcess.h"
+#include "Desktop/Sounds/SoundServer.h"
+#include "Platform/Linux/Sounds.h"
+#include "Sessions/AlertPreferences.h"
+#include "Support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstring>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+
+namespace corvane::test {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+// Far below the 30 s that a dead server takes, far above what a busy machine needs.
+constexpr milliseconds soon{2000};
+
+// Of the microseconds of a call to play(); it hands over a name and once starts a thread.
+constexpr long mostMicroseconds = 200000;
+
+Waveform soundFile(std::string_view name) {
+    std::string problem = "cannot be read";
+    const auto bytes = fileBytes(std::filesystem::path(CORVANE_SOUND_FOLDER) / (std::string(name) + ".wav"));
+    const auto wave = bytes ? readWav(*bytes, problem) : std::nullopt;
+    EXPECT_TRUE(wave) << name << ": " << problem;
+    return wave.value_or(Waveform{44100, {1}});
+}
+
+// Without the silence before the first and after the last sample that is not 0.
+Waveform withoutSilence(const Waveform& wave) {
+    std::size_t from = 0;
+    std::size_t to = wave.samples.size();
+    while (from < to && wave.samples[from] == 0) {
+        ++from;
+    }
+    while (to > from && wave.samples[to - 1] == 0) {
+        --to;
+    }
+    const auto at = [&wave](std::size_t index) { return wave.samples.begin() + static_cast<long>(index); };
+    return {wave.rate, std::vector<double>(at(from), at(to))};
+}
+
+class SoundPlayback : public testing::Test {
+  protected:
+    SoundPlayback()
+        : place(scratch) {}
+
+    void startPlayer(const std::string& folder = CORVANE_SOUND_FOLDER) {
+        player.emplace(std::vector<std::string>{CORVANE_SOUND_PLAYER, folder}, place.environment(),
+                       scratch / "player-errors");
+    }
+
+    // Plays sounds in one pass; gives the number of the player's threads.
+    int play(const std::string& names) {
+        player->write(names + "\n");
+        const std::optional<std::string> answer = player->readLine(soon);
+        EXPECT_TRUE(answer) << "play() does not come back";
+        long microseconds = mostMicroseconds + 1;
+        int threads = 0;
+        std::istringstream(answer.value_or("")) >> microseconds >> threads;
+        EXPECT_LE(microseconds, mostMicroseconds);
+        return threads;
+    }
+
+    // Leaves the player's thread the time to try; a failing connection takes some milliseconds.
+    static void letItTry() { std::this_thread::sleep_for(milliseconds(300)); }
+
+    void expectQuietEnd() {
+        player->closeInput();
+        EXPECT_EQ(player->waitForEnd(soon), 0);
+        EXPECT_EQ(fileBytes(scratch / "player-errors"), "");
+    }
+
+    ScratchFolder scratch;
+    SoundPlace place;
+    std::optional<ChildProcess> player;
+};
+
+TEST_F(SoundPlayback, everySoundIsHeardAsItsFileHasIt) {
+    const SoundServer server(place);
+    Recording recording(place);
+    startPlayer();
+    for (const std::string_view name : AlertPreferences::soundChoices) {
+        const Waveform file = withoutSilence(soundFile(name));
+        play(std::string(name));
+        const Waveform heard = recording.next(1.6, seconds(10));
+        ASSERT_FALSE(heard.samples.empty()) << name << " is not heard";
+        EXPECT_GT(correlation(heard, file, 0, 882), 0.999) << name;
+        EXPECT_NEAR(decibels(peak(heard)), decibels(peak(file)), 0.2) << name;
+        EXPECT_NEAR(withoutSilence(heard).seconds(), file.seconds(), 0.01) << name;
+    }
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, tenAlertsOfOnePassSoundOnce) {
+    const SoundServer server(place);
+    Recording recording(place);
+    startPlayer();
+    play("Glass Glass Glass Glass Glass Glass Glass Glass Glass Glass");
+    const Waveform file = withoutSilence(soundFile("Glass"));
+    const Waveform heard = recording.next(3, seconds(10));
+    ASSERT_FALSE(heard.samples.empty());
+    EXPECT_GT(correlation(heard, file, 0, 882), 0.999);
+    EXPECT_NEAR(decibels(peak(heard)), decibels(peak(file)), 0.2);
+    EXPECT_NEAR(withoutSilence(heard).seconds(), file.seconds(), 0.01);
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, waitingAndDoneSoundsOfOnePassAreHeardTogetherAndAThirdIsNot) {
+    const SoundServer server(place);
+    Recording recording(place);
+    startPlayer();
+    play("Submarine Tink Glass Submarine Tink Glass");
+    const Waveform heard = recording.next(2.5, seconds(10));
+    ASSERT_FALSE(heard.samples.empty());
+    const double submarine = correlation(heard, withoutSilence(soundFile("Submarine")), 0, 2205);
+    EXPECT_GT(submarine, 0.5);
+    EXPECT_GT(correlation(heard, withoutSilence(soundFile("Tink")), 0, 2205), 0.5);
+    EXPECT_LT(correlation(heard, withoutSilence(soundFile("Glass")), 0, 2205), 0.1);
+    EXPECT_LT(peak(heard), 0.95);
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, unknownNamesAndNamesWithPathsStartNothing) {
+    const SoundServer server(place);
+    Recording recording(place);
+    startPlayer();
+    EXPECT_EQ(play("Basso glass Glass.wav ../sounds/Glass /etc/passwd"), 1);
+    EXPECT_GT(play("Pop"), 1);
+    const Waveform file = withoutSilence(soundFile("Pop"));
+    const Waveform heard = recording.next(1.6, seconds(10));
+    EXPECT_NEAR(withoutSilence(heard).seconds(), file.seconds(), 0.01);
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, noThreadStandsBeforeTheFirstSound) {
+    startPlayer();
+    EXPECT_EQ(play(""), 1);
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, withoutAServerNothingHappens) {
+    startPlayer();
+    play("Glass");
+    letItTry();
+    play("Pop");
+    letItTry();
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, withoutTheFilesNothingHappens) {
+    const SoundServer server(place);
+    startPlayer(scratch.path().string());
+    play("Glass Tink");
+    letItTry();
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, aServerThatComesLaterIsFound) {
+    startPlayer();
+    play("Glass");
+    letItTry();
+    const SoundServer server(place);
+    Recording recording(place);
+    play("Hero");
+    EXPECT_GT(correlation(recording.next(1.6, seconds(10)), withoutSilence(soundFile("Hero")), 0, 882),
+              0.999);
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, aServerThatIsStartedAnewIsFoundAgain) {
+    startPlayer();
+    {
+        const SoundServer server(place);
+        Recording recording(place);
+        play("Glass");
+        ASSERT_FALSE(recording.next(0.1, seconds(10)).samples.empty());
+    }
+    const SoundServer server(place);
+    Recording recording(place);
+    play("Ping");
+    EXPECT_GT(correlation(recording.next(1.6, seconds(10)), withoutSilence(soundFile("Ping")), 0, 882),
+              0.999);
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, aServerThatNeverAnswersHoldsUpNeitherPlayingNorQuitting) {
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, place.socket().c_str(), sizeof(address.sun_path) - 1);
+    ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    ASSERT_EQ(listen(listener, 10), 0);
+    startPlayer();
+    play("Glass");
+    // The connection has come in: from here on the player's thread waits for an answer.
+    const int connection = accept(listener, nullptr, nullptr);
+    ASSERT_GE(connection, 0);
+    play("Tink");
+    expectQuietEnd();
+    close(connection);
+    close(listener);
+}
+
+TEST_F(SoundPlayback, aServerThatHangsLaterHoldsUpNeitherPlayingNorQuitting) {
+    const SoundServer server(place);
+    startPlayer();
+    {
+        Recording recording(place);
+        play("Pop");
+        ASSERT_FALSE(recording.next(0.1, seconds(10)).samples.empty());
+    }
+    server.signal(SIGSTOP);
+    play("Hero");
+    letItTry();
+    play("Tink");
+    expectQuietEnd();
+    server.signal(SIGCONT);
+}
+
+TEST(LinuxSounds, areFoundBesideTheProgramsFolder) {
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
+    EXPECT_EQ(LinuxSounds::installedFolder(), program.parent_path().parent_path() / "share/corvane/sounds");
+}
+
+} // namespace
+
+} // namespace corvane::test

@@ -1,0 +1,38 @@
+// Plays sounds as the application does: SoundPlayer <folder of the sounds>
+// Each line of the standard input names sounds to play in one pass. The answer is a line with the
+// microseconds that the slowest call to play() took and the number of threads afterwards. The end of the
+// input ends the program.
+
+#include "Platform/Linux/Sounds.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <string>
+
+int main(int argc, char** argv) {
+    using Clock = std::chrono::steady_clock;
+    if (argc != 2) {
+        std::cerr << "usage: SoundPlayer <folder>\n";
+        return 2;
+    }
+    corvane::LinuxSounds sounds(argv[1]);
+    std::string line;
+    while (std::getline(std::cin, line)) {
+        std::istringstream names(line);
+        std::chrono::microseconds slowest{0};
+        std::string name;
+        while (names >> name) {
+            const Clock::time_point before = Clock::now();
+            sounds.play(name);
+            slowest = std::max(slowest,
+                               std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - before));
+        }
+        const std::filesystem::directory_iterator threads("/proc/self/task");
+        std::cout << slowest.count() << ' ' << std::distance(begin(threads), end(threads)) << std::endl;
+    }
+    return 0;
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "App/Sounds/Waveform.h"
+#include "Desktop/Sounds/ChildProcess.h"
+#include "Support/TestSupport.h"
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+
+namespace corvane::test {
+
+/// The place of a sound server of the test's own, and the environment that leads programs to it and to no
+/// other.
+class SoundPlace {
+  public:
+    explicit SoundPlace(const ScratchFolder& scratch);
+
+    [[nodiscard]] const Environment& environment() const { return environment_; }
+    [[nodiscard]] const std::filesystem::path& socket() const { return socket_; }
+    [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+
+  private:
+    std::filesystem::path folder_;
+    std::filesystem::path socket_;
+    Environment environment_;
+};
+
+/// A PulseAudio server without a sound card: what is played goes into a sink whose monitor can be recorded.
+class SoundServer {
+  public:
+    /// Comes back when the server answers; throws when it does not within 10 s.
+    explicit SoundServer(const SoundPlace& place);
+    ~SoundServer();
+    SoundServer(const SoundServer&) = delete;
+    SoundServer& operator=(const SoundServer&) = delete;
+
+    void signal(int number) const { process_->signal(number); }
+
+  private:
+    std::unique_ptr<ChildProcess> process_;
+};
+
+/// Records what the server plays.
+class Recording {
+  public:
+    /// Comes back when the first samples arrived.
+    explicit Recording(const SoundPlace& place);
+
+    /// What is heard next, from a little before its first sound: recorded until `seconds` after that, or none
+    /// when `patience` is over before anything sounds. All that came before is dropped.
+    [[nodiscard]] Waveform next(double seconds, std::chrono::milliseconds patience);
+
+  private:
+    void take(std::chrono::milliseconds patience);
+
+    ChildProcess process_;
+    std::string bytes_;
+    Waveform wave_;
+};
+
+} // namespace corvane::test

@@ -8,6 +8,7 @@
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyle>
 
@@ -54,6 +55,11 @@ void setAccessibleText(QWidget& banner, const AlertText& text) {
     banner.setAccessibleName(fromUtf8(text.title + ", " + text.subtitle));
 }
 
+QAccessibleInterface* accessibleGlyph(const QString& /*className*/, QObject* object) {
+    auto* const glyph = qobject_cast<AgentGlyph*>(object);
+    return glyph != nullptr ? new QAccessibleWidget(glyph, QAccessible::Graphic) : nullptr;
+}
+
 } // namespace
 
 // AgentGlyph
@@ -64,6 +70,7 @@ AgentGlyph::AgentGlyph(AgentKind agent, bool waiting, QWidget* parent)
     , waiting_(waiting) {
     setFixedSize(glyphSide, glyphSide);
     setFont(fonts::system(glyphLetterSize, QFont::Bold));
+    QAccessible::installFactory(accessibleGlyph);
     setAccessibleName(fromUtf8(agent_.displayName()));
 }
 
@@ -147,7 +154,8 @@ WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::func
     title_ = titleLabel(text, this);
     subtitle_ = subtitleLabel(text, this);
     waited_ = new LineLabel(waitedLabel(clock_()), fonts::system(smallSize, QFont::Medium),
-                            LineLabel::Emphasis::secondary, LineLabel::Truncation::none, this);
+                            LineLabel::Emphasis::secondary, LineLabel::Truncation::none, this,
+                            LineLabel::Content::clock);
     waited_->setBackdrop([this] { return fillColor(); });
     jump_ = new PrimaryButton(tr("Go to Terminal"), QStringLiteral("terminal"), this);
     snooze_ = PlainButton::withText(tr("Snooze"), smallSize, this);

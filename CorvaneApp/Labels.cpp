@@ -3,6 +3,7 @@
 #include "Support/Elision.h"
 #include "Tokens.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyle>
 
@@ -28,16 +29,47 @@ QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+class AccessibleLine : public QAccessibleWidget {
+  public:
+    explicit AccessibleLine(LineLabel& label)
+        : QAccessibleWidget(&label, label.content() == LineLabel::Content::clock ? QAccessible::Clock
+                                                                                 : QAccessible::StaticText) {}
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        if (kind != QAccessible::Name) return QAccessibleWidget::text(kind);
+        return static_cast<const LineLabel*>(widget())->text();
+    }
+
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.readOnly = true;
+        return state;
+    }
+};
+
+QAccessibleInterface* accessibleLine(const QString& /*className*/, QObject* object) {
+    auto* const label = qobject_cast<LineLabel*>(object);
+    return label != nullptr ? new AccessibleLine(*label) : nullptr;
+}
+
 } // namespace
 
-LineLabel::LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
-                     QWidget* parent)
-    : QLabel(parent)
+LineLabel::LineLabel(QString text, const QFont& font, Emphasis emphasis, Truncation truncation,
+                     QWidget* parent, Content content)
+    : QWidget(parent)
+    , text_(std::move(text))
     , emphasis_(emphasis)
-    , truncation_(truncation) {
-    setTextFormat(Qt::PlainText);
+    , truncation_(truncation)
+    , content_(content) {
+    QAccessible::installFactory(accessibleLine);
     setFont(font);
-    setText(text);
+}
+
+void LineLabel::setText(const QString& text) {
+    if (text_ == text) return;
+    text_ = text;
+    updateGeometry();
+    update();
 }
 
 void LineLabel::setBackdrop(std::function<QColor()> color) {

@@ -1,22 +1,31 @@
 #pragma once
 
-#include <QLabel>
+#include <QString>
+#include <QWidget>
 
 #include <functional>
 
 namespace corvane {
 
 /// A single line of text in one of the application's colours. `text()`, and with it the accessible name, is
-/// always the whole text.
-class LineLabel : public QLabel {
+/// always the whole text. Assistive technology is not told when the text changes, only asked for it: a line
+/// that changes each second would otherwise chatter.
+class LineLabel : public QWidget {
     Q_OBJECT
 
   public:
     enum class Emphasis { normal, secondary };
     enum class Truncation { none, middle };
+    /// What assistive technology takes the line for. A screen reader reads the words that stand in a
+    /// notification with it, but not its clocks.
+    enum class Content { words, clock };
 
-    LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
-              QWidget* parent);
+    LineLabel(QString text, const QFont& font, Emphasis emphasis, Truncation truncation, QWidget* parent,
+              Content content = Content::words);
+
+    [[nodiscard]] const QString& text() const { return text_; }
+    void setText(const QString& text);
+    [[nodiscard]] Content content() const { return content_; }
 
     /// Lets the label paint its own backdrop in place of what is there, so that a change of its text repaints
     /// nothing but itself. `color` is asked at every paint.
@@ -34,8 +43,10 @@ class LineLabel : public QLabel {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    QString text_;
     Emphasis emphasis_;
     Truncation truncation_;
+    Content content_;
     std::function<QColor()> backdrop_;
 };
 

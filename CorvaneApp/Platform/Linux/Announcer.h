@@ -4,13 +4,22 @@
 
 namespace corvane {
 
-/// Announces banners by their accessible role: a screen reader speaks a notification's name when it is shown,
-/// which Qt tells it at each show of a banner's view, a refreshed one included. A second, free announcement
-/// would be spoken twice.
+/// Announces banners by their accessible role. A notification that begins to show is what Linux's screen
+/// readers speak: its name, once. Qt sends that event (object:state-changed:showing, role notification) to
+/// everybody who listens on the accessibility bus, at each show of a banner's view, the new view of a
+/// refreshed banner included.
+///
+/// Nothing else is sent on purpose. An object:announcement event is not known to every screen reader, and one
+/// that knows both would speak twice.
+///
+/// Silent, without a message, where there is no message bus or no accessibility bus; begins when one comes
+/// up.
 class LinuxAnnouncer : public Announcer {
   public:
     LinuxAnnouncer();
 
+    /// Makes sure that the banner bears `text` as its name. It is to be shown under that name already: what
+    /// is spoken is the name at the time of the show.
     void announce(const QString& text, QWidget& banner) override;
 };
 

@@ -20,6 +20,7 @@ namespace corvane {
 namespace {
 
 constexpr const char* windowSystemVariable = "QT_QPA_PLATFORM";
+constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
 bool hasChosenWindowSystem = false;
 
 class LinuxPlatform : public Platform {
@@ -66,6 +67,9 @@ bool Platform::prepareProcess() {
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
     hasChosenWindowSystem = hasX && !isChosen;
     if (hasChosenWindowSystem) qputenv(windowSystemVariable, "xcb;wayland");
+    // Without it, Qt answers only screen readers that ran before. It stays set, since Qt looks at it again
+    // whenever an accessibility bus comes up.
+    if (!qEnvironmentVariableIsSet(accessibilityVariable)) qputenv(accessibilityVariable, "1");
     return true;
 }
 

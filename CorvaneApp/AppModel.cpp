@@ -2,6 +2,7 @@
 
 #include "Connection/ConfigEditError.h"
 #include "Platform/Applications.h"
+#include "Platform/LoginItem.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Sounds.h"
 #include "Sessions/TerminalApp.h"
@@ -9,6 +10,7 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <utility>
@@ -67,33 +69,91 @@ void AppModel::scheduleTick(std::chrono::milliseconds delay) {
 
 void AppModel::tick() {
     now_ = services_.clock();
-    for (const AgentEvent& event : inbox_.drain()) {
+    const std::vector<AgentEvent> events = inbox_.drain();
+    if (ticks_ == 0) {
+        catchUp(events);
+    } else {
+        follow(events);
+    }
+    ++ticks_;
+    if (ticks_ % ticksPerPruning == 0) prune();
+    Q_EMIT changed();
+}
+
+void AppModel::follow(const std::vector<AgentEvent>& events) {
+    for (const AgentEvent& event : events) {
         if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
     }
     for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
         perform(BoardEffect::showWaiting(session));
     }
-    ++ticks_;
-    if (ticks_ % ticksPerPruning == 0) board_.prune(now_);
-    Q_EMIT changed();
 }
 
-void AppModel::perform(const BoardEffect& effect) {
-    if (const auto* const show = effect.ifShowWaiting()) {
-        if (!prefs_.isQuiet(now_)) alertWaiting(show->session);
-    } else if (const auto* const done = effect.ifShowDone()) {
-        if (!prefs_.alertWhenDone || prefs_.isQuiet(now_)) return;
-        banners_.showDone(done->session);
-        playSound(EventKind::finished);
-    } else if (const auto* const dismissal = effect.ifDismiss()) {
-        banners_.dismiss(dismissal->sessionID);
+void AppModel::catchUp(const std::vector<AgentEvent>& events) {
+    std::vector<BoardEffect> shows;
+    for (const AgentEvent& event : events) {
+        const std::optional<BoardEffect> effect = board_.apply(event);
+        if (effect && effect->ifDismiss() == nullptr) shows.push_back(*effect);
+    }
+    for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
+        shows.push_back(BoardEffect::showWaiting(session));
+    }
+    // From the latest back, since of a session's earlier alerts none holds any more.
+    std::vector<BoardEffect> holding;
+    for (auto show = shows.rbegin(); show != shows.rend() && holding.size() < BannerController::maxBanners;
+         ++show) {
+        if (stillHolds(*show)) holding.push_back(*show);
+    }
+    std::optional<EventKind> sound;
+    for (auto show = holding.rbegin(); show != holding.rend(); ++show) {
+        const std::optional<EventKind> kind = this->show(*show);
+        if (kind && sound != EventKind::needsPermission) sound = kind;
+    }
+    if (sound) playSound(*sound);
+}
+
+bool AppModel::stillHolds(const BoardEffect& effect) const {
+    const auto* const waiting = effect.ifShowWaiting();
+    const auto* const done = effect.ifShowDone();
+    if (done != nullptr && now_ - done->session.lastEvent > BannerController::doneLifetime) return false;
+    const AgentSession& shown = waiting != nullptr ? waiting->session : done->session;
+    // Nothing has happened to the session since.
+    const auto& sessions = board_.sessions();
+    return std::find(sessions.begin(), sessions.end(), shown) != sessions.end();
+}
+
+void AppModel::prune() {
+    const std::vector<AgentSession> before = board_.sessions();
+    board_.prune(now_);
+    for (const AgentSession& session : before) {
+        const auto& kept = board_.sessions();
+        const bool isKept = std::any_of(kept.begin(), kept.end(), [&session](const AgentSession& other) {
+            return other.agent == session.agent && other.sessionID == session.sessionID;
+        });
+        // Nothing would ever take its banner down.
+        if (!isKept) banners_.dismiss(session.id());
     }
 }
 
-void AppModel::alertWaiting(const AgentSession& session) {
-    banners_.showWaiting(session);
-    // The same sound whatever the session waits for.
-    playSound(EventKind::needsPermission);
+void AppModel::perform(const BoardEffect& effect) {
+    if (const auto* const dismissal = effect.ifDismiss()) {
+        banners_.dismiss(dismissal->sessionID);
+    } else if (const std::optional<EventKind> sound = show(effect)) {
+        playSound(*sound);
+    }
+}
+
+std::optional<EventKind> AppModel::show(const BoardEffect& effect) {
+    if (prefs_.isQuiet(now_)) return std::nullopt;
+    if (const auto* const waiting = effect.ifShowWaiting()) {
+        banners_.showWaiting(waiting->session);
+        // The same sound whatever the session waits for.
+        return EventKind::needsPermission;
+    }
+    const auto* const done = effect.ifShowDone();
+    if (done == nullptr || !prefs_.alertWhenDone) return std::nullopt;
+    banners_.showDone(done->session);
+    return EventKind::finished;
 }
 
 void AppModel::playSound(EventKind kind) {
@@ -146,7 +206,8 @@ void AppModel::sendTestAlert() {
     session.status = SessionStatus::waiting(EventKind::needsPermission, now_);
     session.lastEvent = now_;
     session.lastAlerted = now_;
-    alertWaiting(session);
+    banners_.showWaiting(session);
+    playSound(EventKind::needsPermission);
 }
 
 void AppModel::connectAgent(AgentKind agent) {
@@ -180,6 +241,20 @@ void AppModel::disconnectAgent(AgentKind agent) {
                         localizedDescription(error);
     }
     refreshConnections();
+}
+
+void AppModel::setOpensAtLogin(bool on) {
+    try {
+        services_.loginItem.setEnabled(on);
+        connectError_ = std::nullopt;
+    } catch (const LoginItemError& error) {
+        connectError_ = std::string("Couldn't change “Open at login”: ") + error.what();
+    }
+    Q_EMIT changed();
+}
+
+bool AppModel::opensAtLogin() const {
+    return services_.loginItem.isEnabled();
 }
 
 void AppModel::refreshConnections() {

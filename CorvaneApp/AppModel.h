@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvane {
 
@@ -42,7 +43,8 @@ class AppModel : public QObject {
     [[nodiscard]] const std::map<AgentKind, bool>& connected() const { return connected_; }
     /// The backup that the last successful connect made, if it had to make one.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
-    /// What went wrong in the last connect or disconnect, in words for the user; none after a success.
+    /// What went wrong in the last connect, disconnect or change of the login item, in words for the user;
+    /// none after a success.
     [[nodiscard]] const std::optional<std::string>& connectError() const { return connectError_; }
     /// The time of the last pass of the loop; everything that depends on the time uses it.
     [[nodiscard]] Date now() const { return now_; }
@@ -59,10 +61,18 @@ class AppModel : public QObject {
     /// Holds the session's reminders back for five minutes and takes its banner down.
     void snooze(const AgentSession& session);
 
+    /// Takes the session's banner down and brings its terminal to the front, where one is known and runs.
+    void jump(const AgentSession& session);
+
     /// Installs the hook and the agent's configuration entry, or takes the entry out again. A failure is told
     /// by `connectError`.
     void connectAgent(AgentKind agent);
     void disconnectAgent(AgentKind agent);
+
+    /// Has the application started at login, or not. A failure is told by `connectError`.
+    void setOpensAtLogin(bool on);
+    /// What is really so at present.
+    [[nodiscard]] bool opensAtLogin() const;
 
     /// Silences alerts for an hour from the last pass on; the second ends that.
     void quietForAnHour();
@@ -81,10 +91,18 @@ class AppModel : public QObject {
     void start();
     void scheduleTick(std::chrono::milliseconds delay);
     void tick();
+    /// What every pass but the first does with the events that have come: one after the other, then the
+    /// reminders.
+    void follow(const std::vector<AgentEvent>& events);
+    /// The first pass: whatever happened while the application did not run ends in one calm picture, with the
+    /// banners that still hold and a single sound.
+    void catchUp(const std::vector<AgentEvent>& events);
+    [[nodiscard]] bool stillHolds(const BoardEffect& effect) const;
     void perform(const BoardEffect& effect);
-    void alertWaiting(const AgentSession& session);
+    /// Shows the effect's banner unless the preferences forbid it; what it sounds like if it was shown.
+    std::optional<EventKind> show(const BoardEffect& effect);
     void playSound(EventKind kind);
-    void jump(const AgentSession& session);
+    void prune();
 
     AgentConnector connector_;
     EventInbox inbox_;

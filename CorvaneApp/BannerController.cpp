@@ -28,7 +28,6 @@ constexpr milliseconds fadeInDuration{220};
 constexpr milliseconds fadeOutDuration{180};
 // A little longer than the fade, so that the panel never goes before it is invisible.
 constexpr milliseconds orderOutDelay{200};
-constexpr milliseconds doneLifetime{6000};
 
 void requireMainThread() {
     if (QThread::currentThread() != QCoreApplication::instance()->thread()) {

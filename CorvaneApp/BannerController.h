@@ -6,6 +6,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -27,6 +28,9 @@ class BannerController : public QObject {
 
   public:
     static constexpr std::size_t maxBanners = 3;
+
+    /// How long a done banner stands.
+    static constexpr std::chrono::milliseconds doneLifetime{6000};
 
     /// What `services` refers to must outlive the controller.
     explicit BannerController(const Services& services);

@@ -11,7 +11,9 @@ namespace corvane {
 class Announcer;
 class Appearance;
 class Applications;
+class FileBrowser;
 class FloatingPanels;
+class LoginItem;
 class Scheduler;
 class Screens;
 class Sounds;
@@ -29,6 +31,8 @@ struct Services {
     Announcer& announcer;
     Sounds& sounds;
     Applications& applications;
+    LoginItem& loginItem;
+    FileBrowser& fileBrowser;
 };
 
 /// The running system's own services. Made once, on the main thread, after the QApplication.

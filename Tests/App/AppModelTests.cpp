@@ -311,6 +311,75 @@ TEST_F(AppModelTest, everySixtiethPassPrunesTheBoard) {
     EXPECT_TRUE(model().board().sessions().empty());
 }
 
+TEST_F(AppModelTest, pruningTakesTheBannerOfAForgottenSessionDown) {
+    dropClaude("Notification", "s");
+    AlertPreferences preferences;
+    preferences.reminderMinutes = 0;
+    model().setPrefs(preferences);
+    pass();
+    ASSERT_EQ(standing(), 1U);
+    platform_.time.setWallClock(platform_.time.now() + SessionBoard::staleAfter + Seconds(1));
+    pass(58);
+    EXPECT_EQ(standing(), 1U);
+    pass(1);
+    EXPECT_TRUE(model().board().sessions().empty());
+    EXPECT_EQ(standing(), 0U);
+}
+
+TEST_F(AppModelTest, aBacklogAtLaunchEndsInOneCalmPicture) {
+    for (int i = 0; i < 40; ++i) {
+        const Seconds age(1000.0 - 10 * i);
+        dropClaude("Notification", std::to_string(i % 8), age);
+        if (i % 8 < 4) dropClaude("PostToolUse", std::to_string(i % 8), age - Seconds(5));
+    }
+    dropCodexDone("finished");
+    pass();
+    // Sessions 4 to 7 still wait, and it is time to remind of each of them: the latest three are shown.
+    EXPECT_EQ(model().board().waitingCount(), 4U);
+    ASSERT_EQ(standing(), 3U);
+    EXPECT_EQ(platform_.panels.all.size(), 3U);
+    EXPECT_EQ(platform_.panels.standing()[0]->size, QSize(520, 96));
+    EXPECT_EQ(platform_.announcer.spoken.size(), 3U);
+    EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
+}
+
+TEST_F(AppModelTest, aFinishFromLongAgoIsNotShownAtLaunch) {
+    drop("codex", R"({"type":"agent-turn-complete","thread-id":"old"})", Seconds(7));
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_TRUE(played().empty());
+    EXPECT_EQ(model().board().sessions().size(), 1U);
+}
+
+TEST_F(AppModelTest, aBacklogIsSilentInQuietTime) {
+    AlertPreferences stored;
+    stored.quietUntil = platform_.time.now() + Seconds(60);
+    stored.save(defaults_, "alertPreferences");
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_TRUE(played().empty());
+}
+
+TEST_F(AppModelTest, openingAtLoginFollowsTheLoginItem) {
+    EXPECT_FALSE(model().opensAtLogin());
+    model().setOpensAtLogin(true);
+    EXPECT_TRUE(platform_.loginItem.enabled);
+    EXPECT_TRUE(model().opensAtLogin());
+    platform_.loginItem.enabled = false;
+    EXPECT_FALSE(model().opensAtLogin());
+}
+
+TEST_F(AppModelTest, aRefusedLoginItemIsToldAndClearedByTheNextSuccess) {
+    platform_.loginItem.failure = "The folder is read-only.";
+    model().setOpensAtLogin(true);
+    EXPECT_EQ(model().connectError(), "Couldn't change “Open at login”: The folder is read-only.");
+    EXPECT_FALSE(model().opensAtLogin());
+    platform_.loginItem.failure = std::nullopt;
+    model().setOpensAtLogin(true);
+    EXPECT_EQ(model().connectError(), std::nullopt);
+}
+
 TEST_F(AppModelTest, aTestAlertShowsAndSoundsInQuietTimeAndIsNoSession) {
     pass();
     model().quietForAnHour();

@@ -3,7 +3,9 @@
 #include "Platform/Linux/Announcer.h"
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
+#include "Platform/Linux/FileBrowser.h"
 #include "Platform/Linux/FloatingPanel.h"
+#include "Platform/Linux/LoginItem.h"
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/Sounds.h"
 #include "QtScheduler.h"
@@ -33,7 +35,9 @@ class LinuxPlatform : public Platform {
                 appearance_,
                 announcer_,
                 sounds_,
-                applications_};
+                applications_,
+                loginItem_,
+                fileBrowser_};
     }
 
   private:
@@ -43,6 +47,8 @@ class LinuxPlatform : public Platform {
     LinuxAnnouncer announcer_;
     LinuxSounds sounds_;
     LinuxApplications applications_;
+    LinuxLoginItem loginItem_{LinuxLoginItem::standardFile(), LinuxLoginItem::runningProgram()};
+    LinuxFileBrowser fileBrowser_;
     // The last to come and the first to go: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };

@@ -99,8 +99,16 @@ void Announcements::announce(const QString& text, QWidget& /*banner*/) {
 }
 
 Services RecordingPlatform::services() {
-    return {
-        [this] { return time.now(); }, time, panels, screens, appearance, announcer, sounds, applications};
+    return {[this] { return time.now(); },
+            time,
+            panels,
+            screens,
+            appearance,
+            announcer,
+            sounds,
+            applications,
+            loginItem,
+            fileBrowser};
 }
 
 } // namespace corvane::recording

@@ -3,11 +3,15 @@
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Applications.h"
+#include "Platform/FileBrowser.h"
 #include "Platform/FloatingPanel.h"
+#include "Platform/LoginItem.h"
 #include "Platform/Platform.h"
+#include "Platform/Reopen.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
 #include "Platform/Sounds.h"
+#include "Platform/StatusItem.h"
 
 #include <chrono>
 #include <functional>
@@ -111,6 +115,50 @@ class Activations : public Applications {
     std::vector<std::string> activated;
 };
 
+class FakeLoginItem : public LoginItem {
+  public:
+    [[nodiscard]] bool isEnabled() const override { return enabled; }
+    void setEnabled(bool wanted) override {
+        if (failure) throw LoginItemError(*failure);
+        enabled = wanted;
+    }
+
+    bool enabled = false;
+    /// Makes every change fail with these words.
+    std::optional<std::string> failure;
+};
+
+class Reveals : public FileBrowser {
+  public:
+    void reveal(const std::filesystem::path& file) override { revealed.push_back(file); }
+
+    std::vector<std::filesystem::path> revealed;
+};
+
+class FakeStatusItem : public StatusItem {
+  public:
+    void show(int count, const QString& text) override {
+        waitingCount = count;
+        label = text;
+        ++showCount;
+    }
+    void setMenu(QMenu* newMenu) override { menu = newMenu; }
+    [[nodiscard]] bool isAvailable() const override { return available; }
+
+    int waitingCount = -1;
+    QString label;
+    int showCount = 0;
+    QMenu* menu = nullptr;
+    bool available = true;
+};
+
+class FakeReopen : public Reopen {
+  public:
+    [[nodiscard]] bool claim() override { return isFirst; }
+
+    bool isFirst = true;
+};
+
 struct RecordingPlatform {
     Time time;
     Panels panels;
@@ -119,6 +167,10 @@ struct RecordingPlatform {
     Announcements announcer;
     PlayedSounds sounds;
     Activations applications;
+    FakeLoginItem loginItem;
+    Reveals fileBrowser;
+    FakeStatusItem statusItem;
+    FakeReopen reopen;
 
     [[nodiscard]] Services services();
 };

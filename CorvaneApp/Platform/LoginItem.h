@@ -1,0 +1,29 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace corvane {
+
+/// Why the login item could not be changed. `what()` is a sentence for users.
+class LoginItemError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Whether the system starts the application when the user logs in. Main thread only.
+class LoginItem {
+  public:
+    LoginItem() = default;
+    LoginItem(const LoginItem&) = delete;
+    LoginItem& operator=(const LoginItem&) = delete;
+    virtual ~LoginItem() = default;
+
+    /// What is really so at this moment: the user may have changed it elsewhere.
+    [[nodiscard]] virtual bool isEnabled() const = 0;
+
+    /// Registers the application as it is installed now, or takes it out. Nothing happens when it is so
+    /// already. Throws LoginItemError, and has changed nothing then.
+    virtual void setEnabled(bool enabled) = 0;
+};
+
+} // namespace corvane

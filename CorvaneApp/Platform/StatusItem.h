@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QRect>
+#include <QString>
+
+class QMenu;
+
+namespace corvane {
+
+/// The application's icon in the menu bar or system tray. Main thread only.
+class StatusItem : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Shows the plain bell for zero waiting agents, else the bell with its badge, with the number from two
+    /// on. `label` is what assistive technology and the tooltip say.
+    virtual void show(int waitingCount, const QString& label) = 0;
+
+    /// The menu for hosts that show menus only. Owned by the caller, who keeps its actions up to date.
+    virtual void setMenu(QMenu* menu) = 0;
+
+    /// Whether there is any place on this desktop where the icon can be seen. May change while running.
+    [[nodiscard]] virtual bool isAvailable() const = 0;
+
+  Q_SIGNALS:
+    /// The user pressed the icon. `place` is where it is on the desktop, in device-independent pixels; empty
+    /// where the host does not tell.
+    void pressed(QRect place);
+
+    void availabilityChanged();
+};
+
+} // namespace corvane

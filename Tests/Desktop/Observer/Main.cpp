@@ -2,6 +2,7 @@
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/Picture.h"
+#include "Desktop/Support/TextLook.h"
 #include "Desktop/Support/XObserver.h"
 
 #include <chrono>
@@ -26,6 +27,8 @@ constexpr const char* usage = R"(usage: corvane-observer COMMAND
   wait-for [--waiting N] [--done M] [--timeout S]
                               waits until exactly so many banners are on the screen, drawn in full and at their
                               places; prints them, then the seconds that it took
+  reads N TITLE SUBTITLE      whether the banner number N, the highest being 1, shows these words; the subtitle
+                              may go on after them
   stays-empty --for S         fails as soon as a banner comes within S seconds
   wait-for-desktop [--compositor] [--timeout S]
                               waits for a window manager, and for a compositor
@@ -106,6 +109,22 @@ int waitFor(const Arguments& arguments) {
     return seen ? 0 : 1;
 }
 
+int reads(const Arguments& arguments) {
+    if (arguments.size() != 4) throw WrongCall("reads needs a banner's number and two texts");
+    const XObserver x;
+    const std::vector<Banner> banners = x.banners();
+    const std::size_t index = std::strtoul(arguments[1].c_str(), nullptr, 10);
+    if (index < 1 || index > banners.size()) {
+        std::cerr << "not seen: there are only " << banners.size() << " banners\n";
+        return 1;
+    }
+    const Picture screen = x.screen();
+    auto fault = wordsFault(screen, banners[index - 1], BannerLine::title, arguments[2]);
+    if (!fault) fault = wordsFault(screen, banners[index - 1], BannerLine::subtitle, arguments[3]);
+    if (fault) std::cerr << "not seen: " << *fault << '\n';
+    return fault ? 1 : 0;
+}
+
 int staysEmpty(const Arguments& arguments) {
     const XObserver x;
     const bool came =
@@ -159,6 +178,7 @@ int main(int argc, char** argv) {
     const std::map<std::string, std::function<int(const Arguments&)>> commands{
         {"windows", windows},
         {"wait-for", waitFor},
+        {"reads", reads},
         {"stays-empty", staysEmpty},
         {"wait-for-desktop", waitForDesktop},
         {"wait-for-window", waitForWindow},

@@ -1,0 +1,150 @@
+// Banners stand above everything and disturb nothing, whatever the window manager.
+//
+// CORVANE_TEST_WINDOW_MANAGERS names further window managers, separated by spaces.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::vector<std::string> windowManagers() {
+    std::vector<std::string> names{"openbox", "xfwm4"};
+    const char* const further = std::getenv("CORVANE_TEST_WINDOW_MANAGERS");
+    std::istringstream words(further == nullptr ? "" : further);
+    for (std::string name; words >> name;)
+        names.push_back(name);
+    return names;
+}
+
+class BannerFocus : public testing::TestWithParam<std::string> {
+  protected:
+    void SetUp() override { desktop.startApplication(); }
+
+    // Raises this session's waiting banner; `count` are then on the screen.
+    void raiseBanner(const char* session, std::size_t count) {
+        desktop.claude("Notification-permission_prompt", session, "shop");
+        ASSERT_TRUE(desktop.shows(count, 0));
+    }
+
+    DesktopSession desktop{GetParam(), Compositor::none};
+};
+
+TEST_P(BannerFocus, bannerStandsAboveATerminalThatWasFullScreenBefore) {
+    const std::uint32_t terminal = desktop.startTerminal();
+    raiseBanner("a", 1);
+    EXPECT_EQ(desktop.screen().geometry(terminal), desktop.screen().screenArea());
+    EXPECT_EQ(desktop.screen().activeWindow(), terminal);
+}
+
+TEST_P(BannerFocus, bannerStandsAboveATerminalThatGoesFullScreenAfterwards) {
+    const std::uint32_t terminal = desktop.startTerminal(false);
+    raiseBanner("a", 1);
+    desktop.screen().requestFullScreen(terminal);
+    ASSERT_TRUE(
+        waitUntil(5s, [&] { return desktop.screen().geometry(terminal) == desktop.screen().screenArea(); }));
+    // The terminal's own colour below the banner shows that it has been drawn at its new size.
+    ASSERT_TRUE(waitUntil(5s, [&] {
+        return desktop.screen().screen().share({300, 600, 200, 100}, {0xFFFFFF}, 0) > 0.95;
+    }));
+    EXPECT_TRUE(desktop.shows(1, 0));
+    EXPECT_EQ(desktop.screen().activeWindow(), terminal);
+}
+
+TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
+    const std::uint32_t terminal = desktop.startTerminal();
+    const std::uint32_t focused = desktop.screen().focusedWindow();
+    std::string letters;
+    while (letters.size() < 400)
+        letters += "abcdefghijklmnopqrstuvwxyz";
+    const auto typing = desktop.type(letters, 20ms);
+
+    raiseBanner("a", 1);
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
+    raiseBanner("b", 2);
+    desktop.click(closeButton(desktop.screen().banners().front()));
+    EXPECT_TRUE(desktop.shows(1, 0));
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
+    desktop.claude("PostToolUse-Bash", "a", "shop");
+    EXPECT_TRUE(desktop.shows(0, 0));
+    EXPECT_TRUE(typing->isRunning()) << "the keys were to be typed all the while";
+
+    EXPECT_EQ(typing->wait(30s), 0);
+    EXPECT_TRUE(waitUntil(2s, [&] { return desktop.typed().size() >= letters.size(); }));
+    EXPECT_EQ(desktop.typed(), letters);
+    EXPECT_EQ(desktop.screen().activeWindow(), terminal);
+}
+
+TEST_P(BannerFocus, clickOnSnoozeTakesTheBannerAwayAndTheFocusStays) {
+    desktop.startTerminal();
+    const std::uint32_t focused = desktop.screen().focusedWindow();
+    raiseBanner("a", 1);
+    desktop.click(snoozeButton(desktop.screen().banners().front()));
+    EXPECT_TRUE(desktop.shows(0, 0));
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
+}
+
+TEST_P(BannerFocus, clickOnGoToTerminalTakesTheBannerAway) {
+    desktop.startTerminal();
+    raiseBanner("a", 1);
+    desktop.click(primaryButton(desktop.screen().banners().front()));
+    EXPECT_TRUE(desktop.shows(0, 0));
+}
+
+TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerTakesItAway) {
+    desktop.startTerminal();
+    const std::uint32_t focused = desktop.screen().focusedWindow();
+    desktop.codex("codex-tui", "shop");
+    ASSERT_TRUE(desktop.shows(0, 1));
+    desktop.click(closeButton(desktop.screen().banners().front()));
+    EXPECT_TRUE(desktop.shows(0, 0)) << "well before the six seconds are over";
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
+}
+
+TEST_P(BannerFocus, clickOnTheCardBesideItsButtonsDoesNothing) {
+    desktop.startTerminal();
+    const std::uint32_t focused = desktop.screen().focusedWindow();
+    raiseBanner("a", 1);
+    const Rect card = desktop.screen().banners().front().card;
+    desktop.click({card.x + 60, card.y + 40, 2, 2});
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
+    // The next banner comes after the click has been dealt with.
+    raiseBanner("b", 2);
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
+}
+
+TEST_P(BannerFocus, bannerStaysOnTheScreenWhenTheWorkspaceChanges) {
+    desktop.screen().requestWorkspaceCount(2);
+    raiseBanner("a", 1);
+    for (const std::uint32_t workspace : {1U, 0U}) {
+        desktop.screen().requestWorkspace(workspace);
+        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == workspace; }));
+        EXPECT_TRUE(desktop.shows(1, 0));
+    }
+    desktop.screen().requestWorkspace(1);
+    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == 1; }));
+    raiseBanner("b", 2);
+}
+
+TEST_P(BannerFocus, bannerIsInNoTaskBar) {
+    raiseBanner("a", 1);
+    EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, BannerFocus, testing::ValuesIn(windowManagers()),
+                         [](const auto& manager) { return manager.param; });
+
+} // namespace
+
+} // namespace corvane::test

@@ -1,0 +1,123 @@
+// The road from an agent's call of the hook to the banner on the screen, seen by the X server.
+
+#include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/TextLook.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(BannerRoad, promptRaisesNothingPermissionRaisesABannerAndTheToolsEndTakesItDown) {
+    DesktopSession desktop;
+    desktop.startApplication();
+
+    desktop.claude("UserPromptSubmit", "a", "shop");
+    EXPECT_TRUE(desktop.staysEmpty(1500ms));
+    EXPECT_TRUE(desktop.inbox().empty());
+
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    EXPECT_TRUE(desktop.shows(1, 0));
+
+    desktop.claude("PostToolUse-Bash", "a", "shop");
+    EXPECT_TRUE(desktop.shows(0, 0));
+}
+
+TEST(BannerRoad, idlePromptRaisesABannerThatTheNextPromptOrTheSessionsEndTakesDown) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.claude("Notification-idle_prompt", "a", "shop");
+    EXPECT_TRUE(desktop.shows(1, 0));
+    desktop.claude("Notification-idle_prompt", "b", "handbook");
+    EXPECT_TRUE(desktop.shows(2, 0));
+    desktop.claude("SessionEnd-prompt_input_exit", "a", "shop");
+    EXPECT_TRUE(desktop.shows(1, 0));
+    desktop.claude("UserPromptSubmit", "b", "handbook");
+    EXPECT_TRUE(desktop.shows(0, 0));
+}
+
+TEST(BannerRoad, notificationOfAnUnknownTypeRaisesNothingAndIsTakenFromTheInbox) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.claude("Notification-agent_needs_input", "a", "shop");
+    EXPECT_TRUE(desktop.staysEmpty(1500ms));
+    EXPECT_TRUE(desktop.inbox().empty());
+}
+
+TEST(BannerRoad, longTurnRaisesADoneBannerThatLeavesAfterSixSeconds) {
+    DesktopSession desktop;
+    desktop.startApplication();
+
+    desktop.application().signal(SIGSTOP);
+    desktop.claude("UserPromptSubmit", "a", "shop");
+    ASSERT_EQ(desktop.inbox().size(), 1U);
+    const auto longAgo = std::chrono::system_clock::now() - 95s;
+    setModificationDate(desktop.inbox().front(), Date::fromSystemClock(longAgo));
+    desktop.claude("Stop", "a", "shop");
+    desktop.application().signal(SIGCONT);
+    ASSERT_TRUE(desktop.shows(0, 1));
+
+    const auto came = std::chrono::steady_clock::now();
+    EXPECT_TRUE(desktop.shows(0, 0, 7500ms));
+    EXPECT_GT(std::chrono::steady_clock::now() - came, 5500ms);
+}
+
+TEST(BannerRoad, shortTurnRaisesNoDoneBanner) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.claude("UserPromptSubmit", "a", "shop");
+    desktop.claude("Stop", "a", "shop");
+    EXPECT_TRUE(desktop.staysEmpty(2s));
+    EXPECT_TRUE(desktop.inbox().empty());
+}
+
+TEST(BannerRoad, codexTurnRaisesADoneBanner) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.codex("codex-tui", "shop");
+    EXPECT_TRUE(desktop.shows(0, 1));
+}
+
+TEST(BannerRoad, bannersShowTheRightWords) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    desktop.claude("Notification-idle_prompt", "b", "handbook");
+    ASSERT_TRUE(desktop.shows(2, 0));
+    desktop.codex("codex-tui", "kiosk");
+    ASSERT_TRUE(desktop.shows(2, 1));
+
+    const Picture screen = desktop.screen().screen();
+    const std::vector<Banner> banners = desktop.screen().banners();
+    const std::array titles{"Codex finished", "Claude is waiting for your reply",
+                            "Claude is waiting for you"};
+    const std::array projects{"kiosk", "handbook", "shop"};
+    for (std::size_t i = 0; i < banners.size(); ++i) {
+        for (std::size_t j = 0; j < titles.size(); ++j) {
+            const auto title = wordsFault(screen, banners[i], BannerLine::title, titles[j]);
+            const auto project = wordsFault(screen, banners[i], BannerLine::subtitle, projects[j]);
+            EXPECT_EQ(!title, i == j) << titles[j] << ": " << title.value_or("seen");
+            EXPECT_EQ(!project, i == j) << projects[j] << ": " << project.value_or("seen");
+        }
+    }
+}
+
+TEST(BannerRoad, eventsThatCameBeforeTheStartAreShownAtTheStart) {
+    DesktopSession desktop;
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_EQ(desktop.inbox().size(), 1U);
+    desktop.startApplication();
+    EXPECT_TRUE(desktop.shows(1, 0));
+}
+
+} // namespace
+
+} // namespace corvane::test

@@ -1,0 +1,116 @@
+// Where banners stand, and what they cover, with and without a compositor.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <vector>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class BannerStack : public testing::TestWithParam<Compositor> {
+  protected:
+    DesktopSession desktop{"openbox", GetParam()};
+};
+
+TEST_P(BannerStack, threeBannersStackNewestOnTopAndAFourthEvictsTheOldest) {
+    desktop.startApplication();
+    std::vector<std::uint32_t> windows;
+    for (const char* const session : {"a", "b", "c"}) {
+        desktop.claude("Notification-permission_prompt", session, "shop");
+        ASSERT_TRUE(desktop.shows(windows.size() + 1, 0));
+        const std::vector<Banner> banners = desktop.screen().banners();
+        for (std::size_t i = 0; i < windows.size(); ++i)
+            EXPECT_EQ(banners[i + 1].window, windows[i]);
+        windows.insert(windows.begin(), banners.front().window);
+    }
+    desktop.claude("Notification-permission_prompt", "d", "shop");
+    ASSERT_TRUE(waitUntil(2s, [&] { return desktop.screen().banners().front().window != windows[0]; }));
+    ASSERT_TRUE(desktop.shows(3, 0));
+    const std::vector<Banner> banners = desktop.screen().banners();
+    EXPECT_EQ(banners[1].window, windows[0]);
+    EXPECT_EQ(banners[2].window, windows[1]);
+}
+
+TEST_P(BannerStack, bannersBelowCloseTheGapOfOneThatLeaves) {
+    desktop.startApplication();
+    for (const char* const session : {"a", "b", "c"}) {
+        desktop.claude("Notification-permission_prompt", session, "shop");
+        // One after the other, so that the order is known.
+        ASSERT_TRUE(waitUntil(2s, [&] { return desktop.inbox().empty(); }));
+    }
+    ASSERT_TRUE(desktop.shows(3, 0));
+    const std::vector<Banner> before = desktop.screen().banners();
+    desktop.claude("PostToolUse-Bash", "b", "shop");
+    ASSERT_TRUE(desktop.shows(2, 0));
+    const std::vector<Banner> after = desktop.screen().banners();
+    EXPECT_EQ(after[0], before[0]);
+    EXPECT_EQ(after[1].window, before[2].window);
+}
+
+TEST_P(BannerStack, secondAlertOfASessionKeepsTheOneBannerAtItsPlace) {
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    const std::vector<Banner> before = desktop.screen().banners();
+    desktop.claude("Notification-idle_prompt", "a", "shop");
+    ASSERT_TRUE(waitUntil(2s, [&] { return desktop.inbox().empty(); }));
+    EXPECT_TRUE(desktop.shows(1, 0));
+    EXPECT_EQ(desktop.screen().banners(), before);
+}
+
+TEST_P(BannerStack, windowHasRoomForAShadowOnlyWhereWindowsAreBlended) {
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    desktop.codex("codex-tui", "shop");
+    ASSERT_TRUE(desktop.shows(1, 1));
+    for (const Banner& banner : desktop.screen().banners())
+        EXPECT_EQ(banner.hasShadow, GetParam() == Compositor::picom);
+}
+
+TEST_P(BannerStack, desktopShowsAtTheCornersOutsideTheCardsRounding) {
+    desktop.startApplication();
+    const Picture before = desktop.screen().screen();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    const Rect card = desktop.screen().banners().front().card;
+    const Picture after = desktop.screen().screen();
+    const std::array corners{std::array{card.x, card.y}, std::array{card.right() - 1, card.y},
+                             std::array{card.x, card.bottom() - 1},
+                             std::array{card.right() - 1, card.bottom() - 1}};
+    // A shadow may darken what is seen there.
+    const int tolerance = GetParam() == Compositor::picom ? 40 : 0;
+    for (const auto& [x, y] : corners) {
+        EXPECT_TRUE(after.at(x, y).isNear(before.at(x, y), tolerance))
+            << "at " << x << "," << y << ": " << std::hex << after.at(x, y).rgb << " instead of "
+            << before.at(x, y).rgb;
+    }
+}
+
+TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersHaveGone) {
+    desktop.startApplication();
+    const Picture before = desktop.screen().screen();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    EXPECT_NE(desktop.screen().screen().differences(before, 0), 0U);
+    desktop.claude("PostToolUse-Bash", "a", "shop");
+    ASSERT_TRUE(desktop.shows(0, 0));
+    EXPECT_TRUE(waitUntil(2s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Desktops, BannerStack, testing::Values(Compositor::none, Compositor::picom),
+                         [](const auto& compositor) {
+                             return compositor.param == Compositor::none ? "withoutCompositor"
+                                                                         : "withCompositor";
+                         });
+
+} // namespace
+
+} // namespace corvane::test

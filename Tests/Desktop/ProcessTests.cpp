@@ -1,0 +1,94 @@
+// The application as a process: how it starts, what it leaves on the disk, how it ends.
+
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+TEST(Process, terminationAndInterruptEndItWithStatusZero) {
+    DesktopSession desktop;
+    for (const int signal : {SIGTERM, SIGINT}) {
+        desktop.startApplication();
+        desktop.claude("Notification-permission_prompt", "a", "shop");
+        ASSERT_TRUE(desktop.shows(1, 0));
+        desktop.application().signal(signal);
+        EXPECT_EQ(desktop.application().wait(5s), 0) << "signal " << signal;
+        EXPECT_EQ(desktop.screen().windowCount(), 0U);
+        EXPECT_EQ(desktop.applicationOutput(), "");
+    }
+}
+
+TEST(Process, supportDirectoryBecomesPrivateAtTheStart) {
+    DesktopSession desktop;
+    fs::permissions(desktop.paths().support, static_cast<fs::perms>(0755));
+    desktop.startApplication();
+    EXPECT_EQ(fs::status(desktop.paths().support).permissions(), fs::perms::owner_all);
+}
+
+TEST(Process, supportDirectoryIsMadePrivateWhereThereIsNone) {
+    DesktopSession desktop;
+    fs::remove_all(desktop.paths().support);
+    const auto application = desktop.run({CORVANE_PROGRAM}, "other");
+    const auto isPrivate = [&] {
+        std::error_code ignored;
+        return fs::status(desktop.paths().support, ignored).permissions() == fs::perms::owner_all;
+    };
+    EXPECT_TRUE(waitUntil(10s, isPrivate));
+}
+
+TEST(Process, withoutADisplayItSaysWhatIsMissingAndFails) {
+    DesktopSession desktop;
+    const auto application =
+        desktop.run({"/bin/sh", "-c", "\"$0\" 2>\"$HOME/said\"", CORVANE_PROGRAM}, "other", {"DISPLAY="});
+    EXPECT_EQ(application->wait(10s), 1);
+    EXPECT_EQ(fileBytes(desktop.home() / "said"),
+              "corvane: no display to show banners on (neither DISPLAY nor WAYLAND_DISPLAY is set)\n");
+    EXPECT_FALSE(fs::exists(desktop.home() / ".config/Corvane"));
+}
+
+TEST(Process, withADisplayThatDoesNotAnswerItFailsAndNamesIt) {
+    DesktopSession desktop;
+    const auto application = desktop.run({"/bin/sh", "-c", "\"$0\" 2>\"$HOME/said\"", CORVANE_PROGRAM},
+                                         "other", {"DISPLAY=:9999"});
+    const std::optional<int> status = application->wait(10s);
+    ASSERT_TRUE(status.has_value());
+    EXPECT_NE(*status, 0);
+    EXPECT_NE(fileBytes(desktop.home() / "said").value_or("").find(":9999"), std::string::npos);
+}
+
+TEST(Process, idlesWithoutWorkingTheProcessor) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    // In clock ticks, fields 14 and 15 after the name in parentheses.
+    const auto ticks = [&] {
+        const std::string stat =
+            fileBytes("/proc/" + std::to_string(desktop.application().id()) + "/stat").value_or("");
+        std::istringstream fields(stat.substr(stat.rfind(')') + 2));
+        std::string skipped;
+        for (int i = 0; i < 11; ++i)
+            fields >> skipped;
+        long user = 0;
+        long system = 0;
+        fields >> user >> system;
+        return user + system;
+    };
+    const long before = ticks();
+    EXPECT_TRUE(desktop.staysEmpty(3s));
+    EXPECT_LE(ticks() - before, 15) << "ticks of 10 ms in three seconds";
+}
+
+} // namespace
+
+} // namespace corvane::test

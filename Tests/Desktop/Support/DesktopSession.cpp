@@ -1,0 +1,305 @@
+#include "Desktop/Support/DesktopSession.h"
+
+#include "Desktop/Support/BannerLook.h"
+#include "Intake/HookScript.h"
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <stdexcept>
+#include <unistd.h>
+#include <utility>
+
+namespace corvane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::chrono::seconds startTimeout{20};
+
+std::string replaced(std::string text, std::string_view old, std::string_view by) {
+    for (std::size_t at = text.find(old); at != std::string::npos; at = text.find(old, at + by.size()))
+        text.replace(at, old.size(), by);
+    return text;
+}
+
+// A payload with another value for its "session_id".
+std::string withSession(std::string payload, std::string_view session) {
+    constexpr std::string_view key = R"("session_id":")";
+    const std::size_t start = payload.find(key);
+    if (start == std::string::npos) throw std::runtime_error("the payload has no session_id");
+    const std::size_t value = start + key.size();
+    return payload.replace(value, payload.find('"', value) - value, session);
+}
+
+std::string environmentValue(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+} // namespace
+
+DesktopSession::DesktopSession(const std::string& windowManager, Compositor compositor)
+    : home_(scratch_ / "home") {
+    fs::create_directories(scratch_ / "tmp");
+    fs::create_directories(scratch_ / "run");
+    fs::permissions(scratch_ / "run", fs::perms::owner_all);
+    writeFile(home_ / ".config/fontconfig/fonts.conf",
+              R"(<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+  <alias><family>sans-serif</family><prefer><family>Inter</family></prefer></alias>
+  <alias><family>monospace</family><prefer><family>Noto Sans Mono</family></prefer></alias>
+</fontconfig>
+)");
+    HookScript::install(paths());
+    startBus();
+    startServer();
+    startWindowManager(windowManager, compositor);
+}
+
+DesktopSession::~DesktopSession() {
+    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+    if (testing::Test::HasFailure() && screen_ && test != nullptr) {
+        const std::string name =
+            replaced(std::string(test->test_suite_name()) + "." + test->name(), "/", "-");
+        const fs::path picture = fs::path(CORVANE_FAILURE_PICTURES) / (name + ".png");
+        try {
+            fs::create_directories(picture.parent_path());
+            screen_->screen().save(picture);
+            ADD_FAILURE() << "the screen at the end of the test: " << picture.string();
+        } catch (const std::exception& error) {
+            ADD_FAILURE() << "no picture of the failure: " << error.what();
+        }
+    }
+    application_.reset();
+    // The latest first, so that none loses its display before it is asked to go.
+    while (!processes_.empty())
+        processes_.pop_back();
+    std::vector<pid_t> left;
+    waitUntil(std::chrono::seconds(2), [&] {
+        left = leftOver();
+        return left.empty();
+    });
+    for (const pid_t process : left) {
+        ADD_FAILURE() << "process " << process << " is left";
+        kill(process, SIGKILL);
+    }
+}
+
+Command DesktopSession::command(std::vector<std::string> arguments, const std::string& log,
+                                const std::vector<std::string>& variables) const {
+    Command result{std::move(arguments), {}, home_, {}, scratch_ / (log + ".log"), -1};
+    result.environment = {
+        "PATH=" + environmentValue("PATH"),
+        "HOME=" + home_.string(),
+        "LANG=C.UTF-8",
+        "TMPDIR=" + (scratch_ / "tmp").string(),
+        "XDG_CONFIG_HOME=" + (home_ / ".config").string(),
+        "XDG_DATA_HOME=" + (home_ / ".local/share").string(),
+        "XDG_CACHE_HOME=" + (home_ / ".cache").string(),
+        "XDG_STATE_HOME=" + (home_ / ".local/state").string(),
+        "XDG_RUNTIME_DIR=" + (scratch_ / "run").string(),
+        "DBUS_SESSION_BUS_ADDRESS=unix:path=" + (scratch_ / "run/bus").string(),
+        "DISPLAY=" + display_,
+    };
+    for (const std::string& variable : variables) {
+        const std::string name = variable.substr(0, variable.find('=') + 1);
+        std::erase_if(result.environment, [&](const std::string& old) { return old.starts_with(name); });
+        result.environment.push_back(variable);
+    }
+    return result;
+}
+
+ChildProcess& DesktopSession::start(std::vector<std::string> arguments, const std::string& log,
+                                    const std::vector<std::string>& variables) {
+    return processes_.emplace_back(command(std::move(arguments), log, variables));
+}
+
+std::unique_ptr<ChildProcess> DesktopSession::run(std::vector<std::string> arguments, const std::string& log,
+                                                  std::vector<std::string> variables) {
+    return std::make_unique<ChildProcess>(command(std::move(arguments), log, variables));
+}
+
+void DesktopSession::startBus() {
+    // No services: nothing is started behind the test's back.
+    writeFile(scratch_ / "bus.conf",
+              "<busconfig><type>session</type><listen>unix:path=" + (scratch_ / "run/bus").string() +
+                  R"(</listen><auth>EXTERNAL</auth><policy context="default">)"
+                  R"(<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>)"
+                  "</policy></busconfig>");
+    start({"dbus-daemon", "--nofork", "--config-file=" + (scratch_ / "bus.conf").string()}, "bus");
+    if (!waitUntil(startTimeout, [&] { return fs::exists(scratch_ / "run/bus"); }))
+        throw std::runtime_error("the message bus did not start");
+}
+
+void DesktopSession::startServer() {
+    std::array<int, 2> pipe{};
+    if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        throw std::system_error(errno, std::generic_category(), "pipe");
+    Command server = command({"Xvfb", "-displayfd", std::to_string(pipe[1]), "-screen", "0", "1280x800x24",
+                              "-nolisten", "tcp", "-noreset"},
+                             "xvfb", {});
+    server.inheritedDescriptor = pipe[1];
+    processes_.emplace_back(server);
+    close(pipe[1]);
+    std::string number;
+    // The server chooses the number and tells it once it is ready.
+    waitUntil(startTimeout, [&] {
+        std::array<char, 16> bytes{};
+        const ssize_t size = read(pipe[0], bytes.data(), bytes.size());
+        if (size > 0) number.append(bytes.data(), static_cast<std::size_t>(size));
+        return number.ends_with('\n') || size == 0;
+    });
+    close(pipe[0]);
+    if (!number.ends_with('\n')) throw std::runtime_error("the X server did not start");
+    number.pop_back();
+    display_ = ":" + number;
+    screen_ = std::make_unique<XObserver>(display_);
+    // On a connection of its own, which leaves the picture behind.
+    XObserver(display_).paintWallpaper();
+}
+
+void DesktopSession::startWindowManager(const std::string& name, Compositor compositor) {
+    std::vector<std::string> arguments{name};
+    std::vector<std::string> variables;
+    const bool blendsByItself = name == "mutter";
+    if (name == "openbox") arguments.emplace_back("--sm-disable");
+    if (name == "xfwm4") arguments.emplace_back("--compositor=off");
+    if (name == "mutter") arguments.insert(arguments.end(), {"--x11", "--sm-disable"});
+    if (name == "metacity") arguments.insert(arguments.end(), {"--sm-disable", "--no-composite"});
+    if (name == "kwin_x11") variables.emplace_back("KWIN_COMPOSE=N");
+    ChildProcess& manager = start(arguments, "wm", variables);
+    if (!waitUntil(startTimeout, [&] { return !screen_->windowManager().empty() || !manager.isRunning(); }) ||
+        !manager.isRunning()) {
+        throw std::runtime_error(name + " did not start: " + fileBytes(scratch_ / "wm.log").value_or(""));
+    }
+    if (compositor == Compositor::picom && !blendsByItself)
+        start({"picom", "--config", "/dev/null", "--backend", "xrender"}, "picom");
+    if ((compositor == Compositor::picom || blendsByItself) &&
+        !waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
+        throw std::runtime_error("the compositor did not start");
+}
+
+void DesktopSession::startApplication() {
+    std::vector<std::string> variables;
+    for (const char* const name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+        if (std::getenv(name) != nullptr) variables.push_back(name + ("=" + environmentValue(name)));
+    }
+    // A file that is no event is deleted by the first drain.
+    writeFile(paths().events() / "0.event", "");
+    application_ = run({CORVANE_PROGRAM}, "application", variables);
+    if (!waitUntil(startTimeout, [&] { return inbox().empty() || !application_->isRunning(); }) ||
+        !application_->isRunning())
+        throw std::runtime_error("the application did not start: " + applicationOutput());
+}
+
+std::string DesktopSession::applicationOutput() const {
+    return fileBytes(scratch_ / "application.log").value_or("");
+}
+
+void DesktopSession::runHook(const std::vector<std::string>& arguments, const std::string& input,
+                             std::string_view project) {
+    fs::create_directories(home_ / project);
+    writeFile(scratch_ / "payload", input);
+    fs::remove(scratch_ / "hook.log");
+    Command hook = command(arguments, "hook", {"TERM_PROGRAM=ghostty"});
+    hook.folder = home_ / project;
+    hook.input = scratch_ / "payload";
+    ChildProcess process(hook);
+    EXPECT_EQ(process.wait(startTimeout), 0);
+    EXPECT_EQ(fileBytes(scratch_ / "hook.log"), "");
+}
+
+void DesktopSession::claude(std::string_view payload, std::string_view session, std::string_view project) {
+    const std::string bytes =
+        withSession(testData("agent-payloads/claude-" + std::string(payload) + ".json"), session);
+    runHook({"/bin/sh", "-c", HookScript::command(AgentKind::claude, paths())},
+            replaced(bytes, "/home/you/project", (home_ / project).string()), project);
+}
+
+void DesktopSession::codex(std::string_view payload, std::string_view project) {
+    const std::string bytes =
+        testData("agent-payloads/codex-agent-turn-complete-" + std::string(payload) + ".json");
+    runHook({paths().hookScript().string(), "codex",
+             replaced(bytes, "/home/you/project", (home_ / project).string())},
+            "", project);
+}
+
+std::vector<fs::path> DesktopSession::inbox() const {
+    std::vector<fs::path> result;
+    for (const auto& entry : fs::directory_iterator(paths().events())) {
+        if (entry.path().extension() == ".event") result.push_back(entry.path());
+    }
+    return result;
+}
+
+std::uint32_t DesktopSession::startTerminal(bool fullScreen) {
+    std::vector<std::string> arguments{"xterm"};
+    if (fullScreen) arguments.emplace_back("-fullscreen");
+    arguments.insert(arguments.end(), {"-e", "sh", "-c", "stty raw -echo; exec cat >\"$HOME/keys\""});
+    start(arguments, "xterm");
+    std::vector<std::uint32_t> windows;
+    const bool isReady = waitUntil(startTimeout, [&] {
+        windows = screen_->managedWindows("xterm");
+        return windows.size() == 1 && screen_->activeWindow() == windows.front() &&
+               fs::exists(home_ / "keys") &&
+               (!fullScreen || screen_->geometry(windows.front()) == screen_->screenArea());
+    });
+    if (!isReady) throw std::runtime_error("no terminal came up with the focus");
+    return windows.front();
+}
+
+std::string DesktopSession::typed() const {
+    return fileBytes(home_ / "keys").value_or("");
+}
+
+std::unique_ptr<ChildProcess> DesktopSession::type(const std::string& letters,
+                                                   std::chrono::milliseconds between) {
+    return run({"xdotool", "type", "--delay", std::to_string(between.count()), letters}, "xdotool");
+}
+
+void DesktopSession::click(Rect area) {
+    const auto process = run({"xdotool", "mousemove", std::to_string(area.middleX()),
+                              std::to_string(area.middleY()), "click", "1"},
+                             "xdotool");
+    EXPECT_EQ(process->wait(startTimeout), 0);
+}
+
+testing::AssertionResult DesktopSession::shows(std::size_t waiting, std::size_t done,
+                                               std::chrono::milliseconds timeout) {
+    std::optional<std::string> fault;
+    const bool seen = waitUntil(timeout, [&] {
+        fault = screenFault(*screen_, waiting, done);
+        return !fault;
+    });
+    if (seen) return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << "after " << timeout.count() << " ms " << *fault
+           << (application_ && !application_->isRunning() ? "; the application has ended" : "") << "\n"
+           << applicationOutput();
+}
+
+testing::AssertionResult DesktopSession::staysEmpty(std::chrono::milliseconds duration) {
+    if (waitUntil(duration, [&] { return screen_->windowCount() > 0; }))
+        return testing::AssertionFailure() << "a window of the application came";
+    return testing::AssertionSuccess();
+}
+
+std::vector<pid_t> DesktopSession::leftOver() const {
+    std::vector<pid_t> result;
+    const std::string mark = "HOME=" + home_.string();
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator("/proc", ignored)) {
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        const std::optional<std::string> environment = fileBytes(entry.path() / "environ");
+        if (environment && environment->find(mark) != std::string::npos)
+            result.push_back(static_cast<pid_t>(std::stol(name)));
+    }
+    return result;
+}
+
+} // namespace corvane::test

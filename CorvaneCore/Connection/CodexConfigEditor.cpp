@@ -40,7 +40,7 @@ std::string ownLine(std::string_view hookPath) {
         if (c == '\\' || c == '"') line += '\\';
         line += c;
     }
-    line += "\", \"codex\"]";
+    line += R"(", "codex"])";
     return line;
 }
 

@@ -52,7 +52,9 @@ fs::path SafeTrash::move(const fs::path& path, const fs::path& folder) const {
     const std::string base = name.substr(0, name.size() - extension.size());
     fs::path candidate = folder / name;
     for (int n = 2; files::nameIsTaken(candidate); ++n) {
-        candidate = folder / (base + " " + std::to_string(n) + extension);
+        std::string numbered = base;
+        numbered += " " + std::to_string(n);
+        candidate = folder / (numbered += extension);
     }
     if (!files::platform::renameWithoutReplacing(path, candidate)) {
         const int error = errno;

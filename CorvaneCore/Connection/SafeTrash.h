@@ -10,11 +10,13 @@ class SafeTrash {
   public:
     /// Moves a file or folder to the user's Trash. Returns where it lies there; none when the system does not
     /// say.
+    // NOLINTNEXTLINE(modernize-use-nodiscard): the move is what matters
     std::optional<std::filesystem::path> trash(const std::filesystem::path& path) const;
 
     /// Moves a file or folder into `folder`, which is made when missing, and returns where it lies now. When
     /// its name is taken there, " 2", " 3" and on follow the name, before the extension. Never replaces
     /// anything. On another disk it is copied, with its permissions, before the original is removed.
+    // NOLINTNEXTLINE(modernize-use-nodiscard)
     std::filesystem::path move(const std::filesystem::path& path, const std::filesystem::path& folder) const;
 };
 

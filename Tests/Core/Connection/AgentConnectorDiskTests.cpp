@@ -165,13 +165,13 @@ class Immutable {
     Immutable(const Immutable&) = delete;
     Immutable& operator=(const Immutable&) = delete;
     ~Immutable() {
-        if (holds_) change(0, FS_IMMUTABLE_FL);
+        if (holds_) static_cast<void>(change(0, FS_IMMUTABLE_FL));
         close(descriptor_);
     }
     [[nodiscard]] bool holds() const { return holds_; }
 
   private:
-    bool change(int add, int remove) const {
+    [[nodiscard]] bool change(int add, int remove) const {
         int flags = 0;
         if (ioctl(descriptor_, FS_IOC_GETFLAGS, &flags) != 0) return false;
         flags = (flags | add) & ~remove;

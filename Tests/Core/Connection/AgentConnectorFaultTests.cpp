@@ -21,6 +21,7 @@
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -355,140 +356,6 @@ TEST(AgentConnectorUnreadable, theOldFileIsNeverLostWhateverFails) {
             EXPECT_GT(call, 20);
         }
     });
-}
-
-/// The agent changes its file whenever the connector is about to look at it for the last time.
-class AgentConnectorChanges : public testing::Test {
-  protected:
-    /// Connects while the file is given new content up to `times` times; returns the error's code, 0 for
-    /// none.
-    int connectWhileChanging(int times, const std::function<void(int)>& change) {
-        int done = 0;
-        faults::arm({0, faults::Action::fail, 0, [&](std::string_view function, int descriptor) {
-                         if (function != "fsync" || done == times) return;
-                         const fs::path name =
-                             fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
-                         if (name.parent_path() == file.parent_path() &&
-                             name.filename().string().starts_with(".corvane-")) {
-                             change(++done);
-                         }
-                     }});
-        int error = 0;
-        try {
-            backup = connector.connect(AgentKind::codex, test::noon);
-        } catch (const FileError& thrown) {
-            error = thrown.code().value();
-        }
-        faults::disarm();
-        changes = done;
-        for (const std::string& name : test::namesIn(file.parent_path())) {
-            EXPECT_FALSE(name.starts_with(".corvane-")) << name;
-        }
-        return error;
-    }
-
-    [[nodiscard]] std::string installed(std::string_view text) const {
-        return CodexConfigEditor::install(text, connector.paths().hookScript().string());
-    }
-
-    test::ScratchHome home;
-    AgentConnector connector{home.path()};
-    fs::path file = connector.configFile(AgentKind::codex);
-    std::optional<fs::path> backup;
-    int changes = 0;
-};
-
-TEST_F(AgentConnectorChanges, newContentIsTakenUpAndBackedUp) {
-    for (const bool replaced : {false, true}) {
-        writeFile(file, "n = 0\n");
-        const int error = connectWhileChanging(1, [&](int /*n*/) {
-            if (replaced) fs::remove(file);
-            writeFile(file, "mine = \"new\"\n");
-        });
-        EXPECT_EQ(error, 0);
-        EXPECT_EQ(fileBytes(file), installed("mine = \"new\"\n"));
-        ASSERT_TRUE(backup);
-        EXPECT_EQ(fileBytes(*backup), "mine = \"new\"\n");
-    }
-}
-
-TEST_F(AgentConnectorChanges, equalBytesInAnotherFileAreNoticedToo) {
-    writeFile(file, "n = 0\n");
-    const files::FileState before = files::state(file);
-    const int error = connectWhileChanging(1, [&](int /*n*/) {
-        writeFile(file.parent_path() / "other", "n = 0\n");
-        test::setModificationDate(file.parent_path() / "other", before.modified);
-        fs::rename(file.parent_path() / "other", file);
-    });
-    EXPECT_EQ(error, 0);
-    EXPECT_EQ(fileBytes(file), installed("n = 0\n"));
-    EXPECT_EQ(test::backupsIn(file.parent_path()).size(), 2U) << "it started over";
-}
-
-TEST_F(AgentConnectorChanges, startsOverThreeTimes) {
-    writeFile(file, "n = 0\n");
-    EXPECT_EQ(connectWhileChanging(
-                  3,
-                  [&](int n) {
-                      writeFile(file, "n = " + std::string(static_cast<std::size_t>(1 + n), '1') + "\n");
-                  }),
-              0);
-    EXPECT_EQ(fileBytes(file), installed("n = 1111\n"));
-    EXPECT_EQ(changes, 3);
-}
-
-TEST_F(AgentConnectorChanges, afterThatTheAgentsContentStaysAndAnErrorIsRaised) {
-    writeFile(file, "n = 0\n");
-    EXPECT_EQ(connectWhileChanging(
-                  100,
-                  [&](int n) {
-                      writeFile(file, "n = " + std::string(static_cast<std::size_t>(1 + n), '1') + "\n");
-                  }),
-              EBUSY);
-    EXPECT_EQ(changes, 4);
-    EXPECT_EQ(fileBytes(file), "n = 11111\n");
-}
-
-TEST_F(AgentConnectorChanges, aFileThatAppearsIsTakenUp) {
-    EXPECT_EQ(connectWhileChanging(1, [&](int /*n*/) { writeFile(file, "agent = 1\n"); }), 0);
-    EXPECT_EQ(fileBytes(file), installed("agent = 1\n"));
-    ASSERT_TRUE(backup);
-    EXPECT_EQ(fileBytes(*backup), "agent = 1\n");
-}
-
-TEST_F(AgentConnectorChanges, aFileThatGoesAwayIsMadeAnew) {
-    writeFile(file, "n = 0\n");
-    EXPECT_EQ(connectWhileChanging(1, [&](int /*n*/) { fs::remove(file); }), 0);
-    EXPECT_EQ(fileBytes(file), installed(""));
-    EXPECT_EQ(backup, std::nullopt);
-}
-
-TEST_F(AgentConnectorChanges, aForeignNotifyLineThatAppearsStopsTheConnect) {
-    writeFile(file, "n = 0\n");
-    EXPECT_THROW(connectWhileChanging(1, [&](int /*n*/) { writeFile(file, "notify = [\"x\"]\n"); }),
-                 std::exception);
-    faults::disarm();
-    EXPECT_EQ(fileBytes(file), "notify = [\"x\"]\n");
-}
-
-TEST_F(AgentConnectorChanges, temporaryFilesAndBackupsAreAtNoTimeMoreReadableThanTheOriginal) {
-    const test::CreationMask mask(0);
-    for (const mode_t mode : {0600U, 0640U, 0644U}) {
-        writeFile(file, "secret = 1\n");
-        ASSERT_EQ(chmod(file.c_str(), mode), 0);
-        int seen = 0;
-        faults::arm({0, faults::Action::fail, 0, [&](std::string_view /*function*/, int /*descriptor*/) {
-                         for (const std::string& name : test::namesIn(file.parent_path())) {
-                             if (name == "config.toml") continue;
-                             EXPECT_EQ(test::modeOf(file.parent_path() / name) & ~mode, 0U) << name;
-                             ++seen;
-                         }
-                     }});
-        static_cast<void>(connector.connect(AgentKind::codex, test::noon));
-        faults::disarm();
-        EXPECT_GT(seen, 10);
-        fs::remove_all(file.parent_path());
-    }
 }
 
 } // namespace

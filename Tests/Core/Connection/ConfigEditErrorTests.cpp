@@ -1,0 +1,25 @@
+#include "Connection/ConfigEditError.h"
+
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+TEST(ConfigEditError, isEqualWhenCaseAndTextAre) {
+    EXPECT_EQ(ConfigEditError::unreadable("a"), ConfigEditError::unreadable("a"));
+    EXPECT_NE(ConfigEditError::unreadable("a"), ConfigEditError::unreadable("b"));
+    EXPECT_NE(ConfigEditError::unreadable("a"), ConfigEditError::codexNotifyTaken("a"));
+    EXPECT_EQ(ConfigEditError::codexNotifyTaken("a").kind(), ConfigEditError::Case::codexNotifyTaken);
+    EXPECT_EQ(ConfigEditError::codexNotifyTaken("a").detail(), "a");
+}
+
+TEST(ConfigEditError, describesEveryCaseInSentences) {
+    EXPECT_EQ(ConfigEditError::unreadable("settings.json is not valid JSON").description(),
+              "settings.json is not valid JSON. Nothing was changed.");
+    EXPECT_EQ(
+        ConfigEditError::codexNotifyTaken("notify = [\"x\"]").description(),
+        "Codex already sends notifications to another program (notify = [\"x\"]). Nothing was changed.");
+}
+
+} // namespace
+} // namespace corvane

@@ -29,7 +29,7 @@ std::string document(std::size_t size) {
     for (std::size_t i = 0; text.size() < size; ++i) {
         if (i > 0) text += ',';
         const std::string n = std::to_string(i);
-        text += "\"/home/ada/work/project-" + n +
+        text += "\"/home/ada/src/project-" + n +
                 R"j(":{"allow":["Bash(git diff:*)","Read(./src/**)","\u00e9\n"],"cost":)j" + n +
                 R"j(.0625,"env":{"TOKENS":")j" + n + R"j(","DEBUG":""},"trusted":true,"last":null})j";
     }

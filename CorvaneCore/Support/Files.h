@@ -93,7 +93,7 @@ enum class Permissions : std::uint8_t {
 
 /// Keeps `bytes`, the content of `original`, at `backup`. Never replaces anything: fails when something
 /// stands there. From its first byte the backup is readable by nobody who could not read `original`; its
-/// permissions end up being the original's. Flushed to the disk; gone after an error.
+/// permissions end up being the original's. Flushed to the disk; gone after an error (but not after a kill).
 void writeBackup(const std::filesystem::path& backup, std::string_view bytes,
                  const std::filesystem::path& original);
 

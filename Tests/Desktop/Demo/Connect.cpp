@@ -60,10 +60,11 @@ int main(int argc, char** argv) {
         const AgentConnector connector{fs::path(home)};
         const bool wanted = action == "--connect";
         for (const AgentKind agent : AgentKind::allCases) {
-            if (wanted)
+            if (wanted) {
                 connect(connector, agent);
-            else
+            } else {
                 disconnect(connector, agent);
+            }
             if (connector.isConnected(agent) != wanted) {
                 std::cerr << "corvane-connect: " << agent.displayName() << " is "
                           << (wanted ? "not connected\n" : "still connected\n");

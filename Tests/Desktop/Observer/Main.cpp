@@ -143,10 +143,11 @@ int waitForDesktop(const Arguments& arguments) {
     const bool ready = waitUntil(milliseconds(number(given, "timeout", 10)), [&] {
         return !x.windowManager().empty() && (!needsCompositor || x.isComposited());
     });
-    if (ready)
+    if (ready) {
         std::cout << x.windowManager() << '\n';
-    else
+    } else {
         std::cerr << "no window manager" << (needsCompositor ? " with a compositor" : "") << " came up\n";
+    }
     return ready ? 0 : 1;
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 /// The colours that a banner is drawn in, stated here once more so that a wrong one in the application shows.
 struct Palette {
-    const char* name;
+    const char* name = nullptr;
     Color primary;
     Color secondary;
     Color surface;

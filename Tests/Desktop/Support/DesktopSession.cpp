@@ -119,7 +119,7 @@ ChildProcess& DesktopSession::start(std::vector<std::string> arguments, const st
 }
 
 std::unique_ptr<ChildProcess> DesktopSession::run(std::vector<std::string> arguments, const std::string& log,
-                                                  std::vector<std::string> variables) {
+                                                  const std::vector<std::string>& variables) {
     return std::make_unique<ChildProcess>(command(std::move(arguments), log, variables));
 }
 

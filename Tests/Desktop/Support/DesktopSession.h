@@ -72,7 +72,7 @@ class DesktopSession {
 
     /// Runs a program in this session, with further "NAME=value", which win.
     std::unique_ptr<ChildProcess> run(std::vector<std::string> arguments, const std::string& log,
-                                      std::vector<std::string> variables = {});
+                                      const std::vector<std::string>& variables = {});
 
   private:
     [[nodiscard]] Command command(std::vector<std::string> arguments, const std::string& log,

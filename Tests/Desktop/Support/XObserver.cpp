@@ -138,10 +138,11 @@ std::vector<Banner> XObserver::mapped(bool bannersOnly) const {
             continue;
         const Rect frame{place->x, place->y, place->width, place->height};
         const std::optional<Banner> banner = bannerOf(window, frame);
-        if (banner && attributes->override_redirect != 0)
+        if (banner && attributes->override_redirect != 0) {
             result.push_back(*banner);
-        else if (!bannersOnly)
+        } else if (!bannersOnly) {
             result.push_back({window, BannerKind::waiting, frame, frame, false});
+        }
     }
     return result;
 }

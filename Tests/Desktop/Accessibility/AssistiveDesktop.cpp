@@ -1,0 +1,120 @@
+#include "Desktop/Accessibility/AssistiveDesktop.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+namespace corvane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::chrono::seconds startTimeout{30};
+
+bool contains(const std::vector<std::string>& lines, std::string_view text) {
+    return std::any_of(lines.begin(), lines.end(),
+                       [text](const std::string& line) { return line.find(text) != std::string::npos; });
+}
+
+std::string busLauncher() {
+    for (const char* const path : {"/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi-bus-launcher"}) {
+        if (fs::exists(path)) return path;
+    }
+    throw std::runtime_error("at-spi-bus-launcher is not installed (package at-spi2-core)");
+}
+
+} // namespace
+
+std::vector<std::string> AssistiveDesktop::logLines(const std::string& name) const {
+    std::istringstream text(fileBytes(session_.home().parent_path() / (name + ".log")).value_or(""));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(text, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+void AssistiveDesktop::startBus() {
+    bus_ = session_.run({busLauncher(), "--launch-immediately"}, "accessibility-bus");
+    const fs::path socket = session_.home().parent_path() / "run/at-spi";
+    if (!waitUntil(startTimeout, [&] { return fs::exists(socket) || !bus_->isRunning(); }) ||
+        !bus_->isRunning()) {
+        throw std::runtime_error("the accessibility bus did not start");
+    }
+}
+
+void AssistiveDesktop::startListener() {
+    listener_ = session_.run({CORVANE_ASSISTIVE_FOLDER "/assistive", "listen"}, "listener");
+    if (!waitUntil(startTimeout, [&] { return contains(logLines("listener"), "ready"); })) {
+        throw std::runtime_error("the listener did not start: " +
+                                 fileBytes(session_.home().parent_path() / "listener.log").value_or(""));
+    }
+}
+
+void AssistiveDesktop::waitForApplication() {
+    if (!waitUntil(startTimeout, [&] { return contains(logLines("listener"), "application"); }))
+        throw std::runtime_error("the application did not come to the accessibility bus");
+}
+
+std::vector<std::string> AssistiveDesktop::heard() const {
+    std::vector<std::string> lines = logLines("listener");
+    std::erase_if(lines, [](const std::string& line) { return line.find('\t') == std::string::npos; });
+    return lines;
+}
+
+std::vector<std::string> AssistiveDesktop::announcements() const {
+    std::vector<std::string> lines = heard();
+    std::erase_if(lines, [](const std::string& line) { return line.starts_with("name\t"); });
+    return lines;
+}
+
+bool AssistiveDesktop::assist(std::vector<std::string> arguments, const std::string& log) {
+    fs::remove(session_.home().parent_path() / (log + ".log"));
+    arguments.insert(arguments.begin(), CORVANE_ASSISTIVE_FOLDER "/assistive");
+    return session_.run(std::move(arguments), log)->wait(startTimeout) == 0;
+}
+
+std::vector<std::string> AssistiveDesktop::tree() {
+    if (!assist({"tree"}, "tree")) throw std::runtime_error("the banners' elements cannot be read");
+    return logLines("tree");
+}
+
+bool AssistiveDesktop::press(const std::string& button, const std::string& project) {
+    return assist({"press", button, project}, "press");
+}
+
+void AssistiveDesktop::startOrca() {
+    // Orca does not start beside another one of the same user, which may run in that user's own session.
+    const fs::path tools = session_.home() / "tools";
+    writeFile(tools / "pgrep", "#!/bin/sh\nexit 1\n");
+    fs::permissions(tools / "pgrep", fs::perms::owner_all);
+    const char* const path = std::getenv("PATH");
+    const std::string log = (session_.home().parent_path() / "orca-debug.log").string();
+    orca_ = session_.run({CORVANE_ASSISTIVE_FOLDER "/orca-with-log", log}, "orca",
+                         {"PATH=" + tools.string() + ":" + (path == nullptr ? "" : path)});
+    const bool isUp = waitUntil(startTimeout, [&] {
+        return contains(logLines("orca-debug"), "Startup complete notification made") || !orca_->isRunning();
+    });
+    if (!isUp || !orca_->isRunning()) {
+        throw std::runtime_error("Orca did not start: " +
+                                 fileBytes(session_.home().parent_path() / "orca.log").value_or(""));
+    }
+}
+
+std::vector<std::string> AssistiveDesktop::spoken() const {
+    constexpr std::string_view mark = "SPEECH OUTPUT: '";
+    std::vector<std::string> result;
+    for (const std::string& line : logLines("orca-debug")) {
+        const std::size_t start = line.find(mark);
+        const std::size_t end = line.rfind("'{'");
+        if (start == std::string::npos || end == std::string::npos) continue;
+        const std::string text = line.substr(start + mark.size(), end - start - mark.size());
+        if (text != "Screen reader on.") result.push_back(text);
+    }
+    return result;
+}
+
+} // namespace corvane::test

@@ -98,28 +98,29 @@ void AppModel::catchUp(const std::vector<AgentEvent>& events) {
     for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
         shows.push_back(BoardEffect::showWaiting(session));
     }
-    // From the latest back, since of a session's earlier alerts none holds any more.
-    std::vector<BoardEffect> holding;
-    for (auto show = shows.rbegin(); show != shows.rend() && holding.size() < BannerController::maxBanners;
-         ++show) {
-        if (stillHolds(*show)) holding.push_back(*show);
+    std::erase_if(shows, [this](const BoardEffect& effect) { return !stillHolds(effect); });
+    if (shows.size() > BannerController::maxBanners) {
+        shows.erase(shows.begin(), shows.end() - BannerController::maxBanners);
     }
+
     std::optional<EventKind> sound;
-    for (auto show = holding.rbegin(); show != holding.rend(); ++show) {
-        const std::optional<EventKind> kind = this->show(*show);
+    for (const BoardEffect& effect : shows) {
+        const std::optional<EventKind> kind = show(effect);
         if (kind && sound != EventKind::needsPermission) sound = kind;
     }
     if (sound) playSound(*sound);
 }
 
 bool AppModel::stillHolds(const BoardEffect& effect) const {
-    const auto* const waiting = effect.ifShowWaiting();
+    // Nothing may have happened to the session since.
+    const auto isPresent = [this](const AgentSession& session) {
+        const auto& sessions = board_.sessions();
+        return std::find(sessions.begin(), sessions.end(), session) != sessions.end();
+    };
+    if (const auto* const waiting = effect.ifShowWaiting()) return isPresent(waiting->session);
     const auto* const done = effect.ifShowDone();
-    if (done != nullptr && now_ - done->session.lastEvent > BannerController::doneLifetime) return false;
-    const AgentSession& shown = waiting != nullptr ? waiting->session : done->session;
-    // Nothing has happened to the session since.
-    const auto& sessions = board_.sessions();
-    return std::find(sessions.begin(), sessions.end(), shown) != sessions.end();
+    return done != nullptr && now_ - done->session.lastEvent <= BannerController::doneLifetime &&
+           isPresent(done->session);
 }
 
 void AppModel::prune() {

@@ -37,8 +37,8 @@ void requireMainThread() {
 
 } // namespace
 
-BannerController::BannerController(const Services& services)
-    : services_(services) {
+BannerController::BannerController(Services services)
+    : services_(std::move(services)) {
     connect(&services_.screens, &Screens::changed, this, &BannerController::layout);
 }
 

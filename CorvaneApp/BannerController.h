@@ -33,7 +33,7 @@ class BannerController : public QObject {
     static constexpr std::chrono::milliseconds doneLifetime{6000};
 
     /// What `services` refers to must outlive the controller.
-    explicit BannerController(const Services& services);
+    explicit BannerController(Services services);
     ~BannerController() override;
 
     /// Called when the user wants to go to the session's terminal, or to snooze it. The banner stays until it

@@ -106,8 +106,8 @@ void AgentGlyph::paintEvent(QPaintEvent* /*event*/) {
 
 // BannerCard
 
-BannerCard::BannerCard(const AgentSession& session, QSize size, Edge edge)
-    : session_(session)
+BannerCard::BannerCard(AgentSession session, QSize size, Edge edge)
+    : session_(std::move(session))
     , edge_(edge) {
     setFixedSize(size);
 }

@@ -49,7 +49,7 @@ class BannerCard : public PanelContent {
     [[nodiscard]] QColor fillColor() const;
 
   protected:
-    BannerCard(const AgentSession& session, QSize size, Edge edge);
+    BannerCard(AgentSession session, QSize size, Edge edge);
 
     [[nodiscard]] const AgentSession& session() const { return session_; }
 

@@ -65,24 +65,17 @@ std::string unescapedString(std::string_view text) {
 } // namespace
 
 std::string execArgument(std::string_view argument) {
+    // The quotes want a backslash before each of these, and the file's strings every backslash doubled.
+    constexpr std::string_view specialInQuotes = R"("`$)";
     std::string result = "\"";
     for (const char character : argument) {
         if (static_cast<unsigned char>(character) < 0x20 || character == 0x7F) continue;
-        switch (character) {
-        case '"':
-        case '`':
-        case '$':
-            // Once for the quotes, and the backslash itself once more for the file's strings.
-            result += "\\\\";
-            result += character;
-            break;
-        case '\\':
-            result += "\\\\\\\\";
-            break;
-        case '%':
+        if (character == '\\') {
+            result += R"(\\\\)";
+        } else if (character == '%') {
             result += "%%";
-            break;
-        default:
+        } else {
+            if (specialInQuotes.find(character) != std::string_view::npos) result += R"(\\)";
             result += character;
         }
     }
@@ -98,13 +91,10 @@ std::string execProgram(std::string_view entry) {
     for (std::size_t i = isQuoted ? 1 : 0; i < command.size(); ++i) {
         const char character = command[i];
         if (character == (isQuoted ? '"' : ' ')) break;
-        if (isQuoted && character == '\\' && i + 1 < command.size()) {
-            program += command[++i];
-        } else if (character == '%' && i + 1 < command.size() && command[i + 1] == '%') {
-            program += command[++i];
-        } else {
-            program += character;
-        }
+        const bool hasNext = i + 1 < command.size();
+        const bool isEscape =
+            (isQuoted && character == '\\') || (character == '%' && hasNext && command[i + 1] == '%');
+        program += isEscape && hasNext ? command[++i] : character;
     }
     return program;
 }

@@ -78,7 +78,7 @@ void LineLabel::setBackdrop(std::function<QColor()> color) {
 }
 
 QString LineLabel::shownText() const {
-    const QString line = singleLine(text());
+    QString line = singleLine(text());
     if (truncation_ == Truncation::none) return line;
     const QFontMetricsF metrics(font(), this);
     return fromUtf8(text::elidingMiddle(line.toStdString(), width(), [&metrics](std::string_view part) {

@@ -1,10 +1,12 @@
 #include "Buttons.h"
 
+#include "FocusRing.h"
 #include "Fonts.h"
 #include "Shapes.h"
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -15,10 +17,11 @@ namespace corvane {
 
 namespace {
 
-constexpr int primaryPadding = 12;
-constexpr int primaryMinimumHeight = 28;
-constexpr qreal primaryRadius = 8;
-constexpr int primaryFontSize = 13;
+constexpr int shapedPadding = 12;
+constexpr int shapedMinimumHeight = 28;
+constexpr qreal shapedRadius = 8;
+constexpr int shapedFontSize = 13;
+constexpr qreal borderWidth = 1;
 constexpr int symbolSide = 16;
 constexpr int symbolGap = 6;
 // The symbol's ink begins this far inside its box, so the box moves out and the ink keeps the padding.
@@ -27,6 +30,15 @@ constexpr int symbolInset = 2;
 constexpr qreal plainRadius = 6;
 constexpr QMargins textClickMargins{6, 4, 6, 4};
 constexpr QMargins symbolClickMargins{5, 5, 5, 5};
+
+constexpr QMargins linkRingMargins{5, 3, 5, 3};
+constexpr qreal linkRingRadius = 4;
+constexpr int underlineOffset = 2;
+constexpr int smallestClickHeight = 24;
+
+QMargins uniform(int margin) {
+    return {margin, margin, margin, margin};
+}
 
 /// Paints what `content` paints within `bounds` as one picture at `opacity`, where parts that lie on one
 /// another would otherwise show through. Crisp at the painter's scale.
@@ -51,36 +63,55 @@ void paintFaded(QPainter& painter, const QRectF& bounds, double opacity, Content
 
 } // namespace
 
-PrimaryButton::PrimaryButton(const QString& text, QString symbol, QWidget* parent)
-    : QAbstractButton(parent)
-    , symbol_(std::move(symbol)) {
-    setText(text);
-    setFont(fonts::system(primaryFontSize, QFont::DemiBold));
+// PushButton
+
+PushButton::PushButton(QWidget* parent)
+    : QAbstractButton(parent) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
 }
 
-QSize PrimaryButton::sizeHint() const {
+void PushButton::keyPressEvent(QKeyEvent* event) {
+    // Which of the keys press a button is otherwise up to the desktop.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (!event->isAutoRepeat()) click();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
+bool PushButton::isHot() const {
+    return isEnabled() && (underMouse() || isDown());
+}
+
+// ShapedButton
+
+ShapedButton::ShapedButton(const QString& text, QFont::Weight weight, QWidget* parent)
+    : PushButton(parent) {
+    setText(text);
+    setFont(fonts::system(shapedFontSize, weight));
+    FocusRing::install(*this, uniform(FocusRing::distance), shapedRadius + FocusRing::distance);
+}
+
+QSize ShapedButton::sizeHint() const {
     const QFontMetrics metrics = fontMetrics();
-    const int symbolWidth = symbol_.isEmpty() ? 0 : symbolSide + symbolGap - symbolInset;
-    return {2 * primaryPadding + symbolWidth + metrics.horizontalAdvance(text()),
-            std::max(primaryMinimumHeight, metrics.height())};
+    return {2 * shapedPadding + leadingWidth() + metrics.horizontalAdvance(text()),
+            std::max(shapedMinimumHeight, metrics.height())};
 }
 
-double PrimaryButton::opacity() const {
-    if (!isEnabled()) return Tokens::disabledOpacity;
-    return isDown() ? Tokens::pressedOpacity : 1.0;
+double ShapedButton::opacity() const {
+    return isEnabled() ? 1.0 : Tokens::disabledOpacity;
 }
 
-QPainterPath PrimaryButton::shape() const {
-    return shapes::continuousRoundedRect(rect(), primaryRadius);
+QPainterPath ShapedButton::shape() const {
+    return shapes::continuousRoundedRect(rect(), shapedRadius);
 }
 
-bool PrimaryButton::hitButton(const QPoint& position) const {
+bool ShapedButton::hitButton(const QPoint& position) const {
     return shape().contains(QPointF(position) + QPointF(0.5, 0.5));
 }
 
-void PrimaryButton::paintEvent(QPaintEvent* /*event*/) {
+void ShapedButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(font());
@@ -91,57 +122,103 @@ void PrimaryButton::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-void PrimaryButton::paintContent(QPainter& painter) {
-    const ColorScheme scheme = Tokens::scheme(palette());
-    const bool isHot = isEnabled() && (underMouse() || isDown());
-    painter.fillPath(shape(), isHot ? Tokens::primaryHover(scheme) : Tokens::primary.color(scheme));
-
-    const QColor color = Tokens::onPrimary.color(scheme);
-    int textStart = primaryPadding;
-    if (!symbol_.isEmpty()) {
-        const QRect box(primaryPadding - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
-        symbols::paint(painter, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);
-        textStart = box.right() + 1 + symbolGap;
-    }
-    const QRect textRect(textStart, 0, width() - textStart - primaryPadding, height());
+void ShapedButton::paintText(QPainter& painter, const QColor& color) {
+    const int start = shapedPadding + leadingWidth();
+    const QRect textRect(start, 0, width() - start - shapedPadding, height());
     painter.setPen(color);
     painter.drawText(QStyle::visualRect(layoutDirection(), rect(), textRect),
                      Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 
-PlainButton::PlainButton(QString symbol, int side, QMargins clickMargins, QWidget* parent)
-    : QAbstractButton(parent)
-    , symbol_(std::move(symbol))
-    , side_(side)
-    , clickMargins_(clickMargins) {
-    setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover);
+// PrimaryButton
+
+PrimaryButton::PrimaryButton(const QString& text, QString symbol, QWidget* parent)
+    : ShapedButton(text, QFont::DemiBold, parent)
+    , symbol_(std::move(symbol)) {}
+
+int PrimaryButton::leadingWidth() const {
+    return symbol_.isEmpty() ? 0 : symbolSide + symbolGap - symbolInset;
 }
 
-PlainButton* PlainButton::withText(const QString& text, int pixelSize, QWidget* parent) {
-    auto* const button = new PlainButton({}, 0, textClickMargins, parent);
+double PrimaryButton::opacity() const {
+    return isEnabled() && isDown() ? Tokens::pressedOpacity : ShapedButton::opacity();
+}
+
+void PrimaryButton::paintContent(QPainter& painter) {
+    const ColorScheme scheme = Tokens::scheme(palette());
+    painter.fillPath(shape(), isHot() ? Tokens::primaryHover(scheme) : Tokens::primary.color(scheme));
+
+    const QColor color = Tokens::onPrimary.color(scheme);
+    if (!symbol_.isEmpty()) {
+        const QRect box(shapedPadding - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
+        symbols::paint(painter, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);
+    }
+    paintText(painter, color);
+}
+
+// BorderedButton
+
+BorderedButton::BorderedButton(const QString& text, QWidget* parent)
+    : ShapedButton(text, QFont::Medium, parent) {}
+
+void BorderedButton::paintContent(QPainter& painter) {
+    const ColorScheme scheme = Tokens::scheme(palette());
+    QColor fill = Tokens::surface.color(scheme);
+    if (isHot()) fill = isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme);
+    painter.fillPath(shape(), fill);
+    painter.strokePath(shapes::insideStroke(rect(), shapedRadius, borderWidth),
+                       QPen(Tokens::controlBorder(scheme), borderWidth));
+    paintText(painter, Tokens::onSurface.color(scheme));
+}
+
+// BareButton
+
+BareButton::BareButton(QMargins clickMargins, QWidget* parent)
+    : PushButton(parent)
+    , clickMargins_(clickMargins) {}
+
+QSize BareButton::contentSize() const {
+    return {fontMetrics().horizontalAdvance(text()), fontMetrics().height()};
+}
+
+QRect BareButton::contentRect() const {
+    return geometry().marginsRemoved(clickMargins_);
+}
+
+void BareButton::setContentRect(const QRect& rect) {
+    setGeometry(rect.marginsAdded(clickMargins_));
+}
+
+QSize BareButton::sizeHint() const {
+    return contentSize().grownBy(clickMargins_);
+}
+
+// PlainButton
+
+PlainButton::PlainButton(QString symbol, int side, Ink ink, QMargins clickMargins, QWidget* parent)
+    : BareButton(clickMargins, parent)
+    , symbol_(std::move(symbol))
+    , side_(side)
+    , ink_(ink) {
+    FocusRing::install(*this, {}, plainRadius);
+}
+
+PlainButton* PlainButton::withText(const QString& text, int pixelSize, QWidget* parent, Ink ink,
+                                   QFont::Weight weight) {
+    auto* const button = new PlainButton({}, 0, ink, textClickMargins, parent);
     button->setText(text);
-    button->setFont(fonts::system(pixelSize));
+    button->setFont(fonts::system(pixelSize, weight));
     return button;
 }
 
 PlainButton* PlainButton::withSymbol(const QString& symbol, int side, const QString& name, QWidget* parent) {
-    auto* const button = new PlainButton(symbol, side, symbolClickMargins, parent);
+    auto* const button = new PlainButton(symbol, side, Ink::secondary, symbolClickMargins, parent);
     button->setAccessibleName(name);
     return button;
 }
 
 QSize PlainButton::contentSize() const {
-    if (!symbol_.isEmpty()) return {side_, side_};
-    return {fontMetrics().horizontalAdvance(text()), fontMetrics().height()};
-}
-
-void PlainButton::setContentRect(const QRect& rect) {
-    setGeometry(rect.marginsAdded(clickMargins_));
-}
-
-QSize PlainButton::sizeHint() const {
-    return contentSize().grownBy(clickMargins_);
+    return symbol_.isEmpty() ? BareButton::contentSize() : QSize(side_, side_);
 }
 
 void PlainButton::paintEvent(QPaintEvent* /*event*/) {
@@ -150,18 +227,50 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled()) painter.setOpacity(Tokens::disabledOpacity);
 
-    const bool isHot = isEnabled() && (underMouse() || isDown());
-    if (isHot) {
+    if (isHot()) {
         painter.fillPath(shapes::continuousRoundedRect(rect(), plainRadius),
                          isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme));
     }
-    const QColor color = isHot ? Tokens::onSurface.color(scheme) : Tokens::textSecondary(scheme);
-    const QRect content = rect().marginsRemoved(clickMargins_);
+    QColor color = Tokens::onSurface.color(scheme);
+    if (ink_ == Ink::primary) {
+        color = Tokens::primary.color(scheme);
+    } else if (ink_ == Ink::secondary && !isHot()) {
+        color = Tokens::textSecondary(scheme);
+    }
     if (symbol_.isEmpty()) {
         painter.setPen(color);
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
     } else {
-        symbols::paint(painter, symbol_, content, color);
+        symbols::paint(painter, symbol_, rect().marginsRemoved(clickMargins()), color);
+    }
+}
+
+// LinkButton
+
+LinkButton::LinkButton(const QString& text, int pixelSize, QWidget* parent)
+    : BareButton({}, parent) {
+    setText(text);
+    setFont(fonts::system(pixelSize));
+    setCursor(Qt::PointingHandCursor);
+    // The ring keeps its distance from the text; the click area may be higher.
+    const int missing = smallestClickHeight - contentSize().height();
+    QMargins margins = linkRingMargins;
+    margins.setTop(std::max(margins.top(), missing / 2));
+    margins.setBottom(std::max(margins.bottom(), missing - missing / 2));
+    setClickMargins(margins);
+    FocusRing::install(*this, linkRingMargins - margins, linkRingRadius);
+}
+
+void LinkButton::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    if (!isEnabled()) painter.setOpacity(Tokens::disabledOpacity);
+    const QColor color = Tokens::primary.color(Tokens::scheme(palette()));
+    const QRect content = rect().marginsRemoved(clickMargins());
+    painter.setPen(color);
+    painter.drawText(content, Qt::AlignCenter | Qt::TextSingleLine, text());
+    if (isHot()) {
+        const int baseline = content.top() + fontMetrics().ascent();
+        painter.fillRect(QRect(content.left(), baseline + underlineOffset, content.width(), 1), color);
     }
 }
 

@@ -6,60 +6,141 @@
 
 namespace corvane {
 
-/// The filled button of a view's main action: a pill with a symbol and a label. Its whole shape takes clicks,
-/// and nothing outside of it does.
-class PrimaryButton : public QAbstractButton {
+/// What the application's push buttons share: Space, Return and Enter press them, and they take the focus
+/// from the keyboard only, with a ring that shows it.
+class PushButton : public QAbstractButton {
+    Q_OBJECT
+
+  public:
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    explicit PushButton(QWidget* parent);
+
+    void keyPressEvent(QKeyEvent* event) override;
+
+    /// Enabled, and under the pointer or pressed.
+    [[nodiscard]] bool isHot() const;
+};
+
+/// A button of 28 pixels' height with continuous corners and its text in the middle. Its whole shape takes
+/// clicks, and nothing outside of it does.
+class ShapedButton : public PushButton {
+    Q_OBJECT
+
+  public:
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    ShapedButton(const QString& text, QFont::Weight weight, QWidget* parent);
+
+    void paintEvent(QPaintEvent* event) override;
+    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+
+    [[nodiscard]] QPainterPath shape() const;
+    /// What is drawn at full opacity.
+    virtual void paintContent(QPainter& painter) = 0;
+    [[nodiscard]] virtual double opacity() const;
+    /// The width of what stands before the text.
+    [[nodiscard]] virtual int leadingWidth() const { return 0; }
+    /// The text in the space that is left for it.
+    void paintText(QPainter& painter, const QColor& color);
+};
+
+/// The filled button of a view's main action: a pill with a symbol and a label.
+class PrimaryButton : public ShapedButton {
     Q_OBJECT
 
   public:
     /// `symbol` may be empty.
     PrimaryButton(const QString& text, QString symbol, QWidget* parent);
 
-    [[nodiscard]] QSize sizeHint() const override;
-
     /// 0.45 while disabled, else 0.8 while pressed, else 1.
-    [[nodiscard]] double opacity() const;
+    [[nodiscard]] double opacity() const override;
 
   protected:
-    void paintEvent(QPaintEvent* event) override;
-    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+    void paintContent(QPainter& painter) override;
+    [[nodiscard]] int leadingWidth() const override;
 
   private:
-    [[nodiscard]] QPainterPath shape() const;
-    void paintContent(QPainter& painter);
-
     QString symbol_;
 };
 
-/// A button that is only its text or its symbol, in the secondary colour, on a faint pill while the pointer
-/// is over it. Takes clicks in a margin around what it draws: lay out `contentRect`, not the widget.
-class PlainButton : public QAbstractButton {
+/// The button of every other action: a thin border on `surface`.
+class BorderedButton : public ShapedButton {
     Q_OBJECT
 
   public:
-    /// A text of this size, in pixels.
-    static PlainButton* withText(const QString& text, int pixelSize, QWidget* parent);
+    BorderedButton(const QString& text, QWidget* parent);
 
-    /// A symbol in a square of this side. `name` is what assistive technology calls it.
-    static PlainButton* withSymbol(const QString& symbol, int side, const QString& name, QWidget* parent);
+  protected:
+    void paintContent(QPainter& painter) override;
+};
 
+/// A button that is only what it says, without a shape of its own. Takes clicks in a margin around what it
+/// draws: lay out `contentRect`, not the widget.
+class BareButton : public PushButton {
+    Q_OBJECT
+
+  public:
     /// The size of what is drawn.
-    [[nodiscard]] QSize contentSize() const;
+    [[nodiscard]] virtual QSize contentSize() const;
 
+    /// Where the drawn part lies, in the parent's coordinates.
+    [[nodiscard]] QRect contentRect() const;
     /// Puts the drawn part at `rect`, which has the content's size.
     void setContentRect(const QRect& rect);
 
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:
+    BareButton(QMargins clickMargins, QWidget* parent);
+
+    [[nodiscard]] const QMargins& clickMargins() const { return clickMargins_; }
+    void setClickMargins(const QMargins& margins) { clickMargins_ = margins; }
+
+  private:
+    QMargins clickMargins_;
+};
+
+/// A text or a symbol, on a faint pill while the pointer is over it.
+class PlainButton : public BareButton {
+    Q_OBJECT
+
+  public:
+    /// The colour of the button at rest. A secondary one turns to `onSurface` under the pointer.
+    enum class Ink { secondary, onSurface, primary };
+
+    /// A text of this size, in pixels.
+    static PlainButton* withText(const QString& text, int pixelSize, QWidget* parent,
+                                 Ink ink = Ink::secondary, QFont::Weight weight = QFont::Normal);
+
+    /// A symbol in a square of this side. `name` is what assistive technology calls it.
+    static PlainButton* withSymbol(const QString& symbol, int side, const QString& name, QWidget* parent);
+
+    [[nodiscard]] QSize contentSize() const override;
+
+  protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    PlainButton(QString symbol, int side, QMargins clickMargins, QWidget* parent);
+    PlainButton(QString symbol, int side, Ink ink, QMargins clickMargins, QWidget* parent);
 
     QString symbol_;
     int side_;
-    QMargins clickMargins_;
+    Ink ink_;
+};
+
+/// A text in the primary colour that leads elsewhere, underlined under the pointer.
+class LinkButton : public BareButton {
+    Q_OBJECT
+
+  public:
+    /// A text of this size, in pixels.
+    LinkButton(const QString& text, int pixelSize, QWidget* parent);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
 };
 
 } // namespace corvane

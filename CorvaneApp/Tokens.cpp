@@ -22,7 +22,7 @@ double byScheme(ColorScheme scheme, double light, double dark) {
 
 QColor mix(const QColor& a, const QColor& b, double share) {
     const auto channel = [share](int first, int second) {
-        return static_cast<int>(std::lround(first * share + second * (1 - share)));
+        return static_cast<int>(std::nearbyint(first * share + second * (1 - share)));
     };
     return QColor::fromRgb(channel(a.red(), b.red()), channel(a.green(), b.green()),
                            channel(a.blue(), b.blue()));
@@ -30,6 +30,22 @@ QColor mix(const QColor& a, const QColor& b, double share) {
 
 QColor textSecondary(ColorScheme scheme) {
     return mix(onSurface.color(scheme), surface.color(scheme), 0.68);
+}
+
+QColor textSecondaryOnBackground(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), background.color(scheme), 0.68);
+}
+
+QColor divider(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), surface.color(scheme), 0.12);
+}
+
+QColor dividerOnBackground(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), background.color(scheme), 0.12);
+}
+
+QColor controlBorder(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), surface.color(scheme), byScheme(scheme, 0.24, 0.30));
 }
 
 QColor hoverFill(ColorScheme scheme) {
@@ -42,6 +58,27 @@ QColor pressedFill(ColorScheme scheme) {
 
 QColor primaryHover(ColorScheme scheme) {
     return mix(onSurface.color(scheme), primary.color(scheme), 0.16);
+}
+
+QColor switchOff(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), surface.color(scheme), 0.48);
+}
+
+QColor switchOffKnob(ColorScheme scheme) {
+    // Dark on the light track of the dark appearance, white on the dark track of the light one.
+    return surface.color(scheme);
+}
+
+QColor runningDot(ColorScheme scheme) {
+    return mix(textSecondary(scheme), surface.color(scheme), 0.50);
+}
+
+QColor scrollThumb(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), surface.color(scheme), 0.30);
+}
+
+QColor scrollThumbHovered(ColorScheme scheme) {
+    return mix(onSurface.color(scheme), surface.color(scheme), 0.50);
 }
 
 QColor hairline(ColorScheme scheme) {

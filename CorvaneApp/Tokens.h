@@ -39,16 +39,31 @@ inline constexpr double pressedOpacity = 0.8;
 /// Opacity of a banner's fill where the desktop blends windows.
 inline constexpr double bannerFillOpacity = 0.96;
 
-/// `a` and `b` mixed channel by channel, with the share `share` (0 to 1) of `a`.
+/// `a` and `b` mixed channel by channel, with the share `share` (0 to 1) of `a`. Halves are
+/// rounded to the even value.
 [[nodiscard]] QColor mix(const QColor& a, const QColor& b, double share);
 
-/// Dimmed text on `surface`.
+/// Dimmed text, on `surface` and on `background`.
 [[nodiscard]] QColor textSecondary(ColorScheme scheme);
+[[nodiscard]] QColor textSecondaryOnBackground(ColorScheme scheme);
+/// The line between parts of a view and around a card, on `surface` and on `background`.
+[[nodiscard]] QColor divider(ColorScheme scheme);
+[[nodiscard]] QColor dividerOnBackground(ColorScheme scheme);
+/// The edge of bordered buttons and pickers.
+[[nodiscard]] QColor controlBorder(ColorScheme scheme);
 /// Below a plain control under the pointer, and while it is pressed.
 [[nodiscard]] QColor hoverFill(ColorScheme scheme);
 [[nodiscard]] QColor pressedFill(ColorScheme scheme);
 /// A primary button under the pointer.
 [[nodiscard]] QColor primaryHover(ColorScheme scheme);
+/// The track of a switch that is off, and the knob on it.
+[[nodiscard]] QColor switchOff(ColorScheme scheme);
+[[nodiscard]] QColor switchOffKnob(ColorScheme scheme);
+/// The dot of a session that runs.
+[[nodiscard]] QColor runningDot(ColorScheme scheme);
+/// The thumb of a scroll bar, and under the pointer.
+[[nodiscard]] QColor scrollThumb(ColorScheme scheme);
+[[nodiscard]] QColor scrollThumbHovered(ColorScheme scheme);
 /// The thin edge of a card that has no outline of its own; translucent.
 [[nodiscard]] QColor hairline(ColorScheme scheme);
 /// One layer of a card's shadow: black at `opacity`.

@@ -60,5 +60,21 @@ TEST(Tokens, mixedColoursMatchTheirTable) {
     EXPECT_EQ(Tokens::primaryHover(ColorScheme::dark).name().toStdString(), "#fdc973");
 }
 
+TEST(Tokens, coloursOfWindowsAndControlsMatchTheirTable) {
+    const auto expectColors = [](QColor (*color)(ColorScheme), const char* light, const char* dark) {
+        EXPECT_EQ(color(ColorScheme::light).name().toStdString(), light);
+        EXPECT_EQ(color(ColorScheme::dark).name().toStdString(), dark);
+    };
+    expectColors(Tokens::textSecondaryOnBackground, "#626264", "#aeaeb2");
+    expectColors(Tokens::divider, "#e4e4e4", "#444446");
+    expectColors(Tokens::dividerOnBackground, "#dbdbdd", "#363638");
+    expectColors(Tokens::controlBorder, "#c9c9c9", "#67676a");
+    expectColors(Tokens::switchOff, "#939393", "#8b8b8e");
+    expectColors(Tokens::switchOffKnob, "#ffffff", "#2c2c2e");
+    expectColors(Tokens::runningDot, "#b2b2b3", "#707072");
+    expectColors(Tokens::scrollThumb, "#bbbbbc", "#67676a");
+    expectColors(Tokens::scrollThumbHovered, "#8e8e8f", "#8f8f92");
+}
+
 } // namespace
 } // namespace corvane

@@ -1,0 +1,25 @@
+#include "Divider.h"
+
+#include "Tokens.h"
+
+#include <QPainter>
+
+namespace corvane {
+
+Divider::Divider(Backdrop backdrop, QWidget* parent)
+    : QWidget(parent)
+    , backdrop_(backdrop) {
+    setFixedHeight(1);
+}
+
+QSize Divider::sizeHint() const {
+    return {0, 1};
+}
+
+void Divider::paintEvent(QPaintEvent* /*event*/) {
+    const ColorScheme scheme = Tokens::scheme(palette());
+    QPainter(this).fillRect(rect(), backdrop_ == Backdrop::surface ? Tokens::divider(scheme)
+                                                                   : Tokens::dividerOnBackground(scheme));
+}
+
+} // namespace corvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QMargins>
+#include <QObject>
+#include <QPointer>
+
+class QFocusFrame;
+class QWidget;
+
+namespace corvane {
+
+/// The ring around a control that has the keyboard's focus. It shows when the focus came by Tab, an arrow or
+/// a shortcut and never after a click. Main thread only; belongs to its control and goes with it.
+///
+/// The ring is a widget of its own beside the control, so that it may lie outside of it and moves nothing. It
+/// takes no clicks and assistive technology does not see it.
+class FocusRing : public QObject {
+    Q_OBJECT
+
+  public:
+    enum class Shape { continuousCorners, pill };
+
+    static constexpr int width = 2;
+    /// How far the ring's outer edge lies outside of a filled or bordered control: a gap, then the ring.
+    static constexpr int distance = 4;
+
+    /// Gives `control` a ring. `outset`: how far its outer edge lies outside of the control's rectangle, on
+    /// each side; negative where it lies inside. `radius` is that of the outer edge's corners; a pill has
+    /// none.
+    static FocusRing* install(QWidget& control, QMargins outset, qreal radius,
+                              Shape shape = Shape::continuousCorners);
+
+    ~FocusRing() override;
+
+    [[nodiscard]] bool isShown() const;
+
+  protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+  private:
+    FocusRing(QWidget& control, QMargins outset, qreal radius, Shape shape);
+    void show();
+    void hide();
+    void follow();
+
+    QWidget& control_;
+    QMargins outset_;
+    qreal radius_;
+    Shape shape_;
+    QPointer<QFocusFrame> frame_;
+};
+
+} // namespace corvane

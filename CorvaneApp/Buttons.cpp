@@ -1,5 +1,6 @@
 #include "Buttons.h"
 
+#include "Faded.h"
 #include "FocusRing.h"
 #include "Fonts.h"
 #include "Shapes.h"
@@ -38,27 +39,6 @@ constexpr int smallestClickHeight = 24;
 
 QMargins uniform(int margin) {
     return {margin, margin, margin, margin};
-}
-
-/// Paints what `content` paints within `bounds` as one picture at `opacity`, where parts that lie on one
-/// another would otherwise show through. Crisp at the painter's scale.
-template <typename Content>
-void paintFaded(QPainter& painter, const QRectF& bounds, double opacity, Content content) {
-    const QTransform toDevice = painter.deviceTransform();
-    const QRect pixels = toDevice.mapRect(bounds).toAlignedRect();
-    QPixmap layer(pixels.size());
-    layer.fill(Qt::transparent);
-    QPainter ink(&layer);
-    ink.setRenderHints(painter.renderHints());
-    ink.setFont(painter.font());
-    ink.setLayoutDirection(painter.layoutDirection());
-    ink.setTransform(toDevice * QTransform::fromTranslate(-pixels.x(), -pixels.y()));
-    content(ink);
-    ink.end();
-
-    painter.setOpacity(opacity);
-    painter.drawPixmap(toDevice.inverted().mapRect(QRectF(pixels)), layer, layer.rect());
-    painter.setOpacity(1);
 }
 
 } // namespace

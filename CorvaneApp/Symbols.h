@@ -8,8 +8,8 @@
 /// The application's symbols: drawn on one grid of 24 with one stroke, tinted by one colour.
 namespace corvane::symbols {
 
-/// Paints the symbol `name` ("terminal", "xmark", "checkmark.circle.fill") into `box`, crisp at the painter's
-/// scale. An unknown name paints nothing.
+/// Paints the symbol `name` (a file's name in Resources/Symbols, such as "terminal") into `box`, crisp at the
+/// painter's scale. An unknown name paints nothing.
 void paint(QPainter& painter, const QString& name, const QRectF& box, const QColor& color);
 
 } // namespace corvane::symbols

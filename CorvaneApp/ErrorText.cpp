@@ -1,0 +1,96 @@
+#include "ErrorText.h"
+
+#include "FocusRing.h"
+#include "Fonts.h"
+#include "Tokens.h"
+
+#include <QAccessible>
+#include <QTextBlock>
+#include <QTextDocument>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace corvane {
+
+namespace {
+
+constexpr int fontSize = 11;
+constexpr int lineHeight = 16;
+constexpr QMargins ringMargins{5, 3, 5, 3};
+constexpr qreal ringRadius = 4;
+
+void setLineHeight(QTextDocument& document) {
+    QTextBlockFormat format;
+    format.setLineHeight(lineHeight, QTextBlockFormat::FixedHeight);
+    QTextCursor cursor(&document);
+    cursor.select(QTextCursor::Document);
+    cursor.mergeBlockFormat(format);
+}
+
+} // namespace
+
+ErrorText::ErrorText(QWidget* parent)
+    : QTextEdit(parent) {
+    setReadOnly(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setAcceptRichText(false);
+    setTabChangesFocus(true);
+    setUndoRedoEnabled(false);
+    setFrameShape(QFrame::NoFrame);
+    setFont(fonts::system(fontSize));
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    viewport()->setAutoFillBackground(false);
+    document()->setDocumentMargin(0);
+    FocusRing::install(*this, ringMargins, ringRadius);
+    lay();
+    hide();
+}
+
+void ErrorText::setMessage(const QString& message) {
+    setHidden(message.isEmpty());
+    if (message == toPlainText()) return;
+    setPlainText(message);
+    setAccessibleName(message);
+    lay();
+    if (message.isEmpty()) return;
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+int ErrorText::heightForWidth(int width) const {
+    const std::unique_ptr<QTextDocument> copy(document()->clone());
+    copy->setTextWidth(width);
+    return std::max(lineHeight, static_cast<int>(std::ceil(copy->size().height())));
+}
+
+void ErrorText::changeEvent(QEvent* event) {
+    QTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::LayoutDirectionChange) lay();
+}
+
+void ErrorText::focusOutEvent(QFocusEvent* event) {
+    QTextEdit::focusOutEvent(event);
+    if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) return;
+    QTextCursor cursor = textCursor();
+    cursor.clearSelection();
+    setTextCursor(cursor);
+}
+
+void ErrorText::lay() {
+    setLineHeight(*document());
+    QTextOption option = document()->defaultTextOption();
+    option.setTextDirection(layoutDirection());
+    document()->setDefaultTextOption(option);
+
+    QTextCharFormat format;
+    format.setForeground(Tokens::error.color(Tokens::scheme(palette())));
+    QTextCursor cursor(document());
+    cursor.select(QTextCursor::Document);
+    cursor.mergeCharFormat(format);
+}
+
+} // namespace corvane

@@ -1,0 +1,92 @@
+#include "Paragraph.h"
+
+#include <QPainter>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+QColor color(TextColor color, ColorScheme scheme) {
+    switch (color) {
+    case TextColor::onSurface:
+        return Tokens::onSurface.color(scheme);
+    case TextColor::secondary:
+        return Tokens::textSecondary(scheme);
+    case TextColor::secondaryOnBackground:
+        return Tokens::textSecondaryOnBackground(scheme);
+    }
+    return {};
+}
+
+// Wide enough for anything that is measured on one line.
+constexpr int unlimitedWidth = 1 << 20;
+
+} // namespace
+
+Paragraph::Paragraph(const QString& text, Style style, QWidget* parent)
+    : QLabel(parent)
+    , style_(std::move(style)) {
+    setTextFormat(Qt::PlainText);
+    setText(text);
+    setFont(style_.font);
+}
+
+int Paragraph::lay(QTextLayout& layout, int width) const {
+    QString text = this->text();
+    layout.setText(text.replace(QLatin1Char('\n'), QChar::LineSeparator));
+    layout.setFont(font());
+    QTextOption option(style_.alignment == Qt::AlignLeading ? Qt::AlignLeft : style_.alignment);
+    option.setTextDirection(layoutDirection());
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine())
+        line.setLineWidth(width);
+    layout.endLayout();
+
+    const bool isSingle = layout.lineCount() == 1;
+    qreal top = 0;
+    for (int i = 0; i < layout.lineCount(); ++i) {
+        QTextLine line = layout.lineAt(i);
+        const qreal own = std::round(line.height());
+        const qreal height = isSingle ? own : std::max<qreal>(own, style_.lineHeight);
+        line.setPosition({0, top + (height - line.height()) / 2});
+        top += height;
+    }
+    return static_cast<int>(std::ceil(top));
+}
+
+int Paragraph::heightForWidth(int width) const {
+    QTextLayout layout;
+    return lay(layout, width);
+}
+
+int Paragraph::naturalWidth() const {
+    QTextLayout layout;
+    (void)lay(layout, unlimitedWidth);
+    qreal width = 0;
+    for (int i = 0; i < layout.lineCount(); ++i)
+        width = std::max(width, layout.lineAt(i).naturalTextWidth());
+    return static_cast<int>(std::ceil(width));
+}
+
+QSize Paragraph::sizeHint() const {
+    const int width = naturalWidth();
+    return {width, heightForWidth(width)};
+}
+
+void Paragraph::paintEvent(QPaintEvent* /*event*/) {
+    QTextLayout layout;
+    const int height = lay(layout, width());
+    QPainter painter(this);
+    painter.setPen(color(style_.color, Tokens::scheme(palette())));
+    layout.draw(&painter, QPointF(0, (this->height() - height) / 2.0));
+}
+
+} // namespace corvane

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <set>
 #include <utility>
 
 namespace corvane {
@@ -63,7 +64,8 @@ void AppModel::scheduleTick(std::chrono::milliseconds delay) {
     services_.scheduler.after(delay, [self = QPointer(this)] {
         if (!self) return;
         self->tick();
-        self->scheduleTick(loopInterval);
+        // Whoever hears of the changes may end the model.
+        if (self) self->scheduleTick(loopInterval);
     });
 }
 
@@ -92,8 +94,8 @@ void AppModel::follow(const std::vector<AgentEvent>& events) {
 void AppModel::catchUp(const std::vector<AgentEvent>& events) {
     std::vector<BoardEffect> shows;
     for (const AgentEvent& event : events) {
-        const std::optional<BoardEffect> effect = board_.apply(event);
-        if (effect && effect->ifDismiss() == nullptr) shows.push_back(*effect);
+        std::optional<BoardEffect> effect = board_.apply(event);
+        if (effect && effect->ifDismiss() == nullptr) shows.push_back(std::move(*effect));
     }
     for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
         shows.push_back(BoardEffect::showWaiting(session));
@@ -119,21 +121,20 @@ bool AppModel::stillHolds(const BoardEffect& effect) const {
     };
     if (const auto* const waiting = effect.ifShowWaiting()) return isPresent(waiting->session);
     const auto* const done = effect.ifShowDone();
-    return done != nullptr && now_ - done->session.lastEvent <= BannerController::doneLifetime &&
-           isPresent(done->session);
+    return done != nullptr && prefs_.alertWhenDone &&
+           now_ - done->session.lastEvent <= BannerController::doneLifetime && isPresent(done->session);
 }
 
 void AppModel::prune() {
-    const std::vector<AgentSession> before = board_.sessions();
+    std::set<std::string> forgotten;
+    for (const AgentSession& session : board_.sessions())
+        forgotten.insert(session.id());
     board_.prune(now_);
-    for (const AgentSession& session : before) {
-        const auto& kept = board_.sessions();
-        const bool isKept = std::any_of(kept.begin(), kept.end(), [&session](const AgentSession& other) {
-            return other.agent == session.agent && other.sessionID == session.sessionID;
-        });
-        // Nothing would ever take its banner down.
-        if (!isKept) banners_.dismiss(session.id());
-    }
+    for (const AgentSession& session : board_.sessions())
+        forgotten.erase(session.id());
+    // Nothing else would ever take their banners down.
+    for (const std::string& id : forgotten)
+        banners_.dismiss(id);
 }
 
 void AppModel::perform(const BoardEffect& effect) {
@@ -248,8 +249,8 @@ void AppModel::setOpensAtLogin(bool on) {
     try {
         services_.loginItem.setEnabled(on);
         connectError_ = std::nullopt;
-    } catch (const LoginItemError& error) {
-        connectError_ = std::string("Couldn't change “Open at login”: ") + error.what();
+    } catch (const std::exception& error) {
+        connectError_ = "Couldn't change “Open at login”: " + localizedDescription(error);
     }
     Q_EMIT changed();
 }

@@ -39,7 +39,7 @@ class AppModel : public QObject {
     ~AppModel() override;
 
     [[nodiscard]] const SessionBoard& board() const { return board_; }
-    /// Whether each agent's configuration calls the hook at present.
+    /// Whether each agent's configuration called the hook when last asked.
     [[nodiscard]] const std::map<AgentKind, bool>& connected() const { return connected_; }
     /// The backup that the last successful connect made, if it had to make one.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
@@ -74,8 +74,9 @@ class AppModel : public QObject {
     /// What is really so at present.
     [[nodiscard]] bool opensAtLogin() const;
 
-    /// Silences alerts for an hour from the last pass on; the second ends that.
+    /// Silences alerts for an hour from the last pass on.
     void quietForAnHour();
+    /// Ends the silence, if there is one.
     void resumeAlerts();
 
     /// Alerts with a made-up session, in quiet time too.

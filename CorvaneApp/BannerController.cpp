@@ -1,15 +1,14 @@
 #include "BannerController.h"
 
 #include "BannerViews.h"
+#include "MainThread.h"
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
 #include "Sessions/AlertText.h"
 
-#include <QCoreApplication>
 #include <QPointer>
-#include <QThread>
 
 #include <algorithm>
 #include <chrono>
@@ -28,12 +27,6 @@ constexpr milliseconds fadeInDuration{220};
 constexpr milliseconds fadeOutDuration{180};
 // A little longer than the fade, so that the panel never goes before it is invisible.
 constexpr milliseconds orderOutDelay{200};
-
-void requireMainThread() {
-    if (QThread::currentThread() != QCoreApplication::instance()->thread()) {
-        qFatal("Banners belong to the main thread");
-    }
-}
 
 } // namespace
 
@@ -113,6 +106,7 @@ void BannerController::present(const std::string& id, std::unique_ptr<PanelConte
     }
     layout();
     fadeIn(*panel);
+    restack();
 }
 
 void BannerController::layout() {
@@ -124,6 +118,10 @@ void BannerController::layout() {
         entry.panel->setOrigin({frame->left() + (frame->width() - size.width()) / 2, top});
         top += size.height() + bannerSpacing;
     }
+    restack();
+}
+
+void BannerController::restack() {
     // From the newest to the oldest, so that no card lies in the shadow of the one above it.
     for (const Entry& entry : panels_)
         entry.panel->orderFront();

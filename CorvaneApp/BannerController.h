@@ -62,6 +62,7 @@ class BannerController : public QObject {
 
     void present(const std::string& id, std::unique_ptr<PanelContent> view, QSize size);
     void layout();
+    void restack();
     void fadeIn(FloatingPanel& panel);
     void fadeOut(std::shared_ptr<FloatingPanel> panel);
     void announce(const AlertText& text, PanelContent& view);

@@ -47,12 +47,16 @@ LineLabel* titleLabel(const AlertText& text, QWidget* parent) {
 }
 
 LineLabel* subtitleLabel(const AlertText& text, QWidget* parent) {
-    return new LineLabel(fromUtf8(text.subtitle), fonts::monospaced(subtitleSize),
-                         LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
+    auto* const label = new LineLabel(fromUtf8(text.subtitle), fonts::monospaced(subtitleSize),
+                                      LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
+    label->setReadsInOwnDirection();
+    return label;
 }
 
 void setAccessibleText(QWidget& banner, const AlertText& text) {
-    banner.setAccessibleName(fromUtf8(text.title + ", " + text.subtitle));
+    // More than this nobody wants to hear, and a message can be of any length.
+    constexpr int longestName = 4096;
+    banner.setAccessibleName(fromUtf8(text.title + ", " + text.subtitle).left(longestName));
 }
 
 QAccessibleInterface* accessibleGlyph(const QString& /*className*/, QObject* object) {
@@ -199,8 +203,7 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     const QSize cross = close_->contentSize();
     const int plainHeight = std::max(snooze.height(), cross.height());
     const int actionsTop = (height() - jump.height() - buttonRowSpacing - plainHeight) / 2;
-    const int actionsLeft = right - jump.width();
-    jump_->setGeometry(mirrored({QPoint(actionsLeft, actionsTop), jump}));
+    jump_->setGeometry(mirrored({QPoint(right - jump.width(), actionsTop), jump}));
 
     const auto inPlainRow = [&](int left, const QSize& size) {
         const int top = actionsTop + jump.height() + buttonRowSpacing + (plainHeight - size.height()) / 2;
@@ -208,7 +211,9 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     };
     const int crossLeft = right - cross.width() + crossInset;
     close_->setContentRect(inPlainRow(crossLeft, cross));
-    snooze_->setContentRect(inPlainRow(crossLeft - plainSpacing - snooze.width(), snooze));
+    const int snoozeLeft = crossLeft - plainSpacing - snooze.width();
+    snooze_->setContentRect(inPlainRow(snoozeLeft, snooze));
+    const int actionsLeft = std::min(right - jump.width(), snoozeLeft);
 
     glyph_->setGeometry(mirrored({padding, (height() - glyphSide) / 2, glyphSide, glyphSide}));
 

@@ -8,6 +8,8 @@ namespace corvane::fonts {
 namespace {
 
 QFont sized(QFont font, int pixelSize, QFont::Weight weight) {
+    // A desktop may name its font by a style, such as "Regular", which would win over the weight.
+    font.setStyleName({});
     font.setPixelSize(pixelSize);
     font.setWeight(weight);
     return font;

@@ -4,6 +4,7 @@
 #include "Tokens.h"
 
 #include <QAccessibleWidget>
+#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -68,6 +69,7 @@ LineLabel::LineLabel(QString text, const QFont& font, Emphasis emphasis, Truncat
 void LineLabel::setText(const QString& text) {
     if (text_ == text) return;
     text_ = text;
+    shownWidth_ = -1;
     updateGeometry();
     update();
 }
@@ -77,13 +79,27 @@ void LineLabel::setBackdrop(std::function<QColor()> color) {
     setAttribute(Qt::WA_OpaquePaintEvent, backdrop_ != nullptr);
 }
 
+void LineLabel::setReadsInOwnDirection() {
+    readsInOwnDirection_ = true;
+    update();
+}
+
+void LineLabel::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) shownWidth_ = -1;
+    QWidget::changeEvent(event);
+}
+
 QString LineLabel::shownText() const {
-    QString line = singleLine(text());
-    if (truncation_ == Truncation::none) return line;
-    const QFontMetricsF metrics(font(), this);
-    return fromUtf8(text::elidingMiddle(line.toStdString(), width(), [&metrics](std::string_view part) {
-        return metrics.horizontalAdvance(fromUtf8(part));
-    }));
+    if (truncation_ == Truncation::none) return singleLine(text());
+    if (shownWidth_ != width()) {
+        const QFontMetricsF metrics(font(), this);
+        const auto measure = [&metrics](std::string_view part) {
+            return metrics.horizontalAdvance(fromUtf8(part));
+        };
+        shown_ = fromUtf8(text::elidingMiddle(singleLine(text()).toStdString(), width(), measure));
+        shownWidth_ = width();
+    }
+    return shown_;
 }
 
 QSize LineLabel::sizeHint() const {
@@ -107,9 +123,7 @@ void LineLabel::paintEvent(QPaintEvent* /*event*/) {
     }
     painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(scheme)
                                                  : Tokens::textSecondary(scheme));
-    // What a user named reads in its own direction; our own words read in the layout's. Either begins at the
-    // layout's leading edge.
-    if (truncation_ == Truncation::middle) {
+    if (readsInOwnDirection_) {
         painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     }
     const Qt::Alignment alignment =

@@ -31,6 +31,10 @@ class LineLabel : public QWidget {
     /// nothing but itself. `color` is asked at every paint.
     void setBackdrop(std::function<QColor()> color);
 
+    /// Has the text read in the direction of its first strong letter, as a user's own names should, rather
+    /// than in the layout's. It begins at the layout's leading edge all the same.
+    void setReadsInOwnDirection();
+
     /// The text as it is drawn at the present width.
     [[nodiscard]] QString shownText() const;
 
@@ -40,6 +44,7 @@ class LineLabel : public QWidget {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
@@ -47,7 +52,11 @@ class LineLabel : public QWidget {
     Emphasis emphasis_;
     Truncation truncation_;
     Content content_;
+    bool readsInOwnDirection_ = false;
     std::function<QColor()> backdrop_;
+    // What was drawn last, since finding out what fits takes time: a message can be long.
+    mutable QString shown_;
+    mutable int shownWidth_ = -1;
 };
 
 } // namespace corvane

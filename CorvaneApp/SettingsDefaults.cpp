@@ -30,7 +30,11 @@ void SettingsDefaults::setData(std::string_view key, std::string_view bytes) {
 }
 
 bool SettingsDefaults::boolean(std::string_view key) const {
-    return settings_.value(settingsKey(key)).toBool();
+    const QVariant value = settings_.value(settingsKey(key));
+    // A file of text gives a stored boolean back as its name.
+    return value.typeId() == QMetaType::Bool
+               ? value.toBool()
+               : value.typeId() == QMetaType::QString && value.toString() == u"true";
 }
 
 void SettingsDefaults::setBoolean(std::string_view key, bool value) {

@@ -22,7 +22,8 @@ class FloatingPanel {
     FloatingPanel& operator=(const FloatingPanel&) = delete;
     virtual ~FloatingPanel() = default;
 
-    /// Puts `view` into the panel, at exactly `size`, in place of what was there, without a fade.
+    /// Puts `view` into the panel, at exactly `size`, in place of what was there, without a fade. The old
+    /// view goes when the event loop runs next: it may be in the middle of one of its own handlers.
     virtual void setContent(std::unique_ptr<PanelContent> view, QSize size) = 0;
 
     /// The size last given.
@@ -40,8 +41,8 @@ class FloatingPanel {
     /// it only slides.
     virtual void fadeIn(std::chrono::milliseconds duration, int slide) = 0;
 
-    /// Goes over `duration` to transparent and stays where it is. Where the desktop cannot blend windows it
-    /// disappears at once.
+    /// Goes over `duration` to transparent and stays where it is; takes no clicks from now on. Where the
+    /// desktop cannot blend windows it disappears at once.
     virtual void fadeOut(std::chrono::milliseconds duration) = 0;
 
     /// Takes the panel off the screen.

@@ -57,6 +57,8 @@ Boundaries boundaries(std::string_view text) {
 
 std::string elidingMiddle(std::string_view text, double width, const Measure& measure) {
     const Boundaries ends = boundaries(text);
+    // Without its tables the library finds no characters at all; then nothing can be cut.
+    if (ends.heads.size() == 1) return std::string(text);
     const bool isWholeKnown = ends.heads.back() == text.size();
     if (isWholeKnown && measure(text) <= width) return std::string(text);
 

@@ -66,10 +66,12 @@ TEST_F(BannerControllerTest, olderCardsLieAboveTheShadowsOfNewerOnes) {
     controller_.showWaiting(waiting("a"));
     controller_.showWaiting(waiting("b"));
     controller_.showWaiting(waiting("c"));
+    const auto& all = platform_.panels.all;
+    EXPECT_EQ(platform_.panels.stacking,
+              (std::vector<const PanelRecord*>{all[2].get(), all[1].get(), all[0].get()}));
     controller_.dismiss("claude:b");
-    const auto& stacking = platform_.panels.stacking;
-    EXPECT_EQ(stacking.back(), platform_.panels.all[0].get());
-    EXPECT_EQ(stacking[stacking.size() - 2], platform_.panels.all[2].get());
+    EXPECT_EQ(platform_.panels.stacking.back(), all[0].get());
+    EXPECT_EQ(*(platform_.panels.stacking.end() - 2), all[2].get());
 }
 
 TEST_F(BannerControllerTest, aFourthBannerEvictsTheOldestAndAFifthTheNext) {

@@ -1,5 +1,6 @@
 #include "Platform/Linux/FloatingPanel.h"
 
+#include "MainThread.h"
 #include "Platform/Linux/Shadow.h"
 #include "Platform/Linux/X11.h"
 #include "Tokens.h"
@@ -8,6 +9,7 @@
 #include <QEasingCurve>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QSignalBlocker>
 #include <QVariantAnimation>
 
 #include <map>
@@ -59,10 +61,15 @@ class PanelWindow : public QWidget {
     [[nodiscard]] bool isBlended() const { return blended_; }
     [[nodiscard]] QMargins margins() const { return blended_ ? shadowMargins : QMargins(); }
 
-    /// Asks anew whether windows are blended: a compositor may have come or gone.
-    void updateBlending() {
-        blended_ = x11::isComposited();
+    /// Looks whether windows are blended, since a compositor may come or go, and at the scale, which another
+    /// screen may change. Whether anything was different.
+    bool followDesktop() {
+        const bool blended = x11::isComposited();
+        if (blended == blended_ && devicePixelRatioF() == arrangedRatio_) return false;
+        blended_ = blended;
         arrange();
+        update();
+        return true;
     }
 
     void ignoreClicks() { x11::setInputShape(nativeWindow(), {}); }
@@ -80,27 +87,30 @@ class PanelWindow : public QWidget {
         card_->setBlended(blended_);
         card_->move(margins().left(), margins().top());
         setFixedSize(card_->size().grownBy(margins()));
-        if (blended_) {
-            clearMask();
-            const qreal ratio = devicePixelRatioF();
-            const QRectF card(QPointF(card_->pos()) * ratio, QSizeF(card_->size()) * ratio);
-            x11::setInputShape(nativeWindow(), {card.toRect()});
-        } else {
-            // Without blending, whatever is not drawn would be black.
-            QBitmap mask(size());
-            mask.clear();
-            QPainter painter(&mask);
-            painter.fillPath(card_->outline(), Qt::color1);
-            painter.end();
-            setMask(mask);
-        }
+        arrangedRatio_ = devicePixelRatioF();
+        const QRectF card(QPointF(card_->pos()) * arrangedRatio_, QSizeF(card_->size()) * arrangedRatio_);
+        x11::setInputShape(nativeWindow(), {card.toAlignedRect()});
+        // Without blending, whatever is not drawn would be black.
+        x11::setBoundingShape(nativeWindow(), blended_ ? QRegion() : outlineInPixels());
         x11::flush();
+    }
+
+    /// The card's shape in device pixels: the mask knows no finer ones.
+    [[nodiscard]] QRegion outlineInPixels() const {
+        QBitmap bitmap((QSizeF(card_->size()) * arrangedRatio_).toSize());
+        bitmap.clear();
+        QPainter painter(&bitmap);
+        painter.scale(arrangedRatio_, arrangedRatio_);
+        painter.fillPath(card_->outline(), Qt::color1);
+        painter.end();
+        return bitmap;
     }
 
     [[nodiscard]] xcb_window_t nativeWindow() const { return static_cast<xcb_window_t>(internalWinId()); }
 
     PanelContent* card_ = nullptr;
     bool blended_ = x11::isComposited();
+    qreal arrangedRatio_ = 1;
 };
 
 class LinuxFloatingPanel : public FloatingPanel {
@@ -109,6 +119,7 @@ class LinuxFloatingPanel : public FloatingPanel {
         : guard_(guard) {
         QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                          [this](const QVariant& value) { advance(value.toDouble()); });
+        QObject::connect(&guard_, &StackingGuard::secondPassed, &window_, [this] { followDesktop(); });
         animation_.setStartValue(0.0);
         animation_.setEndValue(1.0);
     }
@@ -118,8 +129,10 @@ class LinuxFloatingPanel : public FloatingPanel {
     ~LinuxFloatingPanel() override { guard_.release(window_); }
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
+        requireMainThread();
         window_.setCard(std::move(view), size);
         place();
+        followDesktop();
     }
 
     [[nodiscard]] QSize size() const override {
@@ -127,36 +140,38 @@ class LinuxFloatingPanel : public FloatingPanel {
     }
 
     void setOrigin(QPoint origin) override {
+        requireMainThread();
         origin_ = origin;
         place();
+        followDesktop();
     }
 
     [[nodiscard]] QPoint origin() const override { return origin_; }
 
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
-        window_.updateBlending();
-        from_ = {window_.isBlended() ? 0.0 : 1.0, -slide};
-        to_ = {1.0, 0};
+        requireMainThread();
+        followDesktop();
+        begin({window_.isBlended() ? 0.0 : 1.0, -slide}, {1.0, 0}, duration);
         advance(0);
         window_.show();
         guard_.raise(window_);
-        run(duration);
+        animation_.start();
     }
 
     void fadeOut(std::chrono::milliseconds duration) override {
+        requireMainThread();
         if (!window_.isVisible()) return;
-        animation_.stop();
         window_.ignoreClicks();
         if (!window_.isBlended()) {
             orderOut();
             return;
         }
-        from_ = state_;
-        to_ = {0.0, state_.offset};
-        run(duration);
+        begin(state_, {0.0, state_.offset}, duration);
+        animation_.start();
     }
 
     void orderOut() override {
+        requireMainThread();
         animation_.stop();
         guard_.release(window_);
         window_.hide();
@@ -164,6 +179,7 @@ class LinuxFloatingPanel : public FloatingPanel {
     }
 
     void orderFront() override {
+        requireMainThread();
         if (window_.isVisible()) guard_.raise(window_);
     }
 
@@ -173,9 +189,18 @@ class LinuxFloatingPanel : public FloatingPanel {
         int offset = 0;
     };
 
-    void run(std::chrono::milliseconds duration) {
+    void begin(State from, State to, std::chrono::milliseconds duration) {
+        // Between two animations the old one's progress would be told once more, at the new one's length.
+        const QSignalBlocker blocker(animation_);
+        animation_.stop();
         animation_.setDuration(static_cast<int>(duration.count()));
-        animation_.start();
+        animation_.setCurrentTime(0);
+        from_ = from;
+        to_ = to;
+    }
+
+    void followDesktop() {
+        if (window_.followDesktop()) place();
     }
 
     void advance(double progress) {

@@ -20,7 +20,10 @@ constexpr std::uint8_t responseTypeMask = 0x7F;
 StackingGuard::StackingGuard() {
     activeWindowAtom_ = x11::atom("_NET_ACTIVE_WINDOW");
     timer_.setInterval(std::chrono::seconds(1));
-    connect(&timer_, &QTimer::timeout, this, &StackingGuard::restore);
+    connect(&timer_, &QTimer::timeout, this, [this] {
+        if (!x11::hasActiveWindowHint()) restore();
+        Q_EMIT secondPassed();
+    });
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 

@@ -11,8 +11,9 @@ class QWidget;
 namespace corvane {
 
 /// Keeps panels above everything else where a window manager, which does not know of them, raises its own
-/// windows over them: puts them in front again when the active window changes and, for window managers that
-/// do not tell, once a second while a panel is shown. Main thread only.
+/// windows over them: puts them in front again when the active window changes and, under a window manager
+/// that does not tell, once a second while a panel is shown. It does not fight for the place each second
+/// elsewhere: a screen locker's window must stay on top. Main thread only.
 class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     Q_OBJECT
 
@@ -27,6 +28,11 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     void release(QWidget& window);
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+  Q_SIGNALS:
+    /// A second has passed with a panel on the screen: a moment to look whether the desktop is still the
+    /// same.
+    void secondPassed();
 
   private:
     void restore();

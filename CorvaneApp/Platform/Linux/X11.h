@@ -35,7 +35,14 @@ void flush();
 /// A window's place on the root window, in device pixels.
 [[nodiscard]] std::optional<QRect> rootGeometry(xcb_window_t window);
 
+/// Whether the window manager tells which window is active.
+[[nodiscard]] bool hasActiveWindowHint();
+
 /// Limits where `window` takes pointer events to `rectangles`, in device pixels of the window.
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);
+
+/// Limits what of `window` is there at all to `region`, in device pixels of the window; an empty region lifts
+/// the limit.
+void setBoundingShape(xcb_window_t window, const QRegion& region);
 
 } // namespace corvane::x11

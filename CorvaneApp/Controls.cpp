@@ -9,6 +9,7 @@
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>

@@ -4,6 +4,7 @@
 #include "Fonts.h"
 #include "Tokens.h"
 
+#include <QEvent>
 #include <QAccessible>
 #include <QTextBlock>
 #include <QTextDocument>

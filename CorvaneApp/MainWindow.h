@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Links.h"
+#include "WindowCommands.h"
+
+#include <QMainWindow>
+
+namespace corvane {
+
+class AppModel;
+class OnboardingView;
+
+/// The window "main", fixed to its content, with the application's menus. Closing it never quits. Asks the
+/// agents' connection state anew whenever it comes to the user's sight. Main thread only.
+///
+/// Whether it opens at launch is for the entry to decide; `present` opens it whenever it is called.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    /// `model` must outlive the window.
+    MainWindow(AppModel& model, links::Opener openLink, const CommandHandlers& handlers);
+
+    [[nodiscard]] OnboardingView& view() const { return *view_; }
+
+    /// Shows the window, out of the task bar too, and asks the window manager to bring it to the front.
+    void present();
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    AppModel& model_;
+    OnboardingView* view_;
+};
+
+} // namespace corvane

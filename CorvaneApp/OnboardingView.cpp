@@ -1,0 +1,127 @@
+#include "OnboardingView.h"
+
+#include "AgentCard.h"
+#include "AppModel.h"
+#include "ErrorText.h"
+#include "Fonts.h"
+#include "Paragraph.h"
+#include "Tokens.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr int padding = 24;
+constexpr int titleGap = 8;
+constexpr int introductionGap = 20;
+constexpr int spacing = 12;
+
+constexpr int titleSize = 22;
+constexpr int titleLineHeight = 28;
+constexpr int textSize = 13;
+constexpr int textLineHeight = 20;
+constexpr int linkSize = 11;
+
+QString fromUtf8(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+} // namespace
+
+OnboardingView::OnboardingView(AppModel& model, links::Opener openLink, QWidget* parent)
+    : QWidget(parent)
+    , model_(model) {
+    setFixedSize(contentSize);
+
+    Paragraph::Style titleStyle;
+    titleStyle.font = fonts::system(titleSize, QFont::Bold);
+    titleStyle.lineHeight = titleLineHeight;
+    title_ = new Paragraph(tr("Corvane taps you when your agent needs you."), titleStyle, this);
+
+    Paragraph::Style textStyle;
+    textStyle.font = fonts::system(textSize);
+    textStyle.lineHeight = textLineHeight;
+    textStyle.color = TextColor::secondaryOnBackground;
+    introduction_ = new Paragraph(tr("When Claude Code is waiting for your approval or your reply — or "
+                                     "finishes — you hear a sound and see a banner, even in a full-screen "
+                                     "app. Lives in your menu bar."),
+                                  textStyle, this);
+
+    cards_ = {new AgentCard(AgentKind::claude, model, this), new AgentCard(AgentKind::codex, model, this)};
+    error_ = new ErrorText(this);
+    test_ = new BorderedButton(tr("Try a test alert"), this);
+    contact_ = new LinkButton(tr("Need a custom feature? Contact us"), linkSize, this);
+    done_ = new BorderedButton(tr("Done"), this);
+
+    for (AgentCard* const card : cards_)
+        connect(card, &AgentCard::heightChanged, this, &OnboardingView::layOut);
+    connect(test_, &QAbstractButton::clicked, this, [this] { model_.sendTestAlert(); });
+    connect(contact_, &QAbstractButton::clicked, this,
+            [openLink = std::move(openLink)] { openLink(links::contact(QStringLiteral("onboarding"))); });
+    connect(done_, &QAbstractButton::clicked, this, [this] {
+        model_.setHasCompletedOnboarding(true);
+        Q_EMIT done();
+    });
+    connect(&model, &AppModel::changed, this, &OnboardingView::refresh);
+    refresh();
+}
+
+void OnboardingView::refresh() {
+    const QString message = fromUtf8(model_.connectError().value_or(std::string()));
+    if (message == error_->toPlainText()) return;
+    error_->setMessage(message);
+    layOut();
+}
+
+void OnboardingView::layOut() {
+    const auto mirrored = [this](int left, int top, QSize size) {
+        return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(left, top), size));
+    };
+    const int inner = width() - 2 * padding;
+    int top = padding;
+    for (Paragraph* const paragraph : {title_, introduction_}) {
+        const int height = paragraph->heightForWidth(inner);
+        paragraph->setGeometry(padding, top, inner, height);
+        top += height + (paragraph == title_ ? titleGap : introductionGap);
+    }
+    for (AgentCard* const card : cards_) {
+        const int height = card->heightForWidth(inner);
+        card->setGeometry(padding, top, inner, height);
+        top += height + spacing;
+    }
+
+    const QSize test = test_->sizeHint();
+    const QSize done = done_->sizeHint();
+    const int bottom = height() - padding;
+    const int rowTop = bottom - std::max(test.height(), done.height());
+    error_->setGeometry(padding, top, inner,
+                        std::max(0, std::min(error_->heightForWidth(inner), rowTop - spacing - top)));
+    test_->setGeometry(mirrored(padding, rowTop, test));
+    done_->setGeometry(mirrored(width() - padding - done.width(), rowTop, done));
+    const QSize link = contact_->contentSize();
+    contact_->setContentRect(
+        mirrored(padding + test.width() + spacing, rowTop + (test.height() - link.height()) / 2, link));
+}
+
+void OnboardingView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter(this).fillRect(rect(), Tokens::background.color(Tokens::scheme(palette())));
+}
+
+void OnboardingView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+void OnboardingView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) layOut();
+}
+
+} // namespace corvane

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Links.h"
+
+#include <QWidget>
+
+#include <array>
+
+namespace corvane {
+
+class AgentCard;
+class AppModel;
+class BorderedButton;
+class ErrorText;
+class LinkButton;
+class Paragraph;
+
+/// The main window's content: says in two sentences what the application does and lets the user connect the
+/// agents. Holds no state of its own; shows the model and calls it. Main thread only.
+class OnboardingView : public QWidget {
+    Q_OBJECT
+
+  public:
+    static constexpr QSize contentSize{560, 460};
+
+    /// `model` must outlive the view.
+    OnboardingView(AppModel& model, links::Opener openLink, QWidget* parent = nullptr);
+
+  Q_SIGNALS:
+    /// The user is through; the model knows. The window that shows this closes.
+    void done();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void refresh();
+    void layOut();
+
+    AppModel& model_;
+    Paragraph* title_;
+    Paragraph* introduction_;
+    std::array<AgentCard*, 2> cards_;
+    ErrorText* error_;
+    BorderedButton* test_;
+    LinkButton* contact_;
+    BorderedButton* done_;
+};
+
+} // namespace corvane

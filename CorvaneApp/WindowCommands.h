@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class QAction;
+class QWidget;
+
+namespace corvane {
+
+/// What the application's commands do, given by the entry. `openPanel` may be empty: there is no command for
+/// it then.
+struct CommandHandlers {
+    std::function<void()> openMainWindow;
+    std::function<void()> openSettings;
+    std::function<void()> openPanel;
+    std::function<void()> quit;
+};
+
+/// The commands of one window, with their shortcuts: Ctrl+0 opens the main window, Ctrl+comma the settings,
+/// Ctrl+W closes the window and Ctrl+Q quits (Command in place of Ctrl on macOS). Main thread only; belongs
+/// to the window.
+class WindowCommands : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The shortcuts work at once, whether the actions are put in a menu or not.
+    WindowCommands(QWidget& window, const CommandHandlers& handlers);
+
+    [[nodiscard]] QAction* mainWindow() const { return mainWindow_; }
+    [[nodiscard]] QAction* settings() const { return settings_; }
+    /// Null where the panel cannot be opened.
+    [[nodiscard]] QAction* panel() const { return panel_; }
+    [[nodiscard]] QAction* close() const { return close_; }
+    [[nodiscard]] QAction* quit() const { return quit_; }
+
+  private:
+    QAction* mainWindow_;
+    QAction* settings_;
+    QAction* panel_ = nullptr;
+    QAction* close_;
+    QAction* quit_;
+};
+
+} // namespace corvane

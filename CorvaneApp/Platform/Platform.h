@@ -14,9 +14,11 @@ class Applications;
 class FileBrowser;
 class FloatingPanels;
 class LoginItem;
+class Reopen;
 class Scheduler;
 class Screens;
 class Sounds;
+class StatusItem;
 
 /// Tells the present time.
 using Clock = std::function<Date()>;
@@ -33,6 +35,8 @@ struct Services {
     Applications& applications;
     LoginItem& loginItem;
     FileBrowser& fileBrowser;
+    StatusItem& statusItem;
+    Reopen& reopen;
 };
 
 /// The running system's own services. Made once, on the main thread, after the QApplication.

@@ -6,8 +6,10 @@
 #include "Platform/Linux/FileBrowser.h"
 #include "Platform/Linux/FloatingPanel.h"
 #include "Platform/Linux/LoginItem.h"
+#include "Platform/Linux/Reopen.h"
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/Sounds.h"
+#include "Platform/Linux/StatusItem.h"
 #include "QtScheduler.h"
 
 #include <QtGlobal>
@@ -37,7 +39,9 @@ class LinuxPlatform : public Platform {
                 sounds_,
                 applications_,
                 loginItem_,
-                fileBrowser_};
+                fileBrowser_,
+                statusItem_,
+                reopen_};
     }
 
   private:
@@ -49,6 +53,8 @@ class LinuxPlatform : public Platform {
     LinuxApplications applications_;
     LinuxLoginItem loginItem_{LinuxLoginItem::standardFile(), LinuxLoginItem::runningProgram()};
     LinuxFileBrowser fileBrowser_;
+    LinuxStatusItem statusItem_{appearance_};
+    LinuxReopen reopen_;
     // The last to come and the first to go: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };

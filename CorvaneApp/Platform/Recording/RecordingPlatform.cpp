@@ -108,7 +108,9 @@ Services RecordingPlatform::services() {
             sounds,
             applications,
             loginItem,
-            fileBrowser};
+            fileBrowser,
+            statusItem,
+            reopen};
 }
 
 } // namespace corvane::recording

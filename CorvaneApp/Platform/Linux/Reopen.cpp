@@ -1,0 +1,78 @@
+#include "Platform/Linux/Reopen.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+#include <chrono>
+
+namespace corvane {
+
+namespace {
+
+const QString busName = QStringLiteral("org.corvane.Corvane");
+const QString objectPath = QStringLiteral("/org/corvane/Corvane");
+const QString interface = QStringLiteral("org.freedesktop.Application");
+
+// A running application that is busy gets the request all the same; it only is not waited for any longer.
+constexpr std::chrono::milliseconds answerTimeout{5000};
+// How often the name may go to yet another process, or be given up, while this one asks.
+constexpr int mostAttempts = 20;
+
+} // namespace
+
+LinuxReopen::~LinuxReopen() = default;
+
+bool LinuxReopen::claim() {
+    const Outcome outcome = claimOnBus();
+    if (outcome != Outcome::noBus) return outcome == Outcome::first;
+    lock_ = std::make_unique<ReopenLock>(ReopenLock::standardFolder());
+    connect(lock_.get(), &ReopenLock::asked, this, &LinuxReopen::reopened);
+    return lock_->claim();
+}
+
+LinuxReopen::Outcome LinuxReopen::claimOnBus() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    // Before the name is taken, since whoever sees the name may call at once.
+    if (!bus.isConnected() ||
+        !bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables))
+        return Outcome::noBus;
+    for (int attempt = 0; attempt < mostAttempts && bus.isConnected(); ++attempt) {
+        const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> taken =
+            bus.interface()->registerService(busName, QDBusConnectionInterface::DontQueueService,
+                                             QDBusConnectionInterface::DontAllowReplacement);
+        if (!taken.isValid()) break;
+        if (taken.value() == QDBusConnectionInterface::ServiceRegistered) return Outcome::first;
+
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(busName, objectPath, interface, QStringLiteral("Activate"));
+        call.setAutoStartService(false);
+        call << QVariantMap();
+        const QDBusMessage answer = bus.call(call, QDBus::Block, static_cast<int>(answerTimeout.count()));
+        const QString error = answer.errorName();
+        const bool isGone = error == QDBusError::errorString(QDBusError::ServiceUnknown) ||
+                            error == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner");
+        // An owner that ends instead of answering leaves the same error as one that takes too long; only the
+        // name tells them apart.
+        if (!isGone && bus.interface()->isServiceRegistered(busName)) return Outcome::second;
+    }
+    bus.unregisterObject(objectPath);
+    return Outcome::noBus;
+}
+
+void LinuxReopen::Activate(const QVariantMap& /*platformData*/) {
+    Q_EMIT reopened();
+}
+
+void LinuxReopen::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
+    Activate(platformData);
+}
+
+void LinuxReopen::ActivateAction(const QString& /*action*/, const QVariantList& /*parameter*/,
+                                 const QVariantMap& platformData) {
+    Activate(platformData);
+}
+
+} // namespace corvane

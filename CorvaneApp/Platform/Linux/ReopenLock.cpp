@@ -1,0 +1,103 @@
+#include "Platform/Linux/ReopenLock.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <string>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <system_error>
+#include <thread>
+
+namespace corvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A process that has the lock listens soon after; one that is ending gives the lock back soon.
+constexpr std::chrono::seconds patience{5};
+constexpr std::chrono::milliseconds pause{20};
+
+/// Whether `folder` is a directory, no link, of this user that nobody else can write.
+bool isPrivate(const fs::path& folder) {
+    struct stat status {};
+    return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == getuid() &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+/// The socket's address within the open folder: however long the folder's own path is, this one fits.
+sockaddr_un address(const FileDescriptor& folder) {
+    const std::string path = "/proc/self/fd/" + std::to_string(folder.number()) + "/corvane.socket";
+    sockaddr_un result{};
+    result.sun_family = AF_UNIX;
+    std::copy(path.begin(), path.end(), std::begin(result.sun_path));
+    return result;
+}
+
+} // namespace
+
+ReopenLock::ReopenLock(fs::path folder)
+    : path_(std::move(folder)) {}
+
+fs::path ReopenLock::standardFolder() {
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    if (runtime.startsWith('/') && isPrivate(runtime.toStdString())) return runtime.toStdString();
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error) / ("corvane-" + std::to_string(getuid()));
+    if (error) return {};
+    mkdir(folder.c_str(), S_IRWXU);
+    return isPrivate(folder) ? folder : fs::path();
+}
+
+bool ReopenLock::claim() {
+    if (path_.empty()) return true;
+    folder_ = FileDescriptor(open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor lock(openat(folder_.number(), "corvane.lock", O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
+                               S_IRUSR | S_IWUSR));
+    if (lock.number() < 0) return true;
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        if (flock(lock.number(), LOCK_EX | LOCK_NB) == 0) {
+            lock_ = std::move(lock);
+            listen();
+            return true;
+        }
+        if (errno != EWOULDBLOCK && errno != EINTR) return true;
+        if (ask() || std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+void ReopenLock::listen() {
+    unlinkat(folder_.number(), "corvane.socket", 0);
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    const sockaddr_un name = address(folder_);
+    // The folder keeps other users away from it.
+    if (bind(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0 ||
+        ::listen(socket.number(), SOMAXCONN) != 0)
+        return;
+    socket_ = std::move(socket);
+    notifier_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);
+    connect(notifier_.get(), &QSocketNotifier::activated, this, &ReopenLock::answer);
+}
+
+void ReopenLock::answer() {
+    for (;;) {
+        const FileDescriptor client(accept4(socket_.number(), nullptr, nullptr, SOCK_CLOEXEC));
+        if (client.number() < 0) return;
+        Q_EMIT asked();
+    }
+}
+
+bool ReopenLock::ask() const {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const sockaddr_un name = address(folder_);
+    // A connection that is made waits until it is noticed, so there is nothing to say or to hear.
+    return ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0;
+}
+
+} // namespace corvane

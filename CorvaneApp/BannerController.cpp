@@ -6,7 +6,6 @@
 #include "Platform/Appearance.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
-#include "Sessions/AlertText.h"
 
 #include <QPointer>
 
@@ -58,7 +57,7 @@ void BannerController::showWaiting(const AgentSession& session) {
         });
     WaitingBanner& view = *banner;
     present(id, std::move(banner), WaitingBanner::contentSize);
-    announce(AlertText::waiting(session), view);
+    announce(view);
 }
 
 void BannerController::showDone(const AgentSession& session) {
@@ -71,7 +70,7 @@ void BannerController::showDone(const AgentSession& session) {
     auto banner = std::make_unique<DoneBanner>(session, close);
     DoneBanner& view = *banner;
     present(id, std::move(banner), DoneBanner::contentSize);
-    announce(AlertText::done(session), view);
+    announce(view);
     services_.scheduler.after(doneLifetime, close);
 }
 
@@ -136,9 +135,8 @@ void BannerController::fadeOut(std::shared_ptr<FloatingPanel> panel) {
     services_.scheduler.after(orderOutDelay, [panel = std::move(panel)] { panel->orderOut(); });
 }
 
-void BannerController::announce(const AlertText& text, PanelContent& view) {
-    const std::string words = text.title + ", " + text.subtitle;
-    services_.announcer.announce(QString::fromStdString(words), view);
+void BannerController::announce(PanelContent& view) {
+    services_.announcer.announce(view.accessibleName(), view);
 }
 
 } // namespace corvane

@@ -16,8 +16,6 @@
 
 namespace corvane {
 
-struct AlertText;
-
 /// Puts the alerts on the screen: at most three banners at a time, one below the other at the top of the main
 /// screen, the newest on top. A session's waiting banner has the session's `id`, its done banner that `id`
 /// after "done:".
@@ -65,7 +63,8 @@ class BannerController : public QObject {
     void restack();
     void fadeIn(FloatingPanel& panel);
     void fadeOut(std::shared_ptr<FloatingPanel> panel);
-    void announce(const AlertText& text, PanelContent& view);
+    /// Has the view's accessible name spoken: the title, a comma and the subtitle.
+    void announce(PanelContent& view);
 
     [[nodiscard]] std::vector<Entry>::iterator entry(std::string_view id);
 

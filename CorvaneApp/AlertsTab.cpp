@@ -88,7 +88,6 @@ AlertsTab::AlertsTab(AppModel& model, const ReduceMotion& reduceMotion, QWidget*
                       prefs.reminderMinutes = AlertPreferences::reminderChoices.at(i);
                   }));
     auto* const start = new BorderedButton(tr("Start"), pickers_);
-    start->setAccessibleDescription(tr("Quiet for 1 hour"));
     pickers_->addRow(tr("Quiet for 1 hour"), start);
     connect(start, &QAbstractButton::clicked, this, [this] { model_.quietForAnHour(); });
 

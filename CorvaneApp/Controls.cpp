@@ -188,7 +188,10 @@ void FormGroup::addRow(const QString& label, QWidget* control) {
     style.font = fonts::system(labelSize);
     style.lineHeight = labelLineHeight;
     control->setParent(this);
-    rows_.push_back({new Paragraph(label, style, this), control, divider});
+    auto* const words = new Paragraph(label, style, this);
+    // What assistive technology calls a picker is its choice; this tells what the choice is for.
+    words->setBuddy(control);
+    rows_.push_back({words, control, divider});
 }
 
 QSize FormGroup::sizeHint() const {

@@ -50,11 +50,14 @@ int Paragraph::lay(QTextLayout& layout, int width) const {
         line.setLineWidth(width);
     layout.endLayout();
 
+    // The layout rounds a line's parts up, each by itself; only a script that stands higher counts.
+    const QFontMetricsF metrics(font());
+    const qreal roundedUp = std::ceil(metrics.ascent()) + std::ceil(metrics.descent());
     const bool isSingle = layout.lineCount() == 1;
     qreal top = 0;
     for (int i = 0; i < layout.lineCount(); ++i) {
         QTextLine line = layout.lineAt(i);
-        const qreal own = std::round(line.height());
+        const qreal own = line.height() > roundedUp ? line.height() : std::round(metrics.height());
         const qreal height = isSingle ? own : std::max<qreal>(own, style_.lineHeight);
         line.setPosition({0, top + (height - line.height()) / 2});
         top += height;

@@ -166,6 +166,8 @@ void AppModel::jump(const AgentSession& session) {
     banners_.dismiss(session.id());
     if (const std::optional<std::string> bundleID = TerminalApp::bundleID(session)) {
         services_.applications.activate(*bundleID);
+    } else {
+        services_.applications.activateTerminal(std::string(session.agent.rawValue()), session.cwd);
     }
 }
 

@@ -288,13 +288,16 @@ TEST_F(AppModelTest, jumpingDismissesTheBannerAndActivatesTheTerminal) {
     EXPECT_EQ(platform_.applications.activated, std::vector<std::string>{"com.mitchellh.ghostty"});
 }
 
-TEST_F(AppModelTest, jumpingToAnUnknownTerminalOnlyDismisses) {
+TEST_F(AppModelTest, jumpingToAnUnknownTerminalDismissesAndLooksForTheAgentsProcess) {
     const auto file = paths_.events() / "1-1.event";
-    test::writeFile(file, "corvane-event 1\nsource=claude\n---\n{\"hook_event_name\":\"Notification\"}");
+    test::writeFile(file, "corvane-event 1\nsource=claude\nterm=tmux\n---\n"
+                          "{\"hook_event_name\":\"Notification\",\"cwd\":\"/w/shop\"}");
     pass();
     click("Go to Terminal");
     EXPECT_EQ(standing(), 0U);
     EXPECT_TRUE(platform_.applications.activated.empty());
+    EXPECT_EQ(platform_.applications.searched,
+              (std::vector<std::pair<std::string, std::string>>{{"claude", "/w/shop"}}));
 }
 
 TEST_F(AppModelTest, everySixtiethPassPrunesTheBoard) {

@@ -1,15 +1,20 @@
 #include "Platform/Linux/Applications.h"
 
+#include <QByteArray>
+#include <QProcess>
 #include <QString>
+#include <QStringList>
 #include <xcb/xcb_ewmh.h>
 #include <xcb/xcb_icccm.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <sys/types.h>
 #include <utility>
 #include <vector>
 
@@ -55,22 +60,20 @@ class WindowList {
 
     /// The topmost window of one of these classes, letter case apart.
     [[nodiscard]] std::optional<xcb_window_t> topmost(const std::vector<QString>& classes) {
-        if (!isOpen_) return std::nullopt;
-        xcb_ewmh_get_windows_reply_t stacking;
-        if (xcb_ewmh_get_client_list_stacking_reply(
-                &ewmh_, xcb_ewmh_get_client_list_stacking(&ewmh_, screen_), &stacking, nullptr) == 0) {
-            return std::nullopt;
-        }
-        std::optional<xcb_window_t> found;
-        for (std::uint32_t i = stacking.windows_len; i > 0 && !found; --i) {
-            const xcb_window_t window = stacking.windows[i - 1];
+        return topmost([&](xcb_window_t window) {
             const QString name = windowClass(window);
-            for (const QString& wanted : classes) {
-                if (name.compare(wanted, Qt::CaseInsensitive) == 0) found = window;
-            }
-        }
-        xcb_ewmh_get_windows_reply_wipe(&stacking);
-        return found;
+            return std::any_of(classes.begin(), classes.end(), [&name](const QString& wanted) {
+                return name.compare(wanted, Qt::CaseInsensitive) == 0;
+            });
+        });
+    }
+
+    /// The topmost window of a process, by the number that the window itself tells.
+    [[nodiscard]] std::optional<xcb_window_t> topmost(pid_t process) {
+        return topmost([&](xcb_window_t window) {
+            const std::optional<std::uint32_t> owner = cardinal(xcb_ewmh_get_wm_pid(&ewmh_, window));
+            return owner && static_cast<pid_t>(*owner) == process;
+        });
     }
 
     /// Raises and focuses a window, switching to its workspace first: window managers differ in what they
@@ -90,6 +93,23 @@ class WindowList {
     }
 
   private:
+    template <typename Predicate>
+    [[nodiscard]] std::optional<xcb_window_t> topmost(Predicate isWanted) {
+        if (!isOpen_) return std::nullopt;
+        xcb_ewmh_get_windows_reply_t stacking;
+        if (xcb_ewmh_get_client_list_stacking_reply(
+                &ewmh_, xcb_ewmh_get_client_list_stacking(&ewmh_, screen_), &stacking, nullptr) == 0) {
+            return std::nullopt;
+        }
+        std::optional<xcb_window_t> found;
+        for (std::uint32_t i = stacking.windows_len; i > 0 && !found; --i) {
+            const xcb_window_t window = stacking.windows[i - 1];
+            if (isWanted(window)) found = window;
+        }
+        xcb_ewmh_get_windows_reply_wipe(&stacking);
+        return found;
+    }
+
     [[nodiscard]] QString windowClass(xcb_window_t window) {
         xcb_icccm_get_wm_class_reply_t reply;
         if (xcb_icccm_get_wm_class_reply(connection_, xcb_icccm_get_wm_class(connection_, window), &reply,
@@ -113,12 +133,54 @@ class WindowList {
     bool isOpen_ = false;
 };
 
+/// Activates the window of the nearest of these processes that has one.
+bool activateFirst(const std::vector<pid_t>& line) {
+    WindowList windows;
+    for (const pid_t process : line) {
+        if (const std::optional<xcb_window_t> window = windows.topmost(process)) {
+            windows.activate(*window);
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 void LinuxApplications::activate(const std::string& bundleID) {
     WindowList windows;
     if (const std::optional<xcb_window_t> window = windows.topmost(classes(bundleID)))
         windows.activate(*window);
+}
+
+void LinuxApplications::activateTerminal(const std::string& agent, const std::string& directory) {
+    for (const pid_t process : processes_.running(agent, directory)) {
+        if (activateFirst(processes_.ancestry(process))) return;
+        // "socket,server's process,session": set for everything that runs inside.
+        const QStringList tmux =
+            QString::fromStdString(processes_.variable(process, "TMUX").value_or("")).split(QLatin1Char(','));
+        if (tmux.size() == 3) {
+            activateTmuxClient(tmux[0].toStdString(), tmux[2].toStdString());
+            return;
+        }
+    }
+}
+
+void LinuxApplications::activateTmuxClient(const std::string& socket, const std::string& session) {
+    auto* const tmux = new QProcess(&context_);
+    QObject::connect(tmux, &QProcess::finished, &context_, [this, tmux] {
+        tmux->deleteLater();
+        for (const QByteArray& line : tmux->readAllStandardOutput().split('\n')) {
+            bool isNumber = false;
+            const pid_t client = line.trimmed().toInt(&isNumber);
+            if (isNumber && activateFirst(processes_.ancestry(client))) return;
+        }
+    });
+    QObject::connect(tmux, &QProcess::errorOccurred, tmux, &QObject::deleteLater);
+    tmux->start(QStringLiteral("tmux"),
+                {QStringLiteral("-S"), QString::fromStdString(socket), QStringLiteral("list-clients"),
+                 QStringLiteral("-t"), QStringLiteral("$") + QString::fromStdString(session),
+                 QStringLiteral("-F"), QStringLiteral("#{client_pid}")});
 }
 
 } // namespace corvane

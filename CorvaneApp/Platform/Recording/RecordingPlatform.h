@@ -18,6 +18,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// A platform for tests: shows nothing, keeps what it was asked for, and whose time only moves when told to.
@@ -112,7 +113,12 @@ class Activations : public Applications {
   public:
     void activate(const std::string& bundleID) override { activated.push_back(bundleID); }
 
+    void activateTerminal(const std::string& agent, const std::string& directory) override {
+        searched.emplace_back(agent, directory);
+    }
+
     std::vector<std::string> activated;
+    std::vector<std::pair<std::string, std::string>> searched;
 };
 
 class FakeLoginItem : public LoginItem {

@@ -1,0 +1,114 @@
+#include "Platform/Linux/ProcessTable.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+namespace corvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Longer command lines and environments than the kernel allows do not exist.
+constexpr std::size_t longestFile = std::size_t{4} * 1024 * 1024;
+
+std::string content(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes;
+    for (std::istreambuf_iterator<char> next(stream), end; next != end && bytes.size() < longestFile;
+         ++next) {
+        bytes.push_back(*next);
+    }
+    return bytes;
+}
+
+std::vector<std::string_view> parts(std::string_view text, char separator) {
+    std::vector<std::string_view> result;
+    while (!text.empty()) {
+        const std::size_t end = text.find(separator);
+        result.push_back(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return result;
+}
+
+std::string_view lastComponent(std::string_view path) {
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+std::optional<pid_t> number(std::string_view text) {
+    pid_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+ProcessTable::ProcessTable(fs::path root)
+    : root_(std::move(root)) {}
+
+fs::path ProcessTable::file(pid_t process, std::string_view name) const {
+    return root_ / std::to_string(process) / name;
+}
+
+std::vector<pid_t> ProcessTable::running(std::string_view name, const std::string& directory) const {
+    std::vector<pid_t> found;
+    std::error_code error;
+    for (fs::directory_iterator entry(root_, error), end; !error && entry != end; entry.increment(error)) {
+        const std::optional<pid_t> process = number(entry->path().filename().string());
+        if (!process) continue;
+        std::error_code unreadable;
+        const fs::path place = fs::read_symlink(file(*process, "cwd"), unreadable);
+        if (!unreadable && place == directory && runsProgram(*process, name)) found.push_back(*process);
+    }
+    std::sort(found.begin(), found.end(), std::greater<>());
+    return found;
+}
+
+bool ProcessTable::runsProgram(pid_t process, std::string_view name) const {
+    const std::string commandName = content(file(process, "comm"));
+    if (std::string_view(commandName).substr(0, commandName.find('\n')) == name) return true;
+    const std::string commandLine = content(file(process, "cmdline"));
+    const std::vector<std::string_view> arguments = parts(commandLine, '\0');
+    if (arguments.empty()) return false;
+    if (lastComponent(arguments[0]) == name) return true;
+    return arguments.size() > 1 && lastComponent(arguments[1]) == name;
+}
+
+std::vector<pid_t> ProcessTable::ancestry(pid_t process) const {
+    std::vector<pid_t> line;
+    std::optional<pid_t> next = process;
+    while (next && *next > 0 && std::find(line.begin(), line.end(), *next) == line.end()) {
+        line.push_back(*next);
+        next = parent(*next);
+    }
+    return line;
+}
+
+std::optional<pid_t> ProcessTable::parent(pid_t process) const {
+    const std::string status = content(file(process, "stat"));
+    // The name in brackets may itself hold brackets and spaces; the state and the parent follow the last one.
+    const std::size_t nameEnd = status.rfind(')');
+    if (nameEnd == std::string::npos || nameEnd + 2 >= status.size()) return std::nullopt;
+    const std::vector<std::string_view> fields = parts(std::string_view(status).substr(nameEnd + 2), ' ');
+    return fields.size() > 1 ? number(fields[1]) : std::nullopt;
+}
+
+std::optional<std::string> ProcessTable::variable(pid_t process, std::string_view name) const {
+    const std::string environment = content(file(process, "environ"));
+    for (const std::string_view assignment : parts(environment, '\0')) {
+        if (assignment.size() > name.size() && assignment.starts_with(name) &&
+            assignment[name.size()] == '=') {
+            return std::string(assignment.substr(name.size() + 1));
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace corvane

@@ -1,0 +1,89 @@
+#include "Platform/Linux/ProcessTable.h"
+#include "Support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+class ProcessTableTest : public testing::Test {
+  protected:
+    void add(pid_t process, pid_t parent, const std::string& commandName, const std::string& commandLine,
+             const std::string& directory, const std::string& environment = {}) {
+        const fs::path folder = root_.path() / std::to_string(process);
+        test::writeFile(folder / "comm", commandName + "\n");
+        test::writeFile(folder / "cmdline", commandLine);
+        test::writeFile(folder / "environ", environment);
+        test::writeFile(folder / "stat", std::to_string(process) + " (" + commandName + ") S " +
+                                             std::to_string(parent) + " 1 1 0 -1");
+        fs::create_symlink(directory, folder / "cwd");
+    }
+
+    test::ScratchFolder root_{"proc"};
+    ProcessTable table_{root_.path()};
+};
+
+TEST_F(ProcessTableTest, aProgramIsKnownByItsCommandNameOrItsScript) {
+    add(10, 1, "claude", "claude\0"s, "/w/shop");
+    add(11, 1, "node", "node\0/usr/bin/claude\0--resume\0"s, "/w/shop");
+    add(12, 1, "MainThread", "/opt/claude\0"s, "/w/shop");
+    add(13, 1, "vim", "vim\0notes\0claude\0"s, "/w/shop");
+    add(14, 1, "claude-helper", "claude-helper\0"s, "/w/shop");
+    EXPECT_EQ(table_.running("claude", "/w/shop"), (std::vector<pid_t>{12, 11, 10}));
+}
+
+TEST_F(ProcessTableTest, onlyTheSessionsDirectoryCounts) {
+    add(10, 1, "claude", "claude\0"s, "/w/shop");
+    add(11, 1, "claude", "claude\0"s, "/w/shop/sub");
+    EXPECT_EQ(table_.running("claude", "/w/shop"), std::vector<pid_t>{10});
+    EXPECT_TRUE(table_.running("claude", "").empty());
+    EXPECT_TRUE(table_.running("codex", "/w/shop").empty());
+}
+
+TEST_F(ProcessTableTest, ancestryGoesUpToTheFirstProcess) {
+    add(1, 0, "init", "init\0"s, "/");
+    add(20, 1, "xterm", "xterm\0"s, "/");
+    add(30, 20, "a) b (c", "bash\0"s, "/");
+    add(40, 30, "claude", "claude\0"s, "/w/shop");
+    EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30, 20, 1}));
+}
+
+TEST_F(ProcessTableTest, ancestryEndsWhereNothingCanBeRead) {
+    add(40, 30, "claude", "claude\0"s, "/w/shop");
+    EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30}));
+    // A number that is used anew while we look may close a circle.
+    add(30, 40, "bash", "bash\0"s, "/");
+    EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30}));
+}
+
+TEST_F(ProcessTableTest, theEnvironmentIsSearchedByWholeNames) {
+    add(10, 1, "claude", "claude\0"s, "/w", "XTMUX=no\0TMUX=/tmp/tmux-1/default,5,0\0EMPTY=\0"s);
+    EXPECT_EQ(table_.variable(10, "TMUX"), "/tmp/tmux-1/default,5,0");
+    EXPECT_EQ(table_.variable(10, "EMPTY"), "");
+    EXPECT_EQ(table_.variable(10, "MUX"), std::nullopt);
+    EXPECT_EQ(table_.variable(99, "TMUX"), std::nullopt);
+}
+
+TEST_F(ProcessTableTest, brokenFilesAreNoProcess) {
+    test::writeFile(root_.path() / "12/stat", "12 (");
+    test::writeFile(root_.path() / "self/comm", "claude\n");
+    EXPECT_EQ(table_.ancestry(12), std::vector<pid_t>{12});
+    EXPECT_TRUE(table_.running("claude", "/w").empty());
+}
+
+TEST(ProcessTable, knowsThisProcess) {
+    const ProcessTable table;
+    const auto line = table.ancestry(getpid());
+    ASSERT_GE(line.size(), 2U);
+    EXPECT_EQ(line[0], getpid());
+    EXPECT_EQ(line[1], getppid());
+}
+
+} // namespace
+} // namespace corvane

@@ -50,6 +50,9 @@ class AppModel : public QObject {
     [[nodiscard]] Date now() const { return now_; }
     [[nodiscard]] const AlertPreferences& prefs() const { return prefs_; }
     [[nodiscard]] bool hasCompletedOnboarding() const { return hasCompletedOnboarding_; }
+    /// Whether it has been decided in this run if the main window shows at launch.
+    [[nodiscard]] bool launchWindowHandled() const { return launchWindowHandled_; }
+    void setLaunchWindowHandled(bool handled) { launchWindowHandled_ = handled; }
     /// The number of completed passes.
     [[nodiscard]] std::int64_t ticks() const { return ticks_; }
     [[nodiscard]] const AgentConnector& connector() const { return connector_; }
@@ -118,6 +121,7 @@ class AppModel : public QObject {
     Date now_;
     AlertPreferences prefs_;
     bool hasCompletedOnboarding_ = false;
+    bool launchWindowHandled_ = false;
     std::int64_t ticks_ = 0;
 };
 

@@ -1,9 +1,7 @@
-#include "AppModel.h"
-#include "Connection/AgentConnector.h"
-#include "Platform/Appearance.h"
+#include "CorvaneApp.h"
 #include "Platform/Platform.h"
+#include "Platform/Reopen.h"
 #include "SettingsDefaults.h"
-#include "Tokens.h"
 #include "UnixSignals.h"
 
 #include <QApplication>
@@ -17,24 +15,19 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane"));
     QApplication::setOrganizationName(QStringLiteral("Corvane"));
-    QApplication::setQuitOnLastWindowClosed(false);
 
     const UnixSignals signals;
     QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);
 
     const std::unique_ptr<Platform> platform = Platform::make();
     const Services services = platform->services();
-    const auto followAppearance = [&services] {
-        QApplication::setPalette(Tokens::palette(services.appearance.colorScheme()));
-    };
-    followAppearance();
-    QObject::connect(&services.appearance, &Appearance::changed, &application, followAppearance);
+    if (!services.reopen.claim()) return 0;
 
     QSettings settings;
     SettingsDefaults defaults(settings);
     const AgentConnector connector(QDir::homePath().toStdString());
     Platform::protectSupportDirectory(connector.paths());
-    const AppModel model(connector, defaults, services);
-
+    CorvaneApp corvane(connector, defaults, services);
+    corvane.launch();
     return QApplication::exec();
 }

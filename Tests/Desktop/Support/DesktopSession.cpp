@@ -54,6 +54,8 @@ DesktopSession::DesktopSession(const std::string& windowManager, Compositor comp
   <alias><family>monospace</family><prefer><family>Noto Sans Mono</family></prefer></alias>
 </fontconfig>
 )");
+    // As a user who has been through the first run.
+    writeFile(home_ / ".config/Corvane/Corvane.conf", "[General]\nhasCompletedOnboarding=true\n");
     HookScript::install(paths());
     startBus();
     startServer();

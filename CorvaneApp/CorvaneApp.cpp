@@ -1,0 +1,87 @@
+#include "CorvaneApp.h"
+
+#include "MainWindow.h"
+#include "Platform/Appearance.h"
+#include "Platform/Reopen.h"
+#include "Platform/StatusItem.h"
+#include "SettingsWindow.h"
+#include "StatusIcon.h"
+#include "Tokens.h"
+#include "TrayMenu.h"
+#include "TrayPanel.h"
+
+#include <QApplication>
+
+#include <utility>
+
+namespace corvane {
+
+CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const Services& services,
+                       links::Opener openLink)
+    : services_(services)
+    , openLink_(std::move(openLink))
+    , model_(connector, defaults, services) {
+    QApplication::setQuitOnLastWindowClosed(false);
+    followAppearance();
+    connect(&services_.appearance, &Appearance::changed, this, &CorvaneApp::followAppearance);
+
+    menu_ = std::make_unique<TrayMenu>(
+        model_,
+        TrayMenu::Actions{[this] { openMainWindow(); }, [this] { openSettings(); }, &QCoreApplication::quit});
+    services_.statusItem.setMenu(menu_.get());
+    connect(&services_.statusItem, &StatusItem::pressed, this,
+            [this](QRect place) { requirePanel().toggle(place); });
+    connect(&services_.reopen, &Reopen::reopened, this, &CorvaneApp::openMainWindow);
+    connect(&model_, &AppModel::changed, this, &CorvaneApp::showStatus);
+    showStatus();
+}
+
+CorvaneApp::~CorvaneApp() {
+    services_.statusItem.setMenu(nullptr);
+}
+
+void CorvaneApp::launch() {
+    const bool wasHandled = model_.launchWindowHandled();
+    model_.setLaunchWindowHandled(true);
+    if (wasHandled || !model_.hasCompletedOnboarding()) openMainWindow();
+}
+
+void CorvaneApp::followAppearance() {
+    QApplication::setPalette(Tokens::palette(services_.appearance.colorScheme()));
+}
+
+void CorvaneApp::showStatus() {
+    const auto count = static_cast<int>(model_.board().waitingCount());
+    if (std::exchange(shownCount_, count) != count)
+        services_.statusItem.show(count, statusicon::label(count));
+}
+
+void CorvaneApp::openMainWindow() {
+    if (!mainWindow_) mainWindow_ = std::make_unique<MainWindow>(model_, openLink_, commands());
+    mainWindow_->present();
+}
+
+void CorvaneApp::openSettings() {
+    if (!settingsWindow_)
+        settingsWindow_ = std::make_unique<SettingsWindow>(model_, services_, openLink_, commands());
+    settingsWindow_->present();
+}
+
+void CorvaneApp::openPanel() {
+    requirePanel().open({});
+}
+
+TrayPanel& CorvaneApp::requirePanel() {
+    if (!panel_) {
+        panel_ = std::make_unique<TrayPanel>(
+            model_, MenuBarView::Actions{[this] { openSettings(); }, openLink_, &QCoreApplication::quit});
+    }
+    return *panel_;
+}
+
+CommandHandlers CorvaneApp::commands() {
+    return {[this] { openMainWindow(); }, [this] { openSettings(); }, [this] { openPanel(); },
+            &QCoreApplication::quit};
+}
+
+} // namespace corvane

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "AppModel.h"
+#include "Links.h"
+#include "Platform/Platform.h"
+#include "WindowCommands.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace corvane {
+
+class MainWindow;
+class SettingsWindow;
+class TrayMenu;
+class TrayPanel;
+
+/// The application: the model, the tray icon with its panel and menu, and the windows. It lives in the tray:
+/// closing windows never ends it. Main thread only.
+class CorvaneApp : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Shows the tray icon. What is given must outlive the application.
+    CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const Services& services,
+               links::Opener openLink = links::openInBrowser);
+    ~CorvaneApp() override;
+
+    [[nodiscard]] AppModel& model() { return model_; }
+
+    /// What happens once after the start: a user who has not finished the first run sees the main window,
+    /// everybody else only the tray icon.
+    void launch();
+
+    /// Made when they are first wanted; null until then.
+    [[nodiscard]] MainWindow* mainWindow() const { return mainWindow_.get(); }
+    [[nodiscard]] SettingsWindow* settingsWindow() const { return settingsWindow_.get(); }
+    [[nodiscard]] TrayPanel* panel() const { return panel_.get(); }
+
+    void openMainWindow();
+    void openSettings();
+    void openPanel();
+
+  private:
+    void followAppearance();
+    void showStatus();
+    [[nodiscard]] TrayPanel& requirePanel();
+    [[nodiscard]] CommandHandlers commands();
+
+    Services services_;
+    links::Opener openLink_;
+    AppModel model_;
+    int shownCount_ = -1;
+    std::unique_ptr<TrayMenu> menu_;
+    std::unique_ptr<MainWindow> mainWindow_;
+    std::unique_ptr<SettingsWindow> settingsWindow_;
+    std::unique_ptr<TrayPanel> panel_;
+};
+
+} // namespace corvane

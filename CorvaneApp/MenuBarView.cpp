@@ -1,0 +1,206 @@
+#include "MenuBarView.h"
+
+#include "AppModel.h"
+#include "Buttons.h"
+#include "Divider.h"
+#include "Fonts.h"
+#include "Labels.h"
+#include "Paragraph.h"
+#include "SessionList.h"
+
+#include <QDateTime>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QStyle>
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr int padding = 12;
+constexpr int gap = 8;
+constexpr int footerGap = 16;
+constexpr int quietHeight = 28;
+constexpr int titleFontSize = 15;
+constexpr int contactFontSize = 11;
+constexpr int textFontSize = 13;
+constexpr int paragraphLine = 20;
+
+Paragraph* paragraph(const QString& text, QWidget* parent) {
+    return new Paragraph(text, {fonts::system(textFontSize), paragraphLine}, parent);
+}
+
+bool isConnected(const AppModel& model, AgentKind agent) {
+    const auto found = model.connected().find(agent);
+    return found != model.connected().end() && found->second;
+}
+
+} // namespace
+
+QString shortTime(Date date, const QLocale& locale) {
+    const QTime time = QDateTime::fromSecsSinceEpoch(date.seconds()).time();
+    // The locale of no country has seconds in its shortest format.
+    if (locale.language() == QLocale::C) return time.toString(QStringLiteral("HH:mm"));
+    return locale.toString(time, QLocale::ShortFormat);
+}
+
+MenuBarView::MenuBarView(AppModel& model, Actions actions, QWidget* parent)
+    : QWidget(parent)
+    , model_(model)
+    , title_(new LineLabel(tr("Corvane"), fonts::system(titleFontSize, QFont::DemiBold),
+                           LineLabel::Emphasis::normal, LineLabel::Truncation::none, this))
+    , contact_(PlainButton::withText(tr("Custom feature? Contact us"), contactFontSize, this,
+                                     PlainButton::Ink::secondary, QFont::Medium))
+    , upperDivider_(new Divider(Divider::Backdrop::surface, this))
+    , hint_(paragraph(tr("Connect an agent and Corvane will tap you when it needs you."), this))
+    , connect_(new PrimaryButton(tr("Connect Claude Code"), {}, this))
+    , nothingRuns_(paragraph(
+          tr("No agents running. Start Claude Code and Corvane will tap you when it needs you."), this))
+    , list_(new SessionList([&model](const AgentSession& session) { model.jump(session); }, this))
+    , quietUntil_(new LineLabel({}, fonts::system(textFontSize), LineLabel::Emphasis::normal,
+                                LineLabel::Truncation::none, this))
+    , resume_(
+          PlainButton::withText(tr("Resume"), textFontSize, this, PlainButton::Ink::primary, QFont::Medium))
+    , lowerDivider_(new Divider(Divider::Backdrop::surface, this))
+    , quiet_(PlainButton::withText(tr("Quiet for 1 hour"), textFontSize, this, PlainButton::Ink::onSurface))
+    , settings_(PlainButton::withText(tr("Settings…"), textFontSize, this, PlainButton::Ink::onSurface))
+    , quit_(PlainButton::withText(tr("Quit"), textFontSize, this, PlainButton::Ink::onSurface)) {
+    setAccessibleName(tr("Corvane"));
+    const auto leave = [this](QAbstractButton* button, std::function<void()> action) {
+        connect(button, &QAbstractButton::clicked, this, [this, action = std::move(action)] {
+            Q_EMIT left();
+            action();
+        });
+    };
+    leave(contact_,
+          [open = std::move(actions.openLink)] { open(links::contact(QStringLiteral("menubar"))); });
+    leave(settings_, std::move(actions.openSettings));
+    leave(quit_, std::move(actions.quit));
+    connect(connect_, &QAbstractButton::clicked, &model_, [this] { model_.connectAgent(AgentKind::claude); });
+    connect(resume_, &QAbstractButton::clicked, &model_, &AppModel::resumeAlerts);
+    connect(quiet_, &QAbstractButton::clicked, &model_, &AppModel::quietForAnHour);
+    connect(&model_, &AppModel::changed, this, &MenuBarView::refresh);
+    refresh();
+}
+
+void MenuBarView::refresh() {
+    const bool isAnyConnected =
+        isConnected(model_, AgentKind::claude) || isConnected(model_, AgentKind::codex);
+    const std::vector<AgentSession> sessions =
+        isAnyConnected ? model_.board().sorted() : std::vector<AgentSession>();
+    const std::optional<Date> until = model_.prefs().quietUntil;
+    const bool isQuiet = until && *until > model_.now();
+
+    // What goes must not take the focus anywhere by itself.
+    const bool losesFocus = (connect_->hasFocus() && isAnyConnected) || (resume_->hasFocus() && !isQuiet);
+    if (losesFocus) setFocus();
+    const bool rowsChanged = list_->setSessions(sessions, model_.now());
+    if (isQuiet) quietUntil_->setText(tr("Quiet until %1").arg(shortTime(*until, QLocale())));
+    hint_->setVisible(!isAnyConnected);
+    connect_->setVisible(!isAnyConnected);
+    nothingRuns_->setVisible(isAnyConnected && sessions.empty());
+    list_->setVisible(!sessions.empty());
+    quietUntil_->setVisible(isQuiet);
+    resume_->setVisible(isQuiet);
+    if (rowsChanged) orderTabs();
+
+    const int height = layOut(true);
+    if (std::exchange(height_, height) != height) {
+        updateGeometry();
+        Q_EMIT heightChanged();
+    }
+    layOut(false);
+}
+
+QSize MenuBarView::sizeHint() const {
+    return {viewWidth, height_};
+}
+
+int MenuBarView::layOut(bool isTrial) const {
+    const auto place = [this, isTrial](QWidget* widget, QRect rect) {
+        if (!isTrial)
+            widget->setGeometry(QStyle::visualRect(layoutDirection(), QRect(0, 0, viewWidth, 0), rect));
+    };
+    const auto placeButton = [this, isTrial](PlainButton* button, int x, int middle) {
+        const QSize size = button->contentSize();
+        const QRect rect(QPoint(x, middle - size.height() / 2), size);
+        if (!isTrial)
+            button->setContentRect(QStyle::visualRect(layoutDirection(), QRect(0, 0, viewWidth, 0), rect));
+    };
+    const auto placeLine = [&place](LineLabel* line, int middle) {
+        const QSize size = line->sizeHint();
+        place(line, {QPoint(padding, middle - size.height() / 2), size});
+    };
+    const int textWidth = viewWidth - 2 * padding;
+
+    int y = padding;
+    const int titleHeight = std::max(title_->sizeHint().height(), contact_->contentSize().height());
+    placeLine(title_, y + titleHeight / 2);
+    placeButton(contact_, viewWidth - padding - contact_->contentSize().width(), y + titleHeight / 2);
+    y += titleHeight + padding;
+    place(upperDivider_, {0, y, viewWidth, 1});
+    y += 1;
+
+    if (!hint_->isHidden()) {
+        y += padding;
+        const int height = hint_->heightForWidth(textWidth);
+        place(hint_, {padding, y, textWidth, height});
+        y += height + gap;
+        place(connect_, {QPoint(padding, y), connect_->sizeHint()});
+        y += connect_->sizeHint().height() + padding;
+    } else if (!nothingRuns_->isHidden()) {
+        y += gap;
+        const int height = nothingRuns_->heightForWidth(textWidth);
+        place(nothingRuns_, {padding, y, textWidth, height});
+        y += height + gap;
+    } else {
+        place(list_, {0, y, viewWidth, list_->wantedHeight()});
+        y += list_->wantedHeight();
+    }
+    if (!resume_->isHidden()) {
+        placeLine(quietUntil_, y + quietHeight / 2);
+        placeButton(resume_, viewWidth - padding - resume_->contentSize().width(), y + quietHeight / 2);
+        y += quietHeight + gap;
+    }
+
+    place(lowerDivider_, {0, y, viewWidth, 1});
+    y += 1 + padding;
+    const int footerHeight = quiet_->contentSize().height();
+    const int middle = y + footerHeight / 2;
+    placeButton(quiet_, padding, middle);
+    const int quitX = viewWidth - padding - quit_->contentSize().width();
+    placeButton(quit_, quitX, middle);
+    placeButton(settings_, quitX - footerGap - settings_->contentSize().width(), middle);
+    return y + footerHeight + padding;
+}
+
+void MenuBarView::orderTabs() {
+    std::vector<QWidget*> order{contact_, connect_};
+    order.insert(order.end(), list_->rows().begin(), list_->rows().end());
+    order.insert(order.end(), {resume_, quiet_, settings_, quit_});
+    for (std::size_t i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+}
+
+void MenuBarView::resizeEvent(QResizeEvent* /*event*/) {
+    layOut(false);
+}
+
+void MenuBarView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) layOut(false);
+}
+
+void MenuBarView::keyPressEvent(QKeyEvent* event) {
+    const int step = event->key() == Qt::Key_Down ? 1 : event->key() == Qt::Key_Up ? -1 : 0;
+    if (step == 0) {
+        QWidget::keyPressEvent(event);
+    } else {
+        list_->moveFocus(step);
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Links.h"
+#include "Support/Date.h"
+
+#include <QLocale>
+#include <QWidget>
+
+#include <functional>
+
+namespace corvane {
+
+class AppModel;
+class Divider;
+class LineLabel;
+class Paragraph;
+class PlainButton;
+class PrimaryButton;
+class SessionList;
+
+/// What the tray panel shows: a header, the sessions or a hint, a line while it is quiet, and a footer with
+/// the application's actions. Follows the model by itself. Main thread only.
+class MenuBarView : public QWidget {
+    Q_OBJECT
+
+  public:
+    static constexpr int viewWidth = 340;
+
+    /// What the view cannot do by itself.
+    struct Actions {
+        std::function<void()> openSettings;
+        links::Opener openLink;
+        std::function<void()> quit;
+    };
+
+    /// `model` must outlive the view.
+    MenuBarView(AppModel& model, Actions actions, QWidget* parent = nullptr);
+
+    [[nodiscard]] SessionList& list() const { return *list_; }
+
+    /// The fixed width, and the height that the content needs at present.
+    [[nodiscard]] QSize sizeHint() const override;
+
+  Q_SIGNALS:
+    /// The content needs another height.
+    void heightChanged();
+    /// An action was chosen that leads away from the panel.
+    void left();
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void refresh();
+    /// Lays everything out from the top; the height it takes. Moves nothing when `isTrial`.
+    int layOut(bool isTrial) const;
+    void orderTabs();
+
+    AppModel& model_;
+    LineLabel* title_;
+    PlainButton* contact_;
+    Divider* upperDivider_;
+    Paragraph* hint_;
+    PrimaryButton* connect_;
+    Paragraph* nothingRuns_;
+    SessionList* list_;
+    LineLabel* quietUntil_;
+    PlainButton* resume_;
+    Divider* lowerDivider_;
+    PlainButton* quiet_;
+    PlainButton* settings_;
+    PlainButton* quit_;
+    int height_ = -1;
+};
+
+/// The time of day of `date` in the present time zone, as short as `locale` has it.
+[[nodiscard]] QString shortTime(Date date, const QLocale& locale);
+
+} // namespace corvane

@@ -1,0 +1,151 @@
+#include "SessionRow.h"
+
+#include "FocusRing.h"
+#include "Fonts.h"
+#include "Labels.h"
+#include "Sessions/AlertText.h"
+#include "Shapes.h"
+#include "Tokens.h"
+
+#include <QAccessibleWidget>
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr int padding = 12;
+constexpr int dotSide = 8;
+constexpr int gap = 8;
+constexpr int lineGap = 1;
+constexpr int nameFontSize = 13;
+constexpr int statusFontSize = 11;
+constexpr QMargins highlightInset{4, 1, 4, 1};
+constexpr qreal highlightRadius = 8;
+
+QString agentName(const AgentSession& session) {
+    return session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
+}
+
+/// A button whose name is put together when somebody asks for it. Telling each change would have a screen
+/// reader speak every second while the session waits.
+class AccessibleRow : public QAccessibleWidget {
+  public:
+    explicit AccessibleRow(SessionRow& row)
+        : QAccessibleWidget(&row, QAccessible::Button) {}
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? row().spokenText() : QAccessibleWidget::text(kind);
+    }
+
+    // The lines' words are the row's name already.
+    [[nodiscard]] int childCount() const override { return 0; }
+    [[nodiscard]] QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+
+    [[nodiscard]] QStringList actionNames() const override {
+        return QStringList(pressAction()) + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == pressAction()) {
+            row().click();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+  private:
+    [[nodiscard]] SessionRow& row() const { return *static_cast<SessionRow*>(widget()); }
+};
+
+QAccessibleInterface* accessibleRow(const QString& /*className*/, QObject* object) {
+    auto* const row = qobject_cast<SessionRow*>(object);
+    return row != nullptr ? new AccessibleRow(*row) : nullptr;
+}
+
+} // namespace
+
+SessionRow::SessionRow(const AgentSession& session, Date now, std::function<void(const AgentSession&)> onTap,
+                       QWidget* parent)
+    : PushButton(parent)
+    , name_(new LineLabel({}, fonts::monospaced(nameFontSize, QFont::DemiBold), LineLabel::Emphasis::normal,
+                          LineLabel::Truncation::middle, this))
+    , status_(new LineLabel({}, fonts::system(statusFontSize), LineLabel::Emphasis::secondary,
+                            LineLabel::Truncation::none, this, LineLabel::Content::clock)) {
+    QAccessible::installFactory(accessibleRow);
+    name_->setReadsInOwnDirection();
+    for (LineLabel* const line : {name_, status_})
+        line->setAttribute(Qt::WA_TransparentForMouseEvents);
+    FocusRing::install(*this, -highlightInset, highlightRadius);
+    connect(this, &QAbstractButton::clicked, this, [this, onTap = std::move(onTap)] {
+        // The answer may come with the row's own end.
+        const AgentSession tapped = session_;
+        onTap(tapped);
+    });
+    setSession(session, now);
+}
+
+void SessionRow::setSession(const AgentSession& session, Date now) {
+    const QColor oldColor = dotColor();
+    session_ = session;
+    statusLine_ = QString::fromStdString(AlertText::statusLine(session, now));
+    name_->setText(QString::fromStdString(session.repoName()));
+    status_->setText(agentName(session) + QStringLiteral(" · ") + statusLine_);
+    if (dotColor() != oldColor) update();
+}
+
+QString SessionRow::spokenText() const {
+    return QStringList{name_->text(), agentName(session_), statusLine_}.join(QStringLiteral(", "));
+}
+
+QColor SessionRow::dotColor() const {
+    const ColorScheme scheme = Tokens::scheme(palette());
+    if (session_.status.isWaiting()) return Tokens::primary.color(scheme);
+    return session_.status.isDone() ? Tokens::secondary.color(scheme) : Tokens::runningDot(scheme);
+}
+
+QSize SessionRow::sizeHint() const {
+    return {0, std::max(rowHeight, name_->sizeHint().height() + lineGap + status_->sizeHint().height())};
+}
+
+void SessionRow::resizeEvent(QResizeEvent* /*event*/) {
+    arrange();
+}
+
+void SessionRow::changeEvent(QEvent* event) {
+    PushButton::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) arrange();
+}
+
+void SessionRow::arrange() {
+    const int nameHeight = name_->sizeHint().height();
+    const int statusHeight = status_->sizeHint().height();
+    const int left = padding + dotSide + gap;
+    const int top = (height() - nameHeight - lineGap - statusHeight) / 2;
+    const QRect name(left, top, width() - left - padding, nameHeight);
+    const QRect status(left, name.bottom() + 1 + lineGap, name.width(), statusHeight);
+    name_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), name));
+    status_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), status));
+}
+
+void SessionRow::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isHot()) {
+        const ColorScheme scheme = Tokens::scheme(palette());
+        painter.fillPath(
+            shapes::continuousRoundedRect(QRectF(rect().marginsRemoved(highlightInset)), highlightRadius),
+            isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme));
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(dotColor());
+    painter.drawEllipse(QStyle::visualRect(layoutDirection(), rect(),
+                                           QRect(padding, (height() - dotSide) / 2, dotSide, dotSide)));
+}
+
+} // namespace corvane

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "MenuBarView.h"
+
+#include <QElapsedTimer>
+#include <QRect>
+#include <QWidget>
+
+namespace corvane {
+
+/// Where a panel of `size` goes that belongs to an icon at `icon`: below or above it, or beside it where the
+/// bar stands upright, with a gap, and within `available`, the free part of the icon's screen. All in the
+/// desktop's coordinates.
+[[nodiscard]] QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available);
+
+/// The window that drops down from the tray icon. It takes the keyboard and closes when it loses it, at
+/// Escape, and when the icon is pressed again. Main thread only.
+class TrayPanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `model` must outlive the panel.
+    TrayPanel(AppModel& model, MenuBarView::Actions actions);
+
+    [[nodiscard]] MenuBarView& view() const { return *view_; }
+    /// Where the card is on the desktop, without the room for its shadow.
+    [[nodiscard]] QRect cardGeometry() const;
+
+    /// Opens at the icon, or at the pointer when `icon` is empty.
+    void open(QRect icon);
+
+    /// What a press on the icon does. The same press may have taken the focus, and closed the panel already.
+    void toggle(QRect icon);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void arrange();
+    [[nodiscard]] QPainterPath outline() const;
+
+    AppModel& model_;
+    MenuBarView* view_;
+    QRect icon_;
+    QMargins margins_;
+    bool isBlended_ = false;
+    QElapsedTimer closedByFocus_;
+};
+
+} // namespace corvane

@@ -1,0 +1,257 @@
+#include "CorvaneApp.h"
+#include "MainWindow.h"
+#include "MenuBarSupport.h"
+#include "SettingsWindow.h"
+#include "TrayPanel.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QtTest/QTest>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace corvane {
+namespace {
+
+TEST(TrayPanelPlace, isBelowABarAtTheTop) {
+    EXPECT_EQ(panelOrigin({340, 200}, {600, 0, 24, 24}, {0, 30, 1280, 770}), QPoint(441, 34));
+}
+
+TEST(TrayPanelPlace, isAboveABarAtTheBottom) {
+    EXPECT_EQ(panelOrigin({340, 200}, {600, 776, 24, 24}, {0, 0, 1280, 770}), QPoint(441, 566));
+}
+
+TEST(TrayPanelPlace, isBesideABarThatStandsUpright) {
+    EXPECT_EQ(panelOrigin({340, 200}, {2, 400, 24, 24}, {28, 0, 1252, 800}), QPoint(32, 311));
+    EXPECT_EQ(panelOrigin({340, 200}, {1254, 400, 24, 24}, {0, 0, 1252, 800}), QPoint(908, 311));
+}
+
+TEST(TrayPanelPlace, isKeptOnTheScreen) {
+    EXPECT_EQ(panelOrigin({340, 200}, {1257, 1, 22, 24}, {0, 30, 1280, 770}), QPoint(936, 34));
+    EXPECT_EQ(panelOrigin({340, 200}, {2, 790, 1, 1}, {0, 0, 1280, 800}), QPoint(4, 586));
+    EXPECT_EQ(panelOrigin({340, 200}, {640, 300, 1, 1}, {0, 0, 1280, 800}), QPoint(470, 305));
+    EXPECT_EQ(panelOrigin({340, 900}, {640, 300, 1, 1}, {0, 0, 1280, 800}).y(), 4)
+        << "too high for the screen";
+}
+
+TEST(TrayPanelPlace, isOnTheScreenOfTheIcon) {
+    EXPECT_EQ(panelOrigin({340, 200}, {-100, 0, 24, 24}, {-1280, 30, 1280, 770}), QPoint(-344, 34));
+}
+
+class CorvaneAppTest : public testing::Test {
+  protected:
+    CorvaneApp& app() {
+        if (!app_) {
+            app_.emplace(AgentConnector(world.home.path(), world.paths), world.defaults,
+                         world.platform.services(), [](const QUrl& /*url*/) {});
+        }
+        return *app_;
+    }
+    recording::FakeStatusItem& tray() { return world.platform.statusItem; }
+
+    void pass(int count = 1) { world.platform.time.advance(std::chrono::seconds(count)); }
+
+    /// Drops an event by hand, since the model is the application's own.
+    void waits(const std::string& session) {
+        const auto file = world.paths.events() / (session + "-1.event");
+        test::writeFile(
+            file, "corvane-event 1\nsource=claude\nterm=ghostty\nbundle=\n---\n"
+                  R"({"hook_event_name":"Notification","session_id":")" +
+                      session + R"(","cwd":"/w/R&D","notification_type":"permission_prompt","message":"x"})");
+        test::setModificationDate(file, world.platform.time.now());
+        pass();
+    }
+
+    std::vector<std::string> entries() {
+        std::vector<std::string> result;
+        for (const QAction* const action : tray().menu->actions()) {
+            if (action->isVisible())
+                result.push_back(action->isSeparator() ? "-" : action->text().toStdString());
+        }
+        return result;
+    }
+
+    void choose(const char* text) {
+        for (QAction* const action : tray().menu->actions()) {
+            if (action->text() == QString::fromUtf8(text) && action->isVisible()) {
+                action->trigger();
+                return;
+            }
+        }
+        FAIL() << "no entry " << text;
+    }
+
+    test::MenuBarWorld world;
+
+  private:
+    std::optional<CorvaneApp> app_;
+};
+
+TEST_F(CorvaneAppTest, theFirstLaunchShowsTheMainWindow) {
+    app().launch();
+    ASSERT_NE(app().mainWindow(), nullptr);
+    EXPECT_TRUE(app().mainWindow()->isVisible());
+    EXPECT_TRUE(app().model().launchWindowHandled());
+}
+
+TEST_F(CorvaneAppTest, aLaunchAfterOnboardingShowsOnlyTheTrayIcon) {
+    world.defaults.setBoolean("hasCompletedOnboarding", true);
+    app().launch();
+    EXPECT_EQ(app().mainWindow(), nullptr);
+    EXPECT_EQ(app().settingsWindow(), nullptr);
+    EXPECT_EQ(tray().label, QStringLiteral("Corvane"));
+    EXPECT_TRUE(app().model().launchWindowHandled());
+}
+
+TEST_F(CorvaneAppTest, theFirstOpeningByHandStaysOpen) {
+    world.defaults.setBoolean("hasCompletedOnboarding", true);
+    app().launch();
+    choose("Open Corvane");
+    ASSERT_NE(app().mainWindow(), nullptr);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(app().mainWindow()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, aSecondStartOpensTheMainWindow) {
+    world.defaults.setBoolean("hasCompletedOnboarding", true);
+    app().launch();
+    Q_EMIT world.platform.reopen.reopened();
+    ASSERT_NE(app().mainWindow(), nullptr);
+    EXPECT_TRUE(app().mainWindow()->isVisible());
+    app().mainWindow()->close();
+    Q_EMIT world.platform.reopen.reopened();
+    EXPECT_TRUE(app().mainWindow()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, closingWindowsNeverQuits) {
+    app().launch();
+    bool quits = false;
+    const auto connection =
+        QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp, [&quits] { quits = true; });
+    app().openSettings();
+    app().settingsWindow()->close();
+    app().mainWindow()->close();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+    EXPECT_FALSE(quits);
+    QObject::disconnect(connection);
+}
+
+TEST_F(CorvaneAppTest, theTrayTellsHowManyWait) {
+    app();
+    pass(0);
+    EXPECT_EQ(tray().waitingCount, 0);
+    waits("a");
+    EXPECT_EQ(tray().waitingCount, 1);
+    EXPECT_EQ(tray().label, QStringLiteral("1 agent waiting for you"));
+    waits("b");
+    waits("c");
+    EXPECT_EQ(tray().label, QStringLiteral("3 agents waiting for you"));
+    const int shows = tray().showCount;
+    pass(30);
+    EXPECT_EQ(tray().showCount, shows) << "only when the number changes";
+}
+
+TEST_F(CorvaneAppTest, theMenuOffersWhatThePanelDoes) {
+    app();
+    pass(0);
+    EXPECT_EQ(entries(),
+              (std::vector<std::string>{"Open Corvane", "-", "Quiet for 1 hour", "Settings…", "Quit"}));
+    waits("a");
+    pass(4);
+    EXPECT_EQ(entries(),
+              (std::vector<std::string>{"Open Corvane", "-", "R&&D · Claude · Waiting for you · 0:05", "-",
+                                        "Quiet for 1 hour", "Settings…", "Quit"}));
+    choose("Quiet for 1 hour");
+    EXPECT_TRUE(app().model().prefs().isQuiet(app().model().now()));
+    EXPECT_EQ(entries().at(4), "Resume");
+    choose("Resume");
+    EXPECT_FALSE(app().model().prefs().isQuiet(app().model().now()));
+    choose("R&&D · Claude · Waiting for you · 0:05");
+    EXPECT_FALSE(world.platform.applications.activated.empty());
+    choose("Settings…");
+    ASSERT_NE(app().settingsWindow(), nullptr);
+    EXPECT_TRUE(app().settingsWindow()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, aPressOpensThePanelAndAnotherOneClosesIt) {
+    app();
+    Q_EMIT tray().pressed({1000, 0, 24, 24});
+    ASSERT_NE(app().panel(), nullptr);
+    EXPECT_TRUE(app().panel()->isVisible());
+    EXPECT_EQ(app().panel()->cardGeometry().width(), 340);
+    Q_EMIT tray().pressed({1000, 0, 24, 24});
+    EXPECT_FALSE(app().panel()->isVisible());
+    Q_EMIT tray().pressed({1000, 0, 24, 24});
+    EXPECT_TRUE(app().panel()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, thePanelClosesAtEscape) {
+    app();
+    Q_EMIT tray().pressed({});
+    QTest::keyClick(&app().panel()->view(), Qt::Key_Escape);
+    EXPECT_FALSE(app().panel()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheFocusAndThePressThatTookItLeavesItClosed) {
+    app();
+    Q_EMIT tray().pressed({});
+    QApplication::setActiveWindow(app().panel());
+    QWidget other;
+    other.show();
+    QApplication::setActiveWindow(&other);
+    EXPECT_FALSE(app().panel()->isVisible());
+    Q_EMIT tray().pressed({});
+    EXPECT_FALSE(app().panel()->isVisible());
+    Q_EMIT tray().pressed({});
+    EXPECT_TRUE(app().panel()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, thePanelClosesWhenItOpensTheSettings) {
+    app().openPanel();
+    test::button(app().panel()->view(), "Settings…")->click();
+    EXPECT_FALSE(app().panel()->isVisible());
+    ASSERT_NE(app().settingsWindow(), nullptr);
+    EXPECT_TRUE(app().settingsWindow()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, thePanelAsksAnewWhoIsConnected) {
+    app();
+    Q_EMIT tray().pressed({});
+    EXPECT_NE(test::button(app().panel()->view(), "Connect Claude Code"), nullptr);
+    Q_EMIT tray().pressed({});
+    ASSERT_FALSE(app().panel()->isVisible());
+    static_cast<void>(
+        AgentConnector(world.home.path(), world.paths).connect(AgentKind::claude, world.platform.time.now()));
+    Q_EMIT tray().pressed({});
+    EXPECT_EQ(test::button(app().panel()->view(), "Connect Claude Code"), nullptr);
+}
+
+TEST_F(CorvaneAppTest, thePanelGrowsInPlaceWhileItIsOpen) {
+    static_cast<void>(
+        AgentConnector(world.home.path(), world.paths).connect(AgentKind::claude, world.platform.time.now()));
+    app();
+    Q_EMIT tray().pressed({300, 790, 22, 10});
+    const QRect before = app().panel()->cardGeometry();
+    for (const char* const session : {"a", "b", "c"})
+        waits(session);
+    const QRect after = app().panel()->cardGeometry();
+    EXPECT_GT(after.height(), before.height());
+    EXPECT_EQ(after.bottom(), before.bottom()) << "it stands on the bar";
+    EXPECT_EQ(after.left(), before.left());
+}
+
+TEST_F(CorvaneAppTest, theAppearanceIsFollowed) {
+    app();
+    EXPECT_EQ(Tokens::scheme(QApplication::palette()), ColorScheme::light);
+    world.platform.appearance.scheme = ColorScheme::dark;
+    Q_EMIT world.platform.appearance.changed();
+    EXPECT_EQ(Tokens::scheme(QApplication::palette()), ColorScheme::dark);
+    world.platform.appearance.scheme = ColorScheme::light;
+    Q_EMIT world.platform.appearance.changed();
+}
+
+} // namespace
+} // namespace corvane

@@ -4,8 +4,8 @@
 #include "Fonts.h"
 #include "Tokens.h"
 
-#include <QEvent>
 #include <QAccessible>
+#include <QEvent>
 #include <QTextBlock>
 #include <QTextDocument>
 

@@ -4,8 +4,8 @@
 #include "OnboardingView.h"
 #include "Windows.h"
 
-#include <QEvent>
 #include <QAction>
+#include <QEvent>
 #include <QLayout>
 #include <QMenuBar>
 

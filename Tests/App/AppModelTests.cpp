@@ -13,7 +13,6 @@
 namespace corvane {
 namespace {
 
-using recording::PanelRecord;
 using recording::RecordingPlatform;
 using std::chrono::milliseconds;
 using std::chrono::seconds;

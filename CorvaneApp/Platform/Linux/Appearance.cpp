@@ -5,6 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QGuiApplication>
+#include <QLatin1String>
 
 #include <utility>
 
@@ -12,14 +13,14 @@ namespace corvane {
 
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
+constexpr QLatin1String service("org.freedesktop.portal.Desktop");
+constexpr QLatin1String path("/org/freedesktop/portal/desktop");
+constexpr QLatin1String interface("org.freedesktop.portal.Settings");
 
-const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
-const QString colorSchemeKey = QStringLiteral("color-scheme");
-const QString toolkitGroup = QStringLiteral("org.gnome.desktop.interface");
-const QString animationsKey = QStringLiteral("enable-animations");
+constexpr QLatin1String appearanceGroup("org.freedesktop.appearance");
+constexpr QLatin1String colorSchemeKey("color-scheme");
+constexpr QLatin1String toolkitGroup("org.gnome.desktop.interface");
+constexpr QLatin1String animationsKey("enable-animations");
 
 // The portal's answers to "color-scheme"; 0 leaves it to the application.
 constexpr uint preferDark = 1;
@@ -32,7 +33,7 @@ LinuxAppearance::LinuxAppearance()
     , scheme_(paletteScheme_) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+    bus.connect(service, path, interface, QLatin1String("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(appearanceGroup, colorSchemeKey);
     ask(toolkitGroup, animationsKey);
@@ -40,7 +41,7 @@ LinuxAppearance::LinuxAppearance()
 
 void LinuxAppearance::ask(const QString& group, const QString& key) {
     // Never waited for: a portal that hangs must not hold up the application.
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QLatin1String("Read"));
     call << group << key;
     auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

@@ -18,10 +18,9 @@ class LinuxAppearance : public Appearance {
     [[nodiscard]] ColorScheme colorScheme() const override { return scheme_; }
     [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
 
-  private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
   private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
     void ask(const QString& group, const QString& key);
     void apply(const QString& group, const QString& key, QVariant value);
 

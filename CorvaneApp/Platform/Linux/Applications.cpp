@@ -116,7 +116,7 @@ class WindowList {
                                          nullptr) == 0) {
             return {};
         }
-        const QString name = QString::fromLocal8Bit(reply.class_name);
+        QString name = QString::fromLocal8Bit(reply.class_name);
         xcb_icccm_get_wm_class_reply_wipe(&reply);
         return name;
     }

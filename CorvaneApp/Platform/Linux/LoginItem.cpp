@@ -77,9 +77,10 @@ void LinuxLoginItem::setEnabled(bool enabled) {
     }
     std::error_code error;
     fs::remove(file_, error);
-    if (error)
+    if (error) {
         throw LoginItemError(
             files::FileError(files::FileError::Operation::write, file_, error).description());
+    }
 }
 
 } // namespace corvane

@@ -37,7 +37,7 @@ class Switch : public BareButton {
     void paintContent(QPainter& painter) const;
 
     ReduceMotion reduceMotion_;
-    QVariantAnimation animation_;
+    QVariantAnimation animation_{this};
     qreal position_ = 0;
 };
 

@@ -28,6 +28,8 @@ constexpr int titleLineHeight = 28;
 constexpr int textSize = 13;
 constexpr int textLineHeight = 20;
 constexpr int linkSize = 11;
+// Room for two lines of an error at least; a longer one may scroll.
+constexpr int leastErrorHeight = 32;
 
 QString fromUtf8(const std::string& text) {
     return QString::fromStdString(text);
@@ -99,6 +101,10 @@ void OnboardingView::layOut() {
 
     const QSize test = test_->sizeHint();
     const QSize done = done_->sizeHint();
+    // In other languages and fonts the texts may take more lines.
+    const int error = error_->isHidden() ? 0 : std::min(error_->heightForWidth(inner), leastErrorHeight);
+    const int needed = top + error + spacing + std::max(test.height(), done.height()) + padding;
+    setFixedHeight(std::max(contentSize.height(), needed));
     const int bottom = height() - padding;
     const int rowTop = bottom - std::max(test.height(), done.height());
     error_->setGeometry(padding, top, inner,

@@ -7,6 +7,9 @@ if(CORVANE_BUILD_APP)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Widgets Svg)
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     find_package(Qt6 6.4 REQUIRED COMPONENTS DBus)
+    find_program(CORVANE_LRELEASE NAMES lrelease6 lrelease-qt6 lrelease REQUIRED
+      HINTS ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS} /usr/lib/qt6/bin /usr/lib64/qt6/bin
+      DOC "Qt 6's compiler of translations")
     find_package(PkgConfig REQUIRED)
     pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-ewmh xcb-icccm xcb-shape)
     pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)

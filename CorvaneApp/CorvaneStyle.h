@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace corvane {
+
+/// The style of what the toolkit draws: menus, the pickers' popups and the scroll bars of long messages. The
+/// same on every desktop, in the palette's colours. Give it to QApplication::setStyle before the first widget
+/// is made.
+class CorvaneStyle : public QProxyStyle {
+    Q_OBJECT
+
+  public:
+    CorvaneStyle();
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+};
+
+} // namespace corvane

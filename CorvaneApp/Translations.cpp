@@ -1,0 +1,17 @@
+#include "Translations.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+namespace corvane::translations {
+
+QString systemWords() {
+    return QStringLiteral(":/translations/corvane_en.qm");
+}
+
+void install(QCoreApplication& application) {
+    auto* const words = new QTranslator(&application);
+    if (words->load(systemWords())) QCoreApplication::installTranslator(words);
+}
+
+} // namespace corvane::translations

@@ -8,10 +8,10 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <chrono>
@@ -24,6 +24,8 @@ namespace {
 constexpr qreal radius = 12;
 constexpr int iconGap = 4;
 constexpr int screenMargin = 4;
+// Window managers take the focus away for a moment while they give it to a new window.
+constexpr std::chrono::milliseconds focusPatience{150};
 // Between the focus going away and the press that took it being told.
 constexpr std::chrono::milliseconds samePress{300};
 
@@ -65,6 +67,10 @@ TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
     setWindowRole(QStringLiteral("panel"));
     connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
     connect(view_, &MenuBarView::left, this, &QWidget::hide);
+    focusLoss_.setSingleShot(true);
+    focusLoss_.setInterval(focusPatience);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &TrayPanel::followFocus);
+    connect(&focusLoss_, &QTimer::timeout, this, &TrayPanel::closeForFocus);
 }
 
 void TrayPanel::open(QRect icon) {
@@ -74,6 +80,7 @@ void TrayPanel::open(QRect icon) {
     isBlended_ = cardwindow::isBlended();
     margins_ = cardwindow::margins();
     arrange();
+    focusLoss_.stop();
     // No control has the keyboard's place at first; Tab and the arrows give it to one.
     view_->setFocus();
     windows::present(*this);
@@ -133,9 +140,16 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-void TrayPanel::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::ActivationChange || isActiveWindow() || !isVisible()) return;
+void TrayPanel::followFocus(const QWindow* focused) {
+    if (focused != nullptr && focused == windowHandle()) {
+        focusLoss_.stop();
+    } else if (isVisible()) {
+        focusLoss_.start();
+    }
+}
+
+void TrayPanel::closeForFocus() {
+    if (!isVisible() || QGuiApplication::focusWindow() == windowHandle()) return;
     closedByFocus_.start();
     hide();
 }

@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QRect>
+#include <QTimer>
 #include <QWidget>
 
 namespace corvane {
@@ -34,11 +35,12 @@ class TrayPanel : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void arrange();
+    void followFocus(const QWindow* focused);
+    void closeForFocus();
     [[nodiscard]] QPainterPath outline() const;
 
     AppModel& model_;
@@ -46,6 +48,7 @@ class TrayPanel : public QWidget {
     QRect icon_;
     QMargins margins_;
     bool isBlended_ = false;
+    QTimer focusLoss_;
     QElapsedTimer closedByFocus_;
 };
 

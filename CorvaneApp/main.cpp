@@ -2,6 +2,7 @@
 #include "Platform/Platform.h"
 #include "Platform/Reopen.h"
 #include "SettingsDefaults.h"
+#include "Translations.h"
 #include "UnixSignals.h"
 
 #include <QApplication>
@@ -15,6 +16,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane"));
     QApplication::setOrganizationName(QStringLiteral("Corvane"));
+
+    translations::install(application);
 
     const UnixSignals signals;
     QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);

@@ -198,11 +198,11 @@ TEST_F(CorvaneAppTest, thePanelClosesAtEscape) {
 TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheFocusAndThePressThatTookItLeavesItClosed) {
     app();
     Q_EMIT tray().pressed({});
-    QApplication::setActiveWindow(app().panel());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(app().panel()));
     QWidget other;
     other.show();
-    QApplication::setActiveWindow(&other);
-    EXPECT_FALSE(app().panel()->isVisible());
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !app().panel()->isVisible(); }));
     Q_EMIT tray().pressed({});
     EXPECT_FALSE(app().panel()->isVisible());
     Q_EMIT tray().pressed({});

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QStringList>
+#include <QVariant>
+
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+
+/// A panel that shows StatusNotifierItems, as far as an application can tell: the watcher on the session bus,
+/// and what a panel asks of the items. Needs a QCoreApplication whose events are processed.
+class NotifierHost : public QObject {
+    Q_OBJECT
+
+  public:
+    /// `bus` is the address. Throws std::runtime_error when it cannot be reached.
+    explicit NotifierHost(const std::string& bus);
+    NotifierHost(const NotifierHost&) = delete;
+    NotifierHost& operator=(const NotifierHost&) = delete;
+    ~NotifierHost() override;
+
+    /// Takes the watcher's name, or gives it up and forgets all items.
+    void start();
+    void stop();
+    /// A watcher may be there long before the panel that shows icons.
+    void setHasHost(bool hasHost);
+
+    /// The names on the bus of the items that have registered and are still there.
+    [[nodiscard]] QStringList items() const { return items_; }
+
+    /// A property of the first item; invalid when there is none.
+    [[nodiscard]] QVariant property(const char* name) const;
+    /// The first item's tooltip.
+    [[nodiscard]] std::string toolTip() const;
+    void activate(int x, int y);
+
+    /// The visible entries of the first item's menu, in order; a divider is "-".
+    struct Entry {
+        int id = 0;
+        std::string label;
+    };
+    [[nodiscard]] std::vector<Entry> menu() const;
+    /// Chooses the entry of this label; false when there is none.
+    bool choose(const std::string& label);
+
+    // The watcher's interface.
+    [[nodiscard]] bool hasHost() const { return hasHost_; }
+    void add(const QString& service);
+
+  Q_SIGNALS:
+    void itemRegistered(const QString& service);
+    void itemUnregistered(const QString& service);
+    void hostRegistered();
+
+  private:
+    QDBusConnection bus_;
+    QDBusServiceWatcher leaving_;
+    QStringList items_;
+    bool hasHost_ = true;
+};
+
+class WatcherAdaptor : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ items)
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+    Q_PROPERTY(int ProtocolVersion READ version)
+
+  public:
+    explicit WatcherAdaptor(NotifierHost& host);
+
+    [[nodiscard]] QStringList items() const { return host_.items(); }
+    [[nodiscard]] bool hasHost() const { return host_.hasHost(); }
+    [[nodiscard]] int version() const { return 0; }
+
+  public Q_SLOTS:
+    void RegisterStatusNotifierItem(const QString& service) { host_.add(service); }
+    void RegisterStatusNotifierHost(const QString& /*service*/) {}
+
+  Q_SIGNALS:
+    void StatusNotifierItemRegistered(const QString& service);
+    void StatusNotifierItemUnregistered(const QString& service);
+    void StatusNotifierHostRegistered();
+
+  private:
+    NotifierHost& host_;
+};
+
+} // namespace corvane::test

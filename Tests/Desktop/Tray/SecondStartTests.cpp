@@ -1,0 +1,94 @@
+// One application for each user and session, whatever is started again.
+
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Bus {
+    const char* name;
+    std::vector<std::string> variables;
+};
+
+class SecondStart : public testing::TestWithParam<Bus> {
+  protected:
+    std::unique_ptr<ChildProcess> start(const std::string& log) {
+        return desktop.run({CORVANE_PROGRAM}, log, GetParam().variables);
+    }
+
+    [[nodiscard]] bool hasMainWindow() {
+        return waitUntil(10s, [this] { return desktop.screen().managedWindows("corvane").size() == 1; });
+    }
+
+    /// Whether an application takes events away from the inbox.
+    [[nodiscard]] bool isServing() {
+        writeFile(desktop.paths().events() / "0.event", "");
+        return waitUntil(15s, [this] { return desktop.inbox().empty(); });
+    }
+
+    DesktopSession desktop;
+};
+
+TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
+    const auto first = start("first");
+    ASSERT_TRUE(isServing());
+    ASSERT_TRUE(desktop.screen().managedWindows("corvane").empty());
+    const auto second = start("second");
+    EXPECT_EQ(second->wait(10s), 0);
+    EXPECT_TRUE(hasMainWindow());
+    EXPECT_TRUE(first->isRunning());
+}
+
+TEST_P(SecondStart, ofManyAtTheSameInstantExactlyOneStays) {
+    std::list<std::unique_ptr<ChildProcess>> processes;
+    for (int i = 0; i < 4; ++i)
+        processes.push_back(start("start" + std::to_string(i)));
+    const auto running = [&processes] {
+        return std::count_if(processes.begin(), processes.end(),
+                             [](const auto& process) { return process->isRunning(); });
+    };
+    ASSERT_TRUE(waitUntil(20s, [&] { return running() == 1; }));
+    for (const auto& process : processes) {
+        if (!process->isRunning()) {
+            EXPECT_EQ(process->wait(1s), 0);
+        }
+    }
+    EXPECT_TRUE(isServing());
+    EXPECT_EQ(running(), 1);
+    EXPECT_TRUE(hasMainWindow()) << "the others have asked it to come forward";
+}
+
+TEST_P(SecondStart, aCrashLeavesNothingInTheWay) {
+    {
+        const auto first = start("first");
+        ASSERT_TRUE(isServing());
+        first->signal(SIGKILL);
+        EXPECT_EQ(first->wait(5s), 128 + SIGKILL);
+    }
+    const auto next = start("next");
+    EXPECT_TRUE(isServing());
+    EXPECT_TRUE(next->isRunning());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Session, SecondStart,
+    testing::Values(Bus{"WithABus", {}},
+                    Bus{"WithoutABus", {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent"}},
+                    Bus{"WithoutABusOrARuntimeFolder",
+                        {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent", "XDG_RUNTIME_DIR="}}),
+    [](const auto& instance) { return std::string(instance.param.name); });
+
+} // namespace
+} // namespace corvane::test

@@ -1,0 +1,211 @@
+// The tray icon and its panel with real hosts: one on the session bus, played by the test, and trayer, which
+// embeds windows.
+
+#include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Tray/NotifierHost.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace corvane::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Color surface{0xFFFFFF};
+
+class Tray : public testing::Test {
+  protected:
+    [[nodiscard]] std::string bus() const {
+        return "unix:path=" + (desktop.home().parent_path() / "run/bus").string();
+    }
+
+    bool eventually(const std::function<bool()>& condition) {
+        return waitUntil(10s, [&] {
+            QCoreApplication::processEvents();
+            return condition();
+        });
+    }
+
+    [[nodiscard]] bool isRegistered() {
+        return eventually([this] { return host->items().size() == 1; });
+    }
+
+    /// The application's managed windows: the panel, the main window and the settings.
+    [[nodiscard]] std::vector<std::uint32_t> windows() { return desktop.screen().managedWindows("corvane"); }
+    [[nodiscard]] bool hasWindows(std::size_t count) {
+        return eventually([this, count] { return windows().size() == count; });
+    }
+    /// Opens the panel, and waits until it has the keyboard.
+    [[nodiscard]] bool panelHasKeyboard() {
+        return eventually([this] {
+            const auto present = windows();
+            return present.size() == 1 && desktop.screen().activeWindow() == present.front();
+        });
+    }
+
+    void key(const char* name) { EXPECT_EQ(desktop.run({"xdotool", "key", name}, "xdotool")->wait(10s), 0); }
+
+    DesktopSession desktop;
+    std::unique_ptr<NotifierHost> host;
+};
+
+TEST_F(Tray, registersWhereAWatcherLivesAndTellsItsStateInTheToolTip) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    EXPECT_EQ(host->property("Id").toString(), QStringLiteral("Corvane"));
+    EXPECT_EQ(host->toolTip(), "Corvane");
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    EXPECT_TRUE(eventually([this] { return host->toolTip() == "1 agent waiting for you"; }));
+}
+
+TEST_F(Tray, appearsWhenTheWatcherComesLater) {
+    desktop.startApplication();
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    EXPECT_TRUE(isRegistered());
+}
+
+TEST_F(Tray, appearsWhenTheWatcherHasItsHostLater) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->setHasHost(false);
+    host->start();
+    desktop.startApplication();
+    desktop.codex("codex-tui", "shop");
+    ASSERT_TRUE(desktop.shows(0, 1)) << "it works without any tray";
+    EXPECT_TRUE(host->items().isEmpty());
+    host->setHasHost(true);
+    EXPECT_TRUE(isRegistered());
+}
+
+TEST_F(Tray, survivesTheRestartOfTheHost) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    host->stop();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(host->items().isEmpty());
+    host->start();
+    EXPECT_TRUE(isRegistered());
+}
+
+TEST_F(Tray, aClickOpensThePanelAndAnotherOneClosesIt) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    host->activate(0, 0);
+    ASSERT_TRUE(panelHasKeyboard());
+    const Rect panel = desktop.screen().geometry(windows().front());
+    EXPECT_TRUE(eventually([&] {
+        const Picture screen = desktop.screen().screen();
+        return screen.share({panel.x + 24 + 12, panel.y + 16 + 12, 316, 18}, surface, 2) > 0.5;
+    })) << "the panel's header";
+    host->activate(0, 0);
+    EXPECT_TRUE(hasWindows(0));
+}
+
+TEST_F(Tray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    host->activate(0, 0);
+    ASSERT_TRUE(panelHasKeyboard());
+    key("Escape");
+    ASSERT_TRUE(hasWindows(0));
+    host->activate(0, 0);
+    ASSERT_TRUE(panelHasKeyboard());
+    desktop.startTerminal(false);
+    EXPECT_TRUE(hasWindows(0));
+}
+
+TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    std::vector<std::string> labels;
+    for (const auto& entry : host->menu())
+        labels.push_back(entry.label.substr(0, entry.label.find(" · 0:")));
+    EXPECT_EQ(labels, (std::vector<std::string>{"Open Corvane", "-", "shop · Claude · Waiting for you", "-",
+                                                "Quiet for 1 hour", "Settings…", "Quit"}));
+    ASSERT_TRUE(host->choose("Open Corvane"));
+    EXPECT_TRUE(hasWindows(1));
+    ASSERT_TRUE(host->choose("Settings…"));
+    EXPECT_TRUE(hasWindows(2));
+    ASSERT_TRUE(host->choose("Quit"));
+    EXPECT_EQ(desktop.application().wait(10s), 0);
+    EXPECT_EQ(desktop.applicationOutput(), "");
+}
+
+class EmbeddingTray : public Tray {
+  protected:
+    void startTrayer() {
+        trayer = desktop.run({"trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
+                              "--height", "24", "--SetDockType", "true"},
+                             "trayer");
+    }
+
+    /// Whether the tray shows the bell, found by its colour; `icon` is a place on it then.
+    [[nodiscard]] bool isEmbedded() {
+        // A tray moves and resizes its icons for a while until it is done.
+        int looks = 0;
+        return eventually([this, &looks] {
+            const std::optional<Rect> found = bell();
+            looks = found && *found == icon ? looks + 1 : 0;
+            icon = found.value_or(Rect());
+            return looks == 10;
+        });
+    }
+
+    [[nodiscard]] std::optional<Rect> bell() {
+        const Picture screen = desktop.screen().screen();
+        for (int x = screen.width - 200; x < screen.width; ++x) {
+            for (int y = 0; y < 26; ++y) {
+                if (screen.at(x, y).isNear({0x1D1D1F}, 3)) return Rect{x, y, 2, 2};
+            }
+        }
+        return std::nullopt;
+    }
+
+    std::unique_ptr<ChildProcess> trayer;
+    Rect icon;
+};
+
+TEST_F(EmbeddingTray, showsTheBellAndAClickOpensThePanelBelowIt) {
+    startTrayer();
+    desktop.startApplication();
+    ASSERT_TRUE(isEmbedded());
+    desktop.click(icon);
+    ASSERT_TRUE(panelHasKeyboard());
+    const Rect panel = desktop.screen().geometry(windows().front());
+    EXPECT_GT(panel.y + 16, 20) << "the card is below the bar";
+    EXPECT_LT(panel.y + 16, 60);
+    EXPECT_LE(panel.x + 24 + 340, 1280) << "the card is on the screen";
+    desktop.click(icon);
+    EXPECT_TRUE(hasWindows(0));
+}
+
+TEST_F(EmbeddingTray, appearsWhenTheHostComesLaterAndSurvivesItsRestart) {
+    desktop.startApplication();
+    startTrayer();
+    ASSERT_TRUE(isEmbedded());
+    trayer->stop();
+    trayer.reset();
+    startTrayer();
+    EXPECT_TRUE(isEmbedded());
+}
+
+} // namespace
+} // namespace corvane::test

@@ -29,8 +29,8 @@ constexpr int symbolGap = 6;
 constexpr int symbolInset = 2;
 
 constexpr qreal plainRadius = 6;
-constexpr QMargins textClickMargins{6, 4, 6, 4};
-constexpr QMargins symbolClickMargins{5, 5, 5, 5};
+constexpr QMargins textPillMargins{6, 4, 6, 4};
+constexpr QMargins symbolPillMargins{5, 5, 5, 5};
 
 constexpr QMargins linkRingMargins{5, 3, 5, 3};
 constexpr qreal linkRingRadius = 4;
@@ -39,6 +39,14 @@ constexpr int smallestClickHeight = 24;
 
 QMargins uniform(int margin) {
     return {margin, margin, margin, margin};
+}
+
+// `margins`, made larger where content of this height would otherwise take clicks on too few pixels.
+QMargins reaching(QMargins margins, int contentHeight) {
+    const int missing = smallestClickHeight - contentHeight;
+    margins.setTop(std::max(margins.top(), missing / 2));
+    margins.setBottom(std::max(margins.bottom(), missing - missing / 2));
+    return margins;
 }
 
 } // namespace
@@ -175,26 +183,32 @@ QSize BareButton::sizeHint() const {
 
 // PlainButton
 
-PlainButton::PlainButton(QString symbol, int side, Ink ink, QMargins clickMargins, QWidget* parent)
-    : BareButton(clickMargins, parent)
+PlainButton::PlainButton(QString symbol, int side, Ink ink, QMargins pillMargins, QWidget* parent)
+    : BareButton(pillMargins, parent)
     , symbol_(std::move(symbol))
     , side_(side)
-    , ink_(ink) {
-    FocusRing::install(*this, {}, plainRadius);
-}
+    , ink_(ink)
+    , pillMargins_(pillMargins) {}
 
 PlainButton* PlainButton::withText(const QString& text, int pixelSize, QWidget* parent, Ink ink,
                                    QFont::Weight weight) {
-    auto* const button = new PlainButton({}, 0, ink, textClickMargins, parent);
+    auto* const button = new PlainButton({}, 0, ink, textPillMargins, parent);
     button->setText(text);
     button->setFont(fonts::system(pixelSize, weight));
+    button->fitClickMargins();
     return button;
 }
 
 PlainButton* PlainButton::withSymbol(const QString& symbol, int side, const QString& name, QWidget* parent) {
-    auto* const button = new PlainButton(symbol, side, Ink::secondary, symbolClickMargins, parent);
+    auto* const button = new PlainButton(symbol, side, Ink::secondary, symbolPillMargins, parent);
     button->setAccessibleName(name);
+    button->fitClickMargins();
     return button;
+}
+
+void PlainButton::fitClickMargins() {
+    setClickMargins(reaching(pillMargins_, contentSize().height()));
+    FocusRing::install(*this, pillMargins_ - clickMargins(), plainRadius);
 }
 
 QSize PlainButton::contentSize() const {
@@ -208,7 +222,8 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
     if (!isEnabled()) painter.setOpacity(Tokens::disabledOpacity);
 
     if (isHot()) {
-        painter.fillPath(shapes::continuousRoundedRect(rect(), plainRadius),
+        const QRect pill = rect().marginsRemoved(clickMargins() - pillMargins_);
+        painter.fillPath(shapes::continuousRoundedRect(pill, plainRadius),
                          isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme));
     }
     QColor color = Tokens::onSurface.color(scheme);
@@ -219,7 +234,7 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
     }
     if (symbol_.isEmpty()) {
         painter.setPen(color);
-        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+        painter.drawText(rect().marginsRemoved(clickMargins()), Qt::AlignCenter | Qt::TextSingleLine, text());
     } else {
         symbols::paint(painter, symbol_, rect().marginsRemoved(clickMargins()), color);
     }
@@ -233,12 +248,8 @@ LinkButton::LinkButton(const QString& text, int pixelSize, QWidget* parent)
     setFont(fonts::system(pixelSize));
     setCursor(Qt::PointingHandCursor);
     // The ring keeps its distance from the text; the click area may be higher.
-    const int missing = smallestClickHeight - contentSize().height();
-    QMargins margins = linkRingMargins;
-    margins.setTop(std::max(margins.top(), missing / 2));
-    margins.setBottom(std::max(margins.bottom(), missing - missing / 2));
-    setClickMargins(margins);
-    FocusRing::install(*this, linkRingMargins - margins, linkRingRadius);
+    setClickMargins(reaching(linkRingMargins, contentSize().height()));
+    FocusRing::install(*this, linkRingMargins - clickMargins(), linkRingRadius);
 }
 
 void LinkButton::paintEvent(QPaintEvent* /*event*/) {

@@ -124,11 +124,13 @@ class PlainButton : public BareButton {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    PlainButton(QString symbol, int side, Ink ink, QMargins clickMargins, QWidget* parent);
+    PlainButton(QString symbol, int side, Ink ink, QMargins pillMargins, QWidget* parent);
+    void fitClickMargins();
 
     QString symbol_;
     int side_;
     Ink ink_;
+    QMargins pillMargins_; // around what is drawn; clicks may reach further
 };
 
 /// A text in the primary colour that leads elsewhere, underlined under the pointer.

@@ -56,7 +56,9 @@ LineLabel* subtitleLabel(const AlertText& text, QWidget* parent) {
 void setAccessibleText(QWidget& banner, const AlertText& text) {
     // More than this nobody wants to hear, and a message can be of any length.
     constexpr int longestName = 4096;
-    banner.setAccessibleName(fromUtf8(text.title + ", " + text.subtitle).left(longestName));
+    QString name = fromUtf8(text.title + ", " + text.subtitle).left(longestName);
+    if (name.back().isHighSurrogate()) name.chop(1);
+    banner.setAccessibleName(name);
 }
 
 QAccessibleInterface* accessibleGlyph(const QString& /*className*/, QObject* object) {

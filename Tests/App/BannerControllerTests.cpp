@@ -181,6 +181,49 @@ TEST_F(BannerControllerTest, aDoneBannerGoesAfterSixSecondsRefreshedOrNot) {
     EXPECT_TRUE(platform_.panels.standing().empty());
 }
 
+TEST_F(BannerControllerTest, aRefreshedDoneBannerKeepsItsPlaceAndIsAnnouncedAgain) {
+    controller_.showDone(done("a"));
+    controller_.showWaiting(waiting("b"));
+    AgentSession session = done("a");
+    session.cwd = "/w/ledger";
+    controller_.showDone(session);
+
+    ASSERT_EQ(platform_.panels.all.size(), 2U);
+    const PanelRecord& panel = *platform_.panels.all[0];
+    EXPECT_EQ(panel.contentCount, 2);
+    EXPECT_EQ(panel.size, QSize(360, 64));
+    EXPECT_EQ(panel.origin.y(), 38 + 104);
+    EXPECT_EQ(panel.fadeIns.size(), 1U);
+    ASSERT_EQ(platform_.announcer.spoken.size(), 3U);
+    EXPECT_EQ(platform_.announcer.spoken[2].toStdString(), "Claude finished, ledger");
+}
+
+TEST_F(BannerControllerTest, theSecondTimerOfARefreshStillRemovesABannerShownAnewLater) {
+    controller_.showDone(done("a"));
+    platform_.time.advance(milliseconds(3000));
+    controller_.showDone(done("a"));
+    platform_.time.advance(milliseconds(4000));
+    ASSERT_TRUE(platform_.panels.standing().empty());
+    controller_.showDone(done("a"));
+    platform_.time.advance(milliseconds(1999));
+    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_TRUE(platform_.panels.standing().empty());
+}
+
+TEST_F(BannerControllerTest, anEvictedDoneBannersTimerDoesNothing) {
+    controller_.showDone(done("a"));
+    for (const char* id : {"b", "c", "d"})
+        controller_.showWaiting(waiting(id));
+    platform_.time.advance(milliseconds(200));
+    const PanelRecord& evicted = *platform_.panels.all[0];
+    ASSERT_EQ(evicted.orderOutCount, 1);
+    platform_.time.advance(milliseconds(6000));
+    EXPECT_EQ(evicted.fadeOuts.size(), 1U);
+    EXPECT_EQ(evicted.orderOutCount, 1);
+    EXPECT_EQ(platform_.panels.standing().size(), 3U);
+}
+
 TEST_F(BannerControllerTest, closingADoneBannerEarlyLeavesItsTimerNothingToDo) {
     controller_.showDone(done("a"));
     click(*platform_.panels.all[0], "Close");
@@ -206,6 +249,18 @@ TEST_F(BannerControllerTest, bannersSlideInUnlessMotionIsReduced) {
     EXPECT_EQ(all[0]->fadeIns.at(0), milliseconds(220));
     EXPECT_EQ(all[1]->fadeIns.at(0), milliseconds(220));
     EXPECT_EQ(all[1]->origin.y(), 38);
+}
+
+TEST_F(BannerControllerTest, fadingOutIsTheSameWithReducedMotion) {
+    platform_.appearance.motionIsReduced = true;
+    controller_.showWaiting(waiting("a"));
+    controller_.dismiss("claude:a");
+    const PanelRecord& panel = *platform_.panels.all[0];
+    EXPECT_EQ(panel.fadeOuts, std::vector<milliseconds>{milliseconds(180)});
+    platform_.time.advance(milliseconds(199));
+    EXPECT_EQ(panel.orderOutCount, 0);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_EQ(panel.orderOutCount, 1);
 }
 
 TEST_F(BannerControllerTest, theWaitingBannersButtonsCallTheirCallbacks) {
@@ -300,17 +355,25 @@ TEST_F(BannerControllerTest, aStormOfEventsLeavesThreeBannersInOrder) {
     EXPECT_EQ(visible, platform_.panels.standing().size());
 }
 
-using BannerControllerDeathTest = BannerControllerTest;
+class BannerControllerDeathTest : public BannerControllerTest {
+  protected:
+    BannerControllerDeathTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
 
-TEST_F(BannerControllerDeathTest, anotherThreadEndsTheProgram) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    EXPECT_DEATH(
-        {
-            QThread* const thread = QThread::create([this] { controller_.dismiss("claude:a"); });
-            thread->start();
-            thread->wait();
-        },
-        "main thread");
+    template <typename Call>
+    static void onAnotherThread(Call call) {
+        QThread* const thread = QThread::create(call);
+        thread->start();
+        thread->wait();
+    }
+};
+
+TEST_F(BannerControllerDeathTest, dismissingFromAnotherThreadEndsTheProgram) {
+    EXPECT_DEATH(onAnotherThread([this] { controller_.dismiss("claude:a"); }), "main thread");
+}
+
+TEST_F(BannerControllerDeathTest, showingFromAnotherThreadEndsTheProgram) {
+    EXPECT_DEATH(onAnotherThread([this] { controller_.showWaiting(waiting("a")); }), "main thread");
+    EXPECT_DEATH(onAnotherThread([this] { controller_.showDone(done("a")); }), "main thread");
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "AppModel.h"
+#include "BannerViews.h"
 #include "Intake/HookScript.h"
 #include "Platform/Recording/RecordingPlatform.h"
 #include "Support/TestSupport.h"
@@ -7,8 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -49,8 +53,9 @@ class AppModelTest : public testing::Test {
             age);
     }
 
-    void dropCodexDone(const std::string& session) {
-        drop("codex", R"({"type":"agent-turn-complete","thread-id":")" + session + R"(","cwd":"/w/shop"})");
+    void dropCodexDone(const std::string& session, Seconds age = Seconds(0)) {
+        drop("codex", R"({"type":"agent-turn-complete","thread-id":")" + session + R"(","cwd":"/w/shop"})",
+             age);
     }
 
     void click(const char* name) {
@@ -279,6 +284,15 @@ TEST_F(AppModelTest, snoozingHoldsTheSessionForFiveMinutesAndClosesItsBanner) {
     EXPECT_EQ(standing(), 1U);
 }
 
+TEST_F(AppModelTest, snoozingCountsFromTheLastPass) {
+    dropClaude("Notification", "s");
+    pass();
+    const Date passed = model().now();
+    platform_.time.advance(milliseconds(700));
+    click("Snooze");
+    EXPECT_EQ(model().board().sessions().at(0).snoozedUntil, passed + Seconds(300));
+}
+
 TEST_F(AppModelTest, jumpingDismissesTheBannerAndActivatesTheTerminal) {
     dropClaude("Notification", "s");
     pass();
@@ -345,8 +359,40 @@ TEST_F(AppModelTest, aBacklogAtLaunchEndsInOneCalmPicture) {
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
 }
 
+TEST_F(AppModelTest, aBacklogsFinishesTakeNoPlaceWhenDoneAlertsAreOff) {
+    AlertPreferences stored;
+    stored.alertWhenDone = false;
+    stored.save(defaults_, "alertPreferences");
+    for (int i = 0; i < 3; ++i)
+        dropClaude("Notification", std::to_string(i), Seconds(5 - i));
+    dropCodexDone("t");
+    dropCodexDone("u");
+    pass();
+    ASSERT_EQ(standing(), 3U);
+    for (const auto* const panel : platform_.panels.standing())
+        EXPECT_EQ(panel->size, QSize(520, 96));
+    EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
+}
+
+TEST_F(AppModelTest, aBacklogOfBothKindsSoundsAsWaiting) {
+    dropCodexDone("first", Seconds(3));
+    dropClaude("Notification", "s", Seconds(2));
+    dropCodexDone("last", Seconds(1));
+    pass();
+    EXPECT_EQ(standing(), 3U);
+    EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
+}
+
+TEST_F(AppModelTest, aFinishExactlySixSecondsOldIsShownAtLaunch) {
+    dropCodexDone("t", Seconds(6));
+    pass();
+    ASSERT_EQ(standing(), 1U);
+    EXPECT_EQ(platform_.panels.all[0]->size, QSize(360, 64));
+    EXPECT_EQ(played(), std::vector<std::string>{"Tink"});
+}
+
 TEST_F(AppModelTest, aFinishFromLongAgoIsNotShownAtLaunch) {
-    drop("codex", R"({"type":"agent-turn-complete","thread-id":"old"})", Seconds(7));
+    dropCodexDone("old", Seconds(6.001));
     pass();
     EXPECT_EQ(standing(), 0U);
     EXPECT_TRUE(played().empty());
@@ -393,6 +439,47 @@ TEST_F(AppModelTest, aTestAlertShowsAndSoundsInQuietTimeAndIsNoSession) {
               "Claude is waiting for you, my-project · wants to use Bash");
 }
 
+TEST_F(AppModelTest, theTestAlertHasJustBegunToWaitAndUsesTheChosenSound) {
+    AlertPreferences preferences;
+    preferences.waitingSound = "Purr";
+    preferences.doneSound = "Hero";
+    model().setPrefs(preferences);
+    pass();
+    platform_.time.advance(milliseconds(700));
+    model().sendTestAlert();
+    EXPECT_EQ(played(), std::vector<std::string>{"Purr"});
+    ASSERT_EQ(standing(), 1U);
+    const auto* const banner =
+        dynamic_cast<const WaitingBanner*>(platform_.panels.standing()[0]->content.get());
+    ASSERT_NE(banner, nullptr);
+    EXPECT_EQ(banner->waitedLabel(model().now()).toStdString(), "waiting 0:00");
+    EXPECT_EQ(banner->waitedLabel(model().now() + Seconds(1)).toStdString(), "waiting 0:01");
+}
+
+TEST_F(AppModelTest, theTestAlertIsSilentWithSoundsOff) {
+    AlertPreferences preferences;
+    preferences.soundsOn = false;
+    model().setPrefs(preferences);
+    pass();
+    model().sendTestAlert();
+    EXPECT_EQ(standing(), 1U);
+    EXPECT_TRUE(played().empty());
+}
+
+TEST_F(AppModelTest, theTestAlertsButtonsOnlyCloseIt) {
+    dropClaude("Notification", "s");
+    pass();
+    const SessionBoard board = model().board();
+    for (const char* const button : {"Go to Terminal", "Snooze", "Close"}) {
+        model().sendTestAlert();
+        ASSERT_EQ(standing(), 2U);
+        click(button);
+        EXPECT_EQ(standing(), 1U) << button;
+        EXPECT_EQ(model().board(), board) << button;
+    }
+    EXPECT_TRUE(platform_.applications.activated.empty());
+}
+
 TEST_F(AppModelTest, theOnboardingFlagIsStoredAtOnce) {
     model().setHasCompletedOnboarding(true);
     EXPECT_TRUE(defaults_.boolean("hasCompletedOnboarding"));
@@ -414,6 +501,24 @@ TEST_F(AppModelTest, aConnectThatChangesAFileTellsItsBackup) {
     model().connectAgent(AgentKind::claude);
     ASSERT_TRUE(model().lastBackup().has_value());
     EXPECT_EQ(test::fileBytes(*model().lastBackup()), "{}");
+}
+
+TEST_F(AppModelTest, aBackupIsNamedByTheClockNotByTheLastPass) {
+    const auto backupAt = [&](Date date) {
+        platform_.time.setWallClock(date);
+        test::writeFile(home_.path() / ".claude/settings.json", "{}");
+        model().connectAgent(AgentKind::claude);
+        return model().lastBackup().value_or("").filename().string();
+    };
+    pass();
+    const Date passed = model().now();
+    const std::string first = backupAt(passed + Seconds(1));
+    const std::string second = backupAt(passed + Seconds(3));
+    EXPECT_EQ(model().now(), passed);
+    // Two seconds lie between the names, of the same length since neither had to evade the other.
+    ASSERT_EQ(first.size(), second.size());
+    EXPECT_EQ(std::stoi(second.substr(second.size() - 2)) - std::stoi(first.substr(first.size() - 2)), 2)
+        << first << " " << second;
 }
 
 TEST_F(AppModelTest, anotherProgramsNotifyLineIsNamedAndTheLastBackupKept) {
@@ -472,6 +577,66 @@ TEST_F(AppModelTest, everyChangeIsSignalled) {
     EXPECT_EQ(changes, 4);
     model().refreshConnections();
     EXPECT_EQ(changes, 5);
+}
+
+TEST_F(AppModelTest, whatTheUserDoesIsSignalledOnceItCanBeRead) {
+    dropClaude("Notification", "s");
+    pass();
+    const AgentSession session = model().board().sessions().at(0);
+    int changes = 0;
+    std::function<bool()> isDone;
+    QObject::connect(&model(), &AppModel::changed, [&] {
+        ++changes;
+        EXPECT_TRUE(isDone()) << "change " << changes;
+    });
+    isDone = [&] { return model().board().sessions().at(0).snoozedUntil.has_value() && standing() == 0; };
+    model().snooze(session);
+    EXPECT_EQ(changes, 1);
+    isDone = [&] { return model().connected().at(AgentKind::claude); };
+    model().connectAgent(AgentKind::claude);
+    EXPECT_EQ(changes, 2);
+    isDone = [&] { return !model().connected().at(AgentKind::claude); };
+    model().disconnectAgent(AgentKind::claude);
+    EXPECT_EQ(changes, 3);
+    isDone = [&] { return model().opensAtLogin(); };
+    model().setOpensAtLogin(true);
+    EXPECT_EQ(changes, 4);
+
+    // Failures too.
+    test::writeFile(home_.path() / ".claude/settings.json", "[]");
+    isDone = [&] { return model().connectError().has_value(); };
+    model().connectAgent(AgentKind::claude);
+    EXPECT_EQ(changes, 5);
+    platform_.loginItem.failure = "The folder is read-only.";
+    isDone = [&] { return model().connectError().value_or("").ends_with("The folder is read-only."); };
+    model().setOpensAtLogin(false);
+    EXPECT_EQ(changes, 6);
+}
+
+TEST_F(AppModelTest, aListenerMayEndTheModel) {
+    const std::vector<std::function<void(AppModel&)>> causes{
+        [this](AppModel&) { platform_.time.advance(seconds(1)); },
+        [this](AppModel&) { click("Snooze"); },
+        [](AppModel& model) { model.setPrefs(AlertPreferences()); },
+        [](AppModel& model) { model.quietForAnHour(); },
+        [](AppModel& model) { model.setHasCompletedOnboarding(true); },
+        [](AppModel& model) { model.connectAgent(AgentKind::claude); },
+        [](AppModel& model) { model.disconnectAgent(AgentKind::claude); },
+        [](AppModel& model) { model.setOpensAtLogin(true); },
+    };
+    for (std::size_t i = 0; i < causes.size(); ++i) {
+        platform_.panels.all.clear();
+        defaults_.values.clear();
+        dropClaude("Notification", std::to_string(i));
+        pass();
+        ASSERT_EQ(standing(), 1U);
+        QObject::connect(&model(), &AppModel::changed, [this] { model_.reset(); });
+        causes[i](model());
+        EXPECT_FALSE(model_.has_value()) << i;
+        // Nothing of it goes on.
+        platform_.time.advance(seconds(2));
+        EXPECT_EQ(platform_.time.pendingCount(), 0U) << i;
+    }
 }
 
 TEST_F(AppModelTest, realPayloadsTravelTheWholeRoad) {

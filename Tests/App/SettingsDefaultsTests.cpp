@@ -2,9 +2,13 @@
 #include "SettingsDefaults.h"
 #include "Support/TestSupport.h"
 
+#include <QStringList>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -58,6 +62,32 @@ TEST_F(SettingsDefaultsTest, aValueOfAnotherTypeIsNotBytes) {
     settings.setValue(QStringLiteral("alertPreferences"), QStringLiteral("text"));
     const SettingsDefaults defaults(settings);
     EXPECT_EQ(defaults.data("alertPreferences"), std::nullopt);
+}
+
+TEST_F(SettingsDefaultsTest, aBooleanOfAnotherTypeIsFalse) {
+    const std::vector<QVariant> values{1,
+                                       2.5,
+                                       QStringLiteral("1"),
+                                       QStringLiteral("yes"),
+                                       QStringLiteral("True"),
+                                       QByteArray("true"),
+                                       QStringList{QStringLiteral("true"), QStringLiteral("true")}};
+    const auto key = [](std::size_t i) { return "flag" + std::to_string(i); };
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        const SettingsDefaults defaults(settings);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            settings.setValue(QString::fromStdString(key(i)), values[i]);
+            EXPECT_FALSE(defaults.boolean(key(i))) << i;
+        }
+    }
+    // Read back, all of them come from text.
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_TRUE(settings.contains(QString::fromStdString(key(i))));
+        EXPECT_FALSE(defaults.boolean(key(i))) << i;
+    }
 }
 
 TEST_F(SettingsDefaultsTest, aCorruptFileGivesTheDefaultsAndStaysUsable) {

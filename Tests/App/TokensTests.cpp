@@ -76,5 +76,16 @@ TEST(Tokens, coloursOfWindowsAndControlsMatchTheirTable) {
     expectColors(Tokens::scrollThumbHovered, "#8e8e8f", "#8f8f92");
 }
 
+TEST(Tokens, theHairlineIsBlackOrWhiteAtItsOpacity) {
+    EXPECT_EQ(Tokens::hairline(ColorScheme::light).name(QColor::HexArgb).toStdString(), "#24000000");
+    EXPECT_EQ(Tokens::hairline(ColorScheme::dark).name(QColor::HexArgb).toStdString(), "#29ffffff");
+}
+
+TEST(Tokens, aShadowIsBlackAtTheGivenOpacity) {
+    EXPECT_EQ(Tokens::shadow(0.44).name(QColor::HexArgb).toStdString(), "#70000000");
+    EXPECT_EQ(Tokens::shadow(1).name(QColor::HexArgb).toStdString(), "#ff000000");
+    EXPECT_EQ(Tokens::shadow(0).alpha(), 0);
+}
+
 } // namespace
 } // namespace corvane

@@ -23,9 +23,9 @@ constexpr std::array palettes{
 
 // How far a channel (0 to 255) may be off.
 constexpr int exact = 6;
-// The shadow of the banner above falls on a card's upper part and takes up to a tenth of its light; the fill
-// lets 4 % of what lies below through.
-constexpr int blended = 28;
+// The fill lets 4 % of what lies below through, and of an older card's shadow even less falls on the newer
+// one above it.
+constexpr int blended = 12;
 constexpr int padding = 16;
 constexpr int margin = 8;
 

@@ -1,4 +1,5 @@
 #include "CorvaneApp.h"
+#include "CorvaneStyle.h"
 #include "Platform/Platform.h"
 #include "Platform/Reopen.h"
 #include "SettingsDefaults.h"
@@ -16,6 +17,9 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane"));
     QApplication::setOrganizationName(QStringLiteral("Corvane"));
+    QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
+    QApplication::setStyle(new CorvaneStyle);
+    translations::install(application);
 
     translations::install(application);
 

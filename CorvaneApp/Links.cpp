@@ -6,7 +6,7 @@
 namespace corvane::links {
 
 QUrl website() {
-    return QUrl(QStringLiteral("https://corvane.app"));
+    return {QStringLiteral("https://corvane.app")};
 }
 
 QUrl contact(const QString& source) {
@@ -18,7 +18,7 @@ QUrl contact(const QString& source) {
 }
 
 QUrl catalogue() {
-    return QUrl(QStringLiteral("https://corvane.app/apps"));
+    return {QStringLiteral("https://corvane.app/apps")};
 }
 
 void openInBrowser(const QUrl& url) {

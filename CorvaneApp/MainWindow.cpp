@@ -15,7 +15,8 @@ namespace corvane {
 
 MainWindow::MainWindow(AppModel& model, links::Opener openLink, const CommandHandlers& handlers)
     : model_(model)
-    , view_(new OnboardingView(model, std::move(openLink))) {
+    , view_(new OnboardingView(model, std::move(openLink)))
+    , commands_(new WindowCommands(*this, handlers)) {
     setObjectName(QStringLiteral("main"));
     setWindowRole(QStringLiteral("main"));
     setWindowTitle(tr("Corvane"));
@@ -23,15 +24,14 @@ MainWindow::MainWindow(AppModel& model, links::Opener openLink, const CommandHan
     setCentralWidget(view_);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
 
-    auto* const commands = new WindowCommands(*this, handlers);
     QMenu* const file = menuBar()->addMenu(tr("&File"));
-    if (commands->panel() != nullptr) file->addAction(commands->panel());
-    file->addAction(commands->settings());
+    if (commands_->panel() != nullptr) file->addAction(commands_->panel());
+    file->addAction(commands_->settings());
     file->addSeparator();
-    file->addAction(commands->close());
-    file->addAction(commands->quit());
+    file->addAction(commands_->close());
+    file->addAction(commands_->quit());
     QMenu* const window = menuBar()->addMenu(tr("&Window"));
-    window->addAction(commands->mainWindow());
+    window->addAction(commands_->mainWindow());
     window->addSeparator();
 
     connect(view_, &OnboardingView::done, this, &QWidget::close);

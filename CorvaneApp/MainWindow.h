@@ -33,6 +33,7 @@ class MainWindow : public QMainWindow {
   private:
     AppModel& model_;
     OnboardingView* view_;
+    WindowCommands* commands_;
 };
 
 } // namespace corvane

@@ -43,7 +43,7 @@ class OnboardingView : public QWidget {
     AppModel& model_;
     Paragraph* title_;
     Paragraph* introduction_;
-    std::array<AgentCard*, 2> cards_;
+    std::array<AgentCard*, 2> cards_{};
     ErrorText* error_;
     BorderedButton* test_;
     LinkButton* contact_;

@@ -55,7 +55,7 @@ class MenuBarView : public QWidget {
   private:
     void refresh();
     /// Lays everything out from the top; the height it takes. Moves nothing when `isTrial`.
-    int layOut(bool isTrial) const;
+    int layOut(bool isTrial) const; // NOLINT(modernize-use-nodiscard): called for what it moves, too
     void orderTabs();
 
     AppModel& model_;

@@ -25,19 +25,28 @@ constexpr double capitalHeight = 7;
 
 /// The bell's measures on one grid, in the grid's units.
 struct Grid {
-    int side;
-    double stroke;
-    double left, right; // the middle of the arch's sides
-    double archY, archRadius;
-    double lipY, lipFrom, lipTo;
-    double knobX, knobFrom, knobTo;
-    double clapperY, clapperFrom, clapperTo;
+    int side = 0;
+    double stroke = 0;
+    double left = 0; // the middle of the arch's sides
+    double right = 0;
+    double archY = 0;
+    double archRadius = 0;
+    double lipY = 0;
+    double lipFrom = 0;
+    double lipTo = 0;
+    double knobX = 0;
+    double knobFrom = 0;
+    double knobTo = 0;
+    double clapperY = 0;
+    double clapperFrom = 0;
+    double clapperTo = 0;
     QPointF dot;
-    double dotRadius;
-    double gap;
-    double pillHeight, pillRadius;
-    std::array<double, 3> pillWidths; // for one, two and three characters
-    double digitMargins;              // the pill's width less what its digits may take
+    double dotRadius = 0;
+    double gap = 0;
+    double pillHeight = 0;
+    double pillRadius = 0;
+    std::array<double, 3> pillWidths{}; // for one, two and three characters
+    double digitMargins = 0;            // the pill's width less what its digits may take
 };
 
 const std::array<Grid, 3> grids{{

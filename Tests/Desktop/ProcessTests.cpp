@@ -50,6 +50,7 @@ TEST(Process, supportDirectoryIsMadePrivateWhereThereIsNone) {
 
 TEST(Process, withoutADisplayItSaysWhatIsMissingAndFails) {
     DesktopSession desktop;
+    fs::remove_all(desktop.home() / ".config/Corvane");
     const auto application =
         desktop.run({"/bin/sh", "-c", "\"$0\" 2>\"$HOME/said\"", CORVANE_PROGRAM}, "other", {"DISPLAY="});
     EXPECT_EQ(application->wait(10s), 1);

@@ -12,9 +12,9 @@ namespace corvane {
 
 namespace {
 
-const QString busName = QStringLiteral("org.corvane.Corvane");
-const QString objectPath = QStringLiteral("/org/corvane/Corvane");
-const QString interface = QStringLiteral("org.freedesktop.Application");
+constexpr QLatin1String busName("org.corvane.Corvane");
+constexpr QLatin1String objectPath("/org/corvane/Corvane");
+constexpr QLatin1String interface("org.freedesktop.Application");
 
 // A running application that is busy gets the request all the same; it only is not waited for any longer.
 constexpr std::chrono::milliseconds answerTimeout{5000};

@@ -19,7 +19,8 @@ class LinuxReopen : public Reopen {
 
     [[nodiscard]] bool claim() override;
 
-    // The interface by which desktops start an application that may be running already.
+    // The interface by which desktops start an application that may be running already. Its names are given.
+    // NOLINTBEGIN(readability-identifier-naming)
 
     /// Asks the application to come forward. `platformData` may name what the user started it with.
     Q_SCRIPTABLE Q_INVOKABLE void Activate(const QVariantMap& platformData);
@@ -27,6 +28,7 @@ class LinuxReopen : public Reopen {
     Q_SCRIPTABLE Q_INVOKABLE void Open(const QStringList& uris, const QVariantMap& platformData);
     Q_SCRIPTABLE Q_INVOKABLE void ActivateAction(const QString& action, const QVariantList& parameter,
                                                  const QVariantMap& platformData);
+    // NOLINTEND(readability-identifier-naming)
 
   private:
     enum class Outcome { first, second, noBus };

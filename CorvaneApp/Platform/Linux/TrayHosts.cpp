@@ -8,7 +8,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QTimer>
 #include <xcb/xcb.h>
 
 #include <chrono>
@@ -18,8 +17,8 @@ namespace corvane {
 
 namespace {
 
-const QString service = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString path = QStringLiteral("/StatusNotifierWatcher");
+constexpr QLatin1String service("org.kde.StatusNotifierWatcher");
+constexpr QLatin1String path("/StatusNotifierWatcher");
 constexpr std::chrono::milliseconds answerTimeout{3000};
 constexpr const char* traySelection = "_NET_SYSTEM_TRAY_S0";
 constexpr std::uint8_t sentEvent = 0x80;
@@ -93,7 +92,7 @@ bool TrayHosts::nativeEventFilter(const QByteArray& eventType, void* message, qi
     const auto* const client = static_cast<xcb_client_message_event_t*>(message);
     if (client->type == managerMessage_ && client->data.data32[1] == traySelection_) {
         // Qt's own icon takes notice of the same message.
-        QTimer::singleShot(0, this, &TrayHosts::changed);
+        QMetaObject::invokeMethod(this, &TrayHosts::changed, Qt::QueuedConnection);
     }
     return false;
 }

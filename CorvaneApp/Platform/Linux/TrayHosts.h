@@ -36,11 +36,8 @@ class TrayHosts : public QObject, public QAbstractNativeEventFilter {
   private:
     void ask();
     void setNotifierHost(bool isThere);
+    Q_SLOT void hostRegistered();
 
-  private Q_SLOTS:
-    void hostRegistered();
-
-  private:
     QDBusServiceWatcher watcher_;
     std::uint32_t managerMessage_; // X11 atoms
     std::uint32_t traySelection_;

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
@@ -111,7 +112,6 @@ void TrayPanel::arrange() {
     view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
     setFixedSize(card.grownBy(margins_));
     move(origin - QPoint(margins_.left(), margins_.top()));
-    cardwindow::limitInput(*this, view_->geometry());
 }
 
 QPainterPath TrayPanel::outline() const {
@@ -138,6 +138,12 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
         painter.setPen(pen);
         painter.drawRect(card.adjusted(0.5, 0.5, -0.5, -0.5));
     }
+}
+
+// A click beside the card, on its shadow, is one outside of the panel, even where the icon lies below. It
+// cannot be let through: window managers that put a frame around every window keep it for themselves.
+void TrayPanel::mousePressEvent(QMouseEvent* event) {
+    if (!view_->geometry().contains(event->pos())) hide();
 }
 
 void TrayPanel::followFocus(const QWindow* focused) {

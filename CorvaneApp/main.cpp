@@ -21,8 +21,6 @@ int main(int argc, char** argv) {
     QApplication::setStyle(new CorvaneStyle);
     translations::install(application);
 
-    translations::install(application);
-
     const UnixSignals signals;
     QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);
 

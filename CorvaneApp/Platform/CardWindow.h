@@ -4,7 +4,7 @@
 
 #include <QMargins>
 #include <QPainterPath>
-#include <QRect>
+#include <QSize>
 
 class QPainter;
 class QWidget;
@@ -21,9 +21,5 @@ namespace corvane::cardwindow {
 
 /// Paints the shadow of a card of this outline, which lies at `margins` in `window`.
 void paintShadow(QPainter& painter, const QWidget& window, const QPainterPath& outline, QSize cardSize);
-
-/// Lets clicks beside `card` go to what lies below, where the system can. Call it whenever the window is
-/// shown or gets another size.
-void limitInput(QWidget& window, QRect card);
 
 } // namespace corvane::cardwindow

@@ -38,13 +38,4 @@ void paintShadow(QPainter& painter, const QWidget& window, const QPainterPath& o
     painter.drawImage(QPoint(), last.image);
 }
 
-void limitInput(QWidget& window, QRect card) {
-    const auto native = static_cast<xcb_window_t>(window.internalWinId());
-    if (x11::connection() == nullptr || native == XCB_WINDOW_NONE) return;
-    const qreal ratio = window.devicePixelRatioF();
-    x11::setInputShape(
-        native, {QRectF(QPointF(card.topLeft()) * ratio, QSizeF(card.size()) * ratio).toAlignedRect()});
-    x11::flush();
-}
-
 } // namespace corvane::cardwindow

@@ -1,16 +1,55 @@
 #include "Platform/Linux/StatusItem.h"
 
+#include "Platform/Linux/X11.h"
 #include "StatusIcon.h"
 
 #include <QApplication>
 #include <QMenu>
 #include <QWidget>
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdlib>
 
 namespace corvane {
+
+namespace {
+
+// How long a tray may take to embed the icon.
+constexpr std::chrono::seconds embeddingTime{1};
+
+/// The window that Qt has embedded; null when there is none.
+QWidget* embeddedWindow() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->inherits("QSystemTrayIconSys")) return window;
+    }
+    return nullptr;
+}
+
+xcb_window_t parent(xcb_window_t window) {
+    xcb_connection_t* const x = x11::connection();
+    if (x == nullptr) return XCB_WINDOW_NONE;
+    xcb_query_tree_reply_t* const reply = xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr);
+    const xcb_window_t result = reply != nullptr ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
+    std::free(reply);
+    return result;
+}
+
+/// Whether a tray has taken that window into one of its own.
+bool isEmbedded() {
+    const QWidget* const window = embeddedWindow();
+    return window != nullptr &&
+           parent(static_cast<xcb_window_t>(window->internalWinId())) != x11::rootWindow();
+}
+
+} // namespace
 
 LinuxStatusItem::LinuxStatusItem(Appearance& appearance)
     : appearance_(appearance) {
     connect(&appearance_, &Appearance::changed, this, &LinuxStatusItem::update);
+    insistence_.setSingleShot(true);
+    insistence_.setInterval(embeddingTime);
+    connect(&insistence_, &QTimer::timeout, this, &LinuxStatusItem::insist);
 }
 
 LinuxStatusItem::~LinuxStatusItem() = default;
@@ -40,6 +79,7 @@ bool LinuxStatusItem::isAvailable() const {
 void LinuxStatusItem::settle() {
     if (!hosts_->isNotifierKnown()) return;
     if (!icon_ && isAvailable()) makeIcon();
+    if (icon_ && !isNotifier_) insistence_.start();
     Q_EMIT availabilityChanged();
 }
 
@@ -57,6 +97,15 @@ void LinuxStatusItem::makeIcon() {
     update();
 }
 
+// A tray that is only just starting may not hear the request.
+void LinuxStatusItem::insist() {
+    if (!hosts_->hasEmbeddingHost() || isEmbedded()) return;
+    icon_->hide();
+    icon_->show();
+    update();
+    insistence_.start();
+}
+
 void LinuxStatusItem::update() {
     if (!icon_) return;
     const ColorScheme bar =
@@ -64,8 +113,7 @@ void LinuxStatusItem::update() {
     icon_->setIcon(statusicon::icon(waitingCount_, bar));
     icon_->setToolTip(label_);
     // The window that is embedded has no name of its own.
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (!window->inherits("QSystemTrayIconSys")) continue;
+    if (QWidget* const window = embeddedWindow()) {
         window->setWindowTitle(label_);
         window->setAccessibleName(label_);
     }

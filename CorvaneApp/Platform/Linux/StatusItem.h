@@ -6,6 +6,7 @@
 
 #include <QPointer>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 #include <memory>
 
@@ -30,10 +31,13 @@ class LinuxStatusItem : public StatusItem {
     void settle();
     void makeIcon();
     void update();
+    /// Asks the tray once more to embed the icon, if it did not.
+    void insist();
 
     Appearance& appearance_;
     std::unique_ptr<TrayHosts> hosts_;
     std::unique_ptr<QSystemTrayIcon> icon_;
+    QTimer insistence_;
     bool isNotifier_ = false; // of the icon; false: embedded
     QPointer<QMenu> menu_;
     int waitingCount_ = 0;

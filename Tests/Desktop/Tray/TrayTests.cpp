@@ -152,8 +152,9 @@ TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
 class EmbeddingTray : public Tray {
   protected:
     void startTrayer() {
-        trayer = desktop.run({"trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
-                              "--height", "24", "--SetDockType", "true"},
+        // Of a fixed width: on request it at times stays without any.
+        trayer = desktop.run({"trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel",
+                              "--width", "120", "--height", "24", "--SetDockType", "true"},
                              "trayer");
     }
 

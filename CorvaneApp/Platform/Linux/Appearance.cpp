@@ -33,6 +33,8 @@ LinuxAppearance::LinuxAppearance()
     , scheme_(paletteScheme_) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
+    // Until the type is known by its name, no slot that takes one is connected.
+    qRegisterMetaType<QDBusVariant>();
     bus.connect(service, path, interface, QLatin1String("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(appearanceGroup, colorSchemeKey);

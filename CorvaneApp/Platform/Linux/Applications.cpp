@@ -96,18 +96,24 @@ class WindowList {
     template <typename Predicate>
     [[nodiscard]] std::optional<xcb_window_t> topmost(Predicate isWanted) {
         if (!isOpen_) return std::nullopt;
-        xcb_ewmh_get_windows_reply_t stacking;
-        if (xcb_ewmh_get_client_list_stacking_reply(
-                &ewmh_, xcb_ewmh_get_client_list_stacking(&ewmh_, screen_), &stacking, nullptr) == 0) {
-            return std::nullopt;
+        const std::vector<xcb_window_t> windows = managed();
+        const auto found = std::find_if(windows.rbegin(), windows.rend(), isWanted);
+        return found != windows.rend() ? std::optional(*found) : std::nullopt;
+    }
+
+    /// The windows that the window manager looks after, the topmost last.
+    [[nodiscard]] std::vector<xcb_window_t> managed() {
+        // Some tell the order only once it has changed.
+        std::vector<xcb_window_t> result;
+        for (const auto cookie : {xcb_ewmh_get_client_list(&ewmh_, screen_),
+                                  xcb_ewmh_get_client_list_stacking(&ewmh_, screen_)}) {
+            xcb_ewmh_get_windows_reply_t reply;
+            // Both answers look alike.
+            if (xcb_ewmh_get_windows_reply(&ewmh_, cookie, &reply, nullptr) == 0) continue;
+            result.insert(result.end(), reply.windows, reply.windows + reply.windows_len);
+            xcb_ewmh_get_windows_reply_wipe(&reply);
         }
-        std::optional<xcb_window_t> found;
-        for (std::uint32_t i = stacking.windows_len; i > 0 && !found; --i) {
-            const xcb_window_t window = stacking.windows[i - 1];
-            if (isWanted(window)) found = window;
-        }
-        xcb_ewmh_get_windows_reply_wipe(&stacking);
-        return found;
+        return result;
     }
 
     [[nodiscard]] QString windowClass(xcb_window_t window) {

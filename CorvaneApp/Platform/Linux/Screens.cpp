@@ -2,9 +2,11 @@
 
 #include "Platform/Linux/X11.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 
 #include <cstdint>
 
@@ -16,6 +18,16 @@ namespace {
 QRect devicePixels(const QScreen& screen) {
     const QRect geometry = screen.geometry();
     return {geometry.topLeft(), (QSizeF(geometry.size()) * screen.devicePixelRatio()).toSize()};
+}
+
+// Qt knows what panels leave free of a single screen only.
+QRect availableGeometry(const QScreen& screen) {
+    if (QGuiApplication::screens().size() == 1) return screen.availableGeometry();
+    const QPoint origin = screen.geometry().topLeft();
+    const std::optional<QRect> free = x11::freeArea(devicePixels(screen));
+    if (!free) return screen.geometry();
+    const qreal ratio = screen.devicePixelRatio();
+    return {origin + ((free->topLeft() - origin) / ratio), (QSizeF(free->size()) / ratio).toSize()};
 }
 
 QScreen* screenWithFocus() {
@@ -54,6 +66,20 @@ LinuxScreens::LinuxScreens() {
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Screens::changed);
     for (QScreen* const screen : QGuiApplication::screens())
         watch(screen);
+    workAreaAtom_ = x11::atom("_NET_WORKAREA");
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+bool LinuxScreens::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
+    // The top bit tells events that another client sent.
+    constexpr std::uint8_t responseTypeMask = 0x7F;
+    if (eventType != "xcb_generic_event_t") return false;
+    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
+    if ((event->response_type & responseTypeMask) != XCB_PROPERTY_NOTIFY) return false;
+    const auto* const change = static_cast<const xcb_property_notify_event_t*>(message);
+    // Later, when the window manager has told the rest too.
+    if (change->atom == workAreaAtom_) QTimer::singleShot(0, this, &Screens::changed);
+    return false;
 }
 
 void LinuxScreens::watch(QScreen* screen) {
@@ -64,7 +90,7 @@ void LinuxScreens::watch(QScreen* screen) {
 
 std::optional<QRect> LinuxScreens::mainVisibleFrame() const {
     const QScreen* const screen = mainScreen();
-    return screen != nullptr ? std::optional(screen->availableGeometry()) : std::nullopt;
+    return screen != nullptr ? std::optional(availableGeometry(*screen)) : std::nullopt;
 }
 
 } // namespace corvane

@@ -33,6 +33,38 @@ void setShape(xcb_window_t window, xcb_shape_kind_t kind, const std::vector<QRec
                          static_cast<std::uint32_t>(shape.size()), shape.data());
 }
 
+// A window's property of 32-bit numbers; empty when it has none.
+std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name) {
+    constexpr std::uint32_t maxLength = 4096;
+    xcb_connection_t* const x = connection();
+    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
+    if (!reply || reply->format != 32) return {};
+    const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+// What is left of `area` when the strips along the root window's edges that a panel keeps are taken away.
+QRect withoutStruts(QRect area, const std::vector<std::uint32_t>& struts, const QRect& root) {
+    // Left, right, top and bottom, then from where to where each of them reaches.
+    if (struts.size() != 12) return area;
+    const auto at = [&struts](std::size_t i) { return static_cast<int>(struts[i]); };
+    const auto strip = [](int left, int top, int right, int bottom) {
+        return QRect(QPoint(left, top), QPoint(right, bottom));
+    };
+    const QRect left = strip(0, at(4), at(0) - 1, at(5)) & area;
+    const QRect right = strip(root.right() + 1 - at(1), at(6), root.right(), at(7)) & area;
+    const QRect top = strip(at(8), 0, at(9), at(2) - 1) & area;
+    const QRect bottom = strip(at(10), root.bottom() + 1 - at(3), at(11), root.bottom()) & area;
+    // A panel of another monitor, between this one and the edge, takes nothing from this one.
+    QRect result = area;
+    if (!left.isEmpty() && left.width() < area.width()) result.setLeft(left.right() + 1);
+    if (!right.isEmpty() && right.width() < area.width()) result.setRight(right.left() - 1);
+    if (!top.isEmpty() && top.height() < area.height()) result.setTop(top.bottom() + 1);
+    if (!bottom.isEmpty() && bottom.height() < area.height()) result.setBottom(bottom.top() - 1);
+    return result;
+}
+
 } // namespace
 
 xcb_connection_t* connection() {
@@ -92,6 +124,26 @@ std::optional<QRect> rootGeometry(xcb_window_t window) {
         xcb_translate_coordinates_reply(x, placeCookie, nullptr));
     if (!geometry || !place) return std::nullopt;
     return QRect(place->dst_x, place->dst_y, geometry->width, geometry->height);
+}
+
+std::optional<QRect> freeArea(const QRect& monitor) {
+    if (connection() == nullptr) return std::nullopt;
+    const std::vector<std::uint32_t> workspace = numbers(rootWindow(), "_NET_CURRENT_DESKTOP");
+    const std::string index = std::to_string(workspace.empty() ? 0 : workspace.front());
+    const std::vector<std::uint32_t> areas = numbers(rootWindow(), "_GTK_WORKAREAS_D" + index);
+    for (std::size_t i = 0; i + 3 < areas.size(); i += 4) {
+        const QRect area(static_cast<int>(areas[i]), static_cast<int>(areas[i + 1]),
+                         static_cast<int>(areas[i + 2]), static_cast<int>(areas[i + 3]));
+        if (!area.isEmpty() && monitor.contains(area)) return area;
+    }
+
+    const std::optional<QRect> root = rootGeometry(rootWindow());
+    const std::vector<std::uint32_t> windows = numbers(rootWindow(), "_NET_CLIENT_LIST");
+    if (!root || windows.empty()) return std::nullopt;
+    QRect area = monitor;
+    for (const std::uint32_t window : windows)
+        area = withoutStruts(area, numbers(window, "_NET_WM_STRUT_PARTIAL"), *root);
+    return area;
 }
 
 bool hasActiveWindowHint() {

@@ -35,6 +35,10 @@ void flush();
 /// A window's place on the root window, in device pixels.
 [[nodiscard]] std::optional<QRect> rootGeometry(xcb_window_t window);
 
+/// The part of `monitor` that panels leave free, both in device pixels of the root window: as the window
+/// manager tells for each monitor, else by what the panels themselves ask for. None where neither is known.
+[[nodiscard]] std::optional<QRect> freeArea(const QRect& monitor);
+
 /// Whether the window manager tells which window is active.
 [[nodiscard]] bool hasActiveWindowHint();
 

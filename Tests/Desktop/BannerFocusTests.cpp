@@ -1,6 +1,4 @@
 // Banners stand above everything and disturb nothing, whatever the window manager.
-//
-// CORVANE_TEST_WINDOW_MANAGERS names further window managers, separated by spaces.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -8,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,15 +14,6 @@ namespace corvane::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::vector<std::string> windowManagers() {
-    std::vector<std::string> names{"openbox", "xfwm4"};
-    const char* const further = std::getenv("CORVANE_TEST_WINDOW_MANAGERS");
-    std::istringstream words(further == nullptr ? "" : further);
-    for (std::string name; words >> name;)
-        names.push_back(name);
-    return names;
-}
 
 class BannerFocus : public testing::TestWithParam<std::string> {
   protected:
@@ -135,6 +122,22 @@ TEST_P(BannerFocus, bannerStaysOnTheScreenWhenTheWorkspaceChanges) {
     desktop.screen().requestWorkspace(1);
     ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == 1; }));
     raiseBanner("b", 2);
+}
+
+TEST_P(BannerFocus, threeBannersStandOneBelowTheOtherAndAFourthTakesTheOldestsPlace) {
+    desktop.startTerminal();
+    const std::uint32_t focused = desktop.screen().focusedWindow();
+    raiseBanner("a", 1);
+    raiseBanner("b", 2);
+    raiseBanner("c", 3);
+    const std::vector<Banner> before = desktop.screen().banners();
+    desktop.claude("Notification-permission_prompt", "d", "shop");
+    ASSERT_TRUE(waitUntil(2s, [&] { return desktop.screen().banners().front().window != before[0].window; }));
+    ASSERT_TRUE(desktop.shows(3, 0));
+    const std::vector<Banner> after = desktop.screen().banners();
+    EXPECT_EQ(after[1].window, before[0].window);
+    EXPECT_EQ(after[2].window, before[1].window);
+    EXPECT_EQ(desktop.screen().focusedWindow(), focused);
 }
 
 TEST_P(BannerFocus, bannerIsInNoTaskBar) {

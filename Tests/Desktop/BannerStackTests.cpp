@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <vector>
 
 namespace corvane::test {
@@ -103,6 +105,52 @@ TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersHaveGone) {
     desktop.claude("PostToolUse-Bash", "a", "shop");
     ASSERT_TRUE(desktop.shows(0, 0));
     EXPECT_TRUE(waitUntil(2s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
+}
+
+TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    desktop.codex("codex-tui", "shop");
+    ASSERT_TRUE(desktop.shows(1, 1));
+    const auto haveShadows = [&](bool wanted) {
+        return waitUntil(2s, [&] {
+            const std::vector<Banner> banners = desktop.screen().banners();
+            return std::ranges::all_of(banners, [&](const Banner& b) { return b.hasShadow == wanted; });
+        });
+    };
+    if (GetParam() == Compositor::none) {
+        desktop.startCompositor();
+        EXPECT_TRUE(haveShadows(true));
+        EXPECT_TRUE(desktop.shows(1, 1));
+    }
+    desktop.stopCompositor();
+    EXPECT_TRUE(haveShadows(false));
+    EXPECT_TRUE(desktop.shows(1, 1));
+    const Picture screen = desktop.screen().screen();
+    for (const Banner& banner : desktop.screen().banners()) {
+        const Rect corner{banner.card.x, banner.card.y, 2, 2};
+        EXPECT_EQ(screen.share(corner, {0x000000}, 60), 0) << "the corner is black";
+    }
+}
+
+// Without hints from its window manager, a banner can only look again and again whether it is covered.
+TEST(BannerUnderTwm, isInFrontAgainSoonAfterAWindowWasRaisedOverIt) {
+    DesktopSession desktop("twm", Compositor::none);
+    desktop.startApplication();
+    const auto terminal = desktop.run({"xterm", "-geometry", "120x20+200+0", "-e", "sleep", "1000"}, "xterm");
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    const auto search =
+        desktop.run({"xdotool", "search", "--sync", "--onlyvisible", "--class", "xterm"}, "search");
+    ASSERT_EQ(search->wait(20s), 0);
+    ASSERT_TRUE(desktop.shows(1, 0));
+
+    desktop.application().signal(SIGSTOP);
+    const auto raising =
+        desktop.run({"xdotool", "search", "--onlyvisible", "--class", "xterm", "windowraise"}, "raise");
+    ASSERT_EQ(raising->wait(20s), 0);
+    ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
+    desktop.application().signal(SIGCONT);
+    EXPECT_TRUE(desktop.shows(1, 0, 2s));
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, BannerStack, testing::Values(Compositor::none, Compositor::picom),

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sstream>
 #include <stdexcept>
 #include <unistd.h>
 #include <utility>
@@ -77,6 +78,7 @@ DesktopSession::~DesktopSession() {
         }
     }
     application_.reset();
+    compositor_.reset();
     // The latest first, so that none loses its display before it is asked to go.
     while (!processes_.empty())
         processes_.pop_back();
@@ -174,15 +176,46 @@ void DesktopSession::startWindowManager(const std::string& name, Compositor comp
     if (name == "metacity") arguments.insert(arguments.end(), {"--sm-disable", "--no-composite"});
     if (name == "kwin_x11") variables.emplace_back("KWIN_COMPOSE=N");
     ChildProcess& manager = start(arguments, "wm", variables);
-    if (!waitUntil(startTimeout, [&] { return !screen_->windowManager().empty() || !manager.isRunning(); }) ||
-        !manager.isRunning()) {
+    const auto isReady = [&] {
+        return name == "twm" ? screen_->isManaged() : !screen_->windowManager().empty();
+    };
+    if (!waitUntil(startTimeout, [&] { return isReady() || !manager.isRunning(); }) || !manager.isRunning())
         throw std::runtime_error(name + " did not start: " + fileBytes(scratch_ / "wm.log").value_or(""));
+    if (blendsByItself) {
+        if (!waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
+            throw std::runtime_error(name + " does not blend windows");
+    } else if (compositor == Compositor::picom) {
+        startCompositor();
     }
-    if (compositor == Compositor::picom && !blendsByItself)
-        start({"picom", "--config", "/dev/null", "--backend", "xrender"}, "picom");
-    if ((compositor == Compositor::picom || blendsByItself) &&
-        !waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
+}
+
+void DesktopSession::startCompositor() {
+    compositor_ = run({"picom", "--config", "/dev/null", "--backend", "xrender"}, "picom");
+    if (!waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
         throw std::runtime_error("the compositor did not start");
+}
+
+void DesktopSession::stopCompositor() {
+    compositor_.reset();
+}
+
+void DesktopSession::setMonitors(const std::vector<Rect>& monitors) {
+    // The first one takes the only output over from the server's own monitor, which goes by that.
+    for (std::size_t i = 0; i < monitors.size(); ++i) {
+        const Rect& area = monitors[i];
+        constexpr int millimetres = 300; // not looked at, but it may not be 0
+        const auto side = [](int pixels) {
+            return std::to_string(pixels) + "/" + std::to_string(millimetres);
+        };
+        const auto process =
+            run({"xrandr", "--setmonitor", (i == 0 ? "*monitor" : "monitor") + std::to_string(i),
+                 side(area.width) + "x" + side(area.height) + "+" + std::to_string(area.x) + "+" +
+                     std::to_string(area.y),
+                 i == 0 ? "screen" : "none"},
+                "xrandr");
+        if (process->wait(startTimeout) != 0)
+            throw std::runtime_error("no monitor: " + fileBytes(scratch_ / "xrandr.log").value_or(""));
+    }
 }
 
 void DesktopSession::startApplication() {
@@ -203,11 +236,13 @@ std::string DesktopSession::applicationOutput() const {
 }
 
 void DesktopSession::runHook(const std::vector<std::string>& arguments, const std::string& input,
-                             std::string_view project) {
+                             std::string_view project, const std::vector<std::string>& variables) {
     fs::create_directories(home_ / project);
     writeFile(scratch_ / "payload", input);
     fs::remove(scratch_ / "hook.log");
-    Command hook = command(arguments, "hook", {"TERM_PROGRAM=ghostty"});
+    std::vector<std::string> terminal{"TERM_PROGRAM=ghostty"};
+    terminal.insert(terminal.end(), variables.begin(), variables.end());
+    Command hook = command(arguments, "hook", terminal);
     hook.folder = home_ / project;
     hook.input = scratch_ / "payload";
     ChildProcess process(hook);
@@ -215,11 +250,12 @@ void DesktopSession::runHook(const std::vector<std::string>& arguments, const st
     EXPECT_EQ(fileBytes(scratch_ / "hook.log"), "");
 }
 
-void DesktopSession::claude(std::string_view payload, std::string_view session, std::string_view project) {
+void DesktopSession::claude(std::string_view payload, std::string_view session, std::string_view project,
+                            const std::vector<std::string>& variables) {
     const std::string bytes =
         withSession(testData("agent-payloads/claude-" + std::string(payload) + ".json"), session);
     runHook({"/bin/sh", "-c", HookScript::command(AgentKind::claude, paths())},
-            replaced(bytes, "/home/you/project", (home_ / project).string()), project);
+            replaced(bytes, "/home/you/project", (home_ / project).string()), project, variables);
 }
 
 void DesktopSession::codex(std::string_view payload, std::string_view project) {
@@ -227,7 +263,7 @@ void DesktopSession::codex(std::string_view payload, std::string_view project) {
         testData("agent-payloads/codex-agent-turn-complete-" + std::string(payload) + ".json");
     runHook({paths().hookScript().string(), "codex",
              replaced(bytes, "/home/you/project", (home_ / project).string())},
-            "", project);
+            "", project, {});
 }
 
 std::vector<fs::path> DesktopSession::inbox() const {
@@ -238,8 +274,9 @@ std::vector<fs::path> DesktopSession::inbox() const {
     return result;
 }
 
-std::uint32_t DesktopSession::startTerminal(bool fullScreen) {
+std::uint32_t DesktopSession::startTerminal(bool fullScreen, const std::string& geometry) {
     std::vector<std::string> arguments{"xterm"};
+    if (!geometry.empty()) arguments.insert(arguments.end(), {"-geometry", geometry});
     if (fullScreen) arguments.emplace_back("-fullscreen");
     arguments.insert(arguments.end(), {"-e", "sh", "-c", "stty raw -echo; exec cat >\"$HOME/keys\""});
     start(arguments, "xterm");
@@ -263,6 +300,12 @@ std::unique_ptr<ChildProcess> DesktopSession::type(const std::string& letters,
     return run({"xdotool", "type", "--delay", std::to_string(between.count()), letters}, "xdotool");
 }
 
+void DesktopSession::point(Rect area) {
+    const auto process = run(
+        {"xdotool", "mousemove", std::to_string(area.middleX()), std::to_string(area.middleY())}, "xdotool");
+    EXPECT_EQ(process->wait(startTimeout), 0);
+}
+
 void DesktopSession::click(Rect area) {
     const auto process = run({"xdotool", "mousemove", std::to_string(area.middleX()),
                               std::to_string(area.middleY()), "click", "1"},
@@ -284,6 +327,16 @@ testing::AssertionResult DesktopSession::shows(std::size_t waiting, std::size_t 
            << applicationOutput();
 }
 
+testing::AssertionResult DesktopSession::standIn(Rect area) {
+    std::optional<std::string> fault;
+    const bool seen = waitUntil(std::chrono::seconds(2), [&] {
+        const std::vector<Banner> banners = screen_->banners();
+        fault = banners.empty() ? "there is no banner" : layoutFault(banners, area);
+        return !fault;
+    });
+    return seen ? testing::AssertionSuccess() : testing::AssertionFailure() << *fault;
+}
+
 testing::AssertionResult DesktopSession::staysEmpty(std::chrono::milliseconds duration) {
     if (waitUntil(duration, [&] { return screen_->windowCount() > 0; }))
         return testing::AssertionFailure() << "a window of the application came";
@@ -302,6 +355,14 @@ std::vector<pid_t> DesktopSession::leftOver() const {
             result.push_back(static_cast<pid_t>(std::stol(name)));
     }
     return result;
+}
+
+std::vector<std::string> windowManagers() {
+    std::vector<std::string> names{"openbox", "xfwm4"};
+    std::istringstream words(environmentValue("CORVANE_TEST_WINDOW_MANAGERS"));
+    for (std::string name; words >> name;)
+        names.push_back(name);
+    return names;
 }
 
 } // namespace corvane::test

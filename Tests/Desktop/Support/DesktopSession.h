@@ -27,8 +27,8 @@ enum class Compositor : std::uint8_t { none, picom };
 /// Waits for what it starts and throws std::runtime_error when that does not come up.
 class DesktopSession {
   public:
-    /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11 or metacity. Mutter blends
-    /// windows by itself.
+    /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11, metacity or twm. Mutter
+    /// blends windows by itself.
     explicit DesktopSession(const std::string& windowManager = "openbox",
                             Compositor compositor = Compositor::picom);
     DesktopSession(const DesktopSession&) = delete;
@@ -36,8 +36,17 @@ class DesktopSession {
     ~DesktopSession();
 
     [[nodiscard]] XObserver& screen() { return *screen_; }
+    /// As in DISPLAY.
+    [[nodiscard]] const std::string& display() const { return display_; }
     [[nodiscard]] const std::filesystem::path& home() const { return home_; }
     [[nodiscard]] CorvanePaths paths() const { return CorvanePaths::standard(home_); }
+
+    /// Splits the screen between monitors, the first of them being the primary one.
+    void setMonitors(const std::vector<Rect>& monitors);
+
+    /// A compositor comes, or the one that was started goes.
+    void startCompositor();
+    void stopCompositor();
 
     /// Starts the application, and waits until it has taken the first event away from the inbox.
     void startApplication();
@@ -47,26 +56,33 @@ class DesktopSession {
 
     /// Runs the hook as Claude Code does, with the recorded payload "claude-<name>.json" told of another
     /// session and of the project folder of this name in the home.
-    void claude(std::string_view payload, std::string_view session, std::string_view project);
+    /// `variables` are further ones of the hook's environment.
+    void claude(std::string_view payload, std::string_view session, std::string_view project,
+                const std::vector<std::string>& variables = {});
     /// The same as Codex does, with "codex-agent-turn-complete-<name>.json".
     void codex(std::string_view payload, std::string_view project);
     /// The event files that wait in the inbox.
     [[nodiscard]] std::vector<std::filesystem::path> inbox() const;
 
-    /// Opens a terminal, by default over the whole screen, that notes the keys which reach it, and waits
-    /// until it has the focus. Returns its window.
-    std::uint32_t startTerminal(bool fullScreen = true);
+    /// Opens a terminal, by default over the whole screen, else with xterm's `geometry`, that notes the keys
+    /// which reach it, and waits until it has the focus. Returns its window.
+    std::uint32_t startTerminal(bool fullScreen = true, const std::string& geometry = {});
     /// The keys that reached the terminal.
     [[nodiscard]] std::string typed() const;
 
     /// Types on the keyboard; returns at once.
     std::unique_ptr<ChildProcess> type(const std::string& letters, std::chrono::milliseconds between);
+    /// Moves the pointer to the middle of `area`.
+    void point(Rect area);
     /// Clicks in the middle of `area`.
     void click(Rect area);
 
     /// Whether the screen shows exactly so many banners, at their places and in full, within `timeout`.
     testing::AssertionResult shows(std::size_t waiting, std::size_t done,
                                    std::chrono::milliseconds timeout = std::chrono::seconds(2));
+    /// Whether the banners come to stand in `area`, the part of a monitor that panels leave free, within
+    /// two seconds.
+    testing::AssertionResult standIn(Rect area);
     /// Whether no window of the application comes for as long as `duration`.
     testing::AssertionResult staysEmpty(std::chrono::milliseconds duration);
 
@@ -83,7 +99,7 @@ class DesktopSession {
     void startServer();
     void startWindowManager(const std::string& name, Compositor compositor);
     void runHook(const std::vector<std::string>& arguments, const std::string& input,
-                 std::string_view project);
+                 std::string_view project, const std::vector<std::string>& variables);
     [[nodiscard]] std::vector<pid_t> leftOver() const;
 
     ScratchFolder scratch_{"desktop"};
@@ -91,7 +107,12 @@ class DesktopSession {
     std::string display_;
     std::list<ChildProcess> processes_; // in the order of their start
     std::unique_ptr<XObserver> screen_;
+    std::unique_ptr<ChildProcess> compositor_;
     std::unique_ptr<ChildProcess> application_;
 };
+
+/// The window managers to test under: openbox and xfwm4, and those that the environment variable
+/// CORVANE_TEST_WINDOW_MANAGERS names, separated by spaces.
+[[nodiscard]] std::vector<std::string> windowManagers();
 
 } // namespace corvane::test

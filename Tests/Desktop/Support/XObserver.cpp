@@ -158,15 +158,19 @@ std::size_t XObserver::windowCount() const {
 }
 
 Picture XObserver::screen() const {
-    const ReplyPointer<xcb_get_image_reply_t> image(
-        xcb_get_image_reply(connection_,
-                            xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, 0, 0,
-                                          static_cast<std::uint16_t>(screen_.width),
-                                          static_cast<std::uint16_t>(screen_.height), ~std::uint32_t{0}),
-                            nullptr));
-    if (!image) throw std::runtime_error("the X server has gone");
-    Picture picture{screen_.width, screen_.height, {}};
-    picture.pixels.resize(static_cast<std::size_t>(screen_.width) * static_cast<std::size_t>(screen_.height));
+    return screen(screen_);
+}
+
+Picture XObserver::screen(Rect area) const {
+    const ReplyPointer<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        connection_,
+        xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<std::int16_t>(area.x),
+                      static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
+                      static_cast<std::uint16_t>(area.height), ~std::uint32_t{0}),
+        nullptr));
+    if (!image) throw std::runtime_error("the X server has gone, or the area is not on the screen");
+    Picture picture{area.width, area.height, {}};
+    picture.pixels.resize(static_cast<std::size_t>(area.width) * static_cast<std::size_t>(area.height));
     const std::size_t size = picture.pixels.size() * sizeof(std::uint32_t);
     if (static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < size)
         throw std::runtime_error("the screen's pixels are not 32 bits wide; 24-bit colour is needed");
@@ -179,6 +183,13 @@ std::string XObserver::windowManager() const {
     if (check.empty()) return {};
     // A window manager that died leaves its property on the root, but not its window.
     return property(check.front(), "_NET_WM_NAME");
+}
+
+bool XObserver::isManaged() const {
+    const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, root_), nullptr));
+    // Only one client at a time may answer for others where their windows go.
+    return attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
 }
 
 bool XObserver::isComposited() const {
@@ -219,6 +230,17 @@ Rect XObserver::geometry(std::uint32_t window) const {
     return {place->dst_x, place->dst_y, size->width, size->height};
 }
 
+bool XObserver::isMinimized(std::uint32_t window) const {
+    constexpr std::uint32_t iconic = 3;
+    const std::vector<std::uint32_t> state = cardinals(window, "WM_STATE");
+    return !state.empty() && state.front() == iconic;
+}
+
+std::uint32_t XObserver::workspace(std::uint32_t window) const {
+    const std::vector<std::uint32_t> index = cardinals(window, "_NET_WM_DESKTOP");
+    return index.empty() ? 0 : index.front();
+}
+
 std::uint32_t XObserver::currentWorkspace() const {
     const std::vector<std::uint32_t> current = cardinals(root_, "_NET_CURRENT_DESKTOP");
     return current.empty() ? 0 : current.front();
@@ -246,6 +268,11 @@ void XObserver::requestFullScreen(std::uint32_t window) {
     constexpr std::uint32_t add = 1;
     constexpr std::uint32_t fromPager = 2;
     request(window, "_NET_WM_STATE", {add, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager, 0});
+}
+
+void XObserver::requestMinimized(std::uint32_t window) {
+    constexpr std::uint32_t iconic = 3;
+    request(window, "WM_CHANGE_STATE", {iconic});
 }
 
 void XObserver::requestWorkspace(std::uint32_t index) {

@@ -54,9 +54,14 @@ class XObserver {
 
     /// What the screen shows, with what a compositor draws.
     [[nodiscard]] Picture screen() const;
+    /// The part of it within `area`, which must lie on the screen. Quick enough to follow a fade.
+    [[nodiscard]] Picture screen(Rect area) const;
 
     /// The title of the window manager that runs; empty when there is none.
     [[nodiscard]] std::string windowManager() const;
+
+    /// Whether a window manager of any kind runs, also one that does not give its title.
+    [[nodiscard]] bool isManaged() const;
 
     /// Whether a compositor blends the windows.
     [[nodiscard]] bool isComposited() const;
@@ -69,9 +74,15 @@ class XObserver {
     [[nodiscard]] std::vector<std::uint32_t> managedWindows(std::string_view name) const;
     [[nodiscard]] Rect geometry(std::uint32_t window) const;
 
+    [[nodiscard]] bool isMinimized(std::uint32_t window) const;
+
     [[nodiscard]] std::uint32_t currentWorkspace() const;
-    /// Ask the window manager, as a pager does.
+    /// The workspace of a managed window.
+    [[nodiscard]] std::uint32_t workspace(std::uint32_t window) const;
+
+    /// Ask the window manager, as a pager or the window itself does.
     void requestFullScreen(std::uint32_t window);
+    void requestMinimized(std::uint32_t window);
     void requestWorkspace(std::uint32_t index);
     void requestWorkspaceCount(std::uint32_t count);
 

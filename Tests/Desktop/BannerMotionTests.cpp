@@ -1,0 +1,137 @@
+// How banners come and go, frame by frame as the screen shows it.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/FadeRecord.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Samples = std::vector<FadeSample>;
+
+// Where the first waiting banner stands on the test's screen.
+constexpr Rect card{380, 8, 520, 96};
+constexpr int slide = 12;
+
+// A channel of the probe may be a little off what it was, by rounding.
+constexpr double rounding = 0.02;
+
+class BannerMotion : public testing::TestWithParam<Compositor> {
+  protected:
+    void SetUp() override {
+        desktop.startApplication();
+        const Rect probe = fadeProbe(card);
+        wallpaper = desktop.screen().screen(probe).at(0, 0);
+    }
+
+    Samples record(const std::function<bool(const Samples&)>& isOver) {
+        return recordFade(desktop.screen(), card, wallpaper, isOver);
+    }
+
+    DesktopSession desktop{"openbox", GetParam()};
+    Color wallpaper;
+};
+
+bool stands(const Samples& samples) {
+    const FadeSample& last = samples.back();
+    return last.isMapped && last.top == card.y && last.opacity >= 1 - rounding;
+}
+
+bool hasGone(const Samples& samples) {
+    return !samples.back().isMapped;
+}
+
+// The tops of the card while it was on the screen.
+std::vector<int> tops(const Samples& samples) {
+    std::vector<int> result;
+    for (const FadeSample& sample : samples) {
+        if (sample.isMapped) result.push_back(sample.top);
+    }
+    return result;
+}
+
+TEST_P(BannerMotion, bannerSlidesDownToItsPlaceAndStaysThere) {
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    const std::vector<int> seen = tops(record(stands));
+    ASSERT_FALSE(seen.empty());
+    EXPECT_TRUE(std::ranges::is_sorted(seen));
+    EXPECT_GE(seen.front(), card.y - slide);
+    EXPECT_LE(seen.front(), card.y - slide / 2) << "it was not seen on its way";
+    EXPECT_EQ(seen.back(), card.y);
+    EXPECT_TRUE(desktop.shows(1, 0));
+}
+
+// Only where windows are blended can a banner fade.
+class BlendedBannerMotion : public BannerMotion {};
+
+TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerComes) {
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    const Samples samples = record(stands);
+    ASSERT_TRUE(stands(samples));
+    EXPECT_LE(largestRelapse(samples, +1), rounding);
+    EXPECT_GE(stepsBetween(samples), 4U);
+    EXPECT_GE(fadeLength(samples), 150ms);
+    EXPECT_LE(fadeLength(samples), 400ms);
+}
+
+TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerGoes) {
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    desktop.claude("PostToolUse-Bash", "a", "shop");
+    const Samples samples = record(hasGone);
+    ASSERT_TRUE(hasGone(samples));
+    EXPECT_LE(largestRelapse(samples, -1), rounding);
+    EXPECT_GE(stepsBetween(samples), 4U);
+    EXPECT_GE(fadeLength(samples), 110ms);
+    EXPECT_LE(fadeLength(samples), 360ms);
+    EXPECT_TRUE(std::ranges::all_of(tops(samples), [](int top) { return top == card.y; }));
+}
+
+TEST_P(BlendedBannerMotion, dismissalWhileTheBannerComesLetsItNeverGrowBrighterAgain) {
+    // The pointer waits a little above the cross's last place, so that the button is below it on the way too.
+    const Banner place{0, BannerKind::waiting, card, card, true};
+    Rect cross = closeButton(place);
+    cross.y -= slide / 2;
+    desktop.point(cross);
+    constexpr int attempts = 8;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        desktop.claude("Notification-permission_prompt", "a", "shop");
+        std::unique_ptr<ChildProcess> click;
+        const Samples samples = record([&](const Samples& seen) {
+            if (!click && seen.back().opacity > 0.15)
+                click = desktop.run({"xdotool", "click", "1"}, "xdotool");
+            return click && (hasGone(seen) || stands(seen));
+        });
+        const auto brightest = std::ranges::max_element(samples, {}, &FadeSample::opacity);
+        if (hasGone(samples) && brightest->opacity < 1 - 3 * rounding && brightest->opacity > 3 * rounding) {
+            EXPECT_LE(largestRelapse({brightest, samples.end()}, -1), rounding);
+            EXPECT_TRUE(std::ranges::is_sorted(tops(samples)));
+            EXPECT_TRUE(desktop.shows(0, 0));
+            return;
+        }
+        // The click came too late, and may have taken the banner away or missed it.
+        desktop.claude("PostToolUse-Bash", "a", "shop");
+        ASSERT_TRUE(desktop.shows(0, 0));
+    }
+    FAIL() << "no click came while the banner faded in";
+}
+
+INSTANTIATE_TEST_SUITE_P(Desktops, BannerMotion, testing::Values(Compositor::none, Compositor::picom),
+                         [](const auto& compositor) {
+                             return compositor.param == Compositor::none ? "withoutCompositor"
+                                                                         : "withCompositor";
+                         });
+INSTANTIATE_TEST_SUITE_P(Desktops, BlendedBannerMotion, testing::Values(Compositor::picom),
+                         [](const auto&) { return "withCompositor"; });
+
+} // namespace
+
+} // namespace corvane::test

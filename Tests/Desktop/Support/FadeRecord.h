@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Desktop/Support/DesktopSession.h"
+
+#include <chrono>
+#include <functional>
+#include <vector>
+
+namespace corvane::test {
+
+/// What was seen of a single banner at one moment.
+struct FadeSample {
+    std::chrono::steady_clock::time_point when;
+    bool isMapped = false;
+    int top = 0;        ///< of the card, in pixels of the screen
+    double opacity = 0; ///< 0 to 1, by what its fill lets through
+};
+
+/// Watches the one banner whose card comes to stand at `card`, every few milliseconds until `isOver` says so
+/// of what was seen so far, or ten seconds have passed. Nothing else may stand there.
+///
+/// Opacity is told by one pixel that all cards fill with nothing but their surface, `wallpaper` being what
+/// is seen there without a banner.
+[[nodiscard]] std::vector<FadeSample>
+recordFade(const XObserver& screen, Rect card, Color wallpaper,
+           const std::function<bool(const std::vector<FadeSample>&)>& isOver);
+
+/// The pixel that `recordFade` looks at.
+[[nodiscard]] Rect fadeProbe(Rect card);
+
+/// From the last sample below 2 % to the first one of at least 98 %, or the other way round.
+[[nodiscard]] std::chrono::milliseconds fadeLength(const std::vector<FadeSample>& samples);
+
+/// The largest step of opacity against `direction`, which is +1 for a fade in and -1 for a fade out.
+[[nodiscard]] double largestRelapse(const std::vector<FadeSample>& samples, int direction);
+
+/// The samples that are neither invisible nor in full.
+[[nodiscard]] std::size_t stepsBetween(const std::vector<FadeSample>& samples);
+
+} // namespace corvane::test

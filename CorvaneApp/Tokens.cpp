@@ -14,8 +14,26 @@ namespace Tokens {
 
 namespace {
 
+// Where the desktop's own palette shows through. Only alternating rows that are disabled are drawn with it,
+// and no view has such rows.
+constexpr QPalette::ColorGroup desktopGroup = QPalette::Disabled;
+constexpr QPalette::ColorRole desktopRole = QPalette::AlternateBase;
+
 double byScheme(ColorScheme scheme, double light, double dark) {
     return scheme == ColorScheme::dark ? dark : light;
+}
+
+// The palette without that one place: Qt fills in what was never set from the desktop's.
+QPalette overDesktop(const QPalette& whole) {
+    QPalette result;
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Disabled, QPalette::Inactive}) {
+        for (int i = 0; i < QPalette::NColorRoles; ++i) {
+            const auto role = static_cast<QPalette::ColorRole>(i);
+            if (group != desktopGroup || role != desktopRole)
+                result.setBrush(group, role, whole.brush(group, role));
+        }
+    }
+    return result;
 }
 
 } // namespace
@@ -112,7 +130,14 @@ QPalette palette(ColorScheme scheme) {
     palette.setColor(QPalette::HighlightedText, onPrimary.color(scheme));
     palette.setColor(QPalette::Link, primary.color(scheme));
     palette.setColor(QPalette::PlaceholderText, textSecondary(scheme));
-    return palette;
+    return overDesktop(palette);
+}
+
+ColorScheme desktopScheme(const QPalette& palette) {
+    // Nearly black or nearly white in every theme.
+    constexpr int middle = 128;
+    return palette.color(desktopGroup, desktopRole).lightness() < middle ? ColorScheme::dark
+                                                                         : ColorScheme::light;
 }
 
 } // namespace Tokens

@@ -72,8 +72,13 @@ inline constexpr double bannerFillOpacity = 0.96;
 /// The appearance that a palette belongs to: dark when its window colour is darker than its text.
 [[nodiscard]] ColorScheme scheme(const QPalette& palette);
 
-/// The application-wide palette for this appearance.
+/// The application-wide palette for this appearance. Where nothing is ever drawn with it, it leaves the
+/// desktop's own colour, so that Qt goes on telling changes of the desktop's palette.
 [[nodiscard]] QPalette palette(ColorScheme scheme);
+
+/// The appearance of the desktop itself, read from the application's palette, whether `palette` has been laid
+/// over the desktop's or not yet.
+[[nodiscard]] ColorScheme desktopScheme(const QPalette& palette);
 
 } // namespace Tokens
 

@@ -49,6 +49,17 @@ TEST(Tokens, takeTheDarkValueOnlyFromAPaletteDarkerThanItsText) {
     EXPECT_EQ(Tokens::scheme(neither), ColorScheme::light);
 }
 
+TEST(Tokens, applicationPaletteLetsTheDesktopsOwnAppearanceBeReadThroughIt) {
+    EXPECT_EQ(Tokens::desktopScheme(QPalette(Qt::white, Qt::white)), ColorScheme::light);
+    EXPECT_EQ(Tokens::desktopScheme(QPalette(Qt::black, Qt::black)), ColorScheme::dark);
+    for (const ColorScheme own : {ColorScheme::light, ColorScheme::dark}) {
+        const QPalette palette = Tokens::palette(own);
+        EXPECT_EQ(Tokens::desktopScheme(palette.resolve(QPalette(Qt::white, Qt::white))), ColorScheme::light);
+        EXPECT_EQ(Tokens::desktopScheme(palette.resolve(QPalette(Qt::black, Qt::black))), ColorScheme::dark);
+        EXPECT_EQ(Tokens::scheme(palette.resolve(QPalette(Qt::gray, Qt::gray))), own);
+    }
+}
+
 TEST(Tokens, mixedColoursMatchTheirTable) {
     EXPECT_EQ(Tokens::textSecondary(ColorScheme::light).name().toStdString(), "#656567");
     EXPECT_EQ(Tokens::textSecondary(ColorScheme::dark).name().toStdString(), "#b3b3b7");

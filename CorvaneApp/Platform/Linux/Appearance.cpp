@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QLatin1String>
 
@@ -29,8 +30,8 @@ constexpr uint preferLight = 2;
 } // namespace
 
 LinuxAppearance::LinuxAppearance()
-    : paletteScheme_(Tokens::scheme(QGuiApplication::palette()))
-    , scheme_(paletteScheme_) {
+    : paletteScheme_(Tokens::desktopScheme(QGuiApplication::palette())) {
+    qApp->installEventFilter(this);
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     // Until the type is known by its name, no slot that takes one is connected.
@@ -65,14 +66,30 @@ void LinuxAppearance::apply(const QString& group, const QString& key, QVariant v
 
     if (group == appearanceGroup && key == colorSchemeKey) {
         const uint answer = value.toUInt();
-        const ColorScheme scheme = answer == preferDark    ? ColorScheme::dark
-                                   : answer == preferLight ? ColorScheme::light
-                                                           : paletteScheme_;
-        if (std::exchange(scheme_, scheme) != scheme) Q_EMIT changed();
+        const ColorScheme before = colorScheme();
+        portalScheme_.reset();
+        if (answer == preferDark) portalScheme_ = ColorScheme::dark;
+        if (answer == preferLight) portalScheme_ = ColorScheme::light;
+        if (colorScheme() != before) Q_EMIT changed();
     } else if (group == toolkitGroup && key == animationsKey) {
         const bool reduceMotion = value.typeId() == QMetaType::Bool && !value.toBool();
         if (std::exchange(reduceMotion_, reduceMotion) != reduceMotion) Q_EMIT changed();
     }
+}
+
+bool LinuxAppearance::eventFilter(QObject* object, QEvent* event) {
+    // Later, since whoever hears of a change sets another palette, and this one is still being told.
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        QMetaObject::invokeMethod(this, &LinuxAppearance::followPalette, Qt::QueuedConnection);
+    return Appearance::eventFilter(object, event);
+}
+
+void LinuxAppearance::followPalette() {
+    const QPalette palette = QGuiApplication::palette();
+    const ColorScheme before = colorScheme();
+    paletteScheme_ = Tokens::desktopScheme(palette);
+    // Some platform themes replace the application's palette by their own: that has to be undone too.
+    if (colorScheme() != before || Tokens::scheme(palette) != colorScheme()) Q_EMIT changed();
 }
 
 } // namespace corvane

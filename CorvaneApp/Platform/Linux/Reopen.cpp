@@ -5,8 +5,10 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QMetaMethod>
 
 #include <chrono>
+#include <utility>
 
 namespace corvane {
 
@@ -29,7 +31,7 @@ bool LinuxReopen::claim() {
     const Outcome outcome = claimOnBus();
     if (outcome != Outcome::noBus) return outcome == Outcome::first;
     lock_ = std::make_unique<ReopenLock>(ReopenLock::standardFolder());
-    connect(lock_.get(), &ReopenLock::asked, this, &LinuxReopen::reopened);
+    connect(lock_.get(), &ReopenLock::asked, this, &LinuxReopen::tell);
     return lock_->claim();
 }
 
@@ -63,7 +65,18 @@ LinuxReopen::Outcome LinuxReopen::claimOnBus() {
 }
 
 void LinuxReopen::Activate(const QVariantMap& /*platformData*/) {
-    Q_EMIT reopened();
+    tell();
+}
+
+void LinuxReopen::tell() {
+    isUntold_ = !isSignalConnected(QMetaMethod::fromSignal(&Reopen::reopened));
+    if (!isUntold_) Q_EMIT reopened();
+}
+
+// The name is taken well before the windows can be opened.
+void LinuxReopen::connectNotify(const QMetaMethod& signal) {
+    if (signal != QMetaMethod::fromSignal(&Reopen::reopened) || !std::exchange(isUntold_, false)) return;
+    QMetaObject::invokeMethod(this, &LinuxReopen::reopened, Qt::QueuedConnection);
 }
 
 void LinuxReopen::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {

@@ -30,11 +30,18 @@ class LinuxReopen : public Reopen {
                                                  const QVariantMap& platformData);
     // NOLINTEND(readability-identifier-naming)
 
+  protected:
+    void connectNotify(const QMetaMethod& signal) override;
+
   private:
     enum class Outcome { first, second, noBus };
     [[nodiscard]] Outcome claimOnBus();
 
+    /// Tells that the application was started again; later, when nobody listens yet.
+    void tell();
+
     std::unique_ptr<ReopenLock> lock_;
+    bool isUntold_ = false;
 };
 
 } // namespace corvane

@@ -70,6 +70,19 @@ TEST_P(SecondStart, ofManyAtTheSameInstantExactlyOneStays) {
     EXPECT_TRUE(hasMainWindow()) << "the others have asked it to come forward";
 }
 
+// The second one may ask before the first has made its windows.
+TEST_P(SecondStart, ofTwoAtTheSameInstantTheOneThatStaysComesForward) {
+    for (int round = 0; round < 5; ++round) {
+        const auto one = start("one");
+        const auto other = start("other");
+        ASSERT_TRUE(waitUntil(20s, [&] { return !one->isRunning() || !other->isRunning(); }));
+        const bool isOneLeft = one->isRunning();
+        EXPECT_EQ((isOneLeft ? *other : *one).wait(1s), 0);
+        ASSERT_TRUE((isOneLeft ? *one : *other).isRunning());
+        ASSERT_TRUE(hasMainWindow()) << "round " << round;
+    }
+}
+
 TEST_P(SecondStart, aCrashLeavesNothingInTheWay) {
     {
         const auto first = start("first");

@@ -46,6 +46,16 @@ TEST_F(ProcessTableTest, onlyTheSessionsDirectoryCounts) {
     EXPECT_TRUE(table_.running("codex", "/w/shop").empty());
 }
 
+TEST_F(ProcessTableTest, theSessionsDirectoryMayBeNamedByALink) {
+    const test::ScratchFolder work("work");
+    fs::create_directory(work / "shop");
+    fs::create_directory_symlink(work / "shop", work / "link");
+    add(10, 1, "claude", "claude\0"s, fs::canonical(work / "shop").string());
+    EXPECT_EQ(table_.running("claude", (work / "link").string()), std::vector<pid_t>{10});
+    EXPECT_EQ(table_.running("claude", (work / "shop/").string()), std::vector<pid_t>{10});
+    EXPECT_TRUE(table_.running("claude", "shop").empty());
+}
+
 TEST_F(ProcessTableTest, ancestryGoesUpToTheFirstProcess) {
     add(1, 0, "init", "init\0"s, "/");
     add(20, 1, "xterm", "xterm\0"s, "/");

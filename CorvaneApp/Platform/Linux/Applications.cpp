@@ -68,12 +68,16 @@ class WindowList {
         });
     }
 
-    /// The topmost window of a process, by the number that the window itself tells.
-    [[nodiscard]] std::optional<xcb_window_t> topmost(pid_t process) {
-        return topmost([&](xcb_window_t window) {
+    /// The window of a process, by the number that the window itself tells: `preferred` if it is one, else
+    /// the topmost.
+    [[nodiscard]] std::optional<xcb_window_t> find(pid_t process, std::optional<xcb_window_t> preferred) {
+        const auto isOwn = [&](xcb_window_t window) {
             const std::optional<std::uint32_t> owner = cardinal(xcb_ewmh_get_wm_pid(&ewmh_, window));
             return owner && static_cast<pid_t>(*owner) == process;
-        });
+        };
+        const std::optional<xcb_window_t> exact = topmost(
+            [&](xcb_window_t window) { return window == preferred.value_or(XCB_NONE) && isOwn(window); });
+        return exact ? exact : topmost(isOwn);
     }
 
     /// Raises and focuses a window, switching to its workspace first: window managers differ in what they
@@ -139,18 +143,6 @@ class WindowList {
     bool isOpen_ = false;
 };
 
-/// Activates the window of the nearest of these processes that has one.
-bool activateFirst(const std::vector<pid_t>& line) {
-    WindowList windows;
-    for (const pid_t process : line) {
-        if (const std::optional<xcb_window_t> window = windows.topmost(process)) {
-            windows.activate(*window);
-            return true;
-        }
-    }
-    return false;
-}
-
 } // namespace
 
 void LinuxApplications::activate(const std::string& bundleID) {
@@ -161,7 +153,7 @@ void LinuxApplications::activate(const std::string& bundleID) {
 
 void LinuxApplications::activateTerminal(const std::string& agent, const std::string& directory) {
     for (const pid_t process : processes_.running(agent, directory)) {
-        if (activateFirst(processes_.ancestry(process))) return;
+        if (activateWindow(process)) return;
         // "socket,server's process,session": set for everything that runs inside.
         const QStringList tmux =
             QString::fromStdString(processes_.variable(process, "TMUX").value_or("")).split(QLatin1Char(','));
@@ -172,6 +164,25 @@ void LinuxApplications::activateTerminal(const std::string& agent, const std::st
     }
 }
 
+bool LinuxApplications::activateWindow(pid_t process) const {
+    // Many terminals tell the programs in them in which window they run.
+    std::optional<xcb_window_t> told;
+    bool isNumber = false;
+    const uint number =
+        QString::fromStdString(processes_.variable(process, "WINDOWID").value_or("")).toUInt(&isNumber);
+    if (isNumber) told = number;
+
+    WindowList windows;
+    for (const pid_t ancestor : processes_.ancestry(process)) {
+        // A terminal that does not tell was perhaps started in one that does.
+        if (const std::optional<xcb_window_t> window = windows.find(ancestor, told)) {
+            windows.activate(*window);
+            return true;
+        }
+    }
+    return false;
+}
+
 void LinuxApplications::activateTmuxClient(const std::string& socket, const std::string& session) {
     auto* const tmux = new QProcess(&context_);
     QObject::connect(tmux, &QProcess::finished, &context_, [this, tmux] {
@@ -179,7 +190,7 @@ void LinuxApplications::activateTmuxClient(const std::string& socket, const std:
         for (const QByteArray& line : tmux->readAllStandardOutput().split('\n')) {
             bool isNumber = false;
             const pid_t client = line.trimmed().toInt(&isNumber);
-            if (isNumber && activateFirst(processes_.ancestry(client))) return;
+            if (isNumber && activateWindow(client)) return;
         }
     });
     QObject::connect(tmux, &QProcess::errorOccurred, tmux, &QObject::deleteLater);

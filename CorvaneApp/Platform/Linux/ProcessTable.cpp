@@ -60,12 +60,15 @@ fs::path ProcessTable::file(pid_t process, std::string_view name) const {
 std::vector<pid_t> ProcessTable::running(std::string_view name, const std::string& directory) const {
     std::vector<pid_t> found;
     std::error_code error;
+    // The kernel tells a working directory without links in it.
+    const fs::path resolved = fs::weakly_canonical(directory, error);
+    const fs::path wanted = !error && directory.starts_with("/") ? resolved : fs::path(directory);
     for (fs::directory_iterator entry(root_, error), end; !error && entry != end; entry.increment(error)) {
         const std::optional<pid_t> process = number(entry->path().filename().string());
         if (!process) continue;
         std::error_code unreadable;
         const fs::path place = fs::read_symlink(file(*process, "cwd"), unreadable);
-        if (!unreadable && place == directory && runsProgram(*process, name)) found.push_back(*process);
+        if (!unreadable && place == wanted && runsProgram(*process, name)) found.push_back(*process);
     }
     std::sort(found.begin(), found.end(), std::greater<>());
     return found;

@@ -1,0 +1,196 @@
+// "Go to Terminal" for terminals that name themselves nowhere: found by the agent that runs in them.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Arguments = std::vector<std::string>;
+
+class TerminalJump : public testing::TestWithParam<std::string> {
+  protected:
+    void SetUp() override {
+        // A process is called what its program's file is called, be it a script. It notes what is typed.
+        const fs::path agent = desktop.home() / "bin/claude";
+        writeFile(agent, "#!/bin/sh\nwhile read -r line; do printf '%s' \"$line\" >>\"$HOME/typed\"; done\n");
+        fs::permissions(agent, fs::perms::owner_all);
+        fs::create_directories(desktop.home() / "shop");
+        fs::create_directories(desktop.home() / "blog");
+        desktop.startApplication();
+        desktop.screen().requestWorkspaceCount(2);
+    }
+
+    void TearDown() override {
+        if (!tmuxSocket.empty()) run({"tmux", "-S", tmuxSocket, "kill-server"});
+    }
+
+    /// Starts a terminal program and waits for its window, which is on top then.
+    std::uint32_t open(std::string_view windowClass, const Arguments& arguments) {
+        const std::vector<std::uint32_t> before = desktop.screen().managedWindows(windowClass);
+        programs.push_back(desktop.run(arguments, "terminal" + std::to_string(programs.size())));
+        std::uint32_t window = 0;
+        EXPECT_TRUE(waitUntil(20s,
+                              [&] {
+                                  for (const std::uint32_t candidate :
+                                       desktop.screen().managedWindows(windowClass)) {
+                                      if (std::find(before.begin(), before.end(), candidate) == before.end())
+                                          window = candidate;
+                                  }
+                                  return window != 0 && desktop.screen().activeWindow() == window;
+                              }))
+            << "no window of " << arguments.front();
+        return window;
+    }
+
+    std::uint32_t openXterm(const std::string& shellCommand) {
+        return open("xterm", {"xterm", "-geometry", "60x20+100+300", "-e", "sh", "-c", shellCommand});
+    }
+    std::uint32_t openXfceTerminal(const std::string& shellCommand) {
+        return open("xfce4-terminal", {"xfce4-terminal", "-x", "sh", "-c", shellCommand});
+    }
+    /// A window that is no agent's, on top of the others.
+    std::uint32_t openOther() { return openXterm("exec cat"); }
+
+    void run(const Arguments& arguments, const std::vector<std::string>& variables = {}) {
+        EXPECT_EQ(desktop.run(arguments, "program", variables)->wait(20s), 0) << arguments.front();
+    }
+
+    void leaveWorkspace(std::uint32_t window) {
+        desktop.screen().requestWorkspace(1);
+        ASSERT_TRUE(waitUntil(5s, [&] {
+            return desktop.screen().currentWorkspace() == 1 && desktop.screen().activeWindow() != window;
+        }));
+    }
+
+    void minimize(std::uint32_t window) {
+        desktop.screen().requestMinimized(window);
+        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().isMinimized(window); }));
+    }
+
+    /// A session of this project asks for its user, who clicks "Go to Terminal".
+    void goToTerminal(const std::string& project) {
+        desktop.claude("Notification-permission_prompt", project, project, {"TERM_PROGRAM="});
+        ASSERT_TRUE(desktop.shows(1, 0));
+        desktop.click(primaryButton(desktop.screen().banners().front()));
+        EXPECT_TRUE(desktop.shows(0, 0));
+    }
+
+    [[nodiscard]] bool becomesActive(std::uint32_t window) {
+        return waitUntil(5s, [&] { return desktop.screen().activeWindow() == window; });
+    }
+
+    /// Types a line, and waits until the agents have got it.
+    void expectAgentToRead(const std::string& line) {
+        EXPECT_EQ(desktop.type(line + "\n", 20ms)->wait(20s), 0);
+        expected += line;
+        const auto typed = [this] { return fileBytes(desktop.home() / "typed").value_or(""); };
+        EXPECT_TRUE(waitUntil(5s, [&] { return typed() == expected; })) << typed();
+    }
+
+    DesktopSession desktop{GetParam(), Compositor::none};
+    std::string tmuxSocket;
+    std::string expected;
+    std::list<std::unique_ptr<ChildProcess>> programs;
+};
+
+TEST_P(TerminalJump, findsTheXtermOfTheAgentElsewhereAndMinimized) {
+    const std::uint32_t terminal = openXterm("cd shop && exec ../bin/claude");
+    openOther();
+    leaveWorkspace(terminal);
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(terminal));
+    EXPECT_EQ(desktop.screen().currentWorkspace(), 0U);
+    EXPECT_EQ(desktop.screen().workspace(terminal), 0U) << "it was to stay on its workspace";
+    expectAgentToRead("elsewhere");
+
+    minimize(terminal);
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(terminal));
+    EXPECT_TRUE(waitUntil(5s, [&] { return !desktop.screen().isMinimized(terminal); }));
+    expectAgentToRead("minimized");
+}
+
+TEST_P(TerminalJump, tellsApartTheWindowsOfATerminalThatHasOneProcessForAll) {
+    const std::uint32_t shop = openXfceTerminal("cd shop && exec ../bin/claude");
+    const std::uint32_t blog = openXfceTerminal("cd blog && exec ../bin/claude");
+    EXPECT_EQ(programs.back()->wait(10s), 0) << "the second window belongs to the first process";
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(shop));
+    goToTerminal("blog");
+    EXPECT_TRUE(becomesActive(blog));
+    leaveWorkspace(blog);
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(shop));
+    EXPECT_EQ(desktop.screen().currentWorkspace(), 0U);
+    minimize(shop);
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(shop));
+    expectAgentToRead("minimized");
+}
+
+TEST_P(TerminalJump, takesTheTopmostWindowOfATerminalThatTellsItsProgramsNone) {
+    openXfceTerminal("exec cat");
+    const std::uint32_t terminal = openXfceTerminal("cd shop && unset WINDOWID && exec ../bin/claude");
+    openOther();
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("here");
+}
+
+TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
+    const std::uint32_t stale = openOther();
+    tmuxSocket = (desktop.home() / "tmux").string();
+    run({"tmux", "-f", "/dev/null", "-S", tmuxSocket, "new-session", "-d", "exec cat"});
+    // The server knows the variables of another terminal, and runs another session first.
+    run({"tmux", "-S", tmuxSocket, "new-session", "-d", "-s", "work", "cd shop && exec ../bin/claude"},
+        {"WINDOWID=" + std::to_string(stale)});
+    const std::uint32_t terminal = openXterm("exec tmux -S \"$HOME/tmux\" attach -t work");
+    openOther();
+    leaveWorkspace(terminal);
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("elsewhere");
+    minimize(terminal);
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("minimized");
+}
+
+TEST_P(TerminalJump, withoutARunningAgentNothingHappens) {
+    openXterm("cd blog && exec ../bin/claude");
+    const std::uint32_t other = openOther();
+    // Same folder, other program; same program, other folder.
+    openXterm("cd shop && exec cat");
+    desktop.screen().requestWorkspace(1);
+    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == 1; }));
+    const std::uint32_t active = desktop.screen().activeWindow();
+    goToTerminal("shop");
+    EXPECT_FALSE(waitUntil(1s, [&] {
+        return desktop.screen().activeWindow() != active || desktop.screen().currentWorkspace() != 1;
+    }));
+    EXPECT_NE(active, other);
+    EXPECT_TRUE(desktop.application().isRunning());
+    EXPECT_EQ(desktop.applicationOutput(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, TerminalJump, testing::ValuesIn(windowManagers()),
+                         [](const auto& manager) { return manager.param; });
+
+} // namespace
+
+} // namespace corvane::test

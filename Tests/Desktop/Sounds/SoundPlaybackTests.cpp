@@ -1,7 +1,7 @@
 // Sounds played by the real player through a real sound server, and heard at its other end.
 
 #include "App/Sounds/Waveform.h"
-#include "Desktop/Sounds/ChildProcess.h"
+#include "Desktop/Sounds/PipedProcess.h"
 #include "Desktop/Sounds/SoundServer.h"
 #include "Platform/Linux/Sounds.h"
 #include "Sessions/AlertPreferences.h"
@@ -60,8 +60,7 @@ class SoundPlayback : public testing::Test {
         : place(scratch) {}
 
     void startPlayer(const std::string& folder = CORVANE_SOUND_FOLDER) {
-        player.emplace(std::vector<std::string>{CORVANE_SOUND_PLAYER, folder}, place.environment(),
-                       scratch / "player-errors");
+        player.emplace(place.command({CORVANE_SOUND_PLAYER, folder}, "player-errors"));
     }
 
     // Plays sounds in one pass; gives the number of the player's threads.
@@ -81,13 +80,13 @@ class SoundPlayback : public testing::Test {
 
     void expectQuietEnd() {
         player->closeInput();
-        EXPECT_EQ(player->waitForEnd(soon), 0);
+        EXPECT_EQ(player->wait(soon), 0);
         EXPECT_EQ(fileBytes(scratch / "player-errors"), "");
     }
 
     ScratchFolder scratch;
     SoundPlace place;
-    std::optional<ChildProcess> player;
+    std::optional<PipedProcess> player;
 };
 
 TEST_F(SoundPlayback, everySoundIsHeardAsItsFileHasIt) {

@@ -1,14 +1,16 @@
 #include "Desktop/Sounds/SoundServer.h"
 
+#include "Desktop/Support/XObserver.h"
+
 #include <algorithm>
-#include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace corvane::test {
 
@@ -32,39 +34,38 @@ SoundPlace::SoundPlace(const ScratchFolder& scratch)
     : folder_(scratch.path())
     , socket_(scratch / "pulse") {
     writeFile(scratch / "client.conf", "autospawn = no\nenable-shm = no\n");
-    environment_ = {{"HOME", folder_.string()},
-                    {"XDG_RUNTIME_DIR", folder_.string()},
-                    {"PULSE_RUNTIME_PATH", (scratch / "runtime").string()},
-                    {"PULSE_STATE_PATH", (scratch / "state").string()},
-                    {"PULSE_CLIENTCONFIG", (scratch / "client.conf").string()},
-                    {"PULSE_SERVER", "unix:" + socket_.string()}};
+    environment_ = {"HOME=" + folder_.string(),
+                    "XDG_RUNTIME_DIR=" + folder_.string(),
+                    "PULSE_RUNTIME_PATH=" + (scratch / "runtime").string(),
+                    "PULSE_STATE_PATH=" + (scratch / "state").string(),
+                    "PULSE_CLIENTCONFIG=" + (scratch / "client.conf").string(),
+                    "PULSE_SERVER=unix:" + socket_.string()};
+    for (const char* const name : {"PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+        if (const char* const value = std::getenv(name); value != nullptr)
+            environment_.push_back(std::string(name) + "=" + value);
+    }
+}
+
+Command SoundPlace::command(std::vector<std::string> arguments, const std::string& errors) const {
+    return {std::move(arguments), environment_, {}, {}, folder_ / errors};
 }
 
 SoundServer::SoundServer(const SoundPlace& place) {
     std::filesystem::remove(place.socket());
     process_ = std::make_unique<ChildProcess>(
-        std::vector<std::string>{
-            "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disable-shm=yes", "--realtime=no",
-            "--high-priority=no", "-L",
-            "module-null-sink sink_name=null norewinds=1 rate=44100 format=s16le channels=2", "-L",
-            "module-native-protocol-unix auth-anonymous=1 socket=" + place.socket().string()},
-        place.environment(), place.folder() / "server-errors");
-    const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
-    while (!accepts(place.socket())) {
-        if (Clock::now() > deadline) throw std::runtime_error("the sound server does not start");
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-}
-
-SoundServer::~SoundServer() {
-    process_->signal(SIGTERM);
-    static_cast<void>(process_->waitForEnd(std::chrono::seconds(5)));
+        place.command({"pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--disable-shm=yes",
+                       "--realtime=no", "--high-priority=no", "-L",
+                       "module-null-sink sink_name=null norewinds=1 rate=44100 format=s16le channels=2", "-L",
+                       "module-native-protocol-unix auth-anonymous=1 socket=" + place.socket().string()},
+                      "server-errors"));
+    if (!waitUntil(std::chrono::seconds(10), [&] { return accepts(place.socket()); }))
+        throw std::runtime_error("the sound server does not start");
 }
 
 Recording::Recording(const SoundPlace& place)
-    : process_({"parec", "-d", "null.monitor", "--format=s16le", "--channels=1", "--rate=44100",
-                "--latency-msec=20"},
-               place.environment(), place.folder() / "recording-errors") {
+    : process_(place.command({"parec", "-d", "null.monitor", "--format=s16le", "--channels=1", "--rate=44100",
+                              "--latency-msec=20"},
+                             "recording-errors")) {
     wave_.rate = 44100;
     take(std::chrono::seconds(10));
     if (wave_.samples.empty()) throw std::runtime_error("nothing is recorded");

@@ -1,29 +1,30 @@
 #pragma once
 
 #include "App/Sounds/Waveform.h"
-#include "Desktop/Sounds/ChildProcess.h"
+#include "Desktop/Sounds/PipedProcess.h"
 #include "Support/TestSupport.h"
 
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace corvane::test {
 
-/// The place of a sound server of the test's own, and the environment that leads programs to it and to no
-/// other.
+/// The place of a sound server of the test's own, and programs that are led to it and to no other.
 class SoundPlace {
   public:
     explicit SoundPlace(const ScratchFolder& scratch);
 
-    [[nodiscard]] const Environment& environment() const { return environment_; }
+    /// A program that is led to the server, with the file of this name in the folder for its errors.
+    [[nodiscard]] Command command(std::vector<std::string> arguments, const std::string& errors) const;
     [[nodiscard]] const std::filesystem::path& socket() const { return socket_; }
-    [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
   private:
     std::filesystem::path folder_;
     std::filesystem::path socket_;
-    Environment environment_;
+    std::vector<std::string> environment_;
 };
 
 /// A PulseAudio server without a sound card: what is played goes into a sink whose monitor can be recorded.
@@ -31,9 +32,6 @@ class SoundServer {
   public:
     /// Comes back when the server answers; throws when it does not within 10 s.
     explicit SoundServer(const SoundPlace& place);
-    ~SoundServer();
-    SoundServer(const SoundServer&) = delete;
-    SoundServer& operator=(const SoundServer&) = delete;
 
     void signal(int number) const { process_->signal(number); }
 
@@ -54,7 +52,7 @@ class Recording {
   private:
     void take(std::chrono::milliseconds patience);
 
-    ChildProcess process_;
+    PipedProcess process_;
     std::string bytes_;
     Waveform wave_;
 };

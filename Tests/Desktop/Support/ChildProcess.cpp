@@ -32,9 +32,10 @@ std::vector<char*> pointers(const std::vector<std::string>& strings) {
     setsid();
     const char* const input = command.input.empty() ? "/dev/null" : command.input.c_str();
     const char* const output = command.output.empty() ? "/dev/null" : command.output.c_str();
-    const int in = open(input, O_RDONLY | O_CLOEXEC);
-    const int out = open(output, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    if (in < 0 || out < 0 || dup2(in, 0) < 0 || dup2(out, 1) < 0 || dup2(out, 2) < 0) _exit(notExecuted);
+    const int in = command.inputDescriptor >= 0 ? command.inputDescriptor : open(input, O_RDONLY | O_CLOEXEC);
+    const int error = open(output, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const int out = command.outputDescriptor >= 0 ? command.outputDescriptor : error;
+    if (in < 0 || error < 0 || dup2(in, 0) < 0 || dup2(out, 1) < 0 || dup2(error, 2) < 0) _exit(notExecuted);
     if (!command.folder.empty() && chdir(command.folder.c_str()) != 0) _exit(notExecuted);
     if (command.inheritedDescriptor >= 0) fcntl(command.inheritedDescriptor, F_SETFD, 0);
     execvpe(arguments[0], arguments, environment);

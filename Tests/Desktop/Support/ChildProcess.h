@@ -17,6 +17,8 @@ struct Command {
     std::filesystem::path input;          ///< given on standard input; empty: nothing
     std::filesystem::path output;         ///< takes standard output and error; empty: thrown away
     int inheritedDescriptor = -1;         ///< left open in the program; -1: none
+    int inputDescriptor = -1;             ///< becomes standard input in place of `input`; -1: none
+    int outputDescriptor = -1;            ///< becomes standard output, without the error; -1: none
 };
 
 /// A running program in a process group of its own. It ends with this object, and also when the test is

@@ -1,5 +1,6 @@
 #include "Platform/Platform.h"
 
+#include "ApplicationIcon.h"
 #include "Platform/Linux/Announcer.h"
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
@@ -12,6 +13,7 @@
 #include "Platform/Linux/StatusItem.h"
 #include "QtScheduler.h"
 
+#include <QGuiApplication>
 #include <QtGlobal>
 
 #include <chrono>
@@ -64,6 +66,9 @@ class LinuxPlatform : public Platform {
 std::unique_ptr<Platform> Platform::make() {
     // Other programs must not inherit the choice.
     if (hasChosenWindowSystem) qunsetenv(windowSystemVariable);
+    // Also for a program that is not installed, whose desktop entry and icon no desktop finds.
+    QGuiApplication::setWindowIcon(applicationicon::icon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
     return std::make_unique<LinuxPlatform>();
 }
 

@@ -1,5 +1,7 @@
 #include "Symbols.h"
 
+#include "Platform/SystemSymbols.h"
+
 #include <QFile>
 #include <QImage>
 #include <QPixmap>
@@ -34,13 +36,15 @@ QPixmap tinted(const QString& name, QSize pixels, const QRectF& boxInPixels, con
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) return pixmap;
 
-    QSvgRenderer renderer(QStringLiteral(":/symbols/%1.svg").arg(name));
-    if (!renderer.isValid()) return {};
-
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
+    const bool isDrawn = systemsymbols::draw(image, name, boxInPixels);
     QPainter painter(&image);
-    renderer.render(&painter, boxInPixels);
+    if (!isDrawn) {
+        QSvgRenderer renderer(QStringLiteral(":/symbols/%1.svg").arg(name));
+        if (!renderer.isValid()) return {};
+        renderer.render(&painter, boxInPixels);
+    }
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
     painter.end();

@@ -5,7 +5,8 @@
 #include <QRectF>
 #include <QString>
 
-/// The application's symbols: drawn on one grid of 24 with one stroke, tinted by one colour.
+/// The application's symbols, tinted by one colour: the system's own where it has them, else ours, drawn on
+/// one grid of 24 with one stroke.
 namespace corvane::symbols {
 
 /// Paints the symbol `name` (a file's name in Resources/Symbols, such as "terminal") into `box`, crisp at the

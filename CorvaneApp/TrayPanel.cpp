@@ -4,7 +4,6 @@
 #include "Platform/CardWindow.h"
 #include "Shapes.h"
 #include "Tokens.h"
-#include "Windows.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -12,7 +11,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QWindow>
 
 #include <algorithm>
 #include <chrono>
@@ -68,10 +66,12 @@ TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
     setWindowRole(QStringLiteral("panel"));
     connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
     connect(view_, &MenuBarView::left, this, &QWidget::hide);
-    focusLoss_.setSingleShot(true);
-    focusLoss_.setInterval(focusPatience);
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &TrayPanel::followFocus);
-    connect(&focusLoss_, &QTimer::timeout, this, &TrayPanel::closeForFocus);
+    keyboardLoss_.setSingleShot(true);
+    keyboardLoss_.setInterval(focusPatience);
+    connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);
+    host_ = PanelHost::make(*this);
+    connect(host_.get(), &PanelHost::keyboardChanged, this, &TrayPanel::followKeyboard);
+    connect(host_.get(), &PanelHost::pressedElsewhere, this, &TrayPanel::closeForPress);
 }
 
 void TrayPanel::open(QRect icon) {
@@ -81,16 +81,16 @@ void TrayPanel::open(QRect icon) {
     isBlended_ = cardwindow::isBlended();
     margins_ = cardwindow::margins();
     arrange();
-    focusLoss_.stop();
+    keyboardLoss_.stop();
     // No control has the keyboard's place at first; Tab and the arrows give it to one.
     view_->setFocus();
-    windows::present(*this);
+    host_->present();
     arrange();
 }
 
 void TrayPanel::toggle(QRect icon) {
-    const bool wasClosedByThis = closedByFocus_.isValid() && !closedByFocus_.hasExpired(samePress.count());
-    closedByFocus_.invalidate();
+    const bool wasClosedByThis = closedByPress_.isValid() && !closedByPress_.hasExpired(samePress.count());
+    closedByPress_.invalidate();
     if (isVisible()) {
         hide();
     } else if (!wasClosedByThis) {
@@ -99,7 +99,7 @@ void TrayPanel::toggle(QRect icon) {
 }
 
 QRect TrayPanel::cardGeometry() const {
-    return {pos() + QPoint(margins_.left(), margins_.top()), view_->size()};
+    return {cardOrigin_, view_->size()};
 }
 
 void TrayPanel::arrange() {
@@ -108,10 +108,11 @@ void TrayPanel::arrange() {
     if (screen == nullptr) screen = QGuiApplication::primaryScreen();
     if (screen == nullptr) return;
     const QSize card = view_->sizeHint();
-    const QPoint origin = panelOrigin(card, icon_, screen->availableGeometry());
+    cardOrigin_ = panelOrigin(card, icon_, screen->availableGeometry());
     view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
     setFixedSize(card.grownBy(margins_));
-    move(origin - QPoint(margins_.left(), margins_.top()));
+    const QPoint cardPlace(margins_.left(), margins_.top());
+    host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()), outline().translated(cardPlace));
 }
 
 QPainterPath TrayPanel::outline() const {
@@ -146,17 +147,21 @@ void TrayPanel::mousePressEvent(QMouseEvent* event) {
     if (!view_->geometry().contains(event->pos())) hide();
 }
 
-void TrayPanel::followFocus(const QWindow* focused) {
-    if (focused != nullptr && focused == windowHandle()) {
-        focusLoss_.stop();
+void TrayPanel::followKeyboard() {
+    if (host_->hasKeyboard()) {
+        keyboardLoss_.stop();
     } else if (isVisible()) {
-        focusLoss_.start();
+        keyboardLoss_.start();
     }
 }
 
-void TrayPanel::closeForFocus() {
-    if (!isVisible() || QGuiApplication::focusWindow() == windowHandle()) return;
-    closedByFocus_.start();
+void TrayPanel::closeForKeyboard() {
+    if (!host_->hasKeyboard()) closeForPress();
+}
+
+void TrayPanel::closeForPress() {
+    if (!isVisible()) return;
+    closedByPress_.start();
     hide();
 }
 

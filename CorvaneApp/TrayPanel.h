@@ -1,11 +1,14 @@
 #pragma once
 
 #include "MenuBarView.h"
+#include "Platform/PanelHost.h"
 
 #include <QElapsedTimer>
 #include <QRect>
 #include <QTimer>
 #include <QWidget>
+
+#include <memory>
 
 namespace corvane {
 
@@ -40,17 +43,21 @@ class TrayPanel : public QWidget {
 
   private:
     void arrange();
-    void followFocus(const QWindow* focused);
-    void closeForFocus();
+    void followKeyboard();
+    void closeForKeyboard();
+    /// Closes because of something that may be a press on the icon, of which will be told next.
+    void closeForPress();
     [[nodiscard]] QPainterPath outline() const;
 
     AppModel& model_;
     MenuBarView* view_;
+    std::unique_ptr<PanelHost> host_;
     QRect icon_;
+    QPoint cardOrigin_;
     QMargins margins_;
     bool isBlended_ = false;
-    QTimer focusLoss_;
-    QElapsedTimer closedByFocus_;
+    QTimer keyboardLoss_;
+    QElapsedTimer closedByPress_;
 };
 
 } // namespace corvane

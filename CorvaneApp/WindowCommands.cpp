@@ -11,6 +11,8 @@ QAction* command(QWidget& window, const QString& text, QKeyCombination shortcut,
                  const std::function<void()>& handler) {
     auto* const action = new QAction(text, &window);
     if (shortcut.key() != Qt::Key_unknown) action->setShortcut(shortcut);
+    // Some systems move actions to another menu, going by their text unless they are told.
+    action->setMenuRole(QAction::NoRole);
     QObject::connect(action, &QAction::triggered, &window, handler);
     window.addAction(action);
     return action;

@@ -1,5 +1,7 @@
 #include "Windows.h"
 
+#include "Platform/Activation.h"
+
 #include <QWidget>
 
 namespace corvane::windows {
@@ -7,6 +9,7 @@ namespace corvane::windows {
 void present(QWidget& window) {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
+    activateApplication();
     window.raise();
     window.activateWindow();
 }

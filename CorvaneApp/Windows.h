@@ -4,7 +4,7 @@ class QWidget;
 
 namespace corvane::windows {
 
-/// Shows `window`, also from minimised, and asks the window manager to bring it to the front.
+/// Shows `window`, also from minimised, and asks the system to bring it to the front with the keyboard.
 void present(QWidget& window);
 
 } // namespace corvane::windows

@@ -29,8 +29,8 @@ class FloatingPanel {
     /// The size last given.
     [[nodiscard]] virtual QSize size() const = 0;
 
-    /// Moves the card's top left corner to `origin`, at once. A slide under way goes on relative to that
-    /// place.
+    /// Moves the card's top left corner to `origin`, at once. A slide under way goes on and ends
+    /// there.
     virtual void setOrigin(QPoint origin) = 0;
 
     /// The place last given, a slide's offset left out.

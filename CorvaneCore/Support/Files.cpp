@@ -179,7 +179,7 @@ bool takeOverPermissions(int descriptor, const fs::path& original, const struct 
     // the group's bits, so a second call sets what the list's failure or absence demands.
     const bool listKept = platform::copyAttributes(original, descriptor);
     if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) mode &= ~mode_t{06000};
-    if (own.st_gid != status.st_gid || !listKept) mode &= ~mode_t{070} | ((mode & 07U) << 3U);
+    if (own.st_gid != status.st_gid || !listKept) mode &= static_cast<mode_t>(~070U | ((mode & 07U) << 3U));
     return fchmod(descriptor, mode) == 0;
 }
 

@@ -18,8 +18,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 
 namespace corvane {
 
@@ -88,12 +86,6 @@ bool Platform::prepareProcess() {
     // whenever an accessibility bus comes up.
     if (!qEnvironmentVariableIsSet(accessibilityVariable)) qputenv(accessibilityVariable, "1");
     return true;
-}
-
-void Platform::protectSupportDirectory(const CorvanePaths& paths) {
-    std::error_code ignored;
-    std::filesystem::create_directories(paths.support, ignored);
-    std::filesystem::permissions(paths.support, std::filesystem::perms::owner_all, ignored);
 }
 
 } // namespace corvane

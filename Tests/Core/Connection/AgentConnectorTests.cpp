@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -264,7 +265,7 @@ TEST_F(AgentConnectorTest, fourOfFiveEventsAreNotConnected) {
 
 TEST_F(AgentConnectorTest, theFilesPermissionsStay) {
     const test::CreationMask mask(022);
-    for (const mode_t mode : {0600U, 0644U, 0664U, 0400U, 0666U, 0755U}) {
+    for (const mode_t mode : std::initializer_list<mode_t>{0600, 0644, 0664, 0400, 0666, 0755}) {
         writeFile(codexFile, "a = 1\n");
         ASSERT_EQ(chmod(codexFile.c_str(), mode), 0);
         const auto backup = connector.connect(AgentKind::codex, test::noon);

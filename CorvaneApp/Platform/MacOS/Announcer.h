@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Platform/Announcer.h"
+
+namespace corvane {
+
+/// Posts announcements on the application, which is there even when it has no window.
+class MacAnnouncer : public Announcer {
+  public:
+    void announce(const QString& text, QWidget& banner) override;
+};
+
+} // namespace corvane

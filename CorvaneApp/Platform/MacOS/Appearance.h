@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Platform/Appearance.h"
+#include "Platform/MacOS/Observation.h"
+
+#include <memory>
+
+namespace corvane {
+
+/// What the system says at the moment of asking.
+class MacAppearance : public Appearance {
+    Q_OBJECT
+
+  public:
+    MacAppearance();
+    ~MacAppearance() override;
+
+    [[nodiscard]] ColorScheme colorScheme() const override;
+    [[nodiscard]] bool reduceMotion() const override;
+
+  private:
+    struct Parts;
+
+    std::unique_ptr<Parts> parts_;
+    Observation displayOptionsChange_;
+};
+
+} // namespace corvane

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Platform/Applications.h"
+
+namespace corvane {
+
+/// The running applications by bundle identifier, as the system lists them.
+class MacApplications : public Applications {
+  public:
+    void activate(const std::string& bundleID) override;
+
+    /// Does nothing: every terminal here tells its identifier to what runs in it.
+    void activateTerminal(const std::string& agent, const std::string& directory) override;
+};
+
+} // namespace corvane

@@ -1,0 +1,121 @@
+#include "Platform/MacOS/FloatingPanel.h"
+
+#include "MainThread.h"
+#include "Platform/MacOS/NativePanel.h"
+
+#include <QTimer>
+
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+// After a slide's end, when nothing writes places any more.
+constexpr std::chrono::milliseconds settling{40};
+
+class MacFloatingPanel : public FloatingPanel {
+  public:
+    MacFloatingPanel() {
+        slide_.setSingleShot(true);
+        slide_.setTimerType(Qt::PreciseTimer);
+        // An animation may have written a place over one that was set meanwhile.
+        QObject::connect(&slide_, &QTimer::timeout, &slide_, [this] { panel_.setOrigin(origin_); });
+    }
+
+    MacFloatingPanel(const MacFloatingPanel&) = delete;
+    MacFloatingPanel& operator=(const MacFloatingPanel&) = delete;
+    ~MacFloatingPanel() override {
+        if (content_) NativePanel::release(*content_);
+    }
+
+    void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
+        requireMainThread();
+        PanelContent* const old = std::exchange(content_, std::move(view)).release();
+        size_ = size;
+        content_->setBlended(true);
+        content_->setFixedSize(size);
+        panel_.setContent(*content_, size, content_->outline());
+        place();
+        if (old == nullptr) return;
+        NativePanel::release(*old);
+        // The old view may be the one whose button is being pressed.
+        old->deleteLater();
+    }
+
+    [[nodiscard]] QSize size() const override { return size_; }
+
+    void setOrigin(QPoint origin) override {
+        requireMainThread();
+        origin_ = origin;
+        place();
+    }
+
+    [[nodiscard]] QPoint origin() const override { return origin_; }
+
+    void fadeIn(std::chrono::milliseconds duration, int slide) override {
+        requireMainThread();
+        slide_.stop();
+        if (content_) content_->show();
+        panel_.setIgnoresClicks(false);
+        panel_.setOpacity(0);
+        panel_.setOrigin(origin_ - QPoint(0, slide));
+        panel_.orderFront();
+        if (slide == 0) {
+            panel_.animate(1, std::nullopt, duration);
+            return;
+        }
+        panel_.animate(1, origin_, duration);
+        slide_.start(duration + settling);
+    }
+
+    void fadeOut(std::chrono::milliseconds duration) override {
+        requireMainThread();
+        if (!panel_.isVisible()) return;
+        panel_.setIgnoresClicks(true);
+        panel_.animate(0, std::nullopt, duration);
+    }
+
+    void orderOut() override {
+        requireMainThread();
+        slide_.stop();
+        panel_.orderOut();
+        // The view's clock stands still while nobody sees it.
+        if (content_) content_->hide();
+    }
+
+    void orderFront() override {
+        requireMainThread();
+        if (panel_.isVisible()) panel_.orderFront();
+    }
+
+    [[nodiscard]] void* handle() const { return panel_.handle(); }
+
+  private:
+    void place() {
+        if (slide_.isActive()) {
+            // A plain place would be overwritten by the animation's next step.
+            panel_.animate(1, origin_, slide_.remainingTimeAsDuration());
+        } else {
+            panel_.setOrigin(origin_);
+        }
+    }
+
+    NativePanel panel_;
+    std::unique_ptr<PanelContent> content_;
+    QSize size_;
+    QPoint origin_;
+    QTimer slide_; // runs while the panel is on its way down
+};
+
+} // namespace
+
+std::unique_ptr<FloatingPanel> MacFloatingPanels::make() {
+    return std::make_unique<MacFloatingPanel>();
+}
+
+void* nativeHandle(const FloatingPanel& panel) {
+    return static_cast<const MacFloatingPanel&>(panel).handle();
+}
+
+} // namespace corvane

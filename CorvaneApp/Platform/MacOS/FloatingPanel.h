@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Platform/FloatingPanel.h"
+
+namespace corvane {
+
+/// Makes panels that are AppKit's own.
+class MacFloatingPanels : public FloatingPanels {
+  public:
+    [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+};
+
+/// The NSPanel behind a panel that MacFloatingPanels has made.
+[[nodiscard]] void* nativeHandle(const FloatingPanel& panel);
+
+} // namespace corvane

@@ -1,0 +1,236 @@
+#include "Platform/MacOS/NativePanel.h"
+
+#include "Platform/MacOS/Geometry.h"
+#include "Platform/MacOS/PathSegments.h"
+#include "Platform/MacOS/Screens.h"
+
+#include <QGuiApplication>
+#include <QWidget>
+
+#import <AppKit/AppKit.h>
+#include <utility>
+#include <vector>
+
+@interface BannerPanel : NSPanel
+- (instancetype)initWithContentSize:(NSSize)size;
+@property(nonatomic, weak) NSView* hostedView;
+@property(nonatomic, copy) void (^onKeyboardChange)(void);
+@end
+
+@implementation BannerPanel
+
+- (instancetype)initWithContentSize:(NSSize)size {
+    // The mask has to be given here: set later it reads back the same, but clicks activate the application.
+    self = [super initWithContentRect:NSMakeRect(0, 0, size.width, size.height)
+                            styleMask:NSWindowStyleMaskNonactivatingPanel
+                              backing:NSBackingStoreBuffered
+                                defer:NO];
+    if (self) {
+        self.floatingPanel = YES;
+        // After the line above, which has a level of its own.
+        self.level = NSStatusWindowLevel;
+        self.collectionBehavior =
+            NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
+            NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary;
+        self.backgroundColor = NSColor.clearColor;
+        self.opaque = NO;
+        self.hasShadow = YES;
+        self.hidesOnDeactivate = NO;
+        self.releasedWhenClosed = NO;
+        [self setAccessibilityLabel:@"Corvane"];
+    }
+    return self;
+}
+
+- (instancetype)initWithContentRect:(NSRect)rect
+                          styleMask:(NSWindowStyleMask)mask
+                            backing:(NSBackingStoreType)backing
+                              defer:(BOOL)flag {
+    qFatal("BannerPanel: initWithContentRect:styleMask:backing:defer: is not implemented");
+}
+
+// Without a title bar a window would have no keyboard, and its buttons no clicks.
+- (BOOL)canBecomeKeyWindow {
+    return YES;
+}
+
+- (void)becomeKeyWindow {
+    [super becomeKeyWindow];
+    // Qt hears of the keyboard through its view's becoming first responder, and in the older versions only
+    // so; it may be that already.
+    [self makeFirstResponder:nil];
+    [self makeFirstResponder:self.hostedView];
+    if (self.onKeyboardChange) self.onKeyboardChange();
+}
+
+- (void)resignKeyWindow {
+    [super resignKeyWindow];
+    if (self.onKeyboardChange) self.onKeyboardChange();
+}
+
+@end
+
+namespace corvane {
+
+namespace {
+
+/// Null on a Qt platform that has no such views.
+NSView* viewOf(QWidget& widget) {
+    if (QGuiApplication::platformName() != QLatin1String("cocoa")) return nil;
+    return (__bridge NSView*)reinterpret_cast<void*>(widget.winId());
+}
+
+NSImage* mask(QSize size, const QPainterPath& outline) {
+    NSBezierPath* const shape = [NSBezierPath bezierPath];
+    const auto point = [](QPointF p) { return NSMakePoint(p.x(), p.y()); };
+    for (const PathSegment& segment : pathSegments(outline)) {
+        switch (segment.kind) {
+        case PathSegment::Kind::move:
+            [shape moveToPoint:point(segment.end)];
+            break;
+        case PathSegment::Kind::line:
+            [shape lineToPoint:point(segment.end)];
+            break;
+        case PathSegment::Kind::curve:
+            [shape curveToPoint:point(segment.end)
+                  controlPoint1:point(segment.control1)
+                  controlPoint2:point(segment.control2)];
+            break;
+        }
+    }
+    // Only where it covers counts, not the colour. Flipped, since outlines grow downwards.
+    return [NSImage imageWithSize:NSMakeSize(size.width(), size.height())
+                          flipped:YES
+                   drawingHandler:^BOOL(NSRect) {
+                     [NSColor.blackColor set];
+                     [shape fill];
+                     return YES;
+                   }];
+}
+
+} // namespace
+
+struct NativePanel::Parts {
+    BannerPanel* panel = nil;
+    NSVisualEffectView* card = nil;
+};
+
+NativePanel::NativePanel()
+    : parts_(std::make_unique<Parts>()) {
+    parts_->panel = [[BannerPanel alloc] initWithContentSize:NSMakeSize(1, 1)];
+}
+
+NativePanel::~NativePanel() {
+    parts_->panel.onKeyboardChange = nil;
+    [parts_->panel orderOut:nil];
+}
+
+void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& outline) {
+    content.setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+    content.setAttribute(Qt::WA_TranslucentBackground);
+    content.setAttribute(Qt::WA_ShowWithoutActivating);
+    content.setAttribute(Qt::WA_QuitOnClose, false);
+
+    NSVisualEffectView* const card =
+        [[NSVisualEffectView alloc] initWithFrame:NSMakeRect(0, 0, size.width(), size.height())];
+    card.material = NSVisualEffectMaterialPopover;
+    card.blendingMode = NSVisualEffectBlendingModeBehindWindow;
+    // The panel belongs to an application that is hardly ever active, and would look so.
+    card.state = NSVisualEffectStateActive;
+    parts_->card = card;
+    parts_->panel.contentView = card;
+
+    NSView* const view = viewOf(content);
+    if (view) {
+        // Qt's own window, which is never shown, lets go of the view. From then on Qt knows that the view is
+        // embedded and leaves the window around it alone.
+        view.window.contentView = nil;
+        view.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
+        [card addSubview:view];
+    }
+    parts_->panel.hostedView = view;
+    resize(size, outline);
+    // Only now: shown earlier, Qt would make the view a window once more.
+    content.show();
+    resize(size, outline);
+}
+
+void NativePanel::resize(QSize size, const QPainterPath& outline) {
+    const NSRect frame = parts_->panel.frame;
+    [parts_->panel setContentSize:NSMakeSize(size.width(), size.height())];
+    // The upper left corner is the one that stays.
+    [parts_->panel setFrameOrigin:NSMakePoint(frame.origin.x, NSMaxY(frame) - size.height())];
+    parts_->card.maskImage = mask(size, outline);
+    parts_->panel.hostedView.frame = parts_->card.bounds;
+    [parts_->panel invalidateShadow];
+}
+
+void NativePanel::release(QWidget& content) {
+    content.hide();
+    if (content.testAttribute(Qt::WA_WState_Created)) [viewOf(content) removeFromSuperview];
+}
+
+void NativePanel::setOrigin(QPoint origin) {
+    const NSSize size = parts_->panel.frame.size;
+    const geometry::NativePoint corner =
+        geometry::toNative(origin, QSize(qRound(size.width), qRound(size.height)), desktopTop());
+    [parts_->panel setFrameOrigin:NSMakePoint(corner.x, corner.y)];
+}
+
+void NativePanel::setOpacity(double opacity) {
+    parts_->panel.alphaValue = opacity;
+}
+
+void NativePanel::setIgnoresClicks(bool ignores) {
+    parts_->panel.ignoresMouseEvents = ignores;
+}
+
+void NativePanel::animate(double opacity, std::optional<QPoint> origin, std::chrono::milliseconds duration) {
+    BannerPanel* const panel = parts_->panel;
+    NSRect frame = panel.frame;
+    if (origin) {
+        const QSize size(qRound(frame.size.width), qRound(frame.size.height));
+        const geometry::NativePoint corner = geometry::toNative(*origin, size, desktopTop());
+        frame.origin = NSMakePoint(corner.x, corner.y);
+    }
+    const double seconds = std::chrono::duration<double>(duration).count();
+    const bool moves = origin.has_value();
+    [NSAnimationContext runAnimationGroup:^(NSAnimationContext* context) {
+      context.duration = seconds;
+      panel.animator.alphaValue = opacity;
+      // The whole frame, which is what windows are documented to animate, rather than its origin alone.
+      if (moves) [panel.animator setFrame:frame display:YES];
+    }];
+}
+
+void NativePanel::orderFront() {
+    [parts_->panel orderFrontRegardless];
+}
+
+void NativePanel::orderFrontWithKeyboard() {
+    [parts_->panel makeKeyAndOrderFront:nil];
+}
+
+void NativePanel::orderOut() {
+    [parts_->panel orderOut:nil];
+}
+
+bool NativePanel::isVisible() const {
+    return parts_->panel.visible;
+}
+
+bool NativePanel::hasKeyboard() const {
+    return parts_->panel.keyWindow;
+}
+
+void NativePanel::setKeyboardHandler(std::function<void()> handler) {
+    parts_->panel.onKeyboardChange = ^{
+      handler();
+    };
+}
+
+void* NativePanel::handle() const {
+    return (__bridge void*)parts_->panel;
+}
+
+} // namespace corvane

@@ -1,0 +1,87 @@
+#include "Platform/MacOS/PanelHost.h"
+
+#include "Platform/PlainPanelHost.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QMetaObject>
+#include <QPointer>
+#include <QWidget>
+
+#import <AppKit/AppKit.h>
+#include <functional>
+
+namespace corvane {
+
+struct MacPanelHost::Monitor {
+    explicit Monitor(const std::function<void()>& onPress)
+        : token([NSEvent addGlobalMonitorForEventsMatchingMask:
+                             NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown
+                                                       handler:^(NSEvent*) {
+                                                         onPress();
+                                                       }]) {}
+    Monitor(const Monitor&) = delete;
+    Monitor& operator=(const Monitor&) = delete;
+    ~Monitor() {
+        if (token) [NSEvent removeMonitor:token];
+    }
+
+    id token;
+};
+
+std::unique_ptr<PanelHost> PanelHost::make(QWidget& window) {
+    // Qt's other platforms have no native views to put anywhere.
+    if (QGuiApplication::platformName() != QLatin1String("cocoa"))
+        return std::make_unique<PlainPanelHost>(window);
+    return std::make_unique<MacPanelHost>(window);
+}
+
+MacPanelHost::MacPanelHost(QWidget& window)
+    : window_(window) {
+    window_.installEventFilter(this);
+    panel_.setKeyboardHandler([this] { Q_EMIT keyboardChanged(); });
+}
+
+MacPanelHost::~MacPanelHost() {
+    panel_.setKeyboardHandler([] {});
+    if (isHosted_) NativePanel::release(window_);
+}
+
+void MacPanelHost::setGeometry(const QRect& geometry, const QPainterPath& outline) {
+    geometry_ = geometry;
+    outline_ = outline;
+    if (!isHosted_) return;
+    panel_.resize(geometry.size(), outline);
+    panel_.setOrigin(geometry.topLeft());
+}
+
+void MacPanelHost::present() {
+    if (isHosted_) {
+        window_.show();
+    } else {
+        isHosted_ = true;
+        panel_.setContent(window_, geometry_.size(), outline_);
+    }
+    panel_.setOrigin(geometry_.topLeft());
+    panel_.orderFrontWithKeyboard();
+    if (monitor_) return;
+    // Later, since closing the panel takes the monitor away, and it may be in the middle of telling.
+    const QPointer<MacPanelHost> self(this);
+    monitor_ = std::make_unique<Monitor>([self] {
+        if (self) QMetaObject::invokeMethod(self.data(), &PanelHost::pressedElsewhere, Qt::QueuedConnection);
+    });
+}
+
+bool MacPanelHost::hasKeyboard() const {
+    return panel_.hasKeyboard();
+}
+
+bool MacPanelHost::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Hide) {
+        monitor_.reset();
+        panel_.orderOut();
+    }
+    return PanelHost::eventFilter(watched, event);
+}
+
+} // namespace corvane

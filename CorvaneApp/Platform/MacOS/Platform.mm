@@ -1,0 +1,78 @@
+#include "Platform/Platform.h"
+
+#include "Platform/MacOS/Activity.h"
+#include "Platform/MacOS/Announcer.h"
+#include "Platform/MacOS/Appearance.h"
+#include "Platform/MacOS/ApplicationDelegate.h"
+#include "Platform/MacOS/Applications.h"
+#include "Platform/MacOS/FileBrowser.h"
+#include "Platform/MacOS/FloatingPanel.h"
+#include "Platform/MacOS/LoginItem.h"
+#include "Platform/MacOS/Reopen.h"
+#include "Platform/MacOS/Screens.h"
+#include "Platform/MacOS/Sounds.h"
+#include "Platform/MacOS/StatusItem.h"
+#include "QtScheduler.h"
+
+#include <QtGlobal>
+
+#import <AppKit/AppKit.h>
+#include <chrono>
+
+namespace corvane {
+
+namespace {
+
+class MacPlatform : public Platform {
+  public:
+    Services services() override {
+        return {[] { return Date::fromSystemClock(std::chrono::system_clock::now()); },
+                scheduler_,
+                panels_,
+                screens_,
+                appearance_,
+                announcer_,
+                sounds_,
+                applications_,
+                loginItem_,
+                fileBrowser_,
+                statusItem_,
+                reopen_};
+    }
+
+  private:
+    Activity activity_;
+    MacFloatingPanels panels_;
+    MacScreens screens_;
+    MacAppearance appearance_;
+    MacAnnouncer announcer_;
+    MacSounds sounds_;
+    MacApplications applications_;
+    MacLoginItem loginItem_;
+    MacFileBrowser fileBrowser_;
+    MacStatusItem statusItem_;
+    MacReopen reopen_{MacReopen::standardFolder()};
+    // The last to come and the first to go: work that is still pending may hold a panel.
+    QtScheduler scheduler_;
+};
+
+} // namespace
+
+std::unique_ptr<Platform> Platform::make() {
+    return std::make_unique<MacPlatform>();
+}
+
+bool Platform::prepareProcess() {
+    // Otherwise Qt makes the application the active one at every launch, at login too, and whenever a window
+    // is raised.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
+    installApplicationDelegate();
+    // A bundle says in its property list what kind of application it is; a bare program may show nothing
+    // until it has said so.
+    if (!NSBundle.mainBundle.bundleIdentifier)
+        [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyAccessory];
+    return true;
+}
+
+} // namespace corvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/MacOS/Observation.h"
+#include "Platform/Reopen.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace corvane {
+
+/// The system starts a bundle once and tells it when it is opened again. A process that was started
+/// otherwise, as from a terminal, finds out by a lock that another one runs, and asks it through a
+/// notification.
+class MacReopen : public Reopen {
+    Q_OBJECT
+
+  public:
+    /// Both processes have to use the same folder, which is made if need be.
+    explicit MacReopen(std::filesystem::path folder);
+    ~MacReopen() override;
+
+    /// The user's folder for caches: temporary files are swept away while the application runs.
+    [[nodiscard]] static std::filesystem::path standardFolder();
+
+    /// True as well where the folder cannot be used: better two than none.
+    [[nodiscard]] bool claim() override;
+
+  private:
+    std::filesystem::path folder_;
+    int lock_ = -1; // given back by the kernel, however the process ends
+    std::unique_ptr<Observation> openedAgain_;
+    std::unique_ptr<Observation> askedByAnother_;
+};
+
+} // namespace corvane

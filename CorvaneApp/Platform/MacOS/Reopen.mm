@@ -1,0 +1,48 @@
+#include "Platform/MacOS/Reopen.h"
+
+#include "Platform/MacOS/ApplicationDelegate.h"
+
+#include <QStandardPaths>
+
+#import <Foundation/Foundation.h>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace corvane {
+
+MacReopen::MacReopen(std::filesystem::path folder)
+    : folder_(std::move(folder)) {}
+
+MacReopen::~MacReopen() {
+    if (lock_ >= 0) close(lock_);
+}
+
+std::filesystem::path MacReopen::standardFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation).toStdString();
+}
+
+bool MacReopen::claim() {
+    std::error_code ignored;
+    std::filesystem::create_directories(folder_, ignored);
+    const std::filesystem::path file = folder_ / "corvane.lock";
+    lock_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    if (lock_ >= 0 && flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        [NSDistributedNotificationCenter.defaultCenter postNotificationName:@(reopenNotification)
+                                                                     object:nil
+                                                                   userInfo:nil
+                                                         deliverImmediately:YES];
+        return false;
+    }
+    const auto tell = [this] { Q_EMIT reopened(); };
+    const QString name = QString::fromLatin1(reopenNotification);
+    openedAgain_ = std::make_unique<Observation>(NotificationCenter::application, name, tell);
+    askedByAnother_ = std::make_unique<Observation>(NotificationCenter::everyProcess, name, tell);
+    return true;
+}
+
+} // namespace corvane

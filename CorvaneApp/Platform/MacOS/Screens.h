@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Platform/MacOS/Observation.h"
+#include "Platform/Screens.h"
+
+namespace corvane {
+
+/// The upper edge of the screen with the menu bar, where Qt's coordinates begin, in AppKit's. 0 without a
+/// screen.
+[[nodiscard]] double desktopTop();
+
+/// The screens as AppKit has them. The main one is that of the window with the keyboard.
+class MacScreens : public Screens {
+    Q_OBJECT
+
+  public:
+    MacScreens();
+
+    [[nodiscard]] std::optional<QRect> mainVisibleFrame() const override;
+
+  private:
+    Observation parametersChange_;
+};
+
+} // namespace corvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/Sounds.h"
+
+#include <memory>
+
+namespace corvane {
+
+/// The system's named sounds. A sound that still plays is not started anew.
+class MacSounds : public Sounds {
+  public:
+    MacSounds();
+    ~MacSounds() override;
+
+    void play(const std::string& name) override;
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace corvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Platform/StatusItem.h"
+
+#include <memory>
+
+namespace corvane {
+
+/// An item of the menu bar that is as wide as it needs to be: the symbol, and the count as its title.
+class MacStatusItem : public StatusItem {
+    Q_OBJECT
+
+  public:
+    MacStatusItem();
+    ~MacStatusItem() override;
+
+    void show(int waitingCount, const QString& label) override;
+
+    /// Not used: a press always opens the panel.
+    void setMenu(QMenu* menu) override;
+
+    [[nodiscard]] bool isAvailable() const override { return true; }
+
+    /// The item as the system knows it (an NSStatusItem), for those who look at it from outside; null before
+    /// it is first shown.
+    [[nodiscard]] void* handle() const;
+
+  private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace corvane

@@ -1,0 +1,96 @@
+#include "Platform/MacOS/StatusItem.h"
+
+#include "Platform/MacOS/Geometry.h"
+#include "Platform/MacOS/Screens.h"
+#include "StatusIcon.h"
+
+#import <AppKit/AppKit.h>
+#include <algorithm>
+
+@interface CorvaneStatusTarget : NSObject
+@property(nonatomic, copy) void (^onPress)(void);
+- (void)pressed:(id)sender;
+@end
+
+@implementation CorvaneStatusTarget
+
+// Assistive technology presses without an event, so none is looked at.
+- (void)pressed:(id)sender {
+    if (self.onPress) self.onPress();
+}
+
+@end
+
+namespace corvane {
+
+namespace {
+
+/// A template, so that the system draws it in the colour of the menu bar's text.
+NSImage* bell(int waitingCount) {
+    NSString* const name = waitingCount > 0 ? @"bell.badge.fill" : @"bell";
+    if (NSImage* const symbol = [NSImage imageWithSystemSymbolName:name accessibilityDescription:nil])
+        return symbol;
+    constexpr int side = 16;
+    constexpr int largestScale = 2;
+    const int badges = std::min(waitingCount, 1); // the number stands beside it
+    const QImage picture = statusicon::image(side * largestScale, badges, ColorScheme::light);
+    CGImageRef const pixels = picture.toCGImage();
+    NSImage* const image = [[NSImage alloc] initWithCGImage:pixels size:NSMakeSize(side, side)];
+    CGImageRelease(pixels);
+    [image setTemplate:YES];
+    return image;
+}
+
+QRect place(NSStatusBarButton* button) {
+    NSWindow* const window = button.window;
+    if (!window) return {};
+    const NSRect rect = [window convertRectToScreen:[button convertRect:button.bounds toView:nil]];
+    return geometry::fromNative({rect.origin.x, rect.origin.y, rect.size.width, rect.size.height},
+                                desktopTop());
+}
+
+} // namespace
+
+struct MacStatusItem::Parts {
+    NSStatusItem* item = nil; // gone from the bar when it is let go
+    CorvaneStatusTarget* target = nil;
+};
+
+MacStatusItem::MacStatusItem()
+    : parts_(std::make_unique<Parts>()) {}
+
+MacStatusItem::~MacStatusItem() {
+    parts_->target.onPress = nil;
+    if (parts_->item) [NSStatusBar.systemStatusBar removeStatusItem:parts_->item];
+}
+
+void MacStatusItem::show(int waitingCount, const QString& label) {
+    if (!parts_->item) {
+        parts_->item = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
+        parts_->target = [CorvaneStatusTarget new];
+        parts_->target.onPress = ^{
+          Q_EMIT pressed(place(parts_->item.button));
+        };
+        NSStatusBarButton* const button = parts_->item.button;
+        button.target = parts_->target;
+        button.action = @selector(pressed:);
+        // Where a menu would open, on pressing rather than on letting go.
+        [button sendActionOn:NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown];
+    }
+    NSStatusBarButton* const button = parts_->item.button;
+    const bool hasCount = waitingCount >= 2;
+    button.image = bell(waitingCount);
+    button.title = hasCount ? QString::number(waitingCount).toNSString() : @"";
+    button.imagePosition = hasCount ? NSImageLeading : NSImageOnly;
+    button.imageHugsTitle = YES;
+    button.toolTip = label.toNSString();
+    [button setAccessibilityLabel:label.toNSString()];
+}
+
+void MacStatusItem::setMenu(QMenu* /*menu*/) {}
+
+void* MacStatusItem::handle() const {
+    return (__bridge void*)parts_->item;
+}
+
+} // namespace corvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/PanelHost.h"
+
+namespace corvane {
+
+/// Leaves the window to Qt and to the window manager, which ties the keyboard to the active window.
+class PlainPanelHost : public PanelHost {
+    Q_OBJECT
+
+  public:
+    explicit PlainPanelHost(QWidget& window);
+
+    void setGeometry(const QRect& geometry, const QPainterPath& outline) override;
+    void present() override;
+    [[nodiscard]] bool hasKeyboard() const override;
+
+  private:
+    QWidget& window_;
+};
+
+} // namespace corvane

@@ -1,0 +1,3 @@
+#pragma once
+
+// Qt includes this; nothing of it is used.

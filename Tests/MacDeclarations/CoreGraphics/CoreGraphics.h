@@ -1,0 +1,49 @@
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+typedef double CGFloat;
+typedef struct CGPoint {
+    CGFloat x;
+    CGFloat y;
+} CGPoint;
+typedef struct CGSize {
+    CGFloat width;
+    CGFloat height;
+} CGSize;
+typedef struct CGRect {
+    CGPoint origin;
+    CGSize size;
+} CGRect;
+
+typedef const struct __CFString* CFStringRef;
+typedef struct CGColorSpace* CGColorSpaceRef;
+typedef struct CGContext* CGContextRef;
+typedef struct CGImage* CGImageRef;
+
+typedef enum __attribute__((enum_extensibility(open))) CGImageAlphaInfo : uint32_t {
+    kCGImageAlphaNone,
+    kCGImageAlphaPremultipliedLast,
+    kCGImageAlphaPremultipliedFirst,
+} CGImageAlphaInfo;
+
+typedef enum __attribute__((enum_extensibility(open), flag_enum)) CGBitmapInfo : uint32_t {
+    kCGBitmapByteOrder32Little = (2 << 12),
+    kCGBitmapByteOrder32Big = (4 << 12),
+} CGBitmapInfo;
+
+extern "C" {
+// A constant by the processor's byte order, which is that of all processors that macOS runs on.
+#define kCGBitmapByteOrder32Host kCGBitmapByteOrder32Little
+
+extern const CFStringRef _Nonnull kCGColorSpaceSRGB;
+
+CGColorSpaceRef _Nullable CGColorSpaceCreateWithName(CFStringRef _Nullable name);
+void CGColorSpaceRelease(CGColorSpaceRef _Nullable space);
+CGContextRef _Nullable CGBitmapContextCreate(void* _Nullable data, size_t width, size_t height,
+                                             size_t bitsPerComponent, size_t bytesPerRow,
+                                             CGColorSpaceRef _Nullable space, uint32_t bitmapInfo);
+void CGContextRelease(CGContextRef _Nullable context);
+void CGImageRelease(CGImageRef _Nullable image);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NS_ENUM(NSInteger, SMAppServiceStatus) {
+    SMAppServiceStatusNotRegistered,
+    SMAppServiceStatusEnabled,
+    SMAppServiceStatusRequiresApproval,
+    SMAppServiceStatusNotFound,
+} API_AVAILABLE(macos(13.0));
+
+API_AVAILABLE(macos(13.0))
+@interface SMAppService : NSObject
+@property(class, readonly, strong) SMAppService* mainAppService;
+- (BOOL)registerAndReturnError:(NSError* _Nullable* _Nullable)error;
+- (BOOL)unregisterAndReturnError:(NSError* _Nullable* _Nullable)error;
+@property(readonly) SMAppServiceStatus status;
++ (void)openSystemSettingsLoginItems;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,9 @@
+// In place of the C library's: macOS has "unsigned long long" for 64 bits, which is another type than
+// "unsigned long".
+#ifndef _BITS_STDINT_UINTN_H
+#define _BITS_STDINT_UINTN_H 1
+typedef unsigned char uint8_t;
+typedef unsigned short uint16_t;
+typedef unsigned int uint32_t;
+typedef unsigned long long uint64_t;
+#endif

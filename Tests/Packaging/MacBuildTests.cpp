@@ -47,13 +47,14 @@ class MacBuildTest : public testing::Test {
         scratch_ = std::make_unique<test::ScratchFolder>();
         build_ = *scratch_ / "build";
         log_ = *scratch_ / "log";
-        configured_ = cmake(
-            {"-S", CORVANE_SOURCES, "-B", build_.string(), "-G", "Ninja", "-DCMAKE_SYSTEM_NAME=Darwin",
-             "-DCMAKE_SYSTEM_PROCESSOR=arm64", "-DCMAKE_OSX_SYSROOT=/", "-DCMAKE_OBJCXX_COMPILER=clang++",
-             "-DCMAKE_LIBRARY_ARCHITECTURE=" CORVANE_LIBRARY_ARCHITECTURE, "-DCMAKE_PREFIX_PATH=/usr",
-             "-DCMAKE_FIND_LIBRARY_SUFFIXES=.so", "-DCMAKE_CROSSCOMPILING_EMULATOR=/usr/bin/env",
-             "-DCMAKE_PROJECT_INCLUDE=" CORVANE_SOURCES "/Tests/Packaging/FakeDarwin.cmake",
-             "-DCORVANE_BUILD_BENCHMARKS=OFF"});
+        configured_ =
+            cmake({"-S", CORVANE_SOURCES, "-B", build_.string(), "-G", "Ninja", "-DCMAKE_SYSTEM_NAME=Darwin",
+                   "-DCMAKE_SYSTEM_PROCESSOR=arm64", "-DCMAKE_OSX_SYSROOT=/",
+                   "-DCMAKE_OBJCXX_COMPILER=" CORVANE_CLANG,
+                   "-DCMAKE_LIBRARY_ARCHITECTURE=" CORVANE_LIBRARY_ARCHITECTURE, "-DCMAKE_PREFIX_PATH=/usr",
+                   "-DCMAKE_FIND_LIBRARY_SUFFIXES=.so", "-DCMAKE_CROSSCOMPILING_EMULATOR=/usr/bin/env",
+                   "-DCMAKE_PROJECT_INCLUDE=" CORVANE_SOURCES "/Tests/Packaging/FakeDarwin.cmake",
+                   "-DCORVANE_BUILD_BENCHMARKS=OFF"});
         if (configured_.status != 0) return;
         icon_ = cmake({"--build", build_.string(), "--target", "IconFiles"});
         test::writeFile(build_ / "bin/Corvane.app/Contents/MacOS/Corvane",

@@ -144,6 +144,14 @@ TEST_F(HomebrewTest, theDiskImageIsPackedFromTheReleaseBuild) {
                     "cpack --config build/release/CPackConfig.cmake -B build/release"));
 }
 
+TEST_F(HomebrewTest, packingTheDiskImageIsTriedThreeTimes) {
+    environment_["CORVANE_TEST_FAIL"] = "--config";
+    const test::Outcome outcome = call("Scripts/disk-image");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.output, HasSubstr("attempt 3 failed"));
+    EXPECT_EQ(calls().size(), 5U);
+}
+
 TEST_F(HomebrewTest, aDiskImageIsRefusedOnOtherSystems) {
     environment_["PATH"] = "/usr/bin:/bin";
     const test::Outcome outcome = call("Scripts/disk-image");

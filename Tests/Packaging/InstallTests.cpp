@@ -17,23 +17,23 @@ namespace fs = std::filesystem;
 class InstallTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
-        scratch_ = std::make_unique<test::ScratchFolder>();
-        outcome_ = test::runScript(CORVANE_CMAKE,
-                                   {"--install", CORVANE_BUILD, "--prefix", scratch_->path().string()},
-                                   {{"PATH", "/usr/bin:/bin"}});
+        scratch = std::make_unique<test::ScratchFolder>();
+        outcome =
+            test::runScript(CORVANE_CMAKE, {"--install", CORVANE_BUILD, "--prefix", scratch->path().string()},
+                            {{"PATH", "/usr/bin:/bin"}});
     }
-    static void TearDownTestSuite() { scratch_.reset(); }
+    static void TearDownTestSuite() { scratch.reset(); }
 
-    void SetUp() override { ASSERT_EQ(outcome_.status, 0) << outcome_.output; }
+    void SetUp() override { ASSERT_EQ(outcome.status, 0) << outcome.output; }
 
-    static inline std::unique_ptr<test::ScratchFolder> scratch_;
-    static inline test::Outcome outcome_;
+    static inline std::unique_ptr<test::ScratchFolder> scratch;
+    static inline test::Outcome outcome;
 };
 
 TEST_F(InstallTest, exactlyTheFilesOfTheApplicationAreInstalled) {
     std::set<std::string> found;
-    for (const auto& entry : fs::recursive_directory_iterator(scratch_->path())) {
-        if (!entry.is_directory()) found.insert(fs::relative(entry.path(), scratch_->path()).string());
+    for (const auto& entry : fs::recursive_directory_iterator(scratch->path())) {
+        if (!entry.is_directory()) found.insert(fs::relative(entry.path(), scratch->path()).string());
     }
     std::set<std::string> wanted{"bin/corvane", "share/applications/corvane.desktop",
                                  "share/icons/hicolor/scalable/apps/corvane.svg"};
@@ -46,7 +46,7 @@ TEST_F(InstallTest, exactlyTheFilesOfTheApplicationAreInstalled) {
 
 TEST_F(InstallTest, theDesktopEntryStartsTheProgramAndNamesItsWindowsAndIcon) {
     const std::string entry =
-        test::fileBytes(scratch_->path() / "share/applications/corvane.desktop").value_or("");
+        test::fileBytes(scratch->path() / "share/applications/corvane.desktop").value_or("");
     EXPECT_EQ(DesktopEntry::execProgram(entry), "corvane");
     EXPECT_FALSE(DesktopEntry::isDisabled(entry));
     const std::vector<std::string> lines = test::linesOf(entry);
@@ -60,11 +60,11 @@ TEST_F(InstallTest, theDesktopEntryStartsTheProgramAndNamesItsWindowsAndIcon) {
 TEST_F(InstallTest, theDesktopEntryIsValid) {
     if (std::string(CORVANE_DESKTOP_FILE_VALIDATE).empty())
         GTEST_SKIP() << "desktop-file-validate is not installed";
-    const test::Outcome outcome = test::runScript(
+    const test::Outcome validation = test::runScript(
         CORVANE_DESKTOP_FILE_VALIDATE,
-        {"--no-hints", (scratch_->path() / "share/applications/corvane.desktop").string()}, {});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.output, "");
+        {"--no-hints", (scratch->path() / "share/applications/corvane.desktop").string()}, {});
+    EXPECT_EQ(validation.status, 0);
+    EXPECT_EQ(validation.output, "");
 }
 
 } // namespace

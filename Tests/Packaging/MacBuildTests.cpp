@@ -44,52 +44,52 @@ std::map<std::string, std::string> propertyList(const std::string& text) {
 class MacBuildTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
-        scratch_ = std::make_unique<test::ScratchFolder>();
-        build_ = *scratch_ / "build";
-        log_ = *scratch_ / "log";
-        configured_ =
-            cmake({"-S", CORVANE_SOURCES, "-B", build_.string(), "-G", "Ninja", "-DCMAKE_SYSTEM_NAME=Darwin",
+        scratch = std::make_unique<test::ScratchFolder>();
+        build = *scratch / "build";
+        log = *scratch / "log";
+        configured =
+            cmake({"-S", CORVANE_SOURCES, "-B", build.string(), "-G", "Ninja", "-DCMAKE_SYSTEM_NAME=Darwin",
                    "-DCMAKE_SYSTEM_PROCESSOR=arm64", "-DCMAKE_OSX_SYSROOT=/",
                    "-DCMAKE_OBJCXX_COMPILER=" CORVANE_CLANG,
                    "-DCMAKE_LIBRARY_ARCHITECTURE=" CORVANE_LIBRARY_ARCHITECTURE, "-DCMAKE_PREFIX_PATH=/usr",
                    "-DCMAKE_FIND_LIBRARY_SUFFIXES=.so", "-DCMAKE_CROSSCOMPILING_EMULATOR=/usr/bin/env",
                    "-DCMAKE_PROJECT_INCLUDE=" CORVANE_SOURCES "/Tests/Packaging/FakeDarwin.cmake",
                    "-DCORVANE_BUILD_BENCHMARKS=OFF"});
-        if (configured_.status != 0) return;
-        icon_ = cmake({"--build", build_.string(), "--target", "IconFiles"});
-        test::writeFile(build_ / "bin/Corvane.app/Contents/MacOS/Corvane",
+        if (configured.status != 0) return;
+        icon = cmake({"--build", build.string(), "--target", "IconFiles"});
+        test::writeFile(build / "bin/Corvane.app/Contents/MacOS/Corvane",
                         "\xCF\xFA\xED\xFE\nrpath @executable_path/../Frameworks\nminos 13.0\n");
-        installed_ = cmake({"--install", build_.string(), "--prefix", (*scratch_ / "stage").string()});
+        installed = cmake({"--install", build.string(), "--prefix", (*scratch / "stage").string()});
     }
-    static void TearDownTestSuite() { scratch_.reset(); }
+    static void TearDownTestSuite() { scratch.reset(); }
 
-    void SetUp() override { ASSERT_EQ(configured_.status, 0) << configured_.output; }
+    void SetUp() override { ASSERT_EQ(configured.status, 0) << configured.output; }
 
     static test::Outcome cmake(const std::vector<std::string>& arguments) {
         return test::runScript(CORVANE_CMAKE, arguments,
                                {{"PATH", CORVANE_STUBS ":/usr/local/bin:/usr/bin:/bin"},
-                                {"HOME", scratch_->path().string()},
-                                {"TMPDIR", scratch_->path().string()},
-                                {"CORVANE_TEST_LOG", log_.string()}});
+                                {"HOME", scratch->path().string()},
+                                {"TMPDIR", scratch->path().string()},
+                                {"CORVANE_TEST_LOG", log.string()}});
     }
 
-    static inline std::unique_ptr<test::ScratchFolder> scratch_;
-    static inline fs::path build_;
-    static inline fs::path log_;
-    static inline test::Outcome configured_;
-    static inline test::Outcome icon_;
-    static inline test::Outcome installed_;
+    static inline std::unique_ptr<test::ScratchFolder> scratch;
+    static inline fs::path build;
+    static inline fs::path log;
+    static inline test::Outcome configured;
+    static inline test::Outcome icon;
+    static inline test::Outcome installed;
 };
 
 TEST_F(MacBuildTest, theBundleSaysWhatItIs) {
     const auto plist =
-        propertyList(test::fileBytes(build_ / "bin/Corvane.app/Contents/Info.plist").value_or(""));
+        propertyList(test::fileBytes(build / "bin/Corvane.app/Contents/Info.plist").value_or(""));
     const std::map<std::string, std::string> wanted{
         {"CFBundleDevelopmentRegion", "en"},
         {"CFBundleDisplayName", "Corvane"},
         {"CFBundleExecutable", "Corvane"},
         {"CFBundleIconFile", "Corvane.icns"},
-        {"CFBundleIdentifier", "org.corvane.corvane"},
+        {"CFBundleIdentifier", "org.corvane.Corvane"},
         {"CFBundleInfoDictionaryVersion", "6.0"},
         {"CFBundleName", "Corvane"},
         {"CFBundlePackageType", "APPL"},
@@ -107,17 +107,17 @@ TEST_F(MacBuildTest, theBundleSaysWhatItIs) {
 }
 
 TEST_F(MacBuildTest, theIconIsPackedFromTenPicturesAndPutIntoTheBundle) {
-    EXPECT_EQ(icon_.status, 0) << icon_.output;
-    EXPECT_EQ(test::fileBytes(build_ / "Resources/Icon/Corvane.icns"), "icns\n");
-    EXPECT_THAT(test::fileBytes(build_ / "build.ninja").value_or(""),
+    EXPECT_EQ(icon.status, 0) << icon.output;
+    EXPECT_EQ(test::fileBytes(build / "Resources/Icon/Corvane.icns"), "icns\n");
+    EXPECT_THAT(test::fileBytes(build / "build.ninja").value_or(""),
                 HasSubstr("build bin/Corvane.app/Contents/Resources/Corvane.icns: "));
 }
 
 TEST_F(MacBuildTest, theInstalledBundleGetsQtFirstAndItsSignatureLast) {
-    EXPECT_EQ(installed_.status, 0) << installed_.output;
-    const std::string bundle = (*scratch_ / "stage/Corvane.app").string();
-    std::vector<std::string> calls = test::linesOf(test::fileBytes(log_).value_or(""));
-    ASSERT_THAT(calls, SizeIs(5)) << installed_.output;
+    EXPECT_EQ(installed.status, 0) << installed.output;
+    const std::string bundle = (*scratch / "stage/Corvane.app").string();
+    std::vector<std::string> calls = test::linesOf(test::fileBytes(log).value_or(""));
+    ASSERT_THAT(calls, SizeIs(5)) << installed.output;
     // CMake's own: the program finds its libraries in the bundle.
     EXPECT_THAT(calls[0], HasSubstr("install_name_tool -add_rpath @executable_path/../Frameworks "));
     EXPECT_TRUE(calls[1].starts_with("macdeployqt Corvane.app")) << calls[1];
@@ -127,7 +127,7 @@ TEST_F(MacBuildTest, theInstalledBundleGetsQtFirstAndItsSignatureLast) {
 }
 
 TEST_F(MacBuildTest, thePackageIsADiskImageNamedForVersionAndProcessor) {
-    const std::string pack = test::fileBytes(build_ / "CPackConfig.cmake").value_or("");
+    const std::string pack = test::fileBytes(build / "CPackConfig.cmake").value_or("");
     EXPECT_THAT(pack, HasSubstr("set(CPACK_GENERATOR \"DragNDrop\")"));
     EXPECT_THAT(pack, HasSubstr("set(CPACK_PACKAGE_FILE_NAME \"Corvane-" CORVANE_VERSION "-arm64\")"));
     EXPECT_THAT(pack, HasSubstr("set(CPACK_STRIP_FILES \"OFF\")"));

@@ -43,7 +43,10 @@ inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
 inline CGFloat NSMaxY(NSRect rect) {
     return rect.origin.y + rect.size.height;
 }
-BOOL NSEqualRects(NSRect a, NSRect b);
+inline BOOL NSEqualRects(NSRect a, NSRect b) {
+    return a.origin.x == b.origin.x && a.origin.y == b.origin.y && a.size.width == b.size.width &&
+           a.size.height == b.size.height;
+}
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -72,6 +75,8 @@ typedef struct {
     unsigned long* _Nullable mutationsPtr;
     unsigned long extra[5];
 } NSFastEnumerationState;
+
+extern "C" Class _Nullable NSClassFromString(NSString* aClassName);
 
 @protocol NSCopying
 @end

@@ -1,0 +1,47 @@
+#include "MacSupport.h"
+#include "Platform/MacOS/Appearance.h"
+
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+
+#import <AppKit/AppKit.h>
+
+namespace corvane {
+namespace {
+
+using test::holdsSoon;
+
+class MacAppearanceTest : public testing::Test {
+  protected:
+    void TearDown() override { NSApp.appearance = nil; }
+    static void use(NSAppearanceName name) { NSApp.appearance = [NSAppearance appearanceNamed:name]; }
+
+    MacAppearance appearance;
+};
+
+TEST_F(MacAppearanceTest, isTheBestMatchOfLightAndDark) {
+    use(NSAppearanceNameAqua);
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::light);
+    use(NSAppearanceNameDarkAqua);
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
+    use(NSAppearanceNameAccessibilityHighContrastDarkAqua);
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
+    use(NSAppearanceNameAccessibilityHighContrastAqua);
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::light);
+}
+
+TEST_F(MacAppearanceTest, isFollowedWithoutAnyWindow) {
+    use(NSAppearanceNameAqua);
+    QSignalSpy changes(&appearance, &Appearance::changed);
+    use(NSAppearanceNameDarkAqua);
+    EXPECT_TRUE(holdsSoon([&] { return changes.count() > 0; }));
+    EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
+}
+
+TEST_F(MacAppearanceTest, readsTheUsersWishForLessMovement) {
+    EXPECT_EQ(appearance.reduceMotion(),
+              static_cast<bool>(NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion));
+}
+
+} // namespace
+} // namespace corvane

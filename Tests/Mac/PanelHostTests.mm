@@ -1,0 +1,76 @@
+#include "MacSupport.h"
+#include "Platform/MacOS/Geometry.h"
+#include "Platform/MacOS/PanelHost.h"
+#include "Platform/MacOS/Screens.h"
+
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+
+#import <AppKit/AppKit.h>
+
+namespace corvane {
+namespace {
+
+using test::holdsSoon;
+
+class MacPanelHostTest : public testing::Test {
+  protected:
+    void present(const QRect& geometry) {
+        window.setFixedSize(geometry.size());
+        QPainterPath outline;
+        outline.addRect(QRectF(QPointF(), QSizeF(geometry.size())));
+        host.setGeometry(geometry, outline);
+        host.present();
+    }
+
+    [[nodiscard]] NSPanel* native() const { return (__bridge NSPanel*)host.panel().handle(); }
+
+    [[nodiscard]] QRect frame() const {
+        const NSRect rect = native().frame;
+        return geometry::fromNative({rect.origin.x, rect.origin.y, rect.size.width, rect.size.height},
+                                    desktopTop());
+    }
+
+    QWidget window;
+    MacPanelHost host{window};
+};
+
+TEST_F(MacPanelHostTest, isWhatMacPlatformsGet) {
+    QWidget other;
+    EXPECT_NE(qobject_cast<MacPanelHost*>(PanelHost::make(other).get()), nullptr);
+}
+
+TEST_F(MacPanelHostTest, givesTheWindowTheKeyboardAndLeavesTheApplicationInactive) {
+    QSignalSpy changes(&host, &PanelHost::keyboardChanged);
+    present({100, 60, 340, 200});
+    EXPECT_TRUE(native().visible);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(frame(), QRect(100, 60, 340, 200));
+    EXPECT_TRUE(holdsSoon([this] { return host.hasKeyboard(); }));
+    EXPECT_GE(changes.count(), 1);
+    EXPECT_FALSE(NSApp.active);
+    EXPECT_EQ(native().styleMask, 128U);
+}
+
+TEST_F(MacPanelHostTest, followsTheWindowOffTheScreenAndBack) {
+    present({100, 60, 340, 200});
+    window.hide();
+    EXPECT_FALSE(native().visible);
+    EXPECT_FALSE(host.hasKeyboard());
+    present({120, 70, 340, 300});
+    EXPECT_TRUE(native().visible);
+    EXPECT_EQ(frame(), QRect(120, 70, 340, 300));
+}
+
+TEST_F(MacPanelHostTest, growsInPlace) {
+    present({100, 60, 340, 200});
+    window.setFixedSize(340, 260);
+    QPainterPath outline;
+    outline.addRect(0, 0, 340, 260);
+    host.setGeometry({100, 60, 340, 260}, outline);
+    EXPECT_EQ(frame(), QRect(100, 60, 340, 260));
+    EXPECT_EQ(window.size(), QSize(340, 260));
+}
+
+} // namespace
+} // namespace corvane

@@ -8,6 +8,7 @@ namespace corvane::windows {
 
 void present(QWidget& window) {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    bringToUsersWorkspace(window);
     window.show();
     activateApplication();
     window.raise();

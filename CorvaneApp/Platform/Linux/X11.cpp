@@ -154,6 +154,27 @@ bool hasActiveWindowHint() {
     return reply && reply->type == XCB_ATOM_WINDOW;
 }
 
+void moveToCurrentWorkspace(xcb_window_t window) {
+    constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
+    constexpr std::uint32_t fromApplication = 1;
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    const std::vector<std::uint32_t> current = numbers(rootWindow(), "_NET_CURRENT_DESKTOP");
+    const std::vector<std::uint32_t> own = numbers(window, "_NET_WM_DESKTOP");
+    if (current.empty() || own.empty() || own.front() == everyWorkspace || own.front() == current.front())
+        return;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom("_NET_WM_DESKTOP");
+    event.data.data32[0] = current.front();
+    event.data.data32[1] = fromApplication;
+    xcb_send_event(x, 0, rootWindow(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&event));
+}
+
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles) {
     setShape(window, XCB_SHAPE_SK_INPUT, rectangles);
 }

@@ -42,6 +42,9 @@ void flush();
 /// Whether the window manager tells which window is active.
 [[nodiscard]] bool hasActiveWindowHint();
 
+/// Asks the window manager to show a window that stands on another workspace on the current one.
+void moveToCurrentWorkspace(xcb_window_t window);
+
 /// Limits where `window` takes pointer events to `rectangles`, in device pixels of the window.
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);
 

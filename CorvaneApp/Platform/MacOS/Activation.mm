@@ -4,6 +4,9 @@
 
 namespace corvane {
 
+// The system goes to the space of a window that becomes active.
+void bringToUsersWorkspace(const QWidget& /*window*/) {}
+
 void activateApplication() {
     if (NSApp.active) return;
     if (@available(macOS 14.0, *)) [NSApp activate];

@@ -51,6 +51,22 @@ TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
     EXPECT_TRUE(first->isRunning());
 }
 
+TEST_P(SecondStart, bringsTheWindowToTheWorkspaceOfTheUser) {
+    const auto first = start("first");
+    ASSERT_TRUE(isServing());
+    EXPECT_EQ(start("second")->wait(10s), 0);
+    ASSERT_TRUE(hasMainWindow());
+    const std::uint32_t window = desktop.screen().managedWindows("corvane").front();
+    desktop.screen().requestWorkspaceCount(2);
+    desktop.screen().requestWorkspace(1);
+    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().currentWorkspace() == 1; }));
+    ASSERT_EQ(desktop.screen().workspace(window), 0U);
+    EXPECT_EQ(start("third")->wait(10s), 0);
+    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().workspace(window) == 1; }));
+    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().activeWindow() == window; }));
+    EXPECT_EQ(desktop.screen().currentWorkspace(), 1U);
+}
+
 TEST_P(SecondStart, ofManyAtTheSameInstantExactlyOneStays) {
     std::list<std::unique_ptr<ChildProcess>> processes;
     for (int i = 0; i < 4; ++i)

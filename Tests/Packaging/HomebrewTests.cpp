@@ -126,7 +126,7 @@ TEST_F(HomebrewTest, runOpensNothingThatDidNotBuild) {
 }
 
 TEST_F(HomebrewTest, runRefusesTheDemonstrationForWantOfAnXServer) {
-    for (const char* const argument : {"--demo", "--update-screenshot"}) {
+    for (const char* const argument : {"--demo", "--update-pictures"}) {
         const test::Outcome outcome = call("run", {argument});
         EXPECT_EQ(outcome.status, 1);
         EXPECT_THAT(outcome.output, HasSubstr("the demonstration needs an X server, which macOS has not"));

@@ -5,6 +5,7 @@
 #include "Desktop/Support/TextLook.h"
 #include "Desktop/Support/XObserver.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -35,8 +36,9 @@ constexpr const char* usage = R"(usage: corvane-observer COMMAND
   wait-for-window CLASS [--timeout S]
                               waits until the window manager has a window of this class
   wallpaper                   paints the desktop's background
-  screenshot FILE             writes what the screen shows as a PNG file
-  diff FILE FILE              the number of pixels in which two pictures differ; status 1 when there are any
+  screenshot FILE [AREA]      writes what the screen, or an area like 40x20+300+200 of it, shows as a PNG file
+  tone AREA                   how light an area is in the mean, from 0 to 255
+  ink AREA                    whether the screen shows something there: whether not all is of one colour
 Ends with status 0 when what was asked for was seen, 1 when not, 2 when the call was wrong.)";
 
 struct WrongCall : std::runtime_error {
@@ -85,9 +87,50 @@ int windows(const Arguments& /*arguments*/) {
     return 0;
 }
 
+// The part of WIDTHxHEIGHT+LEFT+TOP that lies on the screen.
+Rect area(const std::string& text, const Rect& screen) {
+    Rect rect;
+    if (std::sscanf(text.c_str(), "%dx%d+%d+%d", &rect.width, &rect.height, &rect.x, &rect.y) != 4)
+        throw WrongCall("not an area: " + text);
+    const int right = std::min(rect.right(), screen.right());
+    const int bottom = std::min(rect.bottom(), screen.bottom());
+    rect.x = std::max(rect.x, 0);
+    rect.y = std::max(rect.y, 0);
+    rect.width = right - rect.x;
+    rect.height = bottom - rect.y;
+    if (rect.width <= 0 || rect.height <= 0)
+        throw std::runtime_error("not seen: " + text + " is not on the screen");
+    return rect;
+}
+
 int screenshot(const Arguments& arguments) {
-    if (arguments.size() != 2) throw WrongCall("screenshot needs a file");
-    XObserver().screen().save(arguments[1]);
+    if (arguments.size() != 2 && arguments.size() != 3) throw WrongCall("screenshot needs a file");
+    const XObserver x;
+    const Rect whole = x.screenArea();
+    x.screen(arguments.size() == 3 ? area(arguments[2], whole) : whole).save(arguments[1]);
+    return 0;
+}
+
+int ink(const Arguments& arguments) {
+    if (arguments.size() != 2) throw WrongCall("ink needs an area");
+    const XObserver x;
+    const Picture picture = x.screen(area(arguments[1], x.screenArea()));
+    const Color first = picture.at(0, 0);
+    if (picture.share({0, 0, picture.width, picture.height}, first, 8) < 1) return 0;
+    std::cerr << "not seen: all of " << arguments[1] << " is of one colour\n";
+    return 1;
+}
+
+int tone(const Arguments& arguments) {
+    if (arguments.size() != 2) throw WrongCall("tone needs an area");
+    const XObserver x;
+    const Picture picture = x.screen(area(arguments[1], x.screenArea()));
+    double sum = 0;
+    for (const std::uint32_t pixel : picture.pixels) {
+        const auto [red, green, blue] = Color{pixel}.channels();
+        sum += (red + green + blue) / 3.0;
+    }
+    std::printf("%.1f\n", sum / static_cast<double>(picture.pixels.size()));
     return 0;
 }
 
@@ -165,13 +208,6 @@ int wallpaper(const Arguments& /*arguments*/) {
     return 0;
 }
 
-int diff(const Arguments& arguments) {
-    if (arguments.size() != 3) throw WrongCall("diff needs two files");
-    const std::size_t count = Picture::load(arguments[1]).differences(Picture::load(arguments[2]), 0);
-    std::cout << count << '\n';
-    return count == 0 ? 0 : 1;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -185,7 +221,8 @@ int main(int argc, char** argv) {
         {"wait-for-window", waitForWindow},
         {"wallpaper", wallpaper},
         {"screenshot", screenshot},
-        {"diff", diff},
+        {"ink", ink},
+        {"tone", tone},
     };
     const auto command = commands.find(arguments.empty() ? std::string() : arguments.front());
     try {

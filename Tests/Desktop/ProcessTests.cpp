@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace corvane::test {
 
@@ -67,6 +68,16 @@ TEST(Process, withADisplayThatDoesNotAnswerItFailsAndNamesIt) {
     ASSERT_TRUE(status.has_value());
     EXPECT_NE(*status, 0);
     EXPECT_NE(fileBytes(desktop.home() / "said").value_or("").find(":9999"), std::string::npos);
+}
+
+TEST(Process, itsWindowsCarryTheIconAndTheClassThatTheDesktopEntryNames) {
+    DesktopSession desktop;
+    fs::remove_all(desktop.home() / ".config/Corvane");
+    const auto application = desktop.run({CORVANE_PROGRAM}, "other");
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().managedWindows("corvane").size() == 1; }));
+    const std::uint32_t window = desktop.screen().managedWindows("corvane").front();
+    EXPECT_EQ(desktop.screen().iconSides(window), (std::vector<std::uint32_t>{16, 22, 24, 32, 48, 64, 128}));
+    EXPECT_EQ(desktop.screen().windowClass(window), "Corvane");
 }
 
 TEST(Process, idlesWithoutWorkingTheProcessor) {

@@ -100,9 +100,7 @@ TEST_F(MacBuildTest, theBundleSaysWhatItIs) {
         {"LSUIElement", "true"},
         {"NSHighResolutionCapable", "true"},
         {"NSHumanReadableCopyright", "MIT licence"},
-        {"NSPrincipalClass", "NSApplication"},
-        {"NSSupportsAutomaticTermination", "false"},
-        {"NSSupportsSuddenTermination", "false"}};
+        {"NSPrincipalClass", "NSApplication"}};
     EXPECT_EQ(plist, wanted);
 }
 

@@ -88,7 +88,7 @@ std::uint32_t XObserver::atom(std::string_view name) const {
 }
 
 std::string XObserver::property(std::uint32_t window, std::string_view name) const {
-    constexpr std::uint32_t maxLength = 4096; // in 32-bit units
+    constexpr std::uint32_t maxLength = 1U << 16U; // in 32-bit units
     const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection_, xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength),
         nullptr));
@@ -234,6 +234,26 @@ bool XObserver::isMinimized(std::uint32_t window) const {
     constexpr std::uint32_t iconic = 3;
     const std::vector<std::uint32_t> state = cardinals(window, "WM_STATE");
     return !state.empty() && state.front() == iconic;
+}
+
+std::vector<std::uint32_t> XObserver::iconSides(std::uint32_t window) const {
+    std::vector<std::uint32_t> sides;
+    const std::vector<std::uint32_t> icons = cardinals(window, "_NET_WM_ICON");
+    // Each has its width, its height, and then its pixels.
+    for (std::size_t i = 0; i + 1 < icons.size();) {
+        const std::size_t next = i + 2 + std::size_t{icons[i]} * icons[i + 1];
+        if (icons[i] != icons[i + 1] || next > icons.size()) return {};
+        sides.push_back(icons[i]);
+        i = next;
+    }
+    return sides;
+}
+
+std::string XObserver::windowClass(std::uint32_t window) const {
+    // The program's name and the class, each ended by a zero byte.
+    const std::string names = property(window, "WM_CLASS");
+    const std::size_t end = names.find('\0');
+    return end == std::string::npos ? "" : names.substr(end + 1, names.size() - end - 2);
 }
 
 std::uint32_t XObserver::workspace(std::uint32_t window) const {

@@ -76,6 +76,11 @@ class XObserver {
 
     [[nodiscard]] bool isMinimized(std::uint32_t window) const;
 
+    /// The sides of the icons that a window gives to window lists, in pixels.
+    [[nodiscard]] std::vector<std::uint32_t> iconSides(std::uint32_t window) const;
+    /// The class by which desktops find a window's desktop entry.
+    [[nodiscard]] std::string windowClass(std::uint32_t window) const;
+
     [[nodiscard]] std::uint32_t currentWorkspace() const;
     /// The workspace of a managed window.
     [[nodiscard]] std::uint32_t workspace(std::uint32_t window) const;

@@ -46,10 +46,12 @@ def indented(text):
     return "".join(f"    {line}\n" for line in text.splitlines())
 
 
-def explain(failure, scratch, observe):
+def explain(failure, scratch, observe, ended):
     print(f"The demonstration failed: {failure}", file=sys.stderr)
     if failure.observed:
         print(f"What was observed:\n{indented(failure.observed)}", end="", file=sys.stderr)
+    if ended is not None:
+        print(f"The application does not run any more; it ended with status {ended}.", file=sys.stderr)
     if scratch.printed("corvane"):
         print(f"The application said:\n{indented(scratch.printed('corvane'))}", end="", file=sys.stderr)
     picture = PICTURES / "failure.png"
@@ -74,18 +76,18 @@ def main():
             return scratch.run(build / "bin/corvane-observer", *words)
 
         teller = Teller()
+        story = Story(scratch, teller, observe, build / "bin/corvane", PICTURES)
         try:
             scratch.furnish()
-            story = Story(scratch, teller, observe, build / "bin/corvane", PICTURES)
             story.tell()
             story.end()
         except Failure as failure:
             teller.say(f"    FAILED: {failure}")
-            explain(failure, scratch, observe)
+            explain(failure, scratch, observe, story.unexpected_end())
             return 1
         except (OSError, subprocess.SubprocessError, ValueError) as error:
             explain(Failure(f"{type(error).__name__}: {error}", "see whether Scripts/dependencies demo is content"),
-                    scratch, observe)
+                    scratch, observe, story.unexpected_end())
             return 1
     if "--update-pictures" in sys.argv:
         for name, source in story.documentation.items():

@@ -37,7 +37,12 @@ class Story:
         self._program = program
         self._pictures = pictures
         self._count = 0
+        self._application = None
         self.documentation = {}
+
+    def unexpected_end(self):
+        """The status with which the application has ended, while it should run or is being asked to quit."""
+        return self._application.poll() if self._application else None
 
     def tell(self):
         self._files = {"Claude Code": claude_file(self._scratch.home), "Codex": codex_file(self._scratch.home)}

@@ -35,7 +35,7 @@ inline Outcome runScript(const std::string& program, const std::vector<std::stri
     for (const std::string& argument : arguments)
         list.append(QString::fromStdString(argument));
     process.start(QString::fromStdString(program), list);
-    constexpr int longest = 60'000; // ms
+    constexpr int longest = 240'000; // ms; less than a test may take
     if (!process.waitForFinished(longest)) return {};
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             process.readAll().toStdString()};

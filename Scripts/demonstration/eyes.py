@@ -28,7 +28,7 @@ class Control:
 
     @property
     def area(self):
-        return f"{self.width}x{self.height}+{self.left}+{self.top}"
+        return f"{self.width}x{self.height}{self.left:+d}{self.top:+d}"
 
     @property
     def middle(self):

@@ -26,7 +26,7 @@ POPUP_LIFE = 1
 
 def area(place):
     left, top, width, height = place
-    return f"{width}x{height}+{left}+{top}"
+    return f"{width}x{height}{left:+d}{top:+d}"
 
 
 class Story:

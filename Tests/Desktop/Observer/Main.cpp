@@ -14,6 +14,7 @@
 #include <iostream>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -90,8 +91,10 @@ int windows(const Arguments& /*arguments*/) {
 // The part of WIDTHxHEIGHT+LEFT+TOP that lies on the screen.
 Rect area(const std::string& text, const Rect& screen) {
     Rect rect;
-    if (std::sscanf(text.c_str(), "%dx%d+%d+%d", &rect.width, &rect.height, &rect.x, &rect.y) != 4)
-        throw WrongCall("not an area: " + text);
+    char times = 0;
+    std::istringstream input(text);
+    input >> rect.width >> times >> rect.height >> rect.x >> rect.y;
+    if (!input || times != 'x' || !input.eof()) throw WrongCall("not an area: " + text);
     const int right = std::min(rect.right(), screen.right());
     const int bottom = std::min(rect.bottom(), screen.bottom());
     rect.x = std::max(rect.x, 0);

@@ -55,15 +55,4 @@ void Picture::save(const std::filesystem::path& file) const {
         throw std::runtime_error("cannot write " + file.string());
 }
 
-Picture Picture::load(const std::filesystem::path& file) {
-    const QImage image = QImage(QString::fromStdString(file.string())).convertToFormat(QImage::Format_RGB32);
-    if (image.isNull()) throw std::runtime_error("cannot read " + file.string() + " as an image");
-    Picture picture{image.width(), image.height(), {}};
-    for (int y = 0; y < picture.height; ++y) {
-        for (int x = 0; x < picture.width; ++x)
-            picture.pixels.push_back(image.pixel(x, y) & 0xFFFFFF);
-    }
-    return picture;
-}
-
 } // namespace corvane::test

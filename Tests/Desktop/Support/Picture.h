@@ -66,9 +66,6 @@ struct Picture {
 
     /// Writes a PNG file. Throws std::runtime_error when that fails.
     void save(const std::filesystem::path& file) const;
-
-    /// Reads an image file. Throws std::runtime_error when that fails.
-    static Picture load(const std::filesystem::path& file);
 };
 
 } // namespace corvane::test

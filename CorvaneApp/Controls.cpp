@@ -9,6 +9,7 @@
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QAbstractItemView>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -114,6 +115,8 @@ Picker::Picker(const QString& name, const QStringList& choices, QWidget* parent)
     addItems(choices);
     setCurrentIndex(-1);
     setAccessibleName(name);
+    // The list that drops down has the keyboard while it is open.
+    view()->setAccessibleName(name);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     constexpr int distance = FocusRing::distance;
@@ -191,6 +194,8 @@ void FormGroup::addRow(const QString& label, QWidget* control) {
     auto* const words = new Paragraph(label, style, this);
     // What assistive technology calls a picker is its choice; this tells what the choice is for.
     words->setBuddy(control);
+    // In reading order.
+    control->raise();
     rows_.push_back({words, control, divider});
 }
 

@@ -75,6 +75,7 @@ TrayPanel& CorvaneApp::requirePanel() {
     if (!panel_) {
         panel_ = std::make_unique<TrayPanel>(
             model_, MenuBarView::Actions{[this] { openSettings(); }, openLink_, &QCoreApplication::quit});
+        new WindowCommands(*panel_, commands());
     }
     return *panel_;
 }

@@ -21,6 +21,8 @@ MainWindow::MainWindow(AppModel& model, links::Opener openLink, const CommandHan
     setWindowRole(QStringLiteral("main"));
     setWindowTitle(tr("Corvane"));
     setContextMenuPolicy(Qt::NoContextMenu);
+    // It has the keyboard until the user gives it to a control.
+    view_->setAccessibleName(windowTitle());
     setCentralWidget(view_);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
 

@@ -7,6 +7,7 @@
 #include "Symbols.h"
 #include "Tokens.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QStackedWidget>
 #include <QStyle>
@@ -116,10 +117,15 @@ SettingsView::SettingsView(AppModel& model, FileBrowser& fileBrowser, const Redu
     pages_->addWidget(new AlertsTab(model, reduceMotion, pages_));
     pages_->addWidget(new AboutTab(openLink, pages_));
     connect(tabs_, &QTabBar::currentChanged, pages_, &QStackedWidget::setCurrentIndex);
+    connect(tabs_, &QTabBar::currentChanged, tabs_, [this] {
+        // To assistive technology the row of tabs is called what the chosen tab is.
+        QAccessibleEvent event(tabs_, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    });
 
     const QSize tabs = tabs_->sizeHint();
     tabs_->setGeometry((width() - tabs.width()) / 2, 0, tabs.width(), tabHeight + dividerHeight);
-    tabs_->raise();
+    // Below the tabs, whose underline covers it.
     divider_->setGeometry(0, tabHeight, width(), dividerHeight);
     divider_->lower();
     const int top = tabHeight + dividerHeight;

@@ -19,6 +19,8 @@ SettingsWindow::SettingsWindow(AppModel& model, const Services& services, const 
     setObjectName(QStringLiteral("settings"));
     setWindowRole(QStringLiteral("settings"));
     setWindowTitle(tr("Corvane Settings"));
+    windows::tellRole<SettingsWindow>();
+    view_->setAccessibleName(windowTitle());
     setFixedSize(view_->size());
     new WindowCommands(*this, handlers);
 }

@@ -64,6 +64,7 @@ TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Corvane"));
     setWindowRole(QStringLiteral("panel"));
+    windows::tellRole<TrayPanel>();
     connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
     connect(view_, &MenuBarView::left, this, &QWidget::hide);
     keyboardLoss_.setSingleShot(true);

@@ -140,15 +140,15 @@ TEST_F(Announcements, everyButtonIsPressedFromTheAccessibilityBus) {
     session().claude("Notification-permission_prompt", "b", "blog");
     session().claude("Notification-permission_prompt", "c", "handbook");
     ASSERT_TRUE(session().shows(3, 0));
-    EXPECT_TRUE(desktop_.press("Close", "blog"));
+    EXPECT_TRUE(desktop_.pressButton("Close", "blog"));
     EXPECT_TRUE(session().shows(2, 0));
-    EXPECT_TRUE(desktop_.press("Snooze", "handbook"));
+    EXPECT_TRUE(desktop_.pressButton("Snooze", "handbook"));
     EXPECT_TRUE(session().shows(1, 0));
     EXPECT_EQ(session().screen().activeWindow(), cover);
-    EXPECT_TRUE(desktop_.press("Go to Terminal", "shop"));
+    EXPECT_TRUE(desktop_.pressButton("Go to Terminal", "shop"));
     EXPECT_TRUE(waitUntil(patience, [&] { return session().screen().banners().empty(); }));
     EXPECT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() == terminals().at(0); }));
-    EXPECT_FALSE(desktop_.press("Close", "shop"));
+    EXPECT_FALSE(desktop_.pressButton("Close", "shop"));
 }
 
 } // namespace

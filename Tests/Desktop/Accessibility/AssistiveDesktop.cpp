@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::chrono::seconds startTimeout{30};
+constexpr std::chrono::seconds answerTimeout{10};
 
 bool contains(const std::vector<std::string>& lines, std::string_view text) {
     return std::any_of(lines.begin(), lines.end(),
@@ -82,8 +83,82 @@ std::vector<std::string> AssistiveDesktop::tree() {
     return logLines("tree");
 }
 
-bool AssistiveDesktop::press(const std::string& button, const std::string& project) {
+bool AssistiveDesktop::pressButton(const std::string& button, const std::string& project) {
     return assist({"press", button, project}, "press");
+}
+
+void AssistiveDesktop::startFollower() {
+    follower_ = session_.run({CORVANE_ASSISTIVE_FOLDER "/assistive", "follow"}, "follower");
+    if (!waitUntil(startTimeout, [&] { return contains(logLines("follower"), "ready"); }))
+        throw std::runtime_error("the listener that follows the keyboard did not start");
+}
+
+std::vector<std::string> AssistiveDesktop::followed() const {
+    return logLines("follower");
+}
+
+void AssistiveDesktop::press(const std::string& key) {
+    EXPECT_EQ(session_.run({"xdotool", "key", key}, "xdotool")->wait(startTimeout), 0);
+}
+
+testing::AssertionResult AssistiveDesktop::press(const std::string& key, const std::string& line) {
+    const auto before = static_cast<std::ptrdiff_t>(followed().size());
+    press(key);
+    std::vector<std::string> since;
+    if (waitUntil(answerTimeout, [&] {
+            const std::vector<std::string> all = followed();
+            since.assign(all.begin() + before, all.end());
+            return std::find(since.begin(), since.end(), line) != since.end();
+        }))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << key << " was to tell: " << line << "\nbut told: " << testing::PrintToString(since);
+}
+
+testing::AssertionResult AssistiveDesktop::opensMenu() {
+    EXPECT_EQ(session_.run({"xdotool", "keydown", "alt"}, "xdotool")->wait(startTimeout), 0);
+    // Once the application answers it has seen that. When both keys come at once Qt opens the menu first, and
+    // the Alt key closes it again.
+    static_cast<void>(window());
+    const auto opened = press("f", "focus\tmenu item\tSessions\t");
+    EXPECT_EQ(session_.run({"xdotool", "keyup", "alt"}, "xdotool")->wait(startTimeout), 0);
+    return opened;
+}
+
+testing::AssertionResult AssistiveDesktop::hasKeyboard(std::size_t windows) {
+    std::vector<std::uint32_t> present;
+    std::uint32_t active = 0;
+    if (waitUntil(answerTimeout, [&] {
+            present = session_.screen().managedWindows("corvane");
+            active = session_.screen().activeWindow();
+            return present.size() == windows &&
+                   std::find(present.begin(), present.end(), active) != present.end();
+        }))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << "windows " << testing::PrintToString(present) << ", active " << active;
+}
+
+testing::AssertionResult AssistiveDesktop::opensMainWindow() {
+    const std::size_t before = session_.screen().managedWindows("corvane").size();
+    if (session_.run({CORVANE_PROGRAM}, "second")->wait(startTimeout) != 0)
+        return testing::AssertionFailure() << "the second start failed";
+    return hasKeyboard(before + 1);
+}
+
+std::vector<std::string> AssistiveDesktop::window() {
+    // The window manager may still be giving it the keyboard.
+    if (!waitUntil(startTimeout, [&] { return assist({"window"}, "window"); }))
+        throw std::runtime_error("no window of the application has the keyboard");
+    return logLines("window");
+}
+
+Rect AssistiveDesktop::place(const std::string& name) {
+    if (!waitUntil(startTimeout, [&] { return assist({"place", name}, "place"); }))
+        throw std::runtime_error("there is no control " + name);
+    Rect area;
+    std::istringstream(logLines("place").at(0)) >> area.x >> area.y >> area.width >> area.height;
+    return area;
 }
 
 void AssistiveDesktop::startOrca() {

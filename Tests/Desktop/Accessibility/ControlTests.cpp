@@ -1,0 +1,163 @@
+// What assistive technology is told of every element of every window: role, name, description and state, held
+// against the tables in Controls.
+
+#include "Connection/AgentConnector.h"
+#include "Desktop/Accessibility/AssistiveDesktop.h"
+#include "Support/Date.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+constexpr const char* connectClaude = "focus\tpush button\tConnect\tClaude Code";
+constexpr const char* connectCodex = "focus\tpush button\tConnect\tCodex";
+
+// Clocks, the version and the home differ.
+std::string steady(std::string line, const fs::path& home) {
+    const std::size_t at = line.find(home.string());
+    if (at != std::string::npos) line.replace(at, home.string().size(), "HOME");
+    return std::regex_replace(line, std::regex("[0-9]+([:.][0-9]+)+"), "#");
+}
+
+/// Elements of which a user must be told what they are.
+bool needsName(const std::string& role, const std::string& states) {
+    constexpr std::array roles{"push button", "check box",     "combo box", "menu item",    "page tab",
+                               "frame",       "page tab list", "image",     "notification", "text"};
+    return std::find(roles.begin(), roles.end(), role) != roles.end() ||
+           states.find("focusable") != std::string::npos;
+}
+
+class Controls : public testing::Test {
+  protected:
+    void SetUp() override { desktop.startBus(); }
+
+    void startInFirstRun() {
+        writeFile(session().home() / ".config/Corvane/Corvane.conf", "");
+        start();
+        ASSERT_TRUE(desktop.hasKeyboard(1));
+    }
+
+    void start() {
+        session().startApplication();
+        desktop.startFollower();
+    }
+
+    /// Whether the elements are those of the table. What was found is kept in the build folder if not.
+    void expectTable(const std::string& name, const Lines& lines) {
+        std::string found;
+        for (const std::string& line : lines) {
+            found += steady(line, session().home()) + '\n';
+            Lines fields;
+            std::istringstream stream(line);
+            for (std::string field; std::getline(stream, field, '\t');)
+                fields.push_back(field);
+            fields.resize(5);
+            if (needsName(fields[1], fields[4])) {
+                EXPECT_FALSE(fields[2].empty()) << "a nameless " << fields[1] << " in " << name;
+            }
+        }
+        const auto expected = fileBytes(fs::path(CORVANE_CONTROL_TABLES) / (name + ".txt"));
+        if (found == expected) return;
+        const fs::path actual = fs::path(CORVANE_FAILURE_PICTURES) / (name + ".txt");
+        writeFile(actual, found);
+        ADD_FAILURE() << "the elements differ from Controls/" << name << ".txt; they are in "
+                      << actual.string() << ":\n"
+                      << found;
+    }
+
+    /// By the main window's menu.
+    void openPanel() {
+        ASSERT_TRUE(desktop.opensMainWindow());
+        EXPECT_TRUE(desktop.opensMenu());
+        desktop.press("Return");
+        ASSERT_TRUE(desktop.hasKeyboard(2));
+    }
+
+    DesktopSession& session() { return desktop.session(); }
+
+    AssistiveDesktop desktop;
+};
+
+TEST_F(Controls, ofTheFirstRun) {
+    // Codex's file can be edited, Claude Code's cannot.
+    writeFile(session().home() / ".claude/settings.json", "{");
+    startInFirstRun();
+    expectTable("first-run", desktop.window());
+    EXPECT_TRUE(desktop.press("Tab", connectClaude));
+    EXPECT_TRUE(desktop.press("Tab", connectCodex));
+    EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tCodex"));
+    EXPECT_TRUE(desktop.press("shift+Tab", connectClaude));
+    desktop.press("space");
+    // The error comes, and the keyboard's place stays.
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tRemove\tCodex"));
+    expectTable("first-run-error", desktop.window());
+}
+
+TEST_F(Controls, ofTheSettings) {
+    writeFile(session().home() / ".claude/settings.json", "{}\n");
+    start();
+    ASSERT_TRUE(desktop.opensMainWindow());
+    EXPECT_TRUE(desktop.press("ctrl+comma", "focus\tfiller\tCorvane Settings\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpage tab list\tAgents\t"));
+    EXPECT_TRUE(desktop.press("Tab", connectClaude));
+    // Connecting makes a backup of the file that was there.
+    EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tClaude Code"));
+    expectTable("settings-agents", desktop.window());
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpage tab list\tAgents\t"));
+    EXPECT_TRUE(desktop.press("Right", "focus\tpage tab\tAlerts\t"));
+    expectTable("settings-alerts", desktop.window());
+    EXPECT_TRUE(desktop.press("Right", "focus\tpage tab\tAbout\t"));
+    expectTable("settings-about", desktop.window());
+}
+
+TEST_F(Controls, ofThePanelWithNothingConnected) {
+    start();
+    openPanel();
+    expectTable("panel-unconnected", desktop.window());
+}
+
+TEST_F(Controls, ofThePanelWithSessionsInQuietHours) {
+    const AgentConnector connector(session().home());
+    EXPECT_EQ(connector.connect(AgentKind::claude, Date::fromSystemClock(std::chrono::system_clock::now())),
+              std::nullopt)
+        << "there is no file to make a backup of";
+    start();
+    session().claude("UserPromptSubmit", "a", "shop");
+    session().claude("Notification-permission_prompt", "b", "blog");
+    session().codex("codex-tui", "handbook");
+    ASSERT_TRUE(session().shows(1, 1));
+    openPanel();
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tQuit\t"));
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tSettings…\t"));
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tQuiet for 1 hour\t"));
+    desktop.press("space");
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tResume\t"));
+    expectTable("panel-sessions", desktop.window());
+}
+
+TEST_F(Controls, ofTheBanners) {
+    start();
+    session().claude("Notification-permission_prompt", "b", "blog");
+    session().codex("codex-tui", "handbook");
+    ASSERT_TRUE(session().shows(1, 1));
+    expectTable("banners", desktop.tree());
+}
+
+} // namespace
+
+} // namespace corvane::test

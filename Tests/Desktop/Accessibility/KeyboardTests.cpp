@@ -1,0 +1,185 @@
+// The windows are gone through by the keyboard alone, and each step's place of the keyboard is told to
+// assistive technology.
+
+#include "Desktop/Accessibility/AssistiveDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+
+namespace corvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr std::chrono::seconds patience{10};
+
+class Keyboard : public testing::TestWithParam<std::string> {
+  protected:
+    void start() {
+        desktop.startBus();
+        session().startApplication();
+        desktop.startFollower();
+    }
+
+    void startInFirstRun() {
+        writeFile(session().home() / ".config/Corvane/Corvane.conf", "");
+        start();
+        ASSERT_TRUE(desktop.hasKeyboard(1));
+    }
+
+    void openSettings() {
+        ASSERT_TRUE(desktop.opensMainWindow());
+        EXPECT_TRUE(desktop.press("ctrl+comma", "focus\tfiller\tCorvane Settings\t"));
+        desktop.press("ctrl+0");
+        ASSERT_TRUE(desktop.hasKeyboard(2));
+        desktop.press("ctrl+w");
+        ASSERT_TRUE(desktop.hasKeyboard(1));
+    }
+
+    [[nodiscard]] bool hasNoWindow() {
+        return waitUntil(patience, [this] { return session().screen().managedWindows("corvane").empty(); });
+    }
+
+    [[nodiscard]] std::string settingsFile() {
+        return fileBytes(session().home() / ".config/Corvane/Corvane.conf").value_or("");
+    }
+    /// Whether the stored settings come to hold `text`. The preferences' quotation marks are escaped there.
+    [[nodiscard]] bool stores(const std::string& text) {
+        return waitUntil(patience, [&] { return settingsFile().find(text) != std::string::npos; });
+    }
+
+    [[nodiscard]] bool isConnected(const fs::path& file) {
+        return fileBytes(session().home() / file).value_or("").find("corvane-hook") != std::string::npos;
+    }
+
+    DesktopSession& session() { return desktop.session(); }
+
+    AssistiveDesktop desktop{GetParam()};
+};
+
+TEST_P(Keyboard, goesThroughTheFirstRun) {
+    startInFirstRun();
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tConnect\tClaude Code"));
+    EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tClaude Code"));
+    EXPECT_TRUE(isConnected(".claude/settings.json"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tConnect\tCodex"));
+    EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tCodex"));
+    EXPECT_TRUE(isConnected(".codex/config.toml"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tTry a test alert\t"));
+    desktop.press("space");
+    EXPECT_TRUE(session().shows(1, 0));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tNeed a custom feature? Contact us\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tDone\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tRemove\tClaude Code"));
+    EXPECT_TRUE(desktop.press("space", "focus\tpush button\tConnect\tClaude Code"));
+    EXPECT_FALSE(isConnected(".claude/settings.json"));
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tDone\t"));
+    // The menu gives the keyboard back.
+    EXPECT_TRUE(desktop.opensMenu());
+    EXPECT_TRUE(desktop.press("Right", "focus\tmenu item\tCorvane\t"));
+    desktop.press("Escape");
+    EXPECT_TRUE(desktop.press("Escape", "focus\tpush button\tDone\t"));
+    desktop.press("space");
+    EXPECT_TRUE(hasNoWindow());
+    EXPECT_TRUE(stores("hasCompletedOnboarding=true"));
+    EXPECT_TRUE(session().application().isRunning());
+}
+
+TEST_P(Keyboard, reachesEverySetting) {
+    start();
+    openSettings();
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpage tab list\tAgents\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tConnect\tClaude Code"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tConnect\tCodex"));
+    EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tCodex"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tTry a test alert\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpage tab list\tAgents\t"));
+
+    EXPECT_TRUE(desktop.press("Right", "focus\tpage tab\tAlerts\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcheck box\tAlert when an agent finishes\t"));
+    EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tAlert when an agent finishes\t"));
+    EXPECT_TRUE(stores(R"(\"alertWhenDone\":false)"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcheck box\tOpen Corvane at login\t"));
+    const fs::path entry = session().home() / ".config/autostart/corvane.desktop";
+    EXPECT_TRUE(desktop.press("space", "checked\tcheck box\tOpen Corvane at login\t"));
+    EXPECT_TRUE(fs::exists(entry));
+    EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tOpen Corvane at login\t"));
+    EXPECT_FALSE(fs::exists(entry));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcheck box\tPlay sounds\t"));
+    EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tPlay sounds\t"));
+    EXPECT_TRUE(stores(R"(\"soundsOn\":false)"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcombo box\tWaiting sound\t"));
+    EXPECT_TRUE(desktop.press("space", "focus\tlist item\tGlass\t"));
+    EXPECT_TRUE(desktop.press("Down", "focus\tlist item\tPing\t"));
+    EXPECT_TRUE(desktop.press("Return", "focus\tcombo box\tWaiting sound\t"));
+    EXPECT_TRUE(stores(R"(\"waitingSound\":\"Ping\")"));
+    EXPECT_TRUE(desktop.press("space", "focus\tlist\tWaiting sound\t"));
+    EXPECT_TRUE(desktop.press("Escape", "focus\tcombo box\tWaiting sound\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcombo box\tFinished sound\t"));
+    desktop.press("Down");
+    EXPECT_TRUE(stores(R"(\"doneSound\":\"Funk\")"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcombo box\tRemind me again\t"));
+    desktop.press("Up");
+    EXPECT_TRUE(stores(R"(\"reminderMinutes\":1)"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tStart\t"));
+    desktop.press("space");
+    EXPECT_TRUE(stores("quietUntil"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpage tab list\tAlerts\t"));
+
+    EXPECT_TRUE(desktop.press("Right", "focus\tpage tab\tAbout\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tWebsite\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tContact\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tMore apps ↗\t"));
+    EXPECT_TRUE(desktop.press("Tab", "focus\tpage tab list\tAbout\t"));
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tMore apps ↗\t"));
+    desktop.press("ctrl+w");
+    EXPECT_TRUE(hasNoWindow());
+    EXPECT_TRUE(session().application().isRunning());
+}
+
+TEST_P(Keyboard, commandsWorkInEveryWindowAndClosingThemNeverQuits) {
+    start();
+    ASSERT_TRUE(desktop.opensMainWindow());
+    ASSERT_TRUE(desktop.opensMenu());
+    desktop.press("Return");
+    ASSERT_TRUE(desktop.hasKeyboard(2)) << "the panel";
+    desktop.press("ctrl+w");
+    ASSERT_TRUE(desktop.hasKeyboard(1)) << "the main window again";
+    ASSERT_TRUE(desktop.opensMenu());
+    desktop.press("Return");
+    ASSERT_TRUE(desktop.hasKeyboard(2)) << "the panel again";
+    desktop.press("ctrl+0");
+    ASSERT_TRUE(desktop.hasKeyboard(1)) << "the panel closes for the main window";
+    ASSERT_TRUE(desktop.opensMenu());
+    EXPECT_TRUE(desktop.press("Down", "focus\tmenu item\tSettings…\t"));
+    EXPECT_TRUE(desktop.press("Return", "focus\tfiller\tCorvane Settings\t"));
+    const std::uint32_t settings = session().screen().activeWindow();
+    desktop.press("ctrl+n");
+    desktop.press("ctrl+0");
+    ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() != settings; }));
+    ASSERT_TRUE(desktop.hasKeyboard(2)) << "no command opens yet another window";
+    desktop.press("ctrl+comma");
+    ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() == settings; }));
+    desktop.press("ctrl+w");
+    ASSERT_TRUE(desktop.hasKeyboard(1));
+    desktop.press("ctrl+w");
+    ASSERT_TRUE(hasNoWindow());
+    EXPECT_FALSE(session().application().wait(500ms)) << "it lives on without windows";
+
+    ASSERT_TRUE(desktop.opensMainWindow());
+    desktop.press("ctrl+q");
+    EXPECT_EQ(session().application().wait(patience), 0);
+    EXPECT_EQ(session().applicationOutput(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, Keyboard, testing::ValuesIn(windowManagers()),
+                         [](const auto& manager) { return manager.param; });
+
+} // namespace
+
+} // namespace corvane::test

@@ -125,6 +125,7 @@ QPainterPath BannerCard::outline() const {
 QColor BannerCard::fillColor() const {
     QColor fill = Tokens::surface.color(Tokens::scheme(palette()));
     if (isBlended()) fill.setAlphaF(static_cast<float>(Tokens::bannerFillOpacity));
+    if (isOnMaterial()) fill.setAlpha(0);
     return fill;
 }
 

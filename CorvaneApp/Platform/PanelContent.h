@@ -23,8 +23,18 @@ class PanelContent : public QWidget {
     }
     [[nodiscard]] bool isBlended() const { return blended_; }
 
+    /// Whether the panel itself has the system's translucent material in the card's shape: the view leaves its
+    /// own ground out then.
+    void setOnMaterial(bool onMaterial) {
+        if (onMaterial_ == onMaterial) return;
+        onMaterial_ = onMaterial;
+        update();
+    }
+    [[nodiscard]] bool isOnMaterial() const { return onMaterial_; }
+
   private:
     bool blended_ = true;
+    bool onMaterial_ = false;
 };
 
 } // namespace corvane

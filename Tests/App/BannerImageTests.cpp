@@ -125,7 +125,7 @@ class BannerImagesGuard : public testing::TestWithParam<ColorScheme> {
             EXPECT_EQ(all.size(), state.name == "waiting" ? 7U : 3U);
             for (const auto& [name, part] : all) {
                 SCOPED_TRACE(name);
-                check(*part, [&, this] { return worstTile(picture(banner, GetParam(), 1), before); });
+                check(*part, [&] { return worstTile(picture(banner, GetParam(), 1), before); });
                 ASSERT_EQ(worstTile(picture(banner, GetParam(), 1), before), 0);
             }
         }

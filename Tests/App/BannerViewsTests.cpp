@@ -275,6 +275,18 @@ TEST_F(BannerViewsTest, theCardIsOpaqueUnlessTheDesktopBlendsIt) {
     EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 255);
 }
 
+TEST_F(BannerViewsTest, theGroundIsLeftToTheMaterialWhereThePanelHasOne) {
+    const auto waiting = waitingBanner(waitingSession("s", start));
+    waiting->setOnMaterial(true);
+    const QImage image = render(*waiting);
+    EXPECT_EQ(image.pixelColor(260, 5).alpha(), 0);
+    EXPECT_EQ(image.pixelColor(260, 0), Tokens::primary.color(ColorScheme::light)) << "the outline stays";
+    const QRect line = waiting->findChildren<LineLabel*>().at(2)->geometry();
+    EXPECT_EQ(image.pixelColor(line.right(), line.center().y()).alpha(), 0);
+    waiting->setOnMaterial(false);
+    EXPECT_EQ(render(*waiting).pixelColor(260, 5).alpha(), 245);
+}
+
 TEST_F(BannerViewsTest, symbolsAreDrawnInTheirColour) {
     const auto banner = doneBanner(doneSession("s", start));
     banner->setBlended(false);

@@ -124,6 +124,23 @@ TEST_F(MacBuildTest, theInstalledBundleGetsQtFirstAndItsSignatureLast) {
                                    "codesign --verify --deep --strict --verbose=2 " + bundle));
 }
 
+TEST_F(MacBuildTest, objectiveCCountsReferencesByItselfAndIsHeldToTheOldestSystem) {
+    const std::vector<std::string> lines = test::linesOf(test::fileBytes(build / "build.ninja").value_or(""));
+    int sources = 0;
+    bool isObjectiveC = false;
+    for (const std::string& line : lines) {
+        if (line.starts_with("build "))
+            isObjectiveC = line.find(".mm.o: OBJCXX_COMPILER") != std::string::npos;
+        if (!isObjectiveC || !line.starts_with("  FLAGS = ")) continue;
+        ++sources;
+        for (const char* const flag :
+             {" -fobjc-arc ", " -Wunguarded-availability ", " -Werror ", " -std=c++20"})
+            EXPECT_THAT(line, HasSubstr(flag));
+        EXPECT_THAT(line, HasSubstr("-mmacosx-version-min=13.0 "));
+    }
+    EXPECT_GT(sources, 15);
+}
+
 TEST_F(MacBuildTest, thePackageIsADiskImageNamedForVersionAndProcessor) {
     const std::string pack = test::fileBytes(build / "CPackConfig.cmake").value_or("");
     EXPECT_THAT(pack, HasSubstr("set(CPACK_GENERATOR \"DragNDrop\")"));

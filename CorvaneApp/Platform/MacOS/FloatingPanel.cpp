@@ -5,6 +5,7 @@
 
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane {
@@ -31,16 +32,17 @@ class MacFloatingPanel : public FloatingPanel {
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
         requireMainThread();
-        PanelContent* const old = std::exchange(content_, std::move(view)).release();
+        // The old view may be the one whose button is being pressed.
+        if (PanelContent* const old = std::exchange(content_, std::move(view)).release()) {
+            NativePanel::release(*old);
+            old->deleteLater();
+        }
         size_ = size;
         content_->setBlended(true);
+        content_->setOnMaterial(true);
         content_->setFixedSize(size);
         panel_.setContent(*content_, size, content_->outline());
         place();
-        if (old == nullptr) return;
-        NativePanel::release(*old);
-        // The old view may be the one whose button is being pressed.
-        old->deleteLater();
     }
 
     [[nodiscard]] QSize size() const override { return size_; }
@@ -59,13 +61,14 @@ class MacFloatingPanel : public FloatingPanel {
         if (content_) content_->show();
         panel_.setIgnoresClicks(false);
         panel_.setOpacity(0);
+        opacity_ = 1;
         panel_.setOrigin(origin_ - QPoint(0, slide));
         panel_.orderFront();
         if (slide == 0) {
-            panel_.animate(1, std::nullopt, duration);
+            panel_.animate(opacity_, std::nullopt, duration);
             return;
         }
-        panel_.animate(1, origin_, duration);
+        panel_.animate(opacity_, origin_, duration);
         slide_.start(duration + settling);
     }
 
@@ -73,7 +76,8 @@ class MacFloatingPanel : public FloatingPanel {
         requireMainThread();
         if (!panel_.isVisible()) return;
         panel_.setIgnoresClicks(true);
-        panel_.animate(0, std::nullopt, duration);
+        opacity_ = 0;
+        panel_.animate(opacity_, std::nullopt, duration);
     }
 
     void orderOut() override {
@@ -95,7 +99,9 @@ class MacFloatingPanel : public FloatingPanel {
     void place() {
         if (slide_.isActive()) {
             // A plain place would be overwritten by the animation's next step.
-            panel_.animate(1, origin_, slide_.remainingTimeAsDuration());
+            panel_.animate(
+                opacity_, origin_,
+                std::max(slide_.remainingTimeAsDuration() - settling, std::chrono::milliseconds(0)));
         } else {
             panel_.setOrigin(origin_);
         }
@@ -105,7 +111,8 @@ class MacFloatingPanel : public FloatingPanel {
     std::unique_ptr<PanelContent> content_;
     QSize size_;
     QPoint origin_;
-    QTimer slide_; // runs while the panel is on its way down
+    double opacity_ = 1; // where the fade goes
+    QTimer slide_;       // runs while the panel is on its way down
 };
 
 } // namespace

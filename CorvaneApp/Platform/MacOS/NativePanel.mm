@@ -153,6 +153,7 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
     // Only now: shown earlier, Qt would make the view a window once more.
     content.show();
     resize(size, outline);
+    if (hasKeyboard()) [parts_->panel makeFirstResponder:view];
 }
 
 void NativePanel::resize(QSize size, const QPainterPath& outline) {

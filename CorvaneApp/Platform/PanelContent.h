@@ -23,8 +23,8 @@ class PanelContent : public QWidget {
     }
     [[nodiscard]] bool isBlended() const { return blended_; }
 
-    /// Whether the panel itself has the system's translucent material in the card's shape: the view leaves its
-    /// own ground out then.
+    /// Whether the panel itself has the system's translucent material in the card's shape: the view leaves
+    /// its own ground out then.
     void setOnMaterial(bool onMaterial) {
         if (onMaterial_ == onMaterial) return;
         onMaterial_ = onMaterial;

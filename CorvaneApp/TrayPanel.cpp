@@ -4,6 +4,7 @@
 #include "Platform/CardWindow.h"
 #include "Shapes.h"
 #include "Tokens.h"
+#include "Windows.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -31,7 +31,11 @@ const QImage& sharedShadow(const PanelContent& card, ColorScheme scheme, qreal r
 /// The native window: the card, and around it room for the shadow where windows are blended.
 class PanelWindow : public QWidget {
   public:
-    PanelWindow() {
+    explicit PanelWindow(const StackingGuard& guard)
+        : guard_(guard) {
+        QObject::connect(&guard_, &StackingGuard::arrangementChanged, this, [this] {
+            if (blended_ && card_ != nullptr) update(QRegion(rect()) - card_->geometry());
+        });
         setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                        Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint |
                        Qt::X11BypassWindowManagerHint);
@@ -72,6 +76,13 @@ class PanelWindow : public QWidget {
         return true;
     }
 
+    /// Puts the window `offset` below its place. Whether the place is another one than before.
+    bool moveTo(QPoint place, int offset) {
+        move(place.x(), place.y() + offset);
+        x11::flush();
+        return std::exchange(place_, place) != place;
+    }
+
     void ignoreClicks() { x11::setInputShape(nativeWindow(), {}); }
 
   protected:
@@ -79,6 +90,17 @@ class PanelWindow : public QWidget {
         if (!blended_ || card_ == nullptr) return;
         QPainter painter(this);
         painter.drawImage(QPoint(), sharedShadow(*card_, Tokens::scheme(palette()), devicePixelRatioF()));
+        // A shadow falls on what is behind all cards, never on another card. To put that one in front is not
+        // enough: Mutter draws the window above that came last.
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        for (const QWidget* const window : guard_.windows()) {
+            const auto* const other = dynamic_cast<const PanelWindow*>(window);
+            if (other == nullptr || other == this || other->card_ == nullptr) continue;
+            // As if none was sliding: that is soon over.
+            const QPoint place = other->place_ + other->card_->pos() - place_;
+            painter.fillPath(other->card_->outline().translated(place), Qt::black);
+        }
     }
 
   private:
@@ -108,15 +130,18 @@ class PanelWindow : public QWidget {
 
     [[nodiscard]] xcb_window_t nativeWindow() const { return static_cast<xcb_window_t>(internalWinId()); }
 
+    const StackingGuard& guard_;
     PanelContent* card_ = nullptr;
     bool blended_ = x11::isComposited();
     qreal arrangedRatio_ = 1;
+    QPoint place_; // without the slide
 };
 
 class LinuxFloatingPanel : public FloatingPanel {
   public:
     explicit LinuxFloatingPanel(StackingGuard& guard)
-        : guard_(guard) {
+        : guard_(guard)
+        , window_(guard) {
         QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                          [this](const QVariant& value) { advance(value.toDouble()); });
         QObject::connect(&guard_, &StackingGuard::secondPassed, &window_, [this] { followDesktop(); });
@@ -162,6 +187,7 @@ class LinuxFloatingPanel : public FloatingPanel {
         requireMainThread();
         if (!window_.isVisible()) return;
         window_.ignoreClicks();
+        guard_.release(window_);
         if (!window_.isBlended()) {
             orderOut();
             return;
@@ -216,8 +242,8 @@ class LinuxFloatingPanel : public FloatingPanel {
 
     void place() {
         const QMargins margins = window_.margins();
-        window_.move(origin_ + QPoint(-margins.left(), state_.offset - margins.top()));
-        x11::flush();
+        const bool hasMoved = window_.moveTo(origin_ - QPoint(margins.left(), margins.top()), state_.offset);
+        if (hasMoved && window_.isVisible()) guard_.noteMove();
     }
 
     StackingGuard& guard_;

@@ -30,16 +30,18 @@ StackingGuard::StackingGuard() {
 StackingGuard::~StackingGuard() = default;
 
 void StackingGuard::raise(QWidget& window) {
-    std::erase(windows_, &window);
+    const bool isNew = std::erase(windows_, &window) == 0;
     windows_.push_back(&window);
     window.raise();
     x11::flush();
     if (!timer_.isActive()) timer_.start();
+    if (isNew) Q_EMIT arrangementChanged();
 }
 
 void StackingGuard::release(QWidget& window) {
-    std::erase(windows_, &window);
+    if (std::erase(windows_, &window) == 0) return;
     if (windows_.empty()) timer_.stop();
+    Q_EMIT arrangementChanged();
 }
 
 bool StackingGuard::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {

@@ -27,9 +27,16 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     void raise(QWidget& window);
     void release(QWidget& window);
 
+    /// The windows that are kept in front, the frontmost last.
+    [[nodiscard]] const std::vector<QWidget*>& windows() const { return windows_; }
+    /// To be called when one of them has moved.
+    void noteMove() { Q_EMIT arrangementChanged(); }
+
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   Q_SIGNALS:
+    /// One of the windows has come, moved or gone.
+    void arrangementChanged();
     /// A second has passed with a panel on the screen: a moment to look whether the desktop is still the
     /// same.
     void secondPassed();
@@ -37,7 +44,7 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
   private:
     void restore();
 
-    std::vector<QWidget*> windows_; // the frontmost last
+    std::vector<QWidget*> windows_;
     QTimer timer_;
     quint32 activeWindowAtom_ = 0;
 };

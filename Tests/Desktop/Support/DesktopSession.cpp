@@ -283,8 +283,9 @@ std::uint32_t DesktopSession::startTerminal(bool fullScreen, const std::string& 
     std::vector<std::uint32_t> windows;
     const bool isReady = waitUntil(startTimeout, [&] {
         windows = screen_->managedWindows("xterm");
+        // Some window managers call a window active a little before it gets the keys.
         return windows.size() == 1 && screen_->activeWindow() == windows.front() &&
-               fs::exists(home_ / "keys") &&
+               screen_->focusedWindow() == windows.front() && fs::exists(home_ / "keys") &&
                (!fullScreen || screen_->geometry(windows.front()) == screen_->screenArea());
     });
     if (!isReady) throw std::runtime_error("no terminal came up with the focus");

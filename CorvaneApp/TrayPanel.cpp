@@ -5,6 +5,7 @@
 #include "Shapes.h"
 #include "Tokens.h"
 #include "Windows.h"
+#include "Windows.h"
 
 #include <QApplication>
 #include <QCursor>

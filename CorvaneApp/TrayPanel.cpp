@@ -5,7 +5,6 @@
 #include "Shapes.h"
 #include "Tokens.h"
 #include "Windows.h"
-#include "Windows.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -173,8 +173,15 @@ TEST_P(Keyboard, commandsWorkInEveryWindowAndClosingThemNeverQuits) {
 
     ASSERT_TRUE(desktop.opensMainWindow());
     desktop.press("ctrl+q");
-    EXPECT_EQ(session().application().wait(patience), 0);
+    ASSERT_EQ(session().application().wait(patience), 0);
     EXPECT_EQ(session().applicationOutput(), "");
+
+    session().startApplication();
+    ASSERT_TRUE(desktop.opensMainWindow());
+    ASSERT_TRUE(desktop.opensMenu());
+    EXPECT_TRUE(desktop.press("Up", "focus\tmenu item\tQuit\t"));
+    desktop.press("Return");
+    EXPECT_EQ(session().application().wait(patience), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(WindowManagers, Keyboard, testing::ValuesIn(windowManagers()),

@@ -258,12 +258,13 @@ void DesktopSession::claude(std::string_view payload, std::string_view session, 
             replaced(bytes, "/home/you/project", (home_ / project).string()), project, variables);
 }
 
-void DesktopSession::codex(std::string_view payload, std::string_view project) {
+void DesktopSession::codex(std::string_view payload, std::string_view project,
+                           const std::vector<std::string>& variables) {
     const std::string bytes =
         testData("agent-payloads/codex-agent-turn-complete-" + std::string(payload) + ".json");
     runHook({paths().hookScript().string(), "codex",
              replaced(bytes, "/home/you/project", (home_ / project).string())},
-            "", project, {});
+            "", project, variables);
 }
 
 std::vector<fs::path> DesktopSession::inbox() const {

@@ -60,7 +60,8 @@ class DesktopSession {
     void claude(std::string_view payload, std::string_view session, std::string_view project,
                 const std::vector<std::string>& variables = {});
     /// The same as Codex does, with "codex-agent-turn-complete-<name>.json".
-    void codex(std::string_view payload, std::string_view project);
+    void codex(std::string_view payload, std::string_view project,
+               const std::vector<std::string>& variables = {});
     /// The event files that wait in the inbox.
     [[nodiscard]] std::vector<std::filesystem::path> inbox() const;
 

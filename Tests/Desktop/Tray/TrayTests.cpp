@@ -1,14 +1,17 @@
 // The tray icon and its panel with real hosts: one on the session bus, played by the test, and trayer, which
 // embeds windows.
 
+#include "Connection/AgentConnector.h"
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Tray/NotifierHost.h"
+#include "Support/Date.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -21,6 +24,9 @@ constexpr Color surface{0xFFFFFF};
 
 class Tray : public testing::Test {
   protected:
+    explicit Tray(const std::string& windowManager = "openbox")
+        : desktop(windowManager) {}
+
     [[nodiscard]] std::string bus() const {
         return "unix:path=" + (desktop.home().parent_path() / "run/bus").string();
     }
@@ -97,7 +103,13 @@ TEST_F(Tray, survivesTheRestartOfTheHost) {
     EXPECT_TRUE(isRegistered());
 }
 
-TEST_F(Tray, aClickOpensThePanelAndAnotherOneClosesIt) {
+class ManagedTray : public Tray, public testing::WithParamInterface<std::string> {
+  protected:
+    ManagedTray()
+        : Tray(GetParam()) {}
+};
+
+TEST_P(ManagedTray, aClickOpensThePanelAndAnotherOneClosesIt) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -113,7 +125,7 @@ TEST_F(Tray, aClickOpensThePanelAndAnotherOneClosesIt) {
     EXPECT_TRUE(hasWindows(0));
 }
 
-TEST_F(Tray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
+TEST_P(ManagedTray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -148,6 +160,45 @@ TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
     EXPECT_EQ(desktop.application().wait(10s), 0);
     EXPECT_EQ(desktop.applicationOutput(), "");
 }
+
+// A row of the panel leads to the terminal in which the session's agent runs.
+TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
+    const AgentConnector connector(desktop.home());
+    EXPECT_EQ(connector.connect(AgentKind::codex, Date::fromSystemClock(std::chrono::system_clock::now())),
+              std::nullopt);
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    // As installed: a program of its own name, here one that does nothing but read.
+    const std::filesystem::path agent = desktop.home() / "bin/codex";
+    std::filesystem::create_directories(agent.parent_path());
+    std::filesystem::copy_file("/bin/cat", agent);
+    std::filesystem::create_directories(desktop.home() / "shop");
+    const auto terminal = desktop.run({"xterm", "-e", "sh", "-c", "cd shop && exec ../bin/codex"}, "agent");
+    std::uint32_t window = 0;
+    ASSERT_TRUE(eventually([&] {
+        const auto found = desktop.screen().managedWindows("xterm");
+        window = found.empty() ? 0 : found.front();
+        return window != 0 && desktop.screen().activeWindow() == window;
+    }));
+    const auto other = desktop.run({"xterm", "-e", "cat"}, "other");
+    ASSERT_TRUE(eventually([&] {
+        const std::uint32_t active = desktop.screen().activeWindow();
+        return active != window && desktop.screen().managedWindows("xterm").size() == 2;
+    }));
+    desktop.codex("codex-tui", "shop", {"TERM_PROGRAM="});
+    ASSERT_TRUE(desktop.shows(0, 1));
+    host->activate(0, 0);
+    ASSERT_TRUE(panelHasKeyboard());
+    key("Down");
+    key("space");
+    EXPECT_TRUE(eventually([&] { return desktop.screen().activeWindow() == window; }));
+    EXPECT_TRUE(hasWindows(0)) << "the panel gave way";
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, ManagedTray, testing::ValuesIn(windowManagers()),
+                         [](const auto& manager) { return manager.param; });
 
 class EmbeddingTray : public Tray {
   protected:

@@ -99,7 +99,7 @@ class PanelWindow : public QWidget {
             if (other == nullptr || other == this || other->card_ == nullptr) continue;
             // As if none was sliding: that is soon over.
             const QPoint place = other->place_ + other->card_->pos() - place_;
-            painter.fillPath(other->card_->outline().translated(place), Qt::black);
+            painter.fillPath(other->card_->outline().translated(place), Tokens::shadow(1));
         }
     }
 

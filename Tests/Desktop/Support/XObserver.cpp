@@ -104,6 +104,14 @@ std::vector<std::uint32_t> XObserver::cardinals(std::uint32_t window, std::strin
     return result;
 }
 
+bool XObserver::asksForFocus(std::uint32_t window) const {
+    constexpr std::uint32_t inputHint = 1;
+    const std::vector<std::uint32_t> hints = cardinals(window, "WM_HINTS");
+    const bool wantsInput = hints.size() < 2 || (hints[0] & inputHint) == 0 || hints[1] != 0;
+    const std::vector<std::uint32_t> userTime = cardinals(window, "_NET_WM_USER_TIME");
+    return wantsInput || userTime.size() != 1 || userTime.front() != 0;
+}
+
 Rect XObserver::workArea() const {
     const std::vector<std::uint32_t> areas = cardinals(root_, "_NET_WORKAREA");
     const std::size_t index = std::size_t{4} * currentWorkspace();
@@ -301,6 +309,17 @@ void XObserver::requestWorkspace(std::uint32_t index) {
 
 void XObserver::requestWorkspaceCount(std::uint32_t count) {
     request(root_, "_NET_NUMBER_OF_DESKTOPS", {count});
+}
+
+void XObserver::cover(Rect area) {
+    const std::uint32_t window = xcb_generate_id(connection_);
+    constexpr std::array<std::uint32_t, 2> values{0x223344, 1}; // background pixel, override-redirect
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, static_cast<std::int16_t>(area.x),
+                      static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
+                      static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
+    xcb_map_window(connection_, window);
+    roundTrip();
 }
 
 void XObserver::paintWallpaper() {

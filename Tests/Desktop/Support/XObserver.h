@@ -74,6 +74,10 @@ class XObserver {
     [[nodiscard]] std::vector<std::uint32_t> managedWindows(std::string_view name) const;
     [[nodiscard]] Rect geometry(std::uint32_t window) const;
 
+    /// Whether a window wants the keys, by its input hint or because it was shown for the user to use it at
+    /// once.
+    [[nodiscard]] bool asksForFocus(std::uint32_t window) const;
+
     [[nodiscard]] bool isMinimized(std::uint32_t window) const;
 
     /// The sides of the icons that a window gives to window lists, in pixels.
@@ -90,6 +94,9 @@ class XObserver {
     void requestMinimized(std::uint32_t window);
     void requestWorkspace(std::uint32_t index);
     void requestWorkspaceCount(std::uint32_t count);
+
+    /// Puts a window in front of all others that no window manager looks after. It goes with this observer.
+    void cover(Rect area);
 
     /// Fills the desktop's background with two tones, and tells compositors about it.
     void paintWallpaper();

@@ -1,0 +1,96 @@
+// What a banner's window asks for and what it takes: no focus, no click beside its card, its place in front.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <memory>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class BannerWindow : public testing::Test {
+  protected:
+    void raiseBanner() {
+        desktop.claude("Notification-permission_prompt", "a", "shop");
+        ASSERT_TRUE(desktop.shows(1, 0));
+    }
+
+    DesktopSession desktop;
+};
+
+TEST_F(BannerWindow, tellsWindowManagersThatItWantsNoFocus) {
+    desktop.startApplication();
+    raiseBanner();
+    EXPECT_FALSE(desktop.screen().asksForFocus(desktop.screen().banners().front().window));
+}
+
+TEST_F(BannerWindow, isInFrontAgainWhenAnotherWindowBecomesActiveAfterOneCoveredIt) {
+    desktop.startApplication();
+    raiseBanner();
+    desktop.screen().cover(desktop.screen().banners().front().frame);
+    ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
+    desktop.startTerminal(false, "40x5+100+600");
+    EXPECT_TRUE(desktop.shows(1, 0));
+}
+
+/// With a terminal below the banner's place, and the focus at another window.
+class BannerOverATerminal : public BannerWindow {
+  protected:
+    void SetUp() override {
+        desktop.startApplication();
+        terminal = desktop.startTerminal(false, "130x14+250+0");
+        other = desktop.run({"xterm", "-class", "Other", "-geometry", "40x5+100+600", "-e", "sleep", "1000"},
+                            "other");
+        ASSERT_TRUE(waitUntil(20s, [&] {
+            const auto others = desktop.screen().managedWindows("Other");
+            return !others.empty() && desktop.screen().activeWindow() == others.front();
+        }));
+    }
+
+    testing::AssertionResult clickReachesTheTerminal(Rect area) {
+        desktop.click(area);
+        if (waitUntil(5s, [&] { return desktop.screen().activeWindow() == terminal; }))
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "the terminal did not become active";
+    }
+
+    std::unique_ptr<ChildProcess> other;
+    std::uint32_t terminal = 0;
+};
+
+TEST_F(BannerOverATerminal, clickOnTheShadowReachesTheWindowBelow) {
+    raiseBanner();
+    const Banner banner = desktop.screen().banners().front();
+    ASSERT_TRUE(banner.hasShadow);
+    const Rect shadow{banner.card.middleX(), banner.card.bottom() + 6, 2, 2};
+    ASSERT_LT(shadow.bottom(), banner.frame.bottom());
+    EXPECT_TRUE(clickReachesTheTerminal(shadow));
+    EXPECT_TRUE(desktop.shows(1, 0));
+}
+
+TEST_F(BannerOverATerminal, clickOnACardThatFadesAwayReachesTheWindowBelow) {
+    raiseBanner();
+    const Rect card = desktop.screen().banners().front().card;
+    const auto outline = [&] { return desktop.screen().screen({card.middleX(), card.y, 1, 1}).at(0, 0); };
+    const Color full = outline();
+    desktop.claude("PostToolUse-Bash", "a", "shop");
+    // Held while it fades, so that the click meets the window that is still on the screen.
+    const bool hasBegun = waitUntil(5s, [&] { return !outline().isNear(full, 40); });
+    desktop.application().signal(SIGSTOP);
+    EXPECT_TRUE(hasBegun);
+    ASSERT_EQ(desktop.screen().banners().size(), 1U) << "it had gone already";
+    EXPECT_TRUE(clickReachesTheTerminal(primaryButton(desktop.screen().banners().front())));
+    desktop.application().signal(SIGCONT);
+    EXPECT_TRUE(desktop.shows(0, 0));
+}
+
+} // namespace
+
+} // namespace corvane::test

@@ -52,7 +52,10 @@ Configuration readConfiguration(const fs::path& file) {
 }
 
 void requireUtf8(std::string_view text) {
-    if (!text::isUtf8(text)) throw ConfigEditError::unreadable("config.toml is not UTF-8 text");
+    if (!text::isUtf8(text)) {
+        throw ConfigEditError::unreadable(
+            translatable("corvane::ConfigEditError", "config.toml is not UTF-8 text").key);
+    }
 }
 
 /// Refuses a place of the hook program that cannot be written down in the agent's file: JSON and TOML hold

@@ -23,7 +23,10 @@ std::optional<Json> parse(std::string_view current) {
 
 Json parseOrThrow(std::string_view current) {
     std::optional<Json> document = parse(current);
-    if (!document) throw ConfigEditError::unreadable("settings.json is not valid JSON");
+    if (!document) {
+        throw ConfigEditError::unreadable(
+            translatable("corvane::ConfigEditError", "settings.json is not valid JSON").key);
+    }
     return std::move(*document);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Support/Words.h"
+
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -24,8 +26,11 @@ class ConfigEditError : public std::exception {
     /// The reason or the line.
     [[nodiscard]] const std::string& detail() const { return detail_; }
 
+    /// The reason in these words, or the line.
+    [[nodiscard]] std::string detail(Words words) const;
+
     /// Sentences for users, with a full stop at the end.
-    [[nodiscard]] std::string description() const;
+    [[nodiscard]] std::string description(Words words = inEnglish) const;
     /// The same as `detail()`.
     [[nodiscard]] const char* what() const noexcept override { return detail_.c_str(); }
 

@@ -30,36 +30,41 @@ std::string joined(std::string_view first, std::string_view middle, std::string_
 
 } // namespace
 
-AlertText AlertText::waiting(const AgentSession& session) {
+AlertText AlertText::waiting(const AgentSession& session, Words words) {
     const SessionStatus::Waiting* const wait = session.status.ifWaiting();
     const bool isForReply = wait != nullptr && wait->reason == EventKind::needsInput;
 
     AlertText text;
-    text.title = session.agent.displayName();
-    text.title += isForReply ? " is waiting for your reply" : " is waiting for you";
+    text.title = filled(words(isForReply ? translatable("corvane::AlertText", "%1 is waiting for your reply")
+                                         : translatable("corvane::AlertText", "%1 is waiting for you")),
+                        {session.agent.displayName()});
     text.subtitle = session.repoName();
-    if (const std::string message = plain(session.message); !message.empty()) {
+    if (const std::string message = plain(session.message, words); !message.empty()) {
         text.subtitle += separator;
         text.subtitle += message;
     }
     return text;
 }
 
-AlertText AlertText::done(const AgentSession& session) {
-    return {joined(session.agent.displayName(), " finished", {}), session.repoName()};
+AlertText AlertText::done(const AgentSession& session, Words words) {
+    return {filled(words(translatable("corvane::AlertText", "%1 finished")), {session.agent.displayName()}),
+            session.repoName()};
 }
 
-std::string AlertText::statusLine(const AgentSession& session, Date now) {
+std::string AlertText::statusLine(const AgentSession& session, Date now, Words words) {
     if (const SessionStatus::Done* const done = session.status.ifDone()) {
         const auto minutes = static_cast<std::int64_t>((now - done->at) / Seconds(60));
-        return minutes < 1 ? "Done just now" : joined("Done ", std::to_string(minutes), " min ago");
+        if (minutes < 1) return words(translatable("corvane::AlertText", "Done just now"));
+        return filled(words(translatable("corvane::AlertText", "Done %1 min ago")),
+                      {std::to_string(minutes)});
     }
     if (const SessionStatus::Waiting* const wait = session.status.ifWaiting()) {
         const bool isForReply = wait->reason == EventKind::needsInput;
-        return joined(isForReply ? "Waiting for your reply" : "Waiting for you", separator,
-                      clock(now - wait->since));
+        return joined(words(isForReply ? translatable("corvane::AlertText", "Waiting for your reply")
+                                       : translatable("corvane::AlertText", "Waiting for you")),
+                      separator, clock(now - wait->since));
     }
-    return "Running";
+    return words(translatable("corvane::AlertText", "Running"));
 }
 
 std::string AlertText::clock(Seconds seconds) {
@@ -79,10 +84,11 @@ std::string AlertText::clock(Seconds seconds) {
     return line.data();
 }
 
-std::string AlertText::plain(std::string_view text) {
+std::string AlertText::plain(std::string_view text, Words words) {
     const std::string_view trimmed = text::trimmingWhitespace(text);
     if (trimmed.starts_with(permissionPrefix)) {
-        return joined("wants to use ", trimmed.substr(permissionPrefix.size()), {});
+        return filled(words(translatable("corvane::AlertText", "wants to use %1")),
+                      {trimmed.substr(permissionPrefix.size())});
     }
     // Says nothing that the title does not.
     if (text::containsIgnoringCase(trimmed, idlePrompt)) return {};

@@ -224,56 +224,58 @@ bool replace(const fs::path& path, std::string_view bytes, const FileState* expe
     return true;
 }
 
-std::string reason(const std::error_code& code) {
+std::string reason(const std::error_code& code, Words words) {
     struct Reason {
         int error;
-        std::string_view text;
+        Phrase text;
     };
     static constexpr std::array reasons{
-        Reason{ENOSPC, "there is no space left on the disk"},
-        Reason{EDQUOT, "your share of the disk is used up"},
-        Reason{EROFS, "the disk can only be read"},
-        Reason{EACCES, "you don't have permission"},
-        Reason{EPERM, "the system does not permit it"},
-        Reason{ENOENT, "a folder or file on the way to it is missing"},
-        Reason{ENOTDIR, "a part of its path is not a folder"},
-        Reason{EISDIR, "a folder is in its place"},
-        Reason{EINVAL, "it is not an ordinary file"},
-        Reason{EEXIST, "something else is in its place"},
-        Reason{ELOOP, "its links lead in a circle"},
-        Reason{ENAMETOOLONG, "its name is too long"},
-        Reason{EILSEQ, "its path has characters that the agent's configuration cannot hold"},
-        Reason{ENOTSUP, "there is no Trash on its disk"},
-        Reason{EXDEV, "it lies on another disk"},
-        Reason{EBUSY, "another program keeps changing it"},
-        Reason{EIO, "the disk reported an error"},
-        Reason{EFBIG, "it would be too large"},
-        Reason{EMFILE, "too many files are open"},
-        Reason{ENFILE, "too many files are open"},
-        Reason{ENOMEM, "there is not enough memory"},
+        Reason{ENOSPC, translatable("corvane::FileError", "there is no space left on the disk")},
+        Reason{EDQUOT, translatable("corvane::FileError", "your share of the disk is used up")},
+        Reason{EROFS, translatable("corvane::FileError", "the disk can only be read")},
+        Reason{EACCES, translatable("corvane::FileError", "you don't have permission")},
+        Reason{EPERM, translatable("corvane::FileError", "the system does not permit it")},
+        Reason{ENOENT, translatable("corvane::FileError", "a folder or file on the way to it is missing")},
+        Reason{ENOTDIR, translatable("corvane::FileError", "a part of its path is not a folder")},
+        Reason{EISDIR, translatable("corvane::FileError", "a folder is in its place")},
+        Reason{EINVAL, translatable("corvane::FileError", "it is not an ordinary file")},
+        Reason{EEXIST, translatable("corvane::FileError", "something else is in its place")},
+        Reason{ELOOP, translatable("corvane::FileError", "its links lead in a circle")},
+        Reason{ENAMETOOLONG, translatable("corvane::FileError", "its name is too long")},
+        Reason{EILSEQ, translatable("corvane::FileError",
+                                    "its path has characters that the agent's configuration cannot hold")},
+        Reason{ENOTSUP, translatable("corvane::FileError", "there is no Trash on its disk")},
+        Reason{EXDEV, translatable("corvane::FileError", "it lies on another disk")},
+        Reason{EBUSY, translatable("corvane::FileError", "another program keeps changing it")},
+        Reason{EIO, translatable("corvane::FileError", "the disk reported an error")},
+        Reason{EFBIG, translatable("corvane::FileError", "it would be too large")},
+        Reason{EMFILE, translatable("corvane::FileError", "too many files are open")},
+        Reason{ENFILE, translatable("corvane::FileError", "too many files are open")},
+        Reason{ENOMEM, translatable("corvane::FileError", "there is not enough memory")},
     };
     for (const Reason& known : reasons) {
-        if (code == std::error_code(known.error, std::generic_category())) return std::string(known.text);
+        if (code == std::error_code(known.error, std::generic_category())) return words(known.text);
     }
-    return "the system reported \"" + code.message() + "\"";
+    return filled(words(translatable("corvane::FileError", "the system reported \"%1\"")), {code.message()});
 }
 
-std::string_view failedAction(Operation operation) {
+Phrase failure(Operation operation) {
     switch (operation) {
     case Operation::read:
-        return "could not be read";
+        return translatable("corvane::FileError", "The file \"%1\" could not be read because %2.");
     case Operation::write:
-        return "could not be written";
+        return translatable("corvane::FileError", "The file \"%1\" could not be written because %2.");
     case Operation::backUp:
-        return "could not be backed up";
+        return translatable("corvane::FileError", "The file \"%1\" could not be backed up because %2.");
     case Operation::createFolder:
-        return "could not be created";
+        return translatable("corvane::FileError", "The folder \"%1\" could not be created because %2.");
     case Operation::move:
-        return "could not be moved";
+        return translatable("corvane::FileError", "The file \"%1\" could not be moved because %2.");
     case Operation::trash:
-        return "could not be moved to the Trash";
+        return translatable("corvane::FileError",
+                            "The file \"%1\" could not be moved to the Trash because %2.");
     }
-    return "could not be used";
+    return translatable("corvane::FileError", "The file \"%1\" could not be used because %2.");
 }
 
 } // namespace
@@ -286,15 +288,8 @@ FileError::FileError(Operation operation, fs::path path, std::error_code error)
     , operation_(operation)
     , path_(std::move(path)) {}
 
-std::string FileError::description() const {
-    std::string text = operation_ == Operation::createFolder ? "The folder \"" : "The file \"";
-    text += path_.string();
-    text += "\" ";
-    text += failedAction(operation_);
-    text += " because ";
-    text += reason(code());
-    text += ".";
-    return text;
+std::string FileError::description(Words words) const {
+    return filled(words(failure(operation_)), {path_.string(), reason(code(), words)});
 }
 
 FileState state(const fs::path& path) {

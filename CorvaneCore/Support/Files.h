@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Support/Date.h"
+#include "Support/Words.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -26,8 +27,8 @@ class FileError : public std::system_error {
     [[nodiscard]] Operation operation() const { return operation_; }
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    /// One English sentence for users that names the file and the reason, with a full stop at its end.
-    [[nodiscard]] std::string description() const;
+    /// One sentence for users that names the file and the reason, with a full stop at its end.
+    [[nodiscard]] std::string description(Words words = inEnglish) const;
 
   private:
     Operation operation_;

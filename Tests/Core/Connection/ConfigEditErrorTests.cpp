@@ -21,5 +21,19 @@ TEST(ConfigEditError, describesEveryCaseInSentences) {
         "Codex already sends notifications to another program (notify = [\"x\"]). Nothing was changed.");
 }
 
+std::string bracketed(const Phrase& phrase) {
+    return "[" + std::string(phrase.key) + "]";
+}
+
+TEST(ConfigEditError, sentencesAndReasonsAreInTheWordsGivenAndLinesStay) {
+    const ConfigEditError unreadable = ConfigEditError::unreadable("settings.json is not valid JSON");
+    EXPECT_EQ(unreadable.detail(bracketed), "[settings.json is not valid JSON]");
+    EXPECT_EQ(unreadable.description(bracketed), "[[settings.json is not valid JSON]. Nothing was changed.]");
+    const ConfigEditError taken = ConfigEditError::codexNotifyTaken("notify");
+    EXPECT_EQ(taken.detail(bracketed), "notify");
+    EXPECT_EQ(taken.description(bracketed),
+              "[Codex already sends notifications to another program (notify). Nothing was changed.]");
+}
+
 } // namespace
 } // namespace corvane

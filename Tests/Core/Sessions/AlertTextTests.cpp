@@ -201,5 +201,35 @@ TEST(AlertText, statusLineOfAWaitingSessionShowsTheClock) {
     EXPECT_EQ(AlertText::statusLine(sessionWith(forPermission), at(-60)), "Waiting for you \u00B7 0:00");
 }
 
+/// Every phrase in brackets.
+std::string bracketed(const Phrase& phrase) {
+    return "[" + std::string(phrase.key) + "]";
+}
+
+TEST(AlertText, everyWordIsTakenFromTheWordsGiven) {
+    AgentSession session = sessionWith(forPermission);
+    session.message = "Claude needs your permission to use Bash";
+    session.cwd = "/w/shop";
+    const AlertText waiting = AlertText::waiting(session, bracketed);
+    EXPECT_EQ(waiting.title, "[Claude is waiting for you]");
+    EXPECT_EQ(waiting.subtitle, "shop \u00B7 [wants to use Bash]");
+    session.status = forInput;
+    EXPECT_EQ(AlertText::waiting(session, bracketed).title, "[Claude is waiting for your reply]");
+    EXPECT_EQ(AlertText::done(session, bracketed).title, "[Claude finished]");
+    EXPECT_EQ(AlertText::done(session, bracketed).subtitle, "shop");
+    EXPECT_EQ(AlertText::statusLine(session, at(7), bracketed), "[Waiting for your reply] \u00B7 0:07");
+    session.status = forPermission;
+    EXPECT_EQ(AlertText::statusLine(session, at(7), bracketed), "[Waiting for you] \u00B7 0:07");
+    session.status = SessionStatus::running();
+    EXPECT_EQ(AlertText::statusLine(session, at(7), bracketed), "[Running]");
+    session.status = SessionStatus::done(at(0));
+    EXPECT_EQ(AlertText::statusLine(session, at(7), bracketed), "[Done just now]");
+    EXPECT_EQ(AlertText::statusLine(session, at(120), bracketed), "[Done 2 min ago]");
+}
+
+TEST(AlertText, anAgentsOwnWordsAreNotTranslated) {
+    EXPECT_EQ(AlertText::plain("Which colour?", bracketed), "Which colour?");
+}
+
 } // namespace
 } // namespace corvane

@@ -2,6 +2,7 @@
 #include "Fonts.h"
 #include "Paragraph.h"
 #include "SettingsView.h"
+#include "TextScale.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -13,22 +14,22 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 24;
-constexpr int top = 40;
-constexpr int nameGap = 8;
-constexpr int descriptionGap = 16;
-constexpr int linksGap = 32;
-constexpr int dividerGap = 24;
-constexpr int headingGap = 4;
-constexpr int appsGap = 8;
-constexpr int dotGap = 8;
-constexpr int dividerWidth = 400;
+constexpr Scaled padding{24};
+constexpr Scaled top{40};
+constexpr Scaled nameGap{8};
+constexpr Scaled descriptionGap{16};
+constexpr Scaled linksGap{32};
+constexpr Scaled dividerGap{24};
+constexpr Scaled headingGap{4};
+constexpr Scaled appsGap{8};
+constexpr Scaled dotGap{8};
+constexpr Scaled dividerWidth{400};
 
-constexpr int nameSize = 15;
-constexpr int textSize = 13;
-constexpr int textLineHeight = 20;
-constexpr int headingSize = 11;
-constexpr int headingLineHeight = 16;
+constexpr Scaled nameSize{15.0};
+constexpr Scaled textSize{13.0};
+constexpr Scaled textLineHeight{20};
+constexpr Scaled headingSize{11.0};
+constexpr Scaled headingLineHeight{16};
 
 Paragraph* centred(const QString& text, const QFont& font, int lineHeight, TextColor color, QWidget* parent) {
     Paragraph::Style style;

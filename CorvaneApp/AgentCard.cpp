@@ -5,6 +5,7 @@
 #include "Fonts.h"
 #include "Paragraph.h"
 #include "Symbols.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QEvent>
@@ -17,19 +18,19 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 12;
-constexpr int spacing = 12;
-constexpr int smallestHeight = 76;
-constexpr int glyphSide = 36;
-constexpr qreal seatSide = 38;
-constexpr int lineSpacing = 2;
-constexpr int checkSide = 18;
-constexpr int checkGap = 6;
+constexpr Scaled padding{12};
+constexpr Scaled spacing{12};
+constexpr Scaled smallestHeight{76};
+constexpr Scaled glyphSide{36};
+constexpr qreal seatEdge = 1; // beyond the badge
+constexpr Scaled lineSpacing{2};
+constexpr Scaled checkSide{18};
+constexpr Scaled checkGap{6};
 
-constexpr int titleSize = 15;
-constexpr int detailSize = 11;
-constexpr int detailLineHeight = 16;
-constexpr int wordSize = 13;
+constexpr Scaled titleSize{15.0};
+constexpr Scaled detailSize{11.0};
+constexpr Scaled detailLineHeight{16};
+constexpr Scaled wordSize{13.0};
 
 Paragraph* paragraph(const QFont& font, int lineHeight, TextColor color, QWidget* parent) {
     Paragraph::Style style;
@@ -115,8 +116,8 @@ int AgentCard::textWidth(int width) const {
 
 int AgentCard::heightForWidth(int width) const {
     const int text = textWidth(width);
-    return std::max(smallestHeight,
-                    2 * padding + title_->heightForWidth(text) + lineSpacing + detail_->heightForWidth(text));
+    return std::max<int>(smallestHeight, 2 * padding + title_->heightForWidth(text) + lineSpacing +
+                                             detail_->heightForWidth(text));
 }
 
 QRect AgentCard::checkBox() const {
@@ -163,18 +164,17 @@ void AgentCard::changeEvent(QEvent* event) {
 
 void AgentCard::paintEvent(QPaintEvent* event) {
     Card::paintEvent(event);
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     // The badge has the card's own colour: what is seen of it is this seat below.
-    QRectF seat(0, 0, seatSide, seatSide);
-    seat.moveCenter(QRectF(glyph_->geometry()).center());
+    const QRectF seat = QRectF(glyph_->geometry()).adjusted(-seatEdge, -seatEdge, seatEdge, seatEdge);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Tokens::divider(scheme));
+    painter.setBrush(Tokens::divider(look));
     painter.drawEllipse(seat);
     if (isConnected_) {
         symbols::paint(painter, QStringLiteral("checkmark.circle.fill"), checkBox(),
-                       Tokens::secondary.color(scheme));
+                       Tokens::secondary.color(look));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "ErrorText.h"
 #include "Platform/FileBrowser.h"
 #include "SettingsView.h"
+#include "TextScale.h"
 
 #include <QEvent>
 #include <QStyle>
@@ -13,10 +14,10 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 24;
-constexpr int spacing = 12;
-constexpr int testGap = 24;
-constexpr int linkSize = 13;
+constexpr Scaled padding{24};
+constexpr Scaled spacing{12};
+constexpr Scaled testGap{24};
+constexpr Scaled linkSize{13.0};
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "AppModel.h"
 #include "ErrorText.h"
 #include "SettingsView.h"
+#include "TextScale.h"
 
 #include <QEvent>
 #include <QScopedValueRollback>
@@ -11,9 +12,9 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 24;
-constexpr int groupSpacing = 16;
-constexpr int errorGap = 6;
+constexpr Scaled padding{24};
+constexpr Scaled groupSpacing{16};
+constexpr Scaled errorGap{6};
 
 QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));

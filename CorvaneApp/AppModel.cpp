@@ -7,8 +7,10 @@
 #include "Platform/Sounds.h"
 #include "Sessions/TerminalApp.h"
 #include "Support/Files.h"
+#include "Translations.h"
 
 #include <QPointer>
+#include <QString>
 
 #include <algorithm>
 #include <chrono>
@@ -27,8 +29,10 @@ constexpr int ticksPerPruning = 60;
 
 // What went wrong, in words for the user.
 std::string localizedDescription(const std::exception& error) {
-    if (const auto* const edit = dynamic_cast<const ConfigEditError*>(&error)) return edit->description();
-    if (const auto* const file = dynamic_cast<const files::FileError*>(&error)) return file->description();
+    if (const auto* const edit = dynamic_cast<const ConfigEditError*>(&error))
+        return edit->description(translations::words);
+    if (const auto* const file = dynamic_cast<const files::FileError*>(&error))
+        return file->description(translations::words);
     return error.what();
 }
 
@@ -222,16 +226,16 @@ void AppModel::connectAgent(AgentKind agent) {
         switch (error.kind()) {
         case ConfigEditError::Case::unreadable:
             connectError_ =
-                connector_.configFile(agent).string() + " — " + error.detail() + ". Nothing was changed.";
+                filled(tr("%1 — %2. Nothing was changed.").toStdString(),
+                       {connector_.configFile(agent).string(), error.detail(translations::words)});
             break;
         case ConfigEditError::Case::codexNotifyTaken:
-            connectError_ = "Codex already sends notifications to another program (" + error.detail() +
-                            "). Nothing was changed.";
+            connectError_ = error.description(translations::words);
             break;
         }
     } catch (const std::exception& error) {
-        connectError_ =
-            "Couldn't connect " + std::string(agent.displayName()) + ": " + localizedDescription(error);
+        connectError_ = filled(tr("Couldn't connect %1: %2").toStdString(),
+                               {agent.displayName(), localizedDescription(error)});
     }
     refreshConnections();
 }
@@ -241,8 +245,8 @@ void AppModel::disconnectAgent(AgentKind agent) {
         connector_.disconnect(agent);
         connectError_ = std::nullopt;
     } catch (const std::exception& error) {
-        connectError_ = "Couldn't remove Corvane from " + std::string(agent.displayName()) + ": " +
-                        localizedDescription(error);
+        connectError_ = filled(tr("Couldn't remove Corvane from %1: %2").toStdString(),
+                               {agent.displayName(), localizedDescription(error)});
     }
     refreshConnections();
 }
@@ -252,7 +256,8 @@ void AppModel::setOpensAtLogin(bool on) {
         services_.loginItem.setEnabled(on);
         connectError_ = std::nullopt;
     } catch (const std::exception& error) {
-        connectError_ = "Couldn't change “Open at login”: " + localizedDescription(error);
+        connectError_ =
+            filled(tr("Couldn't change “Open at login”: %1").toStdString(), {localizedDescription(error)});
     }
     Q_EMIT changed();
 }

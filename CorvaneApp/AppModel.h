@@ -87,6 +87,9 @@ class AppModel : public QObject {
 
     void refreshConnections();
 
+    /// Has the banners on the screen made anew, for another text size.
+    void rebuildBanners() { banners_.rebuild(); }
+
   Q_SIGNALS:
     /// Something that can be read above has changed.
     void changed();

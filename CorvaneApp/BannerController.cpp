@@ -44,33 +44,28 @@ void BannerController::showWaiting(const AgentSession& session) {
     requireMainThread();
     const QPointer self(this);
     const std::string id = session.id();
-    auto banner = std::make_unique<WaitingBanner>(
-        session, services_.clock,
-        [self, session] {
-            if (self && self->onJump) self->onJump(session);
-        },
-        [self, session] {
-            if (self && self->onSnooze) self->onSnooze(session);
-        },
-        [self, id] {
-            if (self) self->dismiss(id);
-        });
-    WaitingBanner& view = *banner;
-    present(id, std::move(banner), WaitingBanner::contentSize);
-    announce(view);
+    present(id, [self, session, id, clock = services_.clock] {
+        return std::make_unique<WaitingBanner>(
+            session, clock,
+            [self, session] {
+                if (self && self->onJump) self->onJump(session);
+            },
+            [self, session] {
+                if (self && self->onSnooze) self->onSnooze(session);
+            },
+            [self, id] {
+                if (self) self->dismiss(id);
+            });
+    });
 }
 
 void BannerController::showDone(const AgentSession& session) {
     requireMainThread();
-    const QPointer self(this);
     const std::string id = doneID(session);
-    const auto close = [self, id] {
+    const auto close = [self = QPointer(this), id] {
         if (self) self->dismiss(id);
     };
-    auto banner = std::make_unique<DoneBanner>(session, close);
-    DoneBanner& view = *banner;
-    present(id, std::move(banner), DoneBanner::contentSize);
-    announce(view);
+    present(id, [session, close] { return std::make_unique<DoneBanner>(session, close); });
     services_.scheduler.after(doneLifetime, close);
 }
 
@@ -88,16 +83,20 @@ std::vector<BannerController::Entry>::iterator BannerController::entry(std::stri
     return std::find_if(panels_.begin(), panels_.end(), [id](const Entry& entry) { return entry.id == id; });
 }
 
-void BannerController::present(const std::string& id, std::unique_ptr<PanelContent> view, QSize size) {
+void BannerController::present(const std::string& id, ViewMaker makeView) {
+    std::unique_ptr<PanelContent> made = makeView();
+    PanelContent& view = *made;
     if (const auto found = entry(id); found != panels_.end()) {
-        found->panel->setContent(std::move(view), size);
+        found->makeView = std::move(makeView);
+        found->panel->setContent(std::move(made), view.size());
         layout();
+        announce(view);
         return;
     }
 
     const std::shared_ptr<FloatingPanel> panel = services_.panels.make();
-    panel->setContent(std::move(view), size);
-    panels_.insert(panels_.begin(), {id, panel});
+    panel->setContent(std::move(made), view.size());
+    panels_.insert(panels_.begin(), {id, panel, std::move(makeView)});
     while (panels_.size() > maxBanners) {
         std::shared_ptr<FloatingPanel> oldest = std::move(panels_.back().panel);
         panels_.pop_back();
@@ -106,6 +105,17 @@ void BannerController::present(const std::string& id, std::unique_ptr<PanelConte
     layout();
     fadeIn(*panel);
     restack();
+    announce(view);
+}
+
+void BannerController::rebuild() {
+    requireMainThread();
+    for (const Entry& entry : panels_) {
+        std::unique_ptr<PanelContent> view = entry.makeView();
+        const QSize size = view->size();
+        entry.panel->setContent(std::move(view), size);
+    }
+    layout();
 }
 
 void BannerController::layout() {

@@ -49,6 +49,10 @@ class BannerController : public QObject {
     /// Removes the banner with this identifier; an unknown one is ignored.
     void dismiss(std::string_view id);
 
+    /// Makes the views of all banners anew, for another text size. They keep their place in the stack and
+    /// come without a fade and unannounced.
+    void rebuild();
+
     /// The identifier of a session's done banner.
     [[nodiscard]] static std::string doneID(const AgentSession& session);
 
@@ -56,9 +60,12 @@ class BannerController : public QObject {
     struct Entry {
         std::string id;
         std::shared_ptr<FloatingPanel> panel;
+        std::function<std::unique_ptr<PanelContent>()> makeView;
     };
+    using ViewMaker = decltype(Entry::makeView);
 
-    void present(const std::string& id, std::unique_ptr<PanelContent> view, QSize size);
+    /// Shows the view that `makeView` makes, and announces it.
+    void present(const std::string& id, ViewMaker makeView);
     void layout();
     void restack();
     void fadeIn(FloatingPanel& panel);

@@ -6,7 +6,9 @@
 #include "Sessions/AlertText.h"
 #include "Shapes.h"
 #include "Symbols.h"
+#include "TextScale.h"
 #include "Tokens.h"
+#include "Translations.h"
 
 #include <QAccessibleWidget>
 #include <QPainter>
@@ -20,22 +22,22 @@ namespace corvane {
 
 namespace {
 
-constexpr qreal cornerRadius = 16;
+constexpr Scaled cornerRadius{16.0};
 constexpr qreal outlineWidth = 1.5;
 constexpr qreal hairlineWidth = 1;
 
-constexpr int padding = 16;
-constexpr int rowSpacing = 12;
-constexpr int flexibleSpace = 8;
-constexpr int lineSpacing = 2;
+constexpr Scaled padding{16};
+constexpr Scaled rowSpacing{12};
+constexpr Scaled flexibleSpace{8};
+constexpr Scaled lineSpacing{2};
 
-constexpr int titleSize = 15;
-constexpr int subtitleSize = 13;
-constexpr int smallSize = 11;
+constexpr Scaled titleSize{15.0};
+constexpr Scaled subtitleSize{13.0};
+constexpr Scaled smallSize{11.0};
 
-constexpr int glyphSide = 36;
+constexpr Scaled glyphSide{36};
 constexpr qreal glyphRing = 2;
-constexpr int glyphLetterSize = 16;
+constexpr Scaled glyphLetterSize{16.0};
 
 QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -56,7 +58,9 @@ LineLabel* subtitleLabel(const AlertText& text, QWidget* parent) {
 void setAccessibleText(QWidget& banner, const AlertText& text) {
     // More than this nobody wants to hear, and a message can be of any length.
     constexpr int longestName = 4096;
-    QString name = fromUtf8(text.title + ", " + text.subtitle).left(longestName);
+    const std::string pattern =
+        translations::words(translatable("corvane::BannerCard", "%1, %2")); // title and subtitle, as spoken
+    QString name = fromUtf8(filled(pattern, {text.title, text.subtitle})).left(longestName);
     if (name.back().isHighSurrogate()) name.chop(1);
     banner.setAccessibleName(name);
 }
@@ -89,16 +93,16 @@ QSize AgentGlyph::sizeHint() const {
 }
 
 void AgentGlyph::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Tokens::surface.color(scheme));
+    painter.setBrush(Tokens::surface.color(look));
     painter.drawEllipse(rect());
     if (waiting_) {
         constexpr qreal inset = glyphRing / 2;
-        painter.setPen(QPen(Tokens::primary.color(scheme), glyphRing));
+        painter.setPen(QPen(Tokens::primary.color(look), glyphRing));
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
     }
@@ -107,7 +111,7 @@ void AgentGlyph::paintEvent(QPaintEvent* /*event*/) {
     QPainterPath ink;
     ink.addText(0, 0, font(), letter());
     const QPointF middle = QRectF(rect()).center() - ink.boundingRect().center();
-    painter.fillPath(ink.translated(middle), Tokens::onSurface.color(scheme));
+    painter.fillPath(ink.translated(middle), Tokens::onSurface.color(look));
 }
 
 // BannerCard
@@ -123,23 +127,25 @@ QPainterPath BannerCard::outline() const {
 }
 
 QColor BannerCard::fillColor() const {
-    QColor fill = Tokens::surface.color(Tokens::scheme(palette()));
+    const Look look = Tokens::look(palette());
+    QColor fill = Tokens::surface.color(look);
+    if (look.isHighContrast()) return fill;
     if (isBlended()) fill.setAlphaF(static_cast<float>(Tokens::bannerFillOpacity));
     if (isOnMaterial()) fill.setAlpha(0);
     return fill;
 }
 
 void BannerCard::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(outline(), fillColor());
     if (edge_ == Edge::primaryOutline) {
         painter.strokePath(shapes::insideStroke(rect(), cornerRadius, outlineWidth),
-                           QPen(Tokens::primary.color(scheme), outlineWidth));
+                           QPen(Tokens::primary.color(look), outlineWidth));
     } else {
         painter.strokePath(shapes::insideStroke(rect(), cornerRadius, hairlineWidth),
-                           QPen(Tokens::hairline(scheme), hairlineWidth));
+                           QPen(Tokens::hairline(look), hairlineWidth));
     }
 }
 
@@ -151,10 +157,10 @@ QRect BannerCard::mirrored(const QRect& rect) const {
 
 WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
                              std::function<void()> onSnooze, std::function<void()> onClose)
-    : BannerCard(session, contentSize, Edge::primaryOutline)
+    : BannerCard(session, scaled(contentSize), Edge::primaryOutline)
     , clock_(std::move(clock)) {
-    constexpr int crossSide = 14;
-    const AlertText text = AlertText::waiting(session);
+    constexpr Scaled crossSide{14};
+    const AlertText text = AlertText::waiting(session, translations::words);
     setAccessibleText(*this, text);
 
     glyph_ = new AgentGlyph(session.agent, true, this);
@@ -196,9 +202,9 @@ void WaitingBanner::hideEvent(QHideEvent* event) {
 void WaitingBanner::resizeEvent(QResizeEvent* event) {
     BannerCard::resizeEvent(event);
     // The cross's ink begins this far inside its box, so the box moves out and the ink ends on the margin.
-    constexpr int crossInset = 3;
-    constexpr int buttonRowSpacing = 6;
-    constexpr int plainSpacing = 8;
+    constexpr Scaled crossInset{3};
+    constexpr Scaled buttonRowSpacing{6};
+    constexpr Scaled plainSpacing{8};
 
     const int right = width() - padding;
     const QSize jump = jump_->sizeHint();
@@ -238,15 +244,15 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
 namespace {
 
 // The check mark's disc is 22 pixels wide; the symbol's grid leaves a margin around it.
-constexpr qreal checkSide = 26.4;
-constexpr int discSide = 22;
+constexpr Scaled checkSide{26.4};
+constexpr Scaled discSide{22};
 
 } // namespace
 
 DoneBanner::DoneBanner(const AgentSession& session, std::function<void()> onClose)
-    : BannerCard(session, contentSize, Edge::hairline) {
-    constexpr int crossSide = 16;
-    const AlertText text = AlertText::done(session);
+    : BannerCard(session, scaled(contentSize), Edge::hairline) {
+    constexpr Scaled crossSide{16};
+    const AlertText text = AlertText::done(session, translations::words);
     setAccessibleText(*this, text);
 
     title_ = titleLabel(text, this);
@@ -262,12 +268,12 @@ void DoneBanner::paintEvent(QPaintEvent* event) {
     QRectF box(0, 0, checkSide, checkSide);
     box.moveCenter(QRectF(disc).center());
     symbols::paint(painter, QStringLiteral("checkmark.circle.fill"), box,
-                   Tokens::secondary.color(Tokens::scheme(palette())));
+                   Tokens::secondary.color(Tokens::look(palette())));
 }
 
 void DoneBanner::resizeEvent(QResizeEvent* event) {
     BannerCard::resizeEvent(event);
-    constexpr int crossInset = 4;
+    constexpr Scaled crossInset{4};
 
     const QSize cross = close_->contentSize();
     const int crossLeft = width() - padding - cross.width() + crossInset;

@@ -69,6 +69,7 @@ class WaitingBanner : public BannerCard {
     Q_OBJECT
 
   public:
+    /// At the ordinary text size.
     static constexpr QSize contentSize{520, 96};
 
     WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
@@ -99,6 +100,7 @@ class DoneBanner : public BannerCard {
     Q_OBJECT
 
   public:
+    /// At the ordinary text size.
     static constexpr QSize contentSize{360, 64};
 
     DoneBanner(const AgentSession& session, std::function<void()> onClose);

@@ -5,6 +5,7 @@
 #include "Fonts.h"
 #include "Shapes.h"
 #include "Symbols.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QKeyEvent>
@@ -18,23 +19,23 @@ namespace corvane {
 
 namespace {
 
-constexpr int shapedPadding = 12;
-constexpr int shapedMinimumHeight = 28;
-constexpr qreal shapedRadius = 8;
-constexpr int shapedFontSize = 13;
+constexpr Scaled shapedPadding{12};
+constexpr Scaled shapedMinimumHeight{28};
+constexpr Scaled shapedRadius{8.0};
+constexpr Scaled shapedFontSize{13.0};
 constexpr qreal borderWidth = 1;
-constexpr int symbolSide = 16;
-constexpr int symbolGap = 6;
+constexpr Scaled symbolSide{16};
+constexpr Scaled symbolGap{6};
 // The symbol's ink begins this far inside its box, so the box moves out and the ink keeps the padding.
-constexpr int symbolInset = 2;
+constexpr Scaled symbolInset{2};
 
-constexpr qreal plainRadius = 6;
-constexpr QMargins textPillMargins{6, 4, 6, 4};
-constexpr QMargins symbolPillMargins{5, 5, 5, 5};
+constexpr Scaled plainRadius{6.0};
+constexpr Scaled textPillMargins{QMargins{6, 4, 6, 4}};
+constexpr Scaled symbolPillMargins{QMargins{5, 5, 5, 5}};
 
-constexpr QMargins linkRingMargins{5, 3, 5, 3};
-constexpr qreal linkRingRadius = 4;
-constexpr int underlineOffset = 2;
+constexpr Scaled linkRingMargins{QMargins{5, 3, 5, 3}};
+constexpr Scaled linkRingRadius{4.0};
+constexpr Scaled underlineOffset{2};
 constexpr int smallestClickHeight = 24;
 
 QMargins uniform(int margin) {
@@ -78,13 +79,13 @@ ShapedButton::ShapedButton(const QString& text, QFont::Weight weight, QWidget* p
     : PushButton(parent) {
     setText(text);
     setFont(fonts::system(shapedFontSize, weight));
-    FocusRing::install(*this, uniform(FocusRing::distance), shapedRadius + FocusRing::distance);
+    FocusRing::install(*this, uniform(FocusRing::distance()), shapedRadius + FocusRing::distance());
 }
 
 QSize ShapedButton::sizeHint() const {
     const QFontMetrics metrics = fontMetrics();
     return {2 * shapedPadding + leadingWidth() + metrics.horizontalAdvance(text()),
-            std::max(shapedMinimumHeight, metrics.height())};
+            std::max<int>(shapedMinimumHeight, metrics.height())};
 }
 
 double ShapedButton::opacity() const {
@@ -133,10 +134,10 @@ double PrimaryButton::opacity() const {
 }
 
 void PrimaryButton::paintContent(QPainter& painter) {
-    const ColorScheme scheme = Tokens::scheme(palette());
-    painter.fillPath(shape(), isHot() ? Tokens::primaryHover(scheme) : Tokens::primary.color(scheme));
+    const Look look = Tokens::look(palette());
+    painter.fillPath(shape(), isHot() ? Tokens::primaryHover(look) : Tokens::primary.color(look));
 
-    const QColor color = Tokens::onPrimary.color(scheme);
+    const QColor color = Tokens::onPrimary.color(look);
     if (!symbol_.isEmpty()) {
         const QRect box(shapedPadding - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
         symbols::paint(painter, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);
@@ -150,13 +151,13 @@ BorderedButton::BorderedButton(const QString& text, QWidget* parent)
     : ShapedButton(text, QFont::Medium, parent) {}
 
 void BorderedButton::paintContent(QPainter& painter) {
-    const ColorScheme scheme = Tokens::scheme(palette());
-    QColor fill = Tokens::surface.color(scheme);
-    if (isHot()) fill = isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme);
+    const Look look = Tokens::look(palette());
+    QColor fill = Tokens::surface.color(look);
+    if (isHot()) fill = isDown() ? Tokens::pressedFill(look) : Tokens::hoverFill(look);
     painter.fillPath(shape(), fill);
     painter.strokePath(shapes::insideStroke(rect(), shapedRadius, borderWidth),
-                       QPen(Tokens::controlBorder(scheme), borderWidth));
-    paintText(painter, Tokens::onSurface.color(scheme));
+                       QPen(Tokens::controlBorder(look), borderWidth));
+    paintText(painter, Tokens::onSurface.color(look));
 }
 
 // BareButton
@@ -190,7 +191,7 @@ PlainButton::PlainButton(QString symbol, int side, Ink ink, QMargins pillMargins
     , ink_(ink)
     , pillMargins_(pillMargins) {}
 
-PlainButton* PlainButton::withText(const QString& text, int pixelSize, QWidget* parent, Ink ink,
+PlainButton* PlainButton::withText(const QString& text, qreal pixelSize, QWidget* parent, Ink ink,
                                    QFont::Weight weight) {
     auto* const button = new PlainButton({}, 0, ink, textPillMargins, parent);
     button->setText(text);
@@ -216,7 +217,7 @@ QSize PlainButton::contentSize() const {
 }
 
 void PlainButton::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled()) painter.setOpacity(Tokens::disabledOpacity);
@@ -224,13 +225,13 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
     if (isHot()) {
         const QRect pill = rect().marginsRemoved(clickMargins() - pillMargins_);
         painter.fillPath(shapes::continuousRoundedRect(pill, plainRadius),
-                         isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme));
+                         isDown() ? Tokens::pressedFill(look) : Tokens::hoverFill(look));
     }
-    QColor color = Tokens::onSurface.color(scheme);
+    QColor color = Tokens::onSurface.color(look);
     if (ink_ == Ink::primary) {
-        color = Tokens::primary.color(scheme);
+        color = Tokens::primary.color(look);
     } else if (ink_ == Ink::secondary && !isHot()) {
-        color = Tokens::textSecondary(scheme);
+        color = Tokens::textSecondary(look);
     }
     if (symbol_.isEmpty()) {
         painter.setPen(color);
@@ -242,7 +243,7 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
 
 // LinkButton
 
-LinkButton::LinkButton(const QString& text, int pixelSize, QWidget* parent)
+LinkButton::LinkButton(const QString& text, qreal pixelSize, QWidget* parent)
     : BareButton({}, parent) {
     setText(text);
     setFont(fonts::system(pixelSize));
@@ -255,11 +256,12 @@ LinkButton::LinkButton(const QString& text, int pixelSize, QWidget* parent)
 void LinkButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     if (!isEnabled()) painter.setOpacity(Tokens::disabledOpacity);
-    const QColor color = Tokens::primary.color(Tokens::scheme(palette()));
+    const Look look = Tokens::look(palette());
+    const QColor color = Tokens::primary.color(look);
     const QRect content = rect().marginsRemoved(clickMargins());
     painter.setPen(color);
     painter.drawText(content, Qt::AlignCenter | Qt::TextSingleLine, text());
-    if (isHot()) {
+    if (isHot() || look.isHighContrast()) {
         const int baseline = content.top() + fontMetrics().ascent();
         painter.fillRect(QRect(content.left(), baseline + underlineOffset, content.width(), 1), color);
     }

@@ -112,7 +112,7 @@ class PlainButton : public BareButton {
     enum class Ink { secondary, onSurface, primary };
 
     /// A text of this size, in pixels.
-    static PlainButton* withText(const QString& text, int pixelSize, QWidget* parent,
+    static PlainButton* withText(const QString& text, qreal pixelSize, QWidget* parent,
                                  Ink ink = Ink::secondary, QFont::Weight weight = QFont::Normal);
 
     /// A symbol in a square of this side. `name` is what assistive technology calls it.
@@ -133,13 +133,14 @@ class PlainButton : public BareButton {
     QMargins pillMargins_; // around what is drawn; clicks may reach further
 };
 
-/// A text in the primary colour that leads elsewhere, underlined under the pointer.
+/// A text in the primary colour that leads elsewhere, underlined under the pointer; with high contrast
+/// always.
 class LinkButton : public BareButton {
     Q_OBJECT
 
   public:
     /// A text of this size, in pixels.
-    LinkButton(const QString& text, int pixelSize, QWidget* parent);
+    LinkButton(const QString& text, qreal pixelSize, QWidget* parent);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -7,6 +7,7 @@
 #include "Paragraph.h"
 #include "Shapes.h"
 #include "Symbols.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QAbstractItemView>
@@ -24,33 +25,33 @@ namespace corvane {
 
 namespace {
 
-constexpr QSize switchSize{36, 20};
-constexpr qreal knobSide = 16;
+constexpr Scaled switchSize{QSize{36, 20}};
+constexpr Scaled knobSide{16.0};
 constexpr std::chrono::milliseconds knobDuration{120};
 
-constexpr int pickerWidth = 132;
-constexpr int pickerHeight = 28;
-constexpr int pickerTextStart = 10;
-constexpr qreal pickerRadius = 8;
-constexpr int chevronsSide = 14;
-constexpr int chevronsMargin = 6;
-constexpr int pickerTextGap = 4;
+constexpr Scaled pickerWidth{132};
+constexpr Scaled pickerHeight{28};
+constexpr Scaled pickerTextStart{10};
+constexpr Scaled pickerRadius{8.0};
+constexpr Scaled chevronsSide{14};
+constexpr Scaled chevronsMargin{6};
+constexpr Scaled pickerTextGap{4};
 
-constexpr qreal cardRadius = 12;
+constexpr Scaled cardRadius{12.0};
 constexpr qreal borderWidth = 1;
 
-constexpr int rowHeight = 44;
-constexpr int rowPadding = 12;
+constexpr Scaled rowHeight{44};
+constexpr Scaled rowPadding{12};
 constexpr int dividerHeight = 1;
-constexpr int labelSize = 13;
-constexpr int labelLineHeight = 18;
+constexpr Scaled labelSize{13.0};
+constexpr Scaled labelLineHeight{18};
 
 } // namespace
 
 // Switch
 
 Switch::Switch(const QString& name, ReduceMotion reduceMotion, QWidget* parent)
-    : BareButton({FocusRing::distance, FocusRing::distance, FocusRing::distance, FocusRing::distance}, parent)
+    : BareButton(QMargins() + FocusRing::distance(), parent)
     , reduceMotion_(std::move(reduceMotion)) {
     setCheckable(true);
     setAccessibleName(name);
@@ -93,16 +94,16 @@ void Switch::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void Switch::paintContent(QPainter& painter) const {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     const QRectF track = rect().marginsRemoved(clickMargins());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isChecked() ? Tokens::primary.color(scheme) : Tokens::switchOff(scheme));
+    painter.setBrush(isChecked() ? Tokens::primary.color(look) : Tokens::switchOff(look));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
 
     const qreal inset = (track.height() - knobSide) / 2;
     const qreal way = track.width() - knobSide - 2 * inset;
     const qreal fromLeft = isRightToLeft() ? 1 - position_ : position_;
-    painter.setBrush(isChecked() ? Tokens::onPrimary.color(scheme) : Tokens::switchOffKnob(scheme));
+    painter.setBrush(isChecked() ? Tokens::onPrimary.color(look) : Tokens::switchOffKnob(look));
     painter.drawEllipse(
         QRectF(track.left() + inset + fromLeft * way, track.top() + inset, knobSide, knobSide));
 }
@@ -119,8 +120,7 @@ Picker::Picker(const QString& name, const QStringList& choices, QWidget* parent)
     view()->setAccessibleName(name);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    constexpr int distance = FocusRing::distance;
-    FocusRing::install(*this, {distance, distance, distance, distance}, pickerRadius + distance);
+    FocusRing::install(*this, QMargins() + FocusRing::distance(), pickerRadius + FocusRing::distance());
 }
 
 QSize Picker::sizeHint() const {
@@ -128,27 +128,27 @@ QSize Picker::sizeHint() const {
     for (int i = 0; i < count(); ++i)
         widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(i)));
     const int needed = pickerTextStart + widest + pickerTextGap + chevronsSide + chevronsMargin;
-    return {std::max(pickerWidth, needed), std::max(pickerHeight, fontMetrics().height())};
+    return {std::max<int>(pickerWidth, needed), std::max<int>(pickerHeight, fontMetrics().height())};
 }
 
 void Picker::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled()) painter.setOpacity(Tokens::disabledOpacity);
     painter.fillPath(shapes::continuousRoundedRect(rect(), pickerRadius),
-                     isEnabled() && underMouse() ? Tokens::hoverFill(scheme) : Tokens::surface.color(scheme));
+                     isEnabled() && underMouse() ? Tokens::hoverFill(look) : Tokens::surface.color(look));
     painter.strokePath(shapes::insideStroke(rect(), pickerRadius, borderWidth),
-                       QPen(Tokens::controlBorder(scheme), borderWidth));
+                       QPen(Tokens::controlBorder(look), borderWidth));
 
     const QRect chevrons(width() - chevronsMargin - chevronsSide, (height() - chevronsSide) / 2, chevronsSide,
                          chevronsSide);
     symbols::paint(painter, QStringLiteral("chevron.up.chevron.down"),
-                   QStyle::visualRect(layoutDirection(), rect(), chevrons), Tokens::textSecondary(scheme));
+                   QStyle::visualRect(layoutDirection(), rect(), chevrons), Tokens::textSecondary(look));
     const QRect text(pickerTextStart, 0, chevrons.left() - pickerTextStart, height());
     const Qt::Alignment leading =
         QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute;
-    painter.setPen(Tokens::onSurface.color(scheme));
+    painter.setPen(Tokens::onSurface.color(look));
     painter.drawText(QStyle::visualRect(layoutDirection(), rect(), text),
                      static_cast<int>(leading | Qt::AlignVCenter) | Qt::TextSingleLine, currentText());
 }
@@ -172,12 +172,12 @@ Card::Card(QWidget* parent)
     : QWidget(parent) {}
 
 void Card::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(shapes::continuousRoundedRect(rect(), cardRadius), Tokens::surface.color(scheme));
+    painter.fillPath(shapes::continuousRoundedRect(rect(), cardRadius), Tokens::surface.color(look));
     painter.strokePath(shapes::insideStroke(rect(), cardRadius, borderWidth),
-                       QPen(Tokens::divider(scheme), borderWidth));
+                       QPen(Tokens::divider(look), borderWidth));
 }
 
 // FormGroup

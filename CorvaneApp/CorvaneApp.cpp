@@ -6,15 +6,32 @@
 #include "Platform/StatusItem.h"
 #include "SettingsWindow.h"
 #include "StatusIcon.h"
+#include "TextScale.h"
 #include "Tokens.h"
 #include "TrayMenu.h"
 #include "TrayPanel.h"
 
 #include <QApplication>
+#include <QFont>
 
 #include <utility>
 
 namespace corvane {
+
+namespace {
+
+/// Makes the desktop's font for what the toolkit draws itself so many times larger.
+void scaleFont(const char* kind, double change) {
+    QFont font = QApplication::font(kind);
+    if (font.pointSizeF() > 0) {
+        font.setPointSizeF(font.pointSizeF() * change);
+    } else {
+        font.setPixelSize(qRound(font.pixelSize() * change));
+    }
+    QApplication::setFont(font, kind);
+}
+
+} // namespace
 
 CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const Services& services,
                        links::Opener openLink)
@@ -47,7 +64,21 @@ void CorvaneApp::launch() {
 }
 
 void CorvaneApp::followAppearance() {
-    QApplication::setPalette(Tokens::palette(services_.appearance.colorScheme()));
+    const Appearance& wanted = services_.appearance;
+    const double before = textscale::factor();
+    const bool isScaled = textscale::setFactor(wanted.textScale());
+    QApplication::setPalette(Tokens::palette({wanted.colorScheme(), wanted.contrast()}));
+    if (!isScaled) return;
+    for (const char* const kind : {"QMenu", "QMenuBar"})
+        scaleFont(kind, textscale::factor() / before);
+    rebuildViews();
+}
+
+void CorvaneApp::rebuildViews() {
+    model_.rebuildBanners();
+    if (mainWindow_) mainWindow_->rebuild();
+    if (settingsWindow_) settingsWindow_->rebuild();
+    if (panel_) panel_->rebuild();
 }
 
 void CorvaneApp::showStatus() {

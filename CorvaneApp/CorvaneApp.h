@@ -44,6 +44,8 @@ class CorvaneApp : public QObject {
 
   private:
     void followAppearance();
+    /// Has every view that stands made anew, at the present text size.
+    void rebuildViews();
     void showStatus();
     [[nodiscard]] TrayPanel& requirePanel();
     [[nodiscard]] CommandHandlers commands();

@@ -17,9 +17,9 @@ QSize Divider::sizeHint() const {
 }
 
 void Divider::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
-    QPainter(this).fillRect(rect(), backdrop_ == Backdrop::surface ? Tokens::divider(scheme)
-                                                                   : Tokens::dividerOnBackground(scheme));
+    const Look look = Tokens::look(palette());
+    QPainter(this).fillRect(rect(), backdrop_ == Backdrop::surface ? Tokens::divider(look)
+                                                                   : Tokens::dividerOnBackground(look));
 }
 
 } // namespace corvane

@@ -2,6 +2,7 @@
 
 #include "FocusRing.h"
 #include "Fonts.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QAccessible>
@@ -17,10 +18,10 @@ namespace corvane {
 
 namespace {
 
-constexpr int fontSize = 11;
-constexpr int lineHeight = 16;
-constexpr QMargins ringMargins{5, 3, 5, 3};
-constexpr qreal ringRadius = 4;
+constexpr Scaled fontSize{11.0};
+constexpr Scaled lineHeight{16};
+constexpr Scaled ringMargins{QMargins{5, 3, 5, 3}};
+constexpr Scaled ringRadius{4.0};
 
 void setLineHeight(QTextDocument& document) {
     QTextBlockFormat format;
@@ -65,7 +66,7 @@ void ErrorText::setMessage(const QString& message) {
 int ErrorText::heightForWidth(int width) const {
     const std::unique_ptr<QTextDocument> copy(document()->clone());
     copy->setTextWidth(width);
-    return std::max(lineHeight, static_cast<int>(std::ceil(copy->size().height())));
+    return std::max<int>(lineHeight, static_cast<int>(std::ceil(copy->size().height())));
 }
 
 void ErrorText::changeEvent(QEvent* event) {
@@ -88,7 +89,7 @@ void ErrorText::lay() {
     document()->setDefaultTextOption(option);
 
     QTextCharFormat format;
-    format.setForeground(Tokens::error.color(Tokens::scheme(palette())));
+    format.setForeground(Tokens::error.color(Tokens::look(palette())));
     QTextCursor cursor(document());
     cursor.select(QTextCursor::Document);
     cursor.mergeCharFormat(format);

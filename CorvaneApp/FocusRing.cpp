@@ -1,6 +1,7 @@
 #include "FocusRing.h"
 
 #include "Shapes.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QFocusEvent>
@@ -35,7 +36,7 @@ class Frame : public QFocusFrame {
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        const QPen pen(Tokens::primary.color(Tokens::scheme(palette())), FocusRing::width);
+        const QPen pen(Tokens::primary.color(Tokens::look(palette())), FocusRing::width);
         if (shape_ == FocusRing::Shape::continuousCorners) {
             painter.strokePath(shapes::insideStroke(rect(), radius_, FocusRing::width), pen);
             return;
@@ -52,6 +53,11 @@ class Frame : public QFocusFrame {
 };
 
 } // namespace
+
+int FocusRing::distance() {
+    constexpr int gap = 2;
+    return scaled(gap) + width;
+}
 
 FocusRing* FocusRing::install(QWidget& control, QMargins outset, qreal radius, Shape shape) {
     return new FocusRing(control, outset, radius, shape);

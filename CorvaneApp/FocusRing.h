@@ -22,7 +22,7 @@ class FocusRing : public QObject {
 
     static constexpr int width = 2;
     /// How far the ring's outer edge lies outside of a filled or bordered control: a gap, then the ring.
-    static constexpr int distance = 4;
+    [[nodiscard]] static int distance();
 
     /// Gives `control` a ring. `outset`: how far its outer edge lies outside of the control's rectangle, on
     /// each side; negative where it lies inside. `radius` is that of the outer edge's corners; a pill has

@@ -2,10 +2,10 @@
 
 #include <QFont>
 
-/// The desktop's own fonts at sizes in device-independent pixels.
+/// The desktop's own fonts at sizes in device-independent pixels: the nearest whole one.
 namespace corvane::fonts {
 
-[[nodiscard]] QFont system(int pixelSize, QFont::Weight weight = QFont::Normal);
-[[nodiscard]] QFont monospaced(int pixelSize, QFont::Weight weight = QFont::Normal);
+[[nodiscard]] QFont system(qreal pixelSize, QFont::Weight weight = QFont::Normal);
+[[nodiscard]] QFont monospaced(qreal pixelSize, QFont::Weight weight = QFont::Normal);
 
 } // namespace corvane::fonts

@@ -114,15 +114,15 @@ QSize LineLabel::minimumSizeHint() const {
 
 void LineLabel::paintEvent(QPaintEvent* /*event*/) {
     const QString line = shownText();
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     if (backdrop_) {
         painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.fillRect(rect(), backdrop_());
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     }
-    painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(scheme)
-                                                 : Tokens::textSecondary(scheme));
+    painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(look)
+                                                 : Tokens::textSecondary(look));
     if (readsInOwnDirection_) {
         painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     }

@@ -15,16 +15,14 @@ namespace corvane {
 
 MainWindow::MainWindow(AppModel& model, links::Opener openLink, const CommandHandlers& handlers)
     : model_(model)
-    , view_(new OnboardingView(model, std::move(openLink)))
+    , openLink_(std::move(openLink))
     , commands_(new WindowCommands(*this, handlers)) {
     setObjectName(QStringLiteral("main"));
     setWindowRole(QStringLiteral("main"));
     setWindowTitle(tr("Corvane"));
     setContextMenuPolicy(Qt::NoContextMenu);
-    // It has the keyboard until the user gives it to a control.
-    view_->setAccessibleName(windowTitle());
-    setCentralWidget(view_);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
+    rebuild();
 
     QMenu* const file = menuBar()->addMenu(tr("&File"));
     if (commands_->panel() != nullptr) file->addAction(commands_->panel());
@@ -35,8 +33,14 @@ MainWindow::MainWindow(AppModel& model, links::Opener openLink, const CommandHan
     QMenu* const window = menuBar()->addMenu(tr("&Window"));
     window->addAction(commands_->mainWindow());
     window->addSeparator();
+}
 
+void MainWindow::rebuild() {
+    view_ = new OnboardingView(model_, openLink_);
+    // It has the keyboard until the user gives it to a control.
+    view_->setAccessibleName(windowTitle());
     connect(view_, &OnboardingView::done, this, &QWidget::close);
+    setCentralWidget(view_); // the old one goes when the event loop runs next
 }
 
 void MainWindow::present() {

@@ -23,6 +23,9 @@ class MainWindow : public QMainWindow {
 
     [[nodiscard]] OnboardingView& view() const { return *view_; }
 
+    /// Makes the content anew, at the present text size.
+    void rebuild();
+
     /// Shows the window, out of the task bar too, and asks the window manager to bring it to the front.
     void present();
 
@@ -32,7 +35,8 @@ class MainWindow : public QMainWindow {
 
   private:
     AppModel& model_;
-    OnboardingView* view_;
+    links::Opener openLink_;
+    OnboardingView* view_ = nullptr;
     WindowCommands* commands_;
 };
 

@@ -7,6 +7,7 @@
 #include "Labels.h"
 #include "Paragraph.h"
 #include "SessionList.h"
+#include "TextScale.h"
 
 #include <QDateTime>
 #include <QEvent>
@@ -20,14 +21,14 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 12;
-constexpr int gap = 8;
-constexpr int footerGap = 16;
-constexpr int quietHeight = 28;
-constexpr int titleFontSize = 15;
-constexpr int contactFontSize = 11;
-constexpr int textFontSize = 13;
-constexpr int paragraphLine = 20;
+constexpr Scaled padding{12};
+constexpr Scaled gap{8};
+constexpr Scaled footerGap{16};
+constexpr Scaled quietHeight{28};
+constexpr Scaled titleFontSize{15.0};
+constexpr Scaled contactFontSize{11.0};
+constexpr Scaled textFontSize{13.0};
+constexpr Scaled paragraphLine{20};
 
 Paragraph* paragraph(const QString& text, QWidget* parent) {
     return new Paragraph(text, {fonts::system(textFontSize), paragraphLine}, parent);
@@ -116,32 +117,41 @@ void MenuBarView::refresh() {
 }
 
 QSize MenuBarView::sizeHint() const {
-    return {viewWidth, height_};
+    return {scaled(viewWidth), height_};
 }
 
 int MenuBarView::layOut(bool isTrial) const {
-    const auto place = [this, isTrial](QWidget* widget, QRect rect) {
-        if (!isTrial)
-            widget->setGeometry(QStyle::visualRect(layoutDirection(), QRect(0, 0, viewWidth, 0), rect));
+    const int width = scaled(viewWidth);
+    const auto place = [this, isTrial, width](QWidget* widget, QRect rect) {
+        if (!isTrial) widget->setGeometry(QStyle::visualRect(layoutDirection(), QRect(0, 0, width, 0), rect));
     };
-    const auto placeButton = [this, isTrial](PlainButton* button, int x, int middle) {
+    const auto placeButton = [this, isTrial, width](PlainButton* button, int x, int middle) {
         const QSize size = button->contentSize();
         const QRect rect(QPoint(x, middle - size.height() / 2), size);
         if (!isTrial)
-            button->setContentRect(QStyle::visualRect(layoutDirection(), QRect(0, 0, viewWidth, 0), rect));
+            button->setContentRect(QStyle::visualRect(layoutDirection(), QRect(0, 0, width, 0), rect));
     };
     const auto placeLine = [&place](LineLabel* line, int middle) {
         const QSize size = line->sizeHint();
         place(line, {QPoint(padding, middle - size.height() / 2), size});
     };
-    const int textWidth = viewWidth - 2 * padding;
+    const int textWidth = width - 2 * padding;
 
+    // In other languages what stands beside one another may be longer: it moves to a line of its own.
     int y = padding;
-    const int titleHeight = std::max(title_->sizeHint().height(), contact_->contentSize().height());
+    const QSize contact = contact_->contentSize();
+    const int titleWidth = title_->sizeHint().width();
+    const bool isHeaderOneLine = titleWidth + gap + contact.width() <= textWidth;
+    const int titleHeight = std::max(title_->sizeHint().height(), isHeaderOneLine ? contact.height() : 0);
     placeLine(title_, y + titleHeight / 2);
-    placeButton(contact_, viewWidth - padding - contact_->contentSize().width(), y + titleHeight / 2);
-    y += titleHeight + padding;
-    place(upperDivider_, {0, y, viewWidth, 1});
+    if (isHeaderOneLine) {
+        placeButton(contact_, width - padding - contact.width(), y + titleHeight / 2);
+    } else {
+        y += titleHeight + gap;
+        placeButton(contact_, padding, y + contact.height() / 2);
+    }
+    y += (isHeaderOneLine ? titleHeight : contact.height()) + padding;
+    place(upperDivider_, {0, y, width, 1});
     y += 1;
 
     if (!hint_->isHidden()) {
@@ -157,23 +167,24 @@ int MenuBarView::layOut(bool isTrial) const {
         place(nothingRuns_, {padding, y, textWidth, height});
         y += height + gap;
     } else {
-        place(list_, {0, y, viewWidth, list_->wantedHeight()});
+        place(list_, {0, y, width, list_->wantedHeight()});
         y += list_->wantedHeight();
     }
     if (!resume_->isHidden()) {
         placeLine(quietUntil_, y + quietHeight / 2);
-        placeButton(resume_, viewWidth - padding - resume_->contentSize().width(), y + quietHeight / 2);
+        placeButton(resume_, width - padding - resume_->contentSize().width(), y + quietHeight / 2);
         y += quietHeight + gap;
     }
 
-    place(lowerDivider_, {0, y, viewWidth, 1});
+    place(lowerDivider_, {0, y, width, 1});
     y += 1 + padding;
     const int footerHeight = quiet_->contentSize().height();
-    const int middle = y + footerHeight / 2;
-    placeButton(quiet_, padding, middle);
-    const int quitX = viewWidth - padding - quit_->contentSize().width();
-    placeButton(quit_, quitX, middle);
-    placeButton(settings_, quitX - footerGap - settings_->contentSize().width(), middle);
+    const int quitX = width - padding - quit_->contentSize().width();
+    const int settingsX = quitX - footerGap - settings_->contentSize().width();
+    placeButton(quiet_, padding, y + footerHeight / 2);
+    if (padding + quiet_->contentSize().width() + footerGap > settingsX) y += footerHeight + gap;
+    placeButton(quit_, quitX, y + footerHeight / 2);
+    placeButton(settings_, settingsX, y + footerHeight / 2);
     return y + footerHeight + padding;
 }
 

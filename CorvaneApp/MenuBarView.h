@@ -24,6 +24,7 @@ class MenuBarView : public QWidget {
     Q_OBJECT
 
   public:
+    /// At the ordinary text size.
     static constexpr int viewWidth = 340;
 
     /// What the view cannot do by itself.

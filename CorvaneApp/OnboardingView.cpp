@@ -5,6 +5,7 @@
 #include "ErrorText.h"
 #include "Fonts.h"
 #include "Paragraph.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QEvent>
@@ -18,18 +19,18 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 24;
-constexpr int titleGap = 8;
-constexpr int introductionGap = 20;
-constexpr int spacing = 12;
+constexpr Scaled padding{24};
+constexpr Scaled titleGap{8};
+constexpr Scaled introductionGap{20};
+constexpr Scaled spacing{12};
 
-constexpr int titleSize = 22;
-constexpr int titleLineHeight = 28;
-constexpr int textSize = 13;
-constexpr int textLineHeight = 20;
-constexpr int linkSize = 11;
+constexpr Scaled titleSize{22.0};
+constexpr Scaled titleLineHeight{28};
+constexpr Scaled textSize{13.0};
+constexpr Scaled textLineHeight{20};
+constexpr Scaled linkSize{11.0};
 // Room for two lines of an error at least; a longer one may scroll.
-constexpr int leastErrorHeight = 32;
+constexpr Scaled leastErrorHeight{32};
 
 QString fromUtf8(const std::string& text) {
     return QString::fromStdString(text);
@@ -40,7 +41,7 @@ QString fromUtf8(const std::string& text) {
 OnboardingView::OnboardingView(AppModel& model, links::Opener openLink, QWidget* parent)
     : QWidget(parent)
     , model_(model) {
-    setFixedSize(contentSize);
+    setFixedSize(scaled(contentSize));
 
     Paragraph::Style titleStyle;
     titleStyle.font = fonts::system(titleSize, QFont::Bold);
@@ -102,9 +103,9 @@ void OnboardingView::layOut() {
     const QSize test = test_->sizeHint();
     const QSize done = done_->sizeHint();
     // In other languages and fonts the texts may take more lines.
-    const int error = error_->isHidden() ? 0 : std::min(error_->heightForWidth(inner), leastErrorHeight);
+    const int error = error_->isHidden() ? 0 : std::min<int>(error_->heightForWidth(inner), leastErrorHeight);
     const int needed = top + error + spacing + std::max(test.height(), done.height()) + padding;
-    setFixedHeight(std::max(contentSize.height(), needed));
+    setFixedHeight(std::max(scaled(contentSize).height(), needed));
     const int bottom = height() - padding;
     const int rowTop = bottom - std::max(test.height(), done.height());
     error_->setGeometry(padding, top, inner,
@@ -117,7 +118,7 @@ void OnboardingView::layOut() {
 }
 
 void OnboardingView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).fillRect(rect(), Tokens::background.color(Tokens::scheme(palette())));
+    QPainter(this).fillRect(rect(), Tokens::background.color(Tokens::look(palette())));
 }
 
 void OnboardingView::resizeEvent(QResizeEvent* event) {

@@ -21,7 +21,7 @@ class OnboardingView : public QWidget {
     Q_OBJECT
 
   public:
-    /// The least size; texts that need more room make the view higher.
+    /// The least size at the ordinary text size; texts that need more room make the view higher.
     static constexpr QSize contentSize{560, 460};
 
     /// `model` must outlive the view.

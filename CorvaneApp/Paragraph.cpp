@@ -1,6 +1,7 @@
 #include "Paragraph.h"
 
 #include <QPainter>
+#include <QStyle>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -11,14 +12,14 @@ namespace corvane {
 
 namespace {
 
-QColor color(TextColor color, ColorScheme scheme) {
+QColor color(TextColor color, Look look) {
     switch (color) {
     case TextColor::onSurface:
-        return Tokens::onSurface.color(scheme);
+        return Tokens::onSurface.color(look);
     case TextColor::secondary:
-        return Tokens::textSecondary(scheme);
+        return Tokens::textSecondary(look);
     case TextColor::secondaryOnBackground:
-        return Tokens::textSecondaryOnBackground(scheme);
+        return Tokens::textSecondaryOnBackground(look);
     }
     return {};
 }
@@ -38,9 +39,12 @@ Paragraph::Paragraph(const QString& text, Style style, QWidget* parent)
 
 int Paragraph::lay(QTextLayout& layout, int width) const {
     QString text = this->text();
-    layout.setText(text.replace(QLatin1Char('\n'), QChar::LineSeparator));
+    text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    // A path moves to the next line as a whole where it fits there.
+    text.replace(QLatin1Char('/'), QStringLiteral("/\u2060"));
+    layout.setText(text);
     layout.setFont(font());
-    QTextOption option(style_.alignment == Qt::AlignLeading ? Qt::AlignLeft : style_.alignment);
+    QTextOption option(QStyle::visualAlignment(layoutDirection(), style_.alignment) & ~Qt::AlignAbsolute);
     option.setTextDirection(layoutDirection());
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
@@ -88,7 +92,7 @@ void Paragraph::paintEvent(QPaintEvent* /*event*/) {
     QTextLayout layout;
     const int height = lay(layout, width());
     QPainter painter(this);
-    painter.setPen(color(style_.color, Tokens::scheme(palette())));
+    painter.setPen(color(style_.color, Tokens::look(palette())));
     layout.draw(&painter, QPointF(0, (this->height() - height) / 2.0));
 }
 

@@ -1,5 +1,6 @@
 #include "SessionList.h"
 
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QKeyEvent>
@@ -17,11 +18,11 @@ namespace corvane {
 
 namespace {
 
-constexpr int thumbWidth = 6;
-constexpr int thumbMargin = 3;
-constexpr int thumbRadius = 3;
-constexpr int shortestThumb = 32;
-constexpr int fadeHeight = 16;
+constexpr Scaled thumbWidth{6};
+constexpr Scaled thumbMargin{3};
+constexpr Scaled thumbRadius{3};
+constexpr Scaled shortestThumb{32};
+constexpr Scaled fadeHeight{16};
 // How long the thumb stays after the list has scrolled by itself or by the keyboard.
 constexpr std::chrono::milliseconds thumbTime{1000};
 
@@ -35,7 +36,7 @@ class Fade : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        const QColor surface = Tokens::surface.color(Tokens::scheme(palette()));
+        const QColor surface = Tokens::surface.color(Tokens::look(palette()));
         QColor clear = surface;
         clear.setAlpha(0);
         QLinearGradient gradient(0, 0, 0, height());
@@ -58,8 +59,8 @@ class Thumb : public QWidget {
     void follow(QRect list, Qt::LayoutDirection direction) {
         track_ = list.adjusted(0, thumbMargin, 0, -thumbMargin);
         const int content = bar_.maximum() + bar_.pageStep();
-        const int length = std::clamp(track_.height() * bar_.pageStep() / std::max(1, content), shortestThumb,
-                                      track_.height());
+        const int length = std::clamp<int>(track_.height() * bar_.pageStep() / std::max(1, content),
+                                           shortestThumb, track_.height());
         const int room = track_.height() - length;
         const int top = track_.top() + (bar_.maximum() > 0 ? room * bar_.value() / bar_.maximum() : 0);
         const int x = direction == Qt::RightToLeft ? list.left() + thumbMargin
@@ -69,12 +70,12 @@ class Thumb : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        const ColorScheme scheme = Tokens::scheme(palette());
+        const Look look = Tokens::look(palette());
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(underMouse() || isDragged_ ? Tokens::scrollThumbHovered(scheme)
-                                                    : Tokens::scrollThumb(scheme));
+        painter.setBrush(underMouse() || isDragged_ ? Tokens::scrollThumbHovered(look)
+                                                    : Tokens::scrollThumb(look));
         painter.drawRoundedRect(rect(), thumbRadius, thumbRadius);
     }
 
@@ -121,7 +122,7 @@ SessionList::SessionList(std::function<void(const AgentSession&)> onTap, QWidget
     content->setAutoFillBackground(false);
     thumbTimer_->setSingleShot(true);
     connect(thumbTimer_, &QTimer::timeout, this, &SessionList::updateOverlays);
-    verticalScrollBar()->setSingleStep(SessionRow::rowHeight / 2);
+    verticalScrollBar()->setSingleStep(scaled(SessionRow::rowHeight) / 2);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         thumbTimer_->start(thumbTime);
         updateOverlays();
@@ -177,7 +178,7 @@ int SessionList::wantedHeight() const {
     int height = 0;
     for (const SessionRow* const row : rows_)
         height += row->sizeHint().height();
-    return std::min(height, largestHeight);
+    return std::min(height, scaled(largestHeight));
 }
 
 bool SessionList::moveFocus(int step) {
@@ -224,6 +225,11 @@ void SessionList::resizeEvent(QResizeEvent* event) {
     arrange();
 }
 
+void SessionList::changeEvent(QEvent* event) {
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) updateOverlays();
+}
+
 void SessionList::enterEvent(QEnterEvent* /*event*/) {
     updateOverlays();
 }
@@ -234,8 +240,10 @@ void SessionList::leaveEvent(QEvent* /*event*/) {
 
 void SessionList::updateOverlays() {
     const QScrollBar& bar = *verticalScrollBar();
-    fade_->setGeometry(0, height() - fadeHeight, width(), fadeHeight);
-    fade_->setVisible(bar.value() < bar.maximum());
+    // The card's edge stays as it is.
+    constexpr int edge = 1;
+    fade_->setGeometry(edge, height() - fadeHeight, width() - 2 * edge, fadeHeight);
+    fade_->setVisible(bar.value() < bar.maximum() && !Tokens::look(palette()).isHighContrast());
     fade_->raise();
     static_cast<Thumb*>(thumb_)->follow(rect(), layoutDirection());
     thumb_->setVisible(bar.maximum() > 0 && (underMouse() || thumbTimer_->isActive()));

@@ -12,11 +12,13 @@ class QTimer;
 namespace corvane {
 
 /// The sessions below one another. Up to six are seen whole; further ones are reached by scrolling, with a
-/// thumb that lies over the list while the pointer is there or it scrolls, and a fade while more lies below.
+/// thumb that lies over the list while the pointer is there or it scrolls, and a fade while more lies below,
+/// but for high contrast.
 class SessionList : public QScrollArea {
     Q_OBJECT
 
   public:
+    /// At the ordinary text size.
     static constexpr int largestHeight = 288;
 
     SessionList(std::function<void(const AgentSession&)> onTap, QWidget* parent);
@@ -39,6 +41,7 @@ class SessionList : public QScrollArea {
   protected:
     bool eventFilter(QObject* object, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
 

@@ -5,7 +5,9 @@
 #include "Labels.h"
 #include "Sessions/AlertText.h"
 #include "Shapes.h"
+#include "TextScale.h"
 #include "Tokens.h"
+#include "Translations.h"
 
 #include <QAccessibleWidget>
 #include <QEvent>
@@ -19,14 +21,14 @@ namespace corvane {
 
 namespace {
 
-constexpr int padding = 12;
-constexpr int dotSide = 8;
-constexpr int gap = 8;
-constexpr int lineGap = 1;
-constexpr int nameFontSize = 13;
-constexpr int statusFontSize = 11;
-constexpr QMargins highlightInset{4, 1, 4, 1};
-constexpr qreal highlightRadius = 8;
+constexpr Scaled padding{12};
+constexpr Scaled dotSide{8};
+constexpr Scaled gap{8};
+constexpr Scaled lineGap{1};
+constexpr Scaled nameFontSize{13.0};
+constexpr Scaled statusFontSize{11.0};
+constexpr Scaled highlightInset{QMargins{4, 1, 4, 1}};
+constexpr Scaled highlightRadius{8.0};
 
 QString agentName(const AgentSession& session) {
     return session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
@@ -93,24 +95,29 @@ SessionRow::SessionRow(const AgentSession& session, Date now, std::function<void
 void SessionRow::setSession(const AgentSession& session, Date now) {
     const QColor oldColor = dotColor();
     session_ = session;
-    statusLine_ = QString::fromStdString(AlertText::statusLine(session, now));
+    statusLine_ = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
     name_->setText(QString::fromStdString(session.repoName()));
     status_->setText(agentName(session) + QStringLiteral(" · ") + statusLine_);
     if (dotColor() != oldColor) update();
 }
 
 QString SessionRow::spokenText() const {
-    return QStringList{name_->text(), agentName(session_), statusLine_}.join(QStringLiteral(", "));
+    return tr("%1, %2, %3").arg(name_->text(), agentName(session_), statusLine_);
 }
 
 QColor SessionRow::dotColor() const {
-    const ColorScheme scheme = Tokens::scheme(palette());
-    if (session_.status.isWaiting()) return Tokens::primary.color(scheme);
-    return session_.status.isDone() ? Tokens::secondary.color(scheme) : Tokens::runningDot(scheme);
+    const Look look = Tokens::look(palette());
+    if (session_.status.isWaiting()) return Tokens::primary.color(look);
+    return session_.status.isDone() ? Tokens::secondary.color(look) : Tokens::runningDot(look);
+}
+
+bool SessionRow::isRunning() const {
+    return !session_.status.isWaiting() && !session_.status.isDone();
 }
 
 QSize SessionRow::sizeHint() const {
-    return {0, std::max(rowHeight, name_->sizeHint().height() + lineGap + status_->sizeHint().height())};
+    return {0,
+            std::max(scaled(rowHeight), name_->sizeHint().height() + lineGap + status_->sizeHint().height())};
 }
 
 void SessionRow::resizeEvent(QResizeEvent* /*event*/) {
@@ -136,16 +143,23 @@ void SessionRow::arrange() {
 void SessionRow::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    const Look look = Tokens::look(palette());
     if (isHot()) {
-        const ColorScheme scheme = Tokens::scheme(palette());
         painter.fillPath(
             shapes::continuousRoundedRect(QRectF(rect().marginsRemoved(highlightInset)), highlightRadius),
-            isDown() ? Tokens::pressedFill(scheme) : Tokens::hoverFill(scheme));
+            isDown() ? Tokens::pressedFill(look) : Tokens::hoverFill(look));
     }
+    QRectF dot = QStyle::visualRect(layoutDirection(), rect(),
+                                    QRect(padding, (height() - dotSide) / 2, dotSide, dotSide));
     painter.setPen(Qt::NoPen);
+    if (look.isHighContrast() && isRunning()) {
+        constexpr qreal ringWidth = 1;
+        constexpr qreal inset = ringWidth / 2;
+        dot.adjust(inset, inset, -inset, -inset);
+        painter.setPen(QPen(Tokens::textSecondary(look), ringWidth));
+    }
     painter.setBrush(dotColor());
-    painter.drawEllipse(QStyle::visualRect(layoutDirection(), rect(),
-                                           QRect(padding, (height() - dotSide) / 2, dotSide, dotSide)));
+    painter.drawEllipse(dot);
 }
 
 } // namespace corvane

@@ -20,6 +20,7 @@ class SessionRow : public PushButton {
     Q_OBJECT
 
   public:
+    /// At the ordinary text size.
     static constexpr int rowHeight = 48;
 
     /// `now` is for the times relative to it. `onTap` is called with the session as it was last set.
@@ -43,6 +44,7 @@ class SessionRow : public PushButton {
 
   private:
     void arrange();
+    [[nodiscard]] bool isRunning() const;
 
     AgentSession session_;
     LineLabel* name_;

@@ -5,6 +5,7 @@
 #include "FocusRing.h"
 #include "Fonts.h"
 #include "Symbols.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QAccessible>
@@ -17,20 +18,20 @@ namespace corvane {
 
 namespace {
 
-constexpr int tabHeight = 44;
+constexpr Scaled tabHeight{44};
 constexpr int dividerHeight = 1;
-constexpr int symbolSide = 18;
-constexpr int symbolGap = 8;
-constexpr int labelSize = 13;
+constexpr Scaled symbolSide{18};
+constexpr Scaled symbolGap{8};
+constexpr Scaled labelSize{13.0};
 constexpr int underlineHeight = 2;
 // From the underline's end to the tab's content, and from the tab's edge to the underline. Half of the space
 // between two tabs belongs to each.
-constexpr int contentInset = 4;
-constexpr int underlineInset = 16;
-constexpr int tabInset = underlineInset + contentInset;
+constexpr Scaled contentInset{4};
+constexpr Scaled underlineInset{16};
+constexpr Scaled tabInset{20};
 
-constexpr QMargins ringMargins{-8, -4, -8, -4};
-constexpr qreal ringRadius = 8;
+constexpr Scaled ringMargins{QMargins{-8, -4, -8, -4}};
+constexpr Scaled ringRadius{8.0};
 
 QFont labelFont(bool isChosen) {
     return fonts::system(labelSize, isChosen ? QFont::DemiBold : QFont::Medium);
@@ -66,7 +67,7 @@ QSize SettingsTabBar::minimumTabSizeHint(int index) const {
 }
 
 void SettingsTabBar::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     for (int i = 0; i < count(); ++i) {
@@ -75,14 +76,14 @@ void SettingsTabBar::paintEvent(QPaintEvent* /*event*/) {
         const auto mirrored = [&](int left, int top, int width, int height) {
             return QStyle::visualRect(layoutDirection(), tab, QRect(tab.left() + left, top, width, height));
         };
-        const QColor primary = Tokens::primary.color(scheme);
-        const QColor secondary = Tokens::textSecondaryOnBackground(scheme);
+        const QColor primary = Tokens::primary.color(look);
+        const QColor secondary = Tokens::textSecondaryOnBackground(look);
         symbols::paint(painter, tabData(i).toString(),
                        mirrored(tabInset, (tabHeight - symbolSide) / 2, symbolSide, symbolSide),
                        isChosen ? primary : secondary);
         const int textStart = tabInset + symbolSide + symbolGap;
         painter.setFont(labelFont(isChosen));
-        painter.setPen(isChosen ? Tokens::onSurface.color(scheme) : secondary);
+        painter.setPen(isChosen ? Tokens::onSurface.color(look) : secondary);
         const Qt::Alignment leading =
             QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute;
         painter.drawText(mirrored(textStart, 0, tab.width() - textStart - tabInset, tabHeight),
@@ -109,7 +110,7 @@ SettingsView::SettingsView(AppModel& model, FileBrowser& fileBrowser, const Redu
     , tabs_(new SettingsTabBar(this))
     , divider_(new Divider(Divider::Backdrop::background, this))
     , pages_(new QStackedWidget(this)) {
-    setFixedSize(contentSize);
+    setFixedSize(scaled(contentSize));
     tabs_->addSymbolTab(QStringLiteral("terminal"), tr("Agents"));
     tabs_->addSymbolTab(QStringLiteral("bell"), tr("Alerts"));
     tabs_->addSymbolTab(QStringLiteral("info.circle"), tr("About"));
@@ -133,7 +134,7 @@ SettingsView::SettingsView(AppModel& model, FileBrowser& fileBrowser, const Redu
 }
 
 void SettingsView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).fillRect(rect(), Tokens::background.color(Tokens::scheme(palette())));
+    QPainter(this).fillRect(rect(), Tokens::background.color(Tokens::look(palette())));
 }
 
 } // namespace corvane

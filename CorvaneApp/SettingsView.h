@@ -124,6 +124,7 @@ class SettingsView : public QWidget {
     Q_OBJECT
 
   public:
+    /// At the ordinary text size.
     static constexpr QSize contentSize{560, 440};
 
     /// What is passed by reference must outlive the view.

@@ -13,16 +13,29 @@ namespace corvane {
 SettingsWindow::SettingsWindow(AppModel& model, const Services& services, const links::Opener& openLink,
                                const CommandHandlers& handlers)
     : model_(model)
-    , view_(new SettingsView(
-          model, services.fileBrowser,
-          [&appearance = services.appearance] { return appearance.reduceMotion(); }, openLink, this)) {
+    , services_(services)
+    , openLink_(openLink) {
     setObjectName(QStringLiteral("settings"));
     setWindowRole(QStringLiteral("settings"));
     setWindowTitle(tr("Corvane Settings"));
     windows::tellRole<SettingsWindow>();
+    rebuild();
+    new WindowCommands(*this, handlers);
+}
+
+void SettingsWindow::rebuild() {
+    const SettingsView* const old = view_;
+    const ReduceMotion reduceMotion = [&appearance = services_.appearance] {
+        return appearance.reduceMotion();
+    };
+    view_ = new SettingsView(model_, services_.fileBrowser, reduceMotion, openLink_, this);
+    if (old != nullptr) {
+        view_->tabs().setCurrentIndex(old->tabs().currentIndex());
+        delete old;
+    }
     view_->setAccessibleName(windowTitle());
     setFixedSize(view_->size());
-    new WindowCommands(*this, handlers);
+    view_->setVisible(true);
 }
 
 void SettingsWindow::present() {

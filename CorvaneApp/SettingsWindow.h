@@ -17,11 +17,14 @@ class SettingsWindow : public QWidget {
     Q_OBJECT
 
   public:
-    /// `model`, and what `services` refers to, must outlive the window.
+    /// `model` and `services`, and what that refers to, must outlive the window.
     SettingsWindow(AppModel& model, const Services& services, const links::Opener& openLink,
                    const CommandHandlers& handlers);
 
     [[nodiscard]] SettingsView& view() const { return *view_; }
+
+    /// Makes the content anew, at the present text size; the chosen tab stays.
+    void rebuild();
 
     /// Shows the window, also from minimised, and asks the window manager to bring it to the front.
     void present();
@@ -32,7 +35,9 @@ class SettingsWindow : public QWidget {
 
   private:
     AppModel& model_;
-    SettingsView* view_;
+    const Services& services_;
+    links::Opener openLink_;
+    SettingsView* view_ = nullptr;
 };
 
 } // namespace corvane

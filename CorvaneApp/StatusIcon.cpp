@@ -296,10 +296,12 @@ QString badgeText(int waitingCount) {
 }
 
 QString label(int waitingCount) {
-    if (waitingCount < 1) return QStringLiteral("Corvane");
+    if (waitingCount < 1) return QCoreApplication::translate("corvane::MenuBarLabel", "Corvane");
     return waitingCount == 1
-               ? QCoreApplication::translate("MenuBarLabel", "%1 agent waiting for you").arg(waitingCount)
-               : QCoreApplication::translate("MenuBarLabel", "%1 agents waiting for you").arg(waitingCount);
+               ? QCoreApplication::translate("corvane::MenuBarLabel", "%1 agent waiting for you")
+                     .arg(waitingCount)
+               : QCoreApplication::translate("corvane::MenuBarLabel", "%1 agents waiting for you")
+                     .arg(waitingCount);
 }
 
 ColorScheme barScheme(std::string_view desktops, ColorScheme applications) {

@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-QColor Token::color(ColorScheme scheme) const {
-    const std::uint32_t value = scheme == ColorScheme::dark ? dark : light;
+QColor Token::color(Look look) const {
+    const std::uint32_t value = look.scheme == ColorScheme::dark ? dark : light;
     return QColor::fromRgb(static_cast<int>(value >> 16 & 0xFF), static_cast<int>(value >> 8 & 0xFF),
                            static_cast<int>(value & 0xFF));
 }
@@ -18,10 +18,6 @@ namespace {
 // and no view has such rows.
 constexpr QPalette::ColorGroup desktopGroup = QPalette::Disabled;
 constexpr QPalette::ColorRole desktopRole = QPalette::AlternateBase;
-
-double byScheme(ColorScheme scheme, double light, double dark) {
-    return scheme == ColorScheme::dark ? dark : light;
-}
 
 // The palette without that one place: Qt fills in what was never set from the desktop's.
 QPalette overDesktop(const QPalette& whole) {
@@ -36,6 +32,28 @@ QPalette overDesktop(const QPalette& whole) {
     return result;
 }
 
+struct Shares {
+    double light;
+    double dark;
+    double highContrast; // in both appearances
+};
+
+double shareFor(Look look, Shares shares) {
+    if (look.isHighContrast()) return shares.highContrast;
+    return look.scheme == ColorScheme::dark ? shares.dark : shares.light;
+}
+
+QColor onSurfaceMixed(Look look, Shares shares) {
+    return mix(onSurface.color(look), surface.color(look), shareFor(look, shares));
+}
+
+QColor onBackgroundMixed(Look look, Shares shares) {
+    return mix(onSurface.color(look), background.color(look), shareFor(look, shares));
+}
+
+constexpr Shares textShares{0.68, 0.68, 0.84};
+constexpr Shares dividerShares{0.12, 0.12, 0.55};
+
 } // namespace
 
 QColor mix(const QColor& a, const QColor& b, double share) {
@@ -46,62 +64,64 @@ QColor mix(const QColor& a, const QColor& b, double share) {
                            channel(a.blue(), b.blue()));
 }
 
-QColor textSecondary(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), 0.68);
+QColor textSecondary(Look look) {
+    return onSurfaceMixed(look, textShares);
 }
 
-QColor textSecondaryOnBackground(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), background.color(scheme), 0.68);
+QColor textSecondaryOnBackground(Look look) {
+    return onBackgroundMixed(look, textShares);
 }
 
-QColor divider(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), 0.12);
+QColor divider(Look look) {
+    return onSurfaceMixed(look, dividerShares);
 }
 
-QColor dividerOnBackground(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), background.color(scheme), 0.12);
+QColor dividerOnBackground(Look look) {
+    return onBackgroundMixed(look, dividerShares);
 }
 
-QColor controlBorder(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), byScheme(scheme, 0.24, 0.30));
+QColor controlBorder(Look look) {
+    return onSurfaceMixed(look, {0.24, 0.30, 0.75});
 }
 
-QColor hoverFill(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), byScheme(scheme, 0.05, 0.07));
+QColor hoverFill(Look look) {
+    return onSurfaceMixed(look, {0.05, 0.07, 0.12});
 }
 
-QColor pressedFill(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), byScheme(scheme, 0.10, 0.13));
+QColor pressedFill(Look look) {
+    return onSurfaceMixed(look, {0.10, 0.13, 0.20});
 }
 
-QColor primaryHover(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), primary.color(scheme), 0.16);
+QColor primaryHover(Look look) {
+    return mix(onSurface.color(look), primary.color(look), 0.16);
 }
 
-QColor switchOff(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), 0.48);
+QColor switchOff(Look look) {
+    return onSurfaceMixed(look, {0.48, 0.48, 0.55});
 }
 
-QColor switchOffKnob(ColorScheme scheme) {
+QColor switchOffKnob(Look look) {
     // Dark on the light track of the dark appearance, white on the dark track of the light one.
-    return surface.color(scheme);
+    return surface.color(look);
 }
 
-QColor runningDot(ColorScheme scheme) {
-    return mix(textSecondary(scheme), surface.color(scheme), 0.50);
+QColor runningDot(Look look) {
+    return mix(textSecondary(look), surface.color(look), 0.50);
 }
 
-QColor scrollThumb(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), 0.30);
+QColor scrollThumb(Look look) {
+    return onSurfaceMixed(look, {0.30, 0.30, 0.30});
 }
 
-QColor scrollThumbHovered(ColorScheme scheme) {
-    return mix(onSurface.color(scheme), surface.color(scheme), 0.50);
+QColor scrollThumbHovered(Look look) {
+    return onSurfaceMixed(look, {0.50, 0.50, 0.50});
 }
 
-QColor hairline(ColorScheme scheme) {
-    QColor color(scheme == ColorScheme::dark ? Qt::white : Qt::black);
-    color.setAlphaF(static_cast<float>(byScheme(scheme, 0.14, 0.16)));
+QColor hairline(Look look) {
+    if (look.isHighContrast()) return controlBorder(look);
+    const bool isDark = look.scheme == ColorScheme::dark;
+    QColor color(isDark ? Qt::white : Qt::black);
+    color.setAlphaF(isDark ? 0.16F : 0.14F);
     return color;
 }
 
@@ -117,19 +137,27 @@ ColorScheme scheme(const QPalette& palette) {
                : ColorScheme::light;
 }
 
-QPalette palette(ColorScheme scheme) {
-    QPalette palette(surface.color(scheme), background.color(scheme));
-    palette.setColor(QPalette::WindowText, onSurface.color(scheme));
-    palette.setColor(QPalette::Text, onSurface.color(scheme));
-    palette.setColor(QPalette::ButtonText, onSurface.color(scheme));
-    palette.setColor(QPalette::Base, surface.color(scheme));
-    palette.setColor(QPalette::AlternateBase, background.color(scheme));
-    palette.setColor(QPalette::ToolTipBase, surface.color(scheme));
-    palette.setColor(QPalette::ToolTipText, onSurface.color(scheme));
-    palette.setColor(QPalette::Highlight, primary.color(scheme));
-    palette.setColor(QPalette::HighlightedText, onPrimary.color(scheme));
-    palette.setColor(QPalette::Link, primary.color(scheme));
-    palette.setColor(QPalette::PlaceholderText, textSecondary(scheme));
+Look look(const QPalette& palette) {
+    // The palette's dimmed text is the one colour of it that depends on the contrast.
+    const ColorScheme scheme = Tokens::scheme(palette);
+    constexpr Contrast high = Contrast::high;
+    const bool isHigh = palette.color(QPalette::PlaceholderText) == textSecondary({scheme, high});
+    return {scheme, isHigh ? high : Contrast::normal};
+}
+
+QPalette palette(Look look) {
+    QPalette palette(surface.color(look), background.color(look));
+    palette.setColor(QPalette::WindowText, onSurface.color(look));
+    palette.setColor(QPalette::Text, onSurface.color(look));
+    palette.setColor(QPalette::ButtonText, onSurface.color(look));
+    palette.setColor(QPalette::Base, surface.color(look));
+    palette.setColor(QPalette::AlternateBase, background.color(look));
+    palette.setColor(QPalette::ToolTipBase, surface.color(look));
+    palette.setColor(QPalette::ToolTipText, onSurface.color(look));
+    palette.setColor(QPalette::Highlight, primary.color(look));
+    palette.setColor(QPalette::HighlightedText, onPrimary.color(look));
+    palette.setColor(QPalette::Link, primary.color(look));
+    palette.setColor(QPalette::PlaceholderText, textSecondary(look));
     return overDesktop(palette);
 }
 

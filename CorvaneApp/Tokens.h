@@ -10,18 +10,37 @@ namespace corvane {
 /// The appearance in which something is drawn.
 enum class ColorScheme : std::uint8_t { light, dark };
 
+/// How strongly the parts of a picture stand out. With high contrast lines, dimmed text and fills are darker
+/// on light and lighter on dark, nothing is translucent, and nothing fades.
+enum class Contrast : std::uint8_t { normal, high };
+
+/// What decides a colour: the appearance, and the contrast in it.
+struct Look {
+    // Implicit, since an appearance by itself is one of ordinary contrast.
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    constexpr Look(ColorScheme inScheme, Contrast inContrast = Contrast::normal)
+        : scheme(inScheme)
+        , contrast(inContrast) {}
+
+    [[nodiscard]] constexpr bool isHighContrast() const { return contrast == Contrast::high; }
+
+    bool operator==(const Look&) const = default;
+
+    ColorScheme scheme;
+    Contrast contrast;
+};
+
 /// A colour of the application's own with a value for each appearance, as 24-bit sRGB (red in the high byte).
 struct Token {
     std::uint32_t light;
     std::uint32_t dark;
 
-    /// The opaque colour for this appearance.
-    [[nodiscard]] QColor color(ColorScheme scheme) const;
+    /// The opaque colour for this appearance, the same with either contrast.
+    [[nodiscard]] QColor color(Look look) const;
 };
 
-/// The application's palette: the only place with colour values. Views take the appearance from their
-/// QPalette at the moment they draw, so that a switch of the desktop reaches them as an ordinary palette
-/// change.
+/// The application's palette: the only place with colour values. Views take the look from their QPalette at
+/// the moment they draw, so that a switch of the desktop reaches them as an ordinary palette change.
 namespace Tokens {
 
 inline constexpr Token primary{0x8A5300, 0xFFC15A};    ///< main accent colour
@@ -36,7 +55,7 @@ inline constexpr Token error{0xB3261E, 0xF2B8B5};      ///< error indication
 inline constexpr double disabledOpacity = 0.45;
 inline constexpr double pressedOpacity = 0.8;
 
-/// Opacity of a banner's fill where the desktop blends windows.
+/// Opacity of a banner's fill where the desktop blends windows; with high contrast it is opaque.
 inline constexpr double bannerFillOpacity = 0.96;
 
 /// `a` and `b` mixed channel by channel, with the share `share` (0 to 1) of `a`. Halves are
@@ -44,37 +63,40 @@ inline constexpr double bannerFillOpacity = 0.96;
 [[nodiscard]] QColor mix(const QColor& a, const QColor& b, double share);
 
 /// Dimmed text, on `surface` and on `background`.
-[[nodiscard]] QColor textSecondary(ColorScheme scheme);
-[[nodiscard]] QColor textSecondaryOnBackground(ColorScheme scheme);
+[[nodiscard]] QColor textSecondary(Look look);
+[[nodiscard]] QColor textSecondaryOnBackground(Look look);
 /// The line between parts of a view and around a card, on `surface` and on `background`.
-[[nodiscard]] QColor divider(ColorScheme scheme);
-[[nodiscard]] QColor dividerOnBackground(ColorScheme scheme);
+[[nodiscard]] QColor divider(Look look);
+[[nodiscard]] QColor dividerOnBackground(Look look);
 /// The edge of bordered buttons and pickers.
-[[nodiscard]] QColor controlBorder(ColorScheme scheme);
+[[nodiscard]] QColor controlBorder(Look look);
 /// Below a plain control under the pointer, and while it is pressed.
-[[nodiscard]] QColor hoverFill(ColorScheme scheme);
-[[nodiscard]] QColor pressedFill(ColorScheme scheme);
+[[nodiscard]] QColor hoverFill(Look look);
+[[nodiscard]] QColor pressedFill(Look look);
 /// A primary button under the pointer.
-[[nodiscard]] QColor primaryHover(ColorScheme scheme);
+[[nodiscard]] QColor primaryHover(Look look);
 /// The track of a switch that is off, and the knob on it.
-[[nodiscard]] QColor switchOff(ColorScheme scheme);
-[[nodiscard]] QColor switchOffKnob(ColorScheme scheme);
-/// The dot of a session that runs.
-[[nodiscard]] QColor runningDot(ColorScheme scheme);
+[[nodiscard]] QColor switchOff(Look look);
+[[nodiscard]] QColor switchOffKnob(Look look);
+/// The dot of a session that runs. With high contrast `textSecondary` rings it.
+[[nodiscard]] QColor runningDot(Look look);
 /// The thumb of a scroll bar, and under the pointer.
-[[nodiscard]] QColor scrollThumb(ColorScheme scheme);
-[[nodiscard]] QColor scrollThumbHovered(ColorScheme scheme);
-/// The thin edge of a card that has no outline of its own; translucent.
-[[nodiscard]] QColor hairline(ColorScheme scheme);
+[[nodiscard]] QColor scrollThumb(Look look);
+[[nodiscard]] QColor scrollThumbHovered(Look look);
+/// The thin edge of a card that has no outline of its own; translucent, but for high contrast.
+[[nodiscard]] QColor hairline(Look look);
 /// One layer of a card's shadow: black at `opacity`.
 [[nodiscard]] QColor shadow(double opacity);
 
 /// The appearance that a palette belongs to: dark when its window colour is darker than its text.
 [[nodiscard]] ColorScheme scheme(const QPalette& palette);
 
-/// The application-wide palette for this appearance. Where nothing is ever drawn with it, it leaves the
-/// desktop's own colour, so that Qt goes on telling changes of the desktop's palette.
-[[nodiscard]] QPalette palette(ColorScheme scheme);
+/// The look that a palette was made for. The palette of another program has ordinary contrast.
+[[nodiscard]] Look look(const QPalette& palette);
+
+/// The application-wide palette for this look. Where nothing is ever drawn with it, it leaves the desktop's
+/// own colour, so that Qt goes on telling changes of the desktop's palette.
+[[nodiscard]] QPalette palette(Look look);
 
 /// The appearance of the desktop itself, read from the application's palette, whether `palette` has been laid
 /// over the desktop's or not yet.

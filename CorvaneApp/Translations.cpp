@@ -14,4 +14,8 @@ void install(QCoreApplication& application) {
     if (words->load(systemWords())) QCoreApplication::installTranslator(words);
 }
 
+std::string words(const Phrase& phrase) {
+    return QCoreApplication::translate(phrase.context, phrase.key).toStdString();
+}
+
 } // namespace corvane::translations

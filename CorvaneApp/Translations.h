@@ -1,6 +1,10 @@
 #pragma once
 
+#include "Support/Words.h"
+
 #include <QString>
+
+#include <string>
 
 class QCoreApplication;
 
@@ -13,5 +17,8 @@ namespace corvane::translations {
 
 /// Has the application's texts in this system's words. Before the first view is made; main thread.
 void install(QCoreApplication& application);
+
+/// A phrase of the core in the words that the user reads; to be handed to the core as `Words`.
+[[nodiscard]] std::string words(const Phrase& phrase);
 
 } // namespace corvane::translations

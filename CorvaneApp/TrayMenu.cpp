@@ -2,6 +2,7 @@
 
 #include "AppModel.h"
 #include "Sessions/AlertText.h"
+#include "Translations.h"
 
 #include <algorithm>
 
@@ -19,7 +20,7 @@ QString entry(const AgentSession& session, Date now) {
     }
     const QString agent =
         session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
-    const QString status = QString::fromStdString(AlertText::statusLine(session, now));
+    const QString status = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
     // A single ampersand would mark a key.
     return QStringList{name, agent, status}
         .join(QStringLiteral(" · "))

@@ -3,6 +3,7 @@
 #include "AppModel.h"
 #include "Platform/CardWindow.h"
 #include "Shapes.h"
+#include "TextScale.h"
 #include "Tokens.h"
 #include "Windows.h"
 
@@ -21,7 +22,7 @@ namespace corvane {
 
 namespace {
 
-constexpr qreal radius = 12;
+constexpr Scaled radius{12.0};
 constexpr int iconGap = 4;
 constexpr int screenMargin = 4;
 // Window managers take the focus away for a moment while they give it to a new window.
@@ -32,6 +33,14 @@ constexpr std::chrono::milliseconds samePress{300};
 /// `value` kept so that `length` from it on lies within the range; at its start where it is too long.
 int kept(int value, int length, int start, int end) {
     return std::max(start, std::min(value, end - length));
+}
+
+QPainterPath outline(QSize size, bool isBlended) {
+    const QRectF card(QPointF(0, 0), QSizeF(size));
+    if (isBlended) return shapes::continuousRoundedRect(card, radius);
+    QPainterPath square;
+    square.addRect(card);
+    return square;
 }
 
 } // namespace
@@ -60,20 +69,28 @@ TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
     : QWidget(nullptr,
               Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
     , model_(model)
-    , view_(new MenuBarView(model, std::move(actions), this)) {
+    , actions_(std::move(actions)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Corvane"));
     setWindowRole(QStringLiteral("panel"));
     windows::tellRole<TrayPanel>();
-    connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
-    connect(view_, &MenuBarView::left, this, &QWidget::hide);
+    rebuild();
     keyboardLoss_.setSingleShot(true);
     keyboardLoss_.setInterval(focusPatience);
     connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);
     host_ = PanelHost::make(*this);
     connect(host_.get(), &PanelHost::keyboardChanged, this, &TrayPanel::followKeyboard);
     connect(host_.get(), &PanelHost::pressedElsewhere, this, &TrayPanel::closeForPress);
+}
+
+void TrayPanel::rebuild() {
+    delete view_;
+    view_ = new MenuBarView(model_, actions_, this);
+    connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
+    connect(view_, &MenuBarView::left, this, &QWidget::hide);
+    view_->show();
+    arrange();
 }
 
 void TrayPanel::open(QRect icon) {
@@ -114,33 +131,33 @@ void TrayPanel::arrange() {
     view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
     setFixedSize(card.grownBy(margins_));
     const QPoint cardPlace(margins_.left(), margins_.top());
-    host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()), outline().translated(cardPlace));
+    host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()),
+                       outline(card, isBlended_).translated(cardPlace));
 }
 
-QPainterPath TrayPanel::outline() const {
-    const QRectF card(QPointF(), QSizeF(view_->size()));
-    if (isBlended_) return shapes::continuousRoundedRect(card, radius);
-    QPainterPath square;
-    square.addRect(card);
-    return square;
+void TrayPanel::paintCard(QPainter& painter, QSize card, bool isBlended, Look look) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(outline(card, isBlended), Tokens::surface.color(look));
+    constexpr qreal edge = 1;
+    QPen pen(Tokens::hairline(look), edge);
+    pen.setJoinStyle(Qt::MiterJoin);
+    const QRectF rect(QPointF(0, 0), QSizeF(card));
+    if (isBlended) {
+        painter.strokePath(shapes::insideStroke(rect, radius, edge), pen);
+    } else {
+        painter.setPen(pen);
+        painter.drawRect(rect.adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2));
+    }
 }
 
 void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
-    const ColorScheme scheme = Tokens::scheme(palette());
+    const Look look = Tokens::look(palette());
+    const QSize card = view_->size();
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (isBlended_) cardwindow::paintShadow(painter, *this, outline(), view_->size());
+    if (isBlended_ && !look.isHighContrast())
+        cardwindow::paintShadow(painter, *this, outline(card, isBlended_), card);
     painter.translate(view_->pos());
-    painter.fillPath(outline(), Tokens::surface.color(scheme));
-    QPen pen(Tokens::hairline(scheme), 1);
-    const QRectF card(QPointF(), QSizeF(view_->size()));
-    pen.setJoinStyle(Qt::MiterJoin);
-    if (isBlended_) {
-        painter.strokePath(shapes::insideStroke(card, radius, 1), pen);
-    } else {
-        painter.setPen(pen);
-        painter.drawRect(card.adjusted(0.5, 0.5, -0.5, -0.5));
-    }
+    paintCard(painter, card, isBlended_, look);
 }
 
 // A click beside the card, on its shadow, is one outside of the panel, even where the icon lies below. It

@@ -2,6 +2,7 @@
 
 #include "MenuBarView.h"
 #include "Platform/PanelHost.h"
+#include "Tokens.h"
 
 #include <QElapsedTimer>
 #include <QRect>
@@ -27,8 +28,14 @@ class TrayPanel : public QWidget {
     TrayPanel(AppModel& model, MenuBarView::Actions actions);
 
     [[nodiscard]] MenuBarView& view() const { return *view_; }
+    /// Paints the ground of a panel's card of this size at the painter's origin, with round corners only
+    /// where windows are blended.
+    static void paintCard(QPainter& painter, QSize card, bool isBlended, Look look);
     /// Where the card is on the desktop, without the room for its shadow.
     [[nodiscard]] QRect cardGeometry() const;
+
+    /// Makes the content anew, at the present text size.
+    void rebuild();
 
     /// Opens at the icon, or at the pointer when `icon` is empty.
     void open(QRect icon);
@@ -47,10 +54,10 @@ class TrayPanel : public QWidget {
     void closeForKeyboard();
     /// Closes because of something that may be a press on the icon, of which will be told next.
     void closeForPress();
-    [[nodiscard]] QPainterPath outline() const;
 
     AppModel& model_;
-    MenuBarView* view_;
+    MenuBarView::Actions actions_;
+    MenuBarView* view_ = nullptr;
     std::unique_ptr<PanelHost> host_;
     QRect icon_;
     QPoint cardOrigin_;

@@ -2,17 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" sourcelanguage="en">
 <context>
-    <name>MenuBarLabel</name>
-    <message>
-        <source>%1 agent waiting for you</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 agents waiting for you</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>corvane::AboutTab</name>
     <message>
         <source>Corvane %1</source>
@@ -95,6 +84,45 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
 </context>
 <context>
+    <name>corvane::AlertText</name>
+    <message>
+        <source>%1 is waiting for your reply</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is waiting for you</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 finished</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Done just now</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Done %1 min ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Waiting for your reply</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Waiting for you</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Running</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>wants to use %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>corvane::AlertsTab</name>
     <message>
         <source>Alert when an agent finishes</source>
@@ -138,9 +166,169 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
 </context>
 <context>
+    <name>corvane::AppModel</name>
+    <message>
+        <source>%1 — %2. Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t connect %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t remove Corvane from %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t change “Open at login”: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::BannerCard</name>
+    <message>
+        <source>%1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::ConfigEditError</name>
+    <message>
+        <source>config.toml is not UTF-8 text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>settings.json is not valid JSON</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Codex already sends notifications to another program (%1). Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1. Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>corvane::DoneBanner</name>
     <message>
         <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::FileError</name>
+    <message>
+        <source>there is no space left on the disk</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>your share of the disk is used up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the disk can only be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>you don&apos;t have permission</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the system does not permit it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a folder or file on the way to it is missing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a part of its path is not a folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a folder is in its place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it is not an ordinary file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>something else is in its place</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its links lead in a circle</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its name is too long</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>its path has characters that the agent&apos;s configuration cannot hold</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is no Trash on its disk</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it lies on another disk</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>another program keeps changing it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the disk reported an error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>it would be too large</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>too many files are open</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>there is not enough memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the system reported &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; could not be read because %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; could not be written because %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; could not be backed up because %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; could not be created because %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; could not be moved because %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; could not be moved to the Trash because %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; could not be used because %2.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -156,6 +344,21 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>&amp;Window</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::MenuBarLabel</name>
+    <message>
+        <source>Corvane</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 agent waiting for you</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 agents waiting for you</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -222,6 +425,13 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::SessionRow</name>
+    <message>
+        <source>%1, %2, %3</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -1,4 +1,6 @@
 #include "BannerStates.h"
+#include "LargeText.h"
+#include "Pictures.h"
 #include "Support/TestSupport.h"
 #include "Tokens.h"
 
@@ -48,7 +50,7 @@ double worstTile(const QImage& first, const QImage& second) {
 }
 
 /// The card on a plain desktop, as it looks where windows are blended.
-QImage picture(BannerCard& banner, ColorScheme scheme, int ratio) {
+QImage picture(BannerCard& banner, Look look, int ratio) {
     constexpr int margin = 4;
     const QSize size = banner.size().grownBy({margin, margin, margin, margin});
     QImage image(size * ratio, QImage::Format_RGB32);
@@ -58,7 +60,7 @@ QImage picture(BannerCard& banner, ColorScheme scheme, int ratio) {
     QImage layer(banner.size() * ratio, QImage::Format_ARGB32_Premultiplied);
     layer.setDevicePixelRatio(ratio);
     layer.fill(Qt::transparent);
-    banner.setPalette(Tokens::palette(scheme));
+    banner.setPalette(Tokens::palette(look));
     banner.render(&layer, QPoint(), QRegion(), QWidget::DrawChildren);
     QPainter(&image).drawImage(margin, margin, layer);
     return image;
@@ -66,37 +68,40 @@ QImage picture(BannerCard& banner, ColorScheme scheme, int ratio) {
 
 // With CORVANE_UPDATE_PICTURES set the pictures are written instead, for a person to look at before they are
 // committed.
-TEST(BannerImages, everyStateLooksAsItDid) {
-    ASSERT_EQ(QFontInfo(QApplication::font()).family().toStdString(), "Inter")
-        << "the tests' own fonts are not in use";
-
+void expectStatesAsTheyWere(const test::Variant& variant) {
     const QDir references(QStringLiteral(CORVANE_BANNER_PICTURES));
     const QDir actual(QDir::temp().filePath(QStringLiteral("corvane-banner-pictures")));
     const bool isUpdating = std::getenv("CORVANE_UPDATE_PICTURES") != nullptr;
-    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
-        for (const int ratio : {1, 2}) {
-            for (test::BannerState& state : test::bannerStates()) {
-                const QString name =
-                    QStringLiteral("%1-%2-%3x.png")
-                        .arg(QString::fromStdString(state.name),
-                             scheme == ColorScheme::dark ? QStringLiteral("dark") : QStringLiteral("light"))
-                        .arg(ratio);
-                const QImage image = picture(*state.banner, scheme, ratio);
-                if (isUpdating) {
-                    ASSERT_TRUE(image.save(references.filePath(name)));
-                    continue;
-                }
-                const QImage reference(references.filePath(name));
-                ASSERT_EQ(reference.size(), image.size()) << name.toStdString();
-                EXPECT_LE(worstTile(image, reference), largestDifference) << name.toStdString();
-                if (testing::Test::HasFailure()) {
-                    actual.mkpath(QStringLiteral("."));
-                    image.save(actual.filePath(name));
-                    GTEST_FAIL() << "what was drawn is in " << actual.filePath(name).toStdString();
-                }
-            }
+    const test::LargeText size(variant.textScale);
+    for (test::BannerState& state : test::bannerStates()) {
+        const QString name =
+            QStringLiteral("%1-%2.png").arg(QString::fromStdString(state.name), variant.name);
+        const QImage image = picture(*state.banner, variant.look, variant.ratio);
+        if (isUpdating) {
+            ASSERT_TRUE(image.save(references.filePath(name)));
+            continue;
+        }
+        const QImage reference(references.filePath(name));
+        ASSERT_EQ(reference.size(), image.size()) << name.toStdString();
+        EXPECT_LE(worstTile(image, reference), largestDifference) << name.toStdString();
+        if (testing::Test::HasFailure()) {
+            actual.mkpath(QStringLiteral("."));
+            image.save(actual.filePath(name));
+            FAIL() << "what was drawn is in " << actual.filePath(name).toStdString();
         }
     }
+}
+
+TEST(BannerImages, everyStateLooksAsItDid) {
+    ASSERT_EQ(QFontInfo(QApplication::font()).family().toStdString(), "Inter")
+        << "the tests' own fonts are not in use";
+    for (const test::Variant& variant : test::ordinaryVariants())
+        expectStatesAsTheyWere(variant);
+}
+
+TEST(BannerImages, everyStateLooksAsItDidWithHighContrastAndLargeText) {
+    for (const test::Variant& variant : test::legibleVariants())
+        expectStatesAsTheyWere(variant);
 }
 
 /// The parts of a banner that are widgets of their own, and what to call them.

@@ -2,6 +2,7 @@
 
 #include "BannerViews.h"
 #include "Buttons.h"
+#include "Pointing.h"
 #include "Sessions.h"
 
 #include <memory>
@@ -54,6 +55,15 @@ inline std::vector<BannerState> bannerStates() {
     states.push_back({"disabled", waiting(waitingSession("s", since))});
     for (auto* const button : states.back().banner->findChildren<QAbstractButton*>())
         button->setEnabled(false);
+
+    states.push_back({"hovered", waiting(waitingSession("s", since))});
+    for (auto* const button : states.back().banner->findChildren<QAbstractButton*>())
+        hover(*button);
+
+    states.push_back({"focused", waiting(waitingSession("s", since))});
+    (void)states.back().banner->grab();
+    for (auto* const button : states.back().banner->findChildren<QAbstractButton*>())
+        focusByKeyboard(*button);
 
     states.push_back({"done", std::make_unique<DoneBanner>(doneSession("s", since), [] {})});
     states.push_back(

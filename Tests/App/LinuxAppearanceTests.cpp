@@ -65,5 +65,25 @@ TEST_F(LinuxAppearanceTest, paletteThatADesktopsThemeForcesOnTheApplicationIsUnd
     EXPECT_EQ(Tokens::scheme(QApplication::palette()), ColorScheme::light);
 }
 
+TEST_F(LinuxAppearanceTest, hasOrdinaryContrastAndTextWithoutAPortal) {
+    EXPECT_EQ(appearance_->contrast(), Contrast::normal);
+    EXPECT_EQ(appearance_->textScale(), 1);
+}
+
+TEST(LinuxTextScale, isLeftToQtWhereTheResolutionHoldsIt) {
+    const struct {
+        double wanted;
+        double ratio;
+        double remaining;
+    } table[] = {
+        {1, 1, 1},       {1, 2, 1},     {1.25, 1, 1.25}, {1.25, 1.25, 1}, {1.25, 2.5, 1},
+        {1.25, 2, 1.25}, {1.5, 1.5, 1}, {1.5, 3, 1},     {1.5, 2, 1.5},   {1.1, 1.104, 1},
+        {2, 1, 2},       {0.8, 1, 0.8}, {0, 1, 0},
+    };
+    for (const auto& row : table)
+        EXPECT_EQ(remainingTextScale(row.wanted, row.ratio), row.remaining)
+            << row.wanted << " at " << row.ratio;
+}
+
 } // namespace
 } // namespace corvane

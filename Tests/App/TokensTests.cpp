@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace corvane {
 namespace {
 
@@ -72,7 +75,7 @@ TEST(Tokens, mixedColoursMatchTheirTable) {
 }
 
 TEST(Tokens, coloursOfWindowsAndControlsMatchTheirTable) {
-    const auto expectColors = [](QColor (*color)(ColorScheme), const char* light, const char* dark) {
+    const auto expectColors = [](QColor (*color)(Look), const char* light, const char* dark) {
         EXPECT_EQ(color(ColorScheme::light).name().toStdString(), light);
         EXPECT_EQ(color(ColorScheme::dark).name().toStdString(), dark);
     };
@@ -85,6 +88,70 @@ TEST(Tokens, coloursOfWindowsAndControlsMatchTheirTable) {
     expectColors(Tokens::runningDot, "#b2b2b3", "#707072");
     expectColors(Tokens::scrollThumb, "#bbbbbc", "#67676a");
     expectColors(Tokens::scrollThumbHovered, "#8e8e8f", "#8f8f92");
+}
+
+/// The contrast of two opaque colours as the accessibility guidelines measure it, from 1 to 21.
+double contrastRatio(const QColor& first, const QColor& second) {
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double channel) {
+            return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+               0.0722 * linear(color.blueF());
+    };
+    const double a = luminance(first) + 0.05;
+    const double b = luminance(second) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+TEST(Tokens, highContrastColoursMatchTheirTable) {
+    const auto expectColors = [](QColor (*color)(Look), const char* light, const char* dark) {
+        EXPECT_EQ(color({ColorScheme::light, Contrast::high}).name().toStdString(), light);
+        EXPECT_EQ(color({ColorScheme::dark, Contrast::high}).name().toStdString(), dark);
+    };
+    expectColors(Tokens::textSecondary, "#414143", "#d2d2d7");
+    expectColors(Tokens::textSecondaryOnBackground, "#404042", "#d0d0d4");
+    expectColors(Tokens::divider, "#838384", "#99999d");
+    expectColors(Tokens::dividerOnBackground, "#7e7e80", "#929295");
+    expectColors(Tokens::controlBorder, "#565657", "#c0c0c5");
+    expectColors(Tokens::hairline, "#565657", "#c0c0c5");
+    expectColors(Tokens::hoverFill, "#e4e4e4", "#444446");
+    expectColors(Tokens::pressedFill, "#d2d2d2", "#545456");
+    expectColors(Tokens::switchOff, "#838384", "#99999d");
+    expectColors(Tokens::runningDot, "#a0a0a1", "#7f7f82");
+    expectColors(Tokens::primaryHover, "#794a05", "#fdc973");
+    EXPECT_EQ(Tokens::hairline({ColorScheme::light, Contrast::high}).alpha(), 255);
+    EXPECT_EQ(Tokens::primary.color({ColorScheme::dark, Contrast::high}),
+              Tokens::primary.color(ColorScheme::dark));
+}
+
+TEST(Tokens, highContrastReachesItsRatios) {
+    const struct {
+        QColor (*color)(Look);
+        double light;
+        double dark;
+    } table[] = {
+        {Tokens::textSecondary, 10.18, 9.25},
+        {Tokens::divider, 3.79, 4.91},
+        {Tokens::controlBorder, 7.33, 7.69},
+    };
+    for (const auto& row : table) {
+        for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+            const double ratio =
+                contrastRatio(row.color({scheme, Contrast::high}), Tokens::surface.color(scheme));
+            EXPECT_NEAR(ratio, scheme == ColorScheme::dark ? row.dark : row.light, 0.005);
+        }
+    }
+}
+
+TEST(Tokens, aPaletteTellsTheLookThatItWasMadeFor) {
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        for (const Contrast contrast : {Contrast::normal, Contrast::high}) {
+            const Look look(scheme, contrast);
+            EXPECT_TRUE(Tokens::look(Tokens::palette(look)) == look);
+        }
+    }
+    EXPECT_FALSE(Tokens::look(QPalette(Qt::white)).isHighContrast()) << "another program's palette";
 }
 
 TEST(Tokens, theHairlineIsBlackOrWhiteAtItsOpacity) {

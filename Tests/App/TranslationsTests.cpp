@@ -1,6 +1,7 @@
 #include "AgentCard.h"
 #include "ErrorText.h"
 #include "Paragraph.h"
+#include "PseudoTranslator.h"
 #include "SettingsWindow.h"
 #include "Translations.h"
 #include "WindowStates.h"
@@ -38,40 +39,6 @@ std::map<Key, std::string> catalogue(const char* name) {
     EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
     return result;
 }
-
-/// Gives every text in letters that none of the keys has, longer by half.
-class PseudoTranslator : public QTranslator {
-  public:
-    explicit PseudoTranslator(Qt::LayoutDirection direction)
-        : direction_(direction) {}
-
-    [[nodiscard]] bool isEmpty() const override { return false; }
-
-    [[nodiscard]] QString translate(const char* context, const char* source, const char* /*disambiguation*/,
-                                    int /*n*/) const override {
-        if (!QByteArray(context).startsWith("corvane::")) return {};
-        QString text = QString::fromUtf8(source);
-        const QString accented = direction_ == Qt::RightToLeft ? QStringLiteral("ابجدهوزحطيكلمن")
-                                                               : QStringLiteral("àéîõüçñøåëïôûý");
-        QString result;
-        for (qsizetype i = 0; i < text.size(); ++i) {
-            const QChar character = text.at(i);
-            if (character == QLatin1Char('%')) { // keeps the place of what is filled in
-                result += text.mid(i, 2);
-                ++i;
-            } else if (character.isLetter()) {
-                result += accented.at(character.unicode() % accented.size());
-                if (i % 2 == 0) result += accented.at(i % accented.size());
-            } else {
-                result += character;
-            }
-        }
-        return result;
-    }
-
-  private:
-    Qt::LayoutDirection direction_;
-};
 
 class TranslationsTest : public testing::Test {
   protected:
@@ -127,7 +94,7 @@ class TranslationsTest : public testing::Test {
     /// Has every state drawn in made-up words of this direction and looked at by `check`.
     template <typename Check>
     static void forEveryState(Qt::LayoutDirection direction, Check check) {
-        PseudoTranslator words(direction);
+        test::PseudoTranslator words(direction);
         QCoreApplication::installTranslator(&words);
         QApplication::setLayoutDirection(direction);
         for (const test::WindowState& state : test::windowStates()) {

@@ -1,4 +1,6 @@
 #include "AgentCard.h"
+#include "LargeText.h"
+#include "PanelStates.h"
 #include "Pictures.h"
 #include "WindowStates.h"
 
@@ -7,7 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -16,58 +21,66 @@ class WindowImages : public testing::Test {
     const test::FractionalMetrics metrics_;
 };
 
-/// With the 256 commonest colours only: a third of the size, and no difference that anyone sees.
-QImage reduced(const QImage& image) {
-    std::map<QRgb, int> counts;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            ++counts[image.pixel(x, y)];
-    }
-    std::vector<std::pair<int, QRgb>> byCount;
-    byCount.reserve(counts.size());
-    for (const auto& [color, count] : counts)
-        byCount.emplace_back(count, color);
-    std::sort(byCount.rbegin(), byCount.rend());
-    QList<QRgb> table;
-    for (std::size_t i = 0; i < std::min<std::size_t>(byCount.size(), 256); ++i)
-        table.append(byCount.at(i).second);
-    return image.convertToFormat(QImage::Format_Indexed8, table, Qt::ThresholdDither);
-}
-
 // With CORVANE_UPDATE_PICTURES set the pictures are written instead, for a person to look at before they are
 // committed.
+void expectAsItWas(const QImage& image, const QString& name) {
+    const QDir references(QStringLiteral(CORVANE_WINDOW_PICTURES));
+    if (std::getenv("CORVANE_UPDATE_PICTURES") != nullptr) {
+        ASSERT_TRUE(test::reduced(image).save(references.filePath(name), nullptr, 0));
+        return;
+    }
+    const QImage reference(references.filePath(name));
+    ASSERT_EQ(reference.size(), image.size()) << name.toStdString();
+    const test::Difference found = test::difference(image, reference);
+    if (found.isNoticeable()) {
+        const QDir actual(QDir::temp().filePath(QStringLiteral("corvane-window-pictures")));
+        actual.mkpath(QStringLiteral("."));
+        image.save(actual.filePath(name));
+        FAIL() << name.toStdString() << ": " << found.mean << " " << found.visibleShare
+               << "; what was drawn is in " << actual.filePath(name).toStdString();
+    }
+}
+
+void expectWindowAsItWas(const test::WindowState& state, const test::Variant& variant) {
+    const test::LargeText size(variant.textScale);
+    test::ModelFixture fixture;
+    const std::unique_ptr<QWidget> view = state.make(fixture);
+    expectAsItWas(test::pictureOf(*view, variant.look, variant.ratio),
+                  QStringLiteral("%1-%2.png").arg(QString::fromStdString(state.name), variant.name));
+}
+
 TEST_F(WindowImages, everyStateLooksAsItDid) {
     ASSERT_EQ(QFontInfo(QApplication::font()).family().toStdString(), "Inter")
         << "the tests' own fonts are not in use";
-
-    const QDir references(QStringLiteral(CORVANE_WINDOW_PICTURES));
-    const QDir actual(QDir::temp().filePath(QStringLiteral("corvane-window-pictures")));
-    const bool isUpdating = std::getenv("CORVANE_UPDATE_PICTURES") != nullptr;
     for (const test::WindowState& state : test::windowStates()) {
-        test::ModelFixture fixture;
-        const std::unique_ptr<QWidget> view = state.make(fixture);
-        for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
-            for (const int ratio : {1, 2}) {
-                const QString name =
-                    QStringLiteral("%1-%2-%3x.png")
-                        .arg(QString::fromStdString(state.name),
-                             scheme == ColorScheme::dark ? QStringLiteral("dark") : QStringLiteral("light"))
-                        .arg(ratio);
-                const QImage image = test::pictureOf(*view, scheme, ratio);
-                if (isUpdating) {
-                    ASSERT_TRUE(reduced(image).save(references.filePath(name), nullptr, 0));
-                    continue;
-                }
-                const QImage reference(references.filePath(name));
-                ASSERT_EQ(reference.size(), image.size()) << name.toStdString();
-                const test::Difference found = test::difference(image, reference);
-                if (found.isNoticeable()) {
-                    actual.mkpath(QStringLiteral("."));
-                    image.save(actual.filePath(name));
-                    GTEST_FAIL() << name.toStdString() << ": " << found.mean << " " << found.visibleShare
-                                 << "; what was drawn is in " << actual.filePath(name).toStdString();
-                }
-            }
+        for (const test::Variant& variant : test::ordinaryVariants())
+            expectWindowAsItWas(state, variant);
+    }
+}
+
+TEST_F(WindowImages, everyWindowLooksAsItDidWithHighContrastAndLargeText) {
+    const std::set<std::string> shown{"first-run-error", "settings-agents", "settings-alerts",
+                                      "settings-about"};
+    for (const test::WindowState& state : test::windowStates()) {
+        if (!shown.contains(state.name)) continue;
+        for (const test::Variant& variant : test::legibleVariants())
+            expectWindowAsItWas(state, variant);
+    }
+}
+
+TEST_F(WindowImages, thePanelLooksAsItDid) {
+    for (const test::PanelState& state : test::panelStates()) {
+        std::vector<test::Variant> variants = test::legibleVariants();
+        for (const test::Variant& variant : test::ordinaryVariants()) {
+            if (variant.ratio == 1) variants.push_back(variant);
+        }
+        for (const test::Variant& variant : variants) {
+            const test::LargeText size(variant.textScale);
+            test::MenuBarWorld world;
+            const std::unique_ptr<MenuBarView> view = state.make(world);
+            expectAsItWas(
+                test::panelPicture(*view, variant.look, variant.ratio),
+                QStringLiteral("panel-%1-%2.png").arg(QString::fromStdString(state.name), variant.name));
         }
     }
 }

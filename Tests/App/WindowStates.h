@@ -4,6 +4,7 @@
 #include "OnboardingView.h"
 #include "Platform/Appearance.h"
 #include "Platform/Recording/RecordingPlatform.h"
+#include "Pointing.h"
 #include "SettingsView.h"
 #include "Support/TestSupport.h"
 
@@ -77,6 +78,12 @@ inline std::vector<WindowState> windowStates() {
              fixture.connectClaude();
              return fixture.onboarding();
          }},
+        {"first-run-both-connected",
+         [](ModelFixture& fixture) {
+             fixture.connectClaude();
+             fixture.model().connectAgent(AgentKind::codex);
+             return fixture.onboarding();
+         }},
         {"first-run-error",
          [](ModelFixture& fixture) {
              fixture.connectClaude();
@@ -114,6 +121,28 @@ inline std::vector<WindowState> windowStates() {
          [settings](ModelFixture& fixture) {
              auto view = settings(fixture, Tab::alerts);
              view->setLayoutDirection(Qt::RightToLeft);
+             return view;
+         }},
+        {"settings-agents-focus",
+         [settings](ModelFixture& fixture) {
+             fixture.connectClaude();
+             auto view = settings(fixture, Tab::agents);
+             (void)view->grab();
+             focusByKeyboard(view->tabs());
+             for (auto* const button : view->findChildren<QAbstractButton*>()) {
+                 if (button->isVisibleTo(view.get())) focusByKeyboard(*button);
+             }
+             return view;
+         }},
+        {"settings-alerts-focus",
+         [settings](ModelFixture& fixture) {
+             auto view = settings(fixture, Tab::alerts);
+             (void)view->grab();
+             for (auto* const control : view->findChildren<QWidget*>()) {
+                 const bool isControl = qobject_cast<QAbstractButton*>(control) != nullptr ||
+                                        qobject_cast<Picker*>(control) != nullptr;
+                 if (isControl && control->isVisibleTo(view.get())) focusByKeyboard(*control);
+             }
              return view;
          }},
         {"settings-about", [settings](ModelFixture& fixture) { return settings(fixture, Tab::about); }},

@@ -7,7 +7,9 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLatin1String>
+#include <QScreen>
 
+#include <cmath>
 #include <utility>
 
 namespace corvane {
@@ -20,18 +22,26 @@ constexpr QLatin1String interface("org.freedesktop.portal.Settings");
 
 constexpr QLatin1String appearanceGroup("org.freedesktop.appearance");
 constexpr QLatin1String colorSchemeKey("color-scheme");
+constexpr QLatin1String contrastKey("contrast");
+constexpr QLatin1String accessibilityGroup("org.gnome.desktop.a11y.interface");
+constexpr QLatin1String highContrastKey("high-contrast");
 constexpr QLatin1String toolkitGroup("org.gnome.desktop.interface");
 constexpr QLatin1String animationsKey("enable-animations");
+constexpr QLatin1String textScaleKey("text-scaling-factor");
 
 // The portal's answers to "color-scheme"; 0 leaves it to the application.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
+// And to "contrast"; 0 is no preference.
+constexpr uint higherContrast = 1;
 
 } // namespace
 
 LinuxAppearance::LinuxAppearance()
     : paletteScheme_(Tokens::desktopScheme(QGuiApplication::palette())) {
     qApp->installEventFilter(this);
+    if (const QScreen* const screen = QGuiApplication::primaryScreen())
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &Appearance::changed);
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     // Until the type is known by its name, no slot that takes one is connected.
@@ -39,7 +49,17 @@ LinuxAppearance::LinuxAppearance()
     bus.connect(service, path, interface, QLatin1String("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(appearanceGroup, colorSchemeKey);
+    ask(appearanceGroup, contrastKey);
+    ask(accessibilityGroup, highContrastKey);
     ask(toolkitGroup, animationsKey);
+    ask(toolkitGroup, textScaleKey);
+}
+
+double remainingTextScale(double wanted, double devicePixelRatio) {
+    constexpr double tolerance = 0.02; // resolutions are whole numbers
+    const double rest = devicePixelRatio / wanted;
+    const bool isInEffect = rest > 1 - tolerance && std::abs(rest - std::round(rest)) < tolerance;
+    return isInEffect ? 1 : wanted;
 }
 
 void LinuxAppearance::ask(const QString& group, const QString& key) {
@@ -64,17 +84,39 @@ void LinuxAppearance::apply(const QString& group, const QString& key, QVariant v
     while (value.userType() == qMetaTypeId<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
 
+    const Look look(colorScheme(), contrast());
+    const bool wasReduced = reduceMotion_;
+    const double scale = textScalingFactor_;
+    set(group, key, value);
+    if (Look(colorScheme(), contrast()) != look || reduceMotion_ != wasReduced || textScalingFactor_ != scale)
+        Q_EMIT changed();
+}
+
+void LinuxAppearance::set(const QString& group, const QString& key, const QVariant& value) {
+    const bool isOn = value.typeId() == QMetaType::Bool && value.toBool();
+    const bool isOff = value.typeId() == QMetaType::Bool && !value.toBool();
     if (group == appearanceGroup && key == colorSchemeKey) {
         const uint answer = value.toUInt();
-        const ColorScheme before = colorScheme();
         portalScheme_.reset();
         if (answer == preferDark) portalScheme_ = ColorScheme::dark;
         if (answer == preferLight) portalScheme_ = ColorScheme::light;
-        if (colorScheme() != before) Q_EMIT changed();
+    } else if (group == appearanceGroup && key == contrastKey) {
+        portalWantsContrast_ = value.toUInt() == higherContrast;
+    } else if (group == accessibilityGroup && key == highContrastKey) {
+        desktopWantsContrast_ = isOn;
     } else if (group == toolkitGroup && key == animationsKey) {
-        const bool reduceMotion = value.typeId() == QMetaType::Bool && !value.toBool();
-        if (std::exchange(reduceMotion_, reduceMotion) != reduceMotion) Q_EMIT changed();
+        reduceMotion_ = isOff;
+    } else if (group == toolkitGroup && key == textScaleKey) {
+        textScalingFactor_ = value.typeId() == QMetaType::Double ? value.toDouble() : 1;
     }
+}
+
+Contrast LinuxAppearance::contrast() const {
+    return portalWantsContrast_ || desktopWantsContrast_ ? Contrast::high : Contrast::normal;
+}
+
+double LinuxAppearance::textScale() const {
+    return remainingTextScale(textScalingFactor_, qGuiApp->devicePixelRatio());
 }
 
 bool LinuxAppearance::eventFilter(QObject* object, QEvent* event) {
@@ -89,7 +131,7 @@ void LinuxAppearance::followPalette() {
     const ColorScheme before = colorScheme();
     paletteScheme_ = Tokens::desktopScheme(palette);
     // Some platform themes replace the application's palette by their own: that has to be undone too.
-    if (colorScheme() != before || Tokens::scheme(palette) != colorScheme()) Q_EMIT changed();
+    if (colorScheme() != before || Tokens::look(palette) != Look(colorScheme(), contrast())) Q_EMIT changed();
 }
 
 } // namespace corvane

@@ -87,9 +87,10 @@ class PanelWindow : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        if (!blended_ || card_ == nullptr) return;
+        const Look look = Tokens::look(palette());
+        if (!blended_ || card_ == nullptr || look.isHighContrast()) return;
         QPainter painter(this);
-        painter.drawImage(QPoint(), sharedShadow(*card_, Tokens::scheme(palette()), devicePixelRatioF()));
+        painter.drawImage(QPoint(), sharedShadow(*card_, look.scheme, devicePixelRatioF()));
         // A shadow falls on what is behind all cards, never on another card. To put that one in front is not
         // enough: Mutter draws the window above that came last.
         painter.setRenderHint(QPainter::Antialiasing);

@@ -2,6 +2,7 @@
 
 #include "DesktopEntry.h"
 #include "Support/Files.h"
+#include "Translations.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -73,13 +74,13 @@ void LinuxLoginItem::setEnabled(bool enabled) {
             return;
         }
     } catch (const files::FileError& error) {
-        throw LoginItemError(error.description());
+        throw LoginItemError(error.description(translations::words));
     }
     std::error_code error;
     fs::remove(file_, error);
     if (error) {
-        throw LoginItemError(
-            files::FileError(files::FileError::Operation::write, file_, error).description());
+        throw LoginItemError(files::FileError(files::FileError::Operation::write, file_, error)
+                                 .description(translations::words));
     }
 }
 

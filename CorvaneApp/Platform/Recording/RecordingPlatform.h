@@ -90,9 +90,13 @@ class FixedAppearance : public Appearance {
   public:
     [[nodiscard]] ColorScheme colorScheme() const override { return scheme; }
     [[nodiscard]] bool reduceMotion() const override { return motionIsReduced; }
+    [[nodiscard]] Contrast contrast() const override { return wantedContrast; }
+    [[nodiscard]] double textScale() const override { return wantedTextScale; }
 
     ColorScheme scheme = ColorScheme::light;
     bool motionIsReduced = false;
+    Contrast wantedContrast = Contrast::normal;
+    double wantedTextScale = 1;
 };
 
 class Announcements : public Announcer {

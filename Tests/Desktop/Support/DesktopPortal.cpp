@@ -3,7 +3,7 @@
 //   DesktopPortal                               answers until it is ended; writes "ready" once it can
 //   DesktopPortal set <group> <key> <value>     changes a setting of the one that runs, which tells everybody
 //
-// A value is a number, or true or false.
+// A value is a whole number, a fraction with a point in it, or true or false.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -67,7 +67,9 @@ int serve(QDBusConnection bus) {
 int set(const QDBusConnection& bus, const QStringList& words) {
     const QString& text = words[2];
     const bool isTruth = text == u"true" || text == u"false";
-    const QVariant value = isTruth ? QVariant(text == u"true") : QVariant(text.toUInt());
+    const QVariant value = isTruth               ? QVariant(text == u"true")
+                           : text.contains(u'.') ? QVariant(text.toDouble())
+                                                 : QVariant(text.toUInt());
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Set"));
     call << words[0] << words[1] << QVariant::fromValue(QDBusVariant(value));
     const QDBusMessage reply = bus.call(call);

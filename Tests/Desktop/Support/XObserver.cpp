@@ -42,9 +42,11 @@ std::string lowerCase(std::string_view text) {
 }
 
 // The banner that a window of this frame is, if any.
-std::optional<Banner> bannerOf(std::uint32_t window, Rect frame) {
-    for (const auto& [kind, size] :
+/// The banner of a window, if its cards are `eighths` eighths of their ordinary size.
+std::optional<Banner> bannerOf(std::uint32_t window, Rect frame, int eighths) {
+    for (const auto& [kind, ordinary] :
          {std::pair(BannerKind::waiting, waitingSize), std::pair(BannerKind::done, doneSize)}) {
+        const Size size{ordinary.width * eighths / 8, ordinary.height * eighths / 8};
         if (frame.width == size.width && frame.height == size.height)
             return Banner{window, kind, frame, frame, false};
         if (frame.width == size.width + 2 * shadowSide &&
@@ -52,6 +54,14 @@ std::optional<Banner> bannerOf(std::uint32_t window, Rect frame) {
             const Rect card{frame.x + shadowSide, frame.y + shadowAbove, size.width, size.height};
             return Banner{window, kind, frame, card, true};
         }
+    }
+    return std::nullopt;
+}
+
+std::optional<Banner> bannerOf(std::uint32_t window, Rect frame) {
+    // The sizes that large text gives to them; no two of them are the same.
+    for (int eighths = 8; eighths <= 12; ++eighths) {
+        if (const std::optional<Banner> banner = bannerOf(window, frame, eighths)) return banner;
     }
     return std::nullopt;
 }

@@ -77,6 +77,21 @@ TEST_P(BannerStack, windowHasRoomForAShadowOnlyWhereWindowsAreBlended) {
         EXPECT_EQ(banner.hasShadow, GetParam() == Compositor::picom);
 }
 
+TEST_P(BannerStack, desktopIsDarkerBelowTheCardOnlyWhereWindowsAreBlended) {
+    desktop.startApplication();
+    const Picture before = desktop.screen().screen();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    const Rect card = desktop.screen().banners().front().card;
+    const Rect below{card.middleX(), card.bottom() + 2, 1, 1};
+    const auto red = [&](const Picture& picture) { return picture.at(below.x, below.y).channels().front(); };
+    if (GetParam() == Compositor::picom) {
+        EXPECT_LT(red(desktop.screen().screen()), red(before) - 10);
+    } else {
+        EXPECT_EQ(red(desktop.screen().screen()), red(before));
+    }
+}
+
 TEST_P(BannerStack, desktopShowsAtTheCornersOutsideTheCardsRounding) {
     desktop.startApplication();
     const Picture before = desktop.screen().screen();

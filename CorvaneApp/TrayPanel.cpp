@@ -27,6 +27,8 @@ constexpr int iconGap = 4;
 constexpr int screenMargin = 4;
 // Window managers take the focus away for a moment while they give it to a new window.
 constexpr std::chrono::milliseconds focusPatience{150};
+// A menu that led here gives the keyboard back to its own window first, and a busy desktop takes its time.
+constexpr std::chrono::milliseconds firstFocusPatience{1000};
 // Between the focus going away and the press that took it being told.
 constexpr std::chrono::milliseconds samePress{300};
 
@@ -77,7 +79,6 @@ TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
     windows::tellRole<TrayPanel>();
     rebuild();
     keyboardLoss_.setSingleShot(true);
-    keyboardLoss_.setInterval(focusPatience);
     connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);
     host_ = PanelHost::make(*this);
     connect(host_.get(), &PanelHost::keyboardChanged, this, &TrayPanel::followKeyboard);
@@ -101,6 +102,7 @@ void TrayPanel::open(QRect icon) {
     margins_ = cardwindow::margins();
     arrange();
     keyboardLoss_.stop();
+    hadKeyboard_ = false;
     // No control has the keyboard's place at first; Tab and the arrows give it to one.
     view_->setFocus();
     host_->present();
@@ -168,9 +170,10 @@ void TrayPanel::mousePressEvent(QMouseEvent* event) {
 
 void TrayPanel::followKeyboard() {
     if (host_->hasKeyboard()) {
+        hadKeyboard_ = true;
         keyboardLoss_.stop();
     } else if (isVisible()) {
-        keyboardLoss_.start();
+        keyboardLoss_.start(hadKeyboard_ ? focusPatience : firstFocusPatience);
     }
 }
 

@@ -64,6 +64,7 @@ class TrayPanel : public QWidget {
     QMargins margins_;
     bool isBlended_ = false;
     QTimer keyboardLoss_;
+    bool hadKeyboard_ = false; // since it was opened
     QElapsedTimer closedByPress_;
 };
 

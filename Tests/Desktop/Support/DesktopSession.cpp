@@ -367,4 +367,10 @@ std::vector<std::string> windowManagers() {
     return names;
 }
 
+std::vector<std::string> focusingWindowManagers() {
+    std::vector<std::string> names = windowManagers();
+    std::erase(names, "metacity");
+    return names;
+}
+
 } // namespace corvane::test

@@ -115,5 +115,7 @@ class DesktopSession {
 /// The window managers to test under: openbox and xfwm4, and those that the environment variable
 /// CORVANE_TEST_WINDOW_MANAGERS names, separated by spaces.
 [[nodiscard]] std::vector<std::string> windowManagers();
+/// The same without Metacity, which leaves the focus where it is when a program opens a window by itself.
+[[nodiscard]] std::vector<std::string> focusingWindowManagers();
 
 } // namespace corvane::test

@@ -197,7 +197,7 @@ TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
     EXPECT_TRUE(hasWindows(0)) << "the panel gave way";
 }
 
-INSTANTIATE_TEST_SUITE_P(WindowManagers, ManagedTray, testing::ValuesIn(windowManagers()),
+INSTANTIATE_TEST_SUITE_P(WindowManagers, ManagedTray, testing::ValuesIn(focusingWindowManagers()),
                          [](const auto& manager) { return manager.param; });
 
 class EmbeddingTray : public Tray {

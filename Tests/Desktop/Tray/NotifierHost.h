@@ -78,6 +78,8 @@ class WatcherAdaptor : public QDBusAbstractAdaptor {
     [[nodiscard]] bool hasHost() const { return host_.hasHost(); }
     [[nodiscard]] int version() const { return 0; }
 
+    // The interface's names are given.
+    // NOLINTBEGIN(readability-identifier-naming,readability-redundant-access-specifiers)
   public Q_SLOTS:
     void RegisterStatusNotifierItem(const QString& service) { host_.add(service); }
     void RegisterStatusNotifierHost(const QString& /*service*/) {}
@@ -86,6 +88,7 @@ class WatcherAdaptor : public QDBusAbstractAdaptor {
     void StatusNotifierItemRegistered(const QString& service);
     void StatusNotifierItemUnregistered(const QString& service);
     void StatusNotifierHostRegistered();
+    // NOLINTEND(readability-identifier-naming,readability-redundant-access-specifiers)
 
   private:
     NotifierHost& host_;

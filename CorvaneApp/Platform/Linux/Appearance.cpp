@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QLatin1String>
 #include <QScreen>
+#include <QTimer>
 
 #include <cmath>
 #include <utility>
@@ -122,7 +123,7 @@ double LinuxAppearance::textScale() const {
 bool LinuxAppearance::eventFilter(QObject* object, QEvent* event) {
     // Later, since whoever hears of a change sets another palette, and this one is still being told.
     if (event->type() == QEvent::ApplicationPaletteChange)
-        QMetaObject::invokeMethod(this, &LinuxAppearance::followPalette, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, &LinuxAppearance::followPalette);
     return Appearance::eventFilter(object, event);
 }
 

@@ -14,7 +14,8 @@
 namespace corvane {
 
 struct MacPanelHost::Monitor {
-    explicit Monitor(const std::function<void()>& onPress)
+    /// By value: a block keeps a copy of a value, but only the address behind a reference.
+    explicit Monitor(std::function<void()> onPress)
         : token([NSEvent addGlobalMonitorForEventsMatchingMask:
                              NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown
                                                        handler:^(NSEvent*) {

@@ -155,7 +155,7 @@ TEST_F(MacPanel, takesTheKeyboardWithoutActivatingTheApplication) {
 }
 
 TEST(MacPanelDeathTest, hasNoOtherInitialiser) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     Class const panelClass = NSClassFromString(@"BannerPanel");
     ASSERT_TRUE(panelClass != nil);
     EXPECT_DEATH(static_cast<void>([[panelClass alloc] initWithContentRect:NSMakeRect(0, 0, 1, 1)

@@ -13,6 +13,10 @@
 
 @interface BannerPanel : NSPanel
 - (instancetype)initWithContentSize:(NSSize)size;
+- (instancetype)initWithContentRect:(NSRect)rect
+                          styleMask:(NSWindowStyleMask)mask
+                            backing:(NSBackingStoreType)backing
+                              defer:(BOOL)flag NS_UNAVAILABLE;
 @property(nonatomic, weak) NSView* hostedView;
 @property(nonatomic, copy) void (^onKeyboardChange)(void);
 @end
@@ -42,6 +46,7 @@
     return self;
 }
 
+// Nobody can call this who knows the class; whoever goes round that would get a panel without its settings.
 - (instancetype)initWithContentRect:(NSRect)rect
                           styleMask:(NSWindowStyleMask)mask
                             backing:(NSBackingStoreType)backing

@@ -13,6 +13,7 @@
     type name;                                                                                               \
     enum __attribute__((flag_enum)) : type
 #define NS_NOESCAPE __attribute__((noescape))
+#define NS_UNAVAILABLE __attribute__((unavailable))
 #define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
 #define NS_RETURNS_AUTORELEASED __attribute__((ns_returns_autoreleased))

@@ -4,7 +4,10 @@
 #include "Platform/MacOS/PathSegments.h"
 #include "Platform/MacOS/Screens.h"
 
+#include <QEvent>
 #include <QGuiApplication>
+#include <QObject>
+#include <QTimer>
 #include <QWidget>
 
 #import <AppKit/AppKit.h>
@@ -113,11 +116,37 @@ NSImage* mask(QSize size, const QPainterPath& outline) {
                    }];
 }
 
+/// Has the shadow taken anew once the content is on the screen: the system takes it from what it finds drawn,
+/// and does not look again by itself.
+class FirstPaint : public QObject {
+  public:
+    void await(QWidget& content, BannerPanel* panel) {
+        panel_ = panel;
+        content.installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            watched->removeEventFilter(this);
+            // Comes before the painting, and that before its result is on the screen.
+            QTimer::singleShot(settling, this, [this] { [panel_ invalidateShadow]; });
+        }
+        return false;
+    }
+
+  private:
+    static constexpr std::chrono::milliseconds settling{40};
+
+    __weak BannerPanel* panel_ = nil;
+};
+
 } // namespace
 
 struct NativePanel::Parts {
     BannerPanel* panel = nil;
     NSVisualEffectView* card = nil;
+    FirstPaint firstPaint;
 };
 
 NativePanel::NativePanel()
@@ -143,7 +172,10 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
     // The panel belongs to an application that is hardly ever active, and would look so.
     card.state = NSVisualEffectStateActive;
     parts_->card = card;
+    parts_->panel.hostedView = nil;
     parts_->panel.contentView = card;
+    // Before the view is in, which would otherwise go through sizes that are not its own.
+    resize(size, outline);
 
     NSView* const view = viewOf(content);
     if (view) {
@@ -154,10 +186,11 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
         [card addSubview:view];
     }
     parts_->panel.hostedView = view;
-    resize(size, outline);
+    view.frame = card.bounds;
+    parts_->firstPaint.await(content, parts_->panel);
     // Only now: shown earlier, Qt would make the view a window once more.
     content.show();
-    resize(size, outline);
+    view.frame = card.bounds;
     if (hasKeyboard()) [parts_->panel makeFirstResponder:view];
 }
 

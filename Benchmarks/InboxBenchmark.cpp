@@ -2,6 +2,7 @@
 
 #include "Intake/EventInbox.h"
 #include "SamplePayload.h"
+#include "Support/FileTime.h"
 
 #include <benchmark/benchmark.h>
 
@@ -60,7 +61,7 @@ class Inbox {
 /// The work that nobody can save who takes all files in order, into one buffer.
 std::size_t plainLoop(const fs::path& folder) {
     struct Entry {
-        timespec date{};
+        corvane::Date date;
         std::string name;
         std::size_t size = 0;
     };
@@ -71,11 +72,11 @@ std::size_t plainLoop(const fs::path& folder) {
         if (found->d_name[0] == '.') continue;
         struct stat status {};
         if (fstatat(dirfd(directory), found->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) std::abort();
-        entries.push_back({status.st_mtim, found->d_name, static_cast<std::size_t>(status.st_size)});
+        entries.push_back(
+            {corvane::modificationDate(status), found->d_name, static_cast<std::size_t>(status.st_size)});
     }
     std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-        return std::tie(a.date.tv_sec, a.date.tv_nsec, a.name) <
-               std::tie(b.date.tv_sec, b.date.tv_nsec, b.name);
+        return std::tie(a.date, a.name) < std::tie(b.date, b.name);
     });
     std::vector<char> buffer;
     std::size_t total = 0;

@@ -98,7 +98,7 @@ typedef NS_ENUM(NSUInteger, NSCellImagePosition) {
 
 // The menu bar
 
-extern const CGFloat NSVariableStatusItemLength;
+static const CGFloat NSVariableStatusItemLength = -1;
 
 API_AVAILABLE(macos(10.10))
 @interface NSStatusBarButton : NSButton

@@ -28,10 +28,12 @@ typedef enum __attribute__((enum_extensibility(open))) CGImageAlphaInfo : uint32
     kCGImageAlphaPremultipliedFirst,
 } CGImageAlphaInfo;
 
-typedef enum __attribute__((enum_extensibility(open), flag_enum)) CGBitmapInfo : uint32_t {
+// A set of options is its integer in C++.
+typedef uint32_t CGBitmapInfo;
+enum __attribute__((flag_enum)) : CGBitmapInfo {
     kCGBitmapByteOrder32Little = (2 << 12),
     kCGBitmapByteOrder32Big = (4 << 12),
-} CGBitmapInfo;
+};
 
 extern "C" {
 // A constant by the processor's byte order, which is that of all processors that macOS runs on.

@@ -24,9 +24,7 @@ constexpr Scaled symbolSide{18};
 constexpr Scaled symbolGap{8};
 constexpr Scaled labelSize{13.0};
 constexpr int underlineHeight = 2;
-// From the underline's end to the tab's content, and from the tab's edge to the underline. Half of the space
-// between two tabs belongs to each.
-constexpr Scaled contentInset{4};
+// From the tab's edge to the underline. Half of the space between two tabs belongs to each.
 constexpr Scaled underlineInset{16};
 constexpr Scaled tabInset{20};
 

@@ -38,6 +38,11 @@ TEST_F(MacAppearanceTest, isFollowedWithoutAnyWindow) {
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
 }
 
+TEST_F(MacAppearanceTest, readsTheUsersWishForMoreContrast) {
+    const bool isHigh = NSWorkspace.sharedWorkspace.accessibilityDisplayShouldIncreaseContrast;
+    EXPECT_EQ(appearance.contrast(), isHigh ? Contrast::high : Contrast::normal);
+}
+
 TEST_F(MacAppearanceTest, readsTheUsersWishForLessMovement) {
     EXPECT_EQ(appearance.reduceMotion(),
               static_cast<bool>(NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion));

@@ -17,6 +17,7 @@ class MacAppearance : public Appearance {
 
     [[nodiscard]] ColorScheme colorScheme() const override;
     [[nodiscard]] bool reduceMotion() const override;
+    [[nodiscard]] Contrast contrast() const override;
 
   private:
     struct Parts;

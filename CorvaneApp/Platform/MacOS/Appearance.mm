@@ -61,4 +61,9 @@ bool MacAppearance::reduceMotion() const {
     return NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion;
 }
 
+Contrast MacAppearance::contrast() const {
+    const bool isHigh = NSWorkspace.sharedWorkspace.accessibilityDisplayShouldIncreaseContrast;
+    return isHigh ? Contrast::high : Contrast::normal;
+}
+
 } // namespace corvane

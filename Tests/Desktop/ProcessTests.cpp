@@ -80,6 +80,23 @@ TEST(Process, itsWindowsCarryTheIconAndTheClassThatTheDesktopEntryNames) {
     EXPECT_EQ(desktop.screen().windowClass(window), "Corvane");
 }
 
+TEST(Process, insideAWaylandSessionItsWindowsAreOnTheXServerThere) {
+    DesktopSession desktop;
+    fs::remove_all(desktop.home() / ".config/Corvane");
+    const auto application = desktop.run({CORVANE_PROGRAM}, "other", {"WAYLAND_DISPLAY=wayland-none"});
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().managedWindows("corvane").size() == 1; }));
+}
+
+TEST(Process, aWindowSystemThatTheUserHasChosenIsUsed) {
+    DesktopSession desktop;
+    fs::remove_all(desktop.home() / ".config/Corvane");
+    const auto application = desktop.run({CORVANE_PROGRAM}, "other", {"QT_QPA_PLATFORM=offscreen"});
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));
+    EXPECT_TRUE(desktop.staysEmpty(500ms));
+    EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
+}
+
 TEST(Process, idlesWithoutWorkingTheProcessor) {
     DesktopSession desktop;
     desktop.startApplication();

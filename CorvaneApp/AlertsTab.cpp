@@ -15,6 +15,8 @@ namespace {
 constexpr Scaled padding{24};
 constexpr Scaled groupSpacing{16};
 constexpr Scaled errorGap{6};
+// Above it two lines of an error have room.
+constexpr Scaled bottomGap{4};
 
 QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -125,7 +127,7 @@ void AlertsTab::layOut() {
         top += group->height() + groupSpacing;
     }
     top += errorGap - groupSpacing;
-    const int room = height() - errorGap - top;
+    const int room = height() - bottomGap - top;
     error_->setGeometry(padding, top, inner, std::max(0, std::min(error_->heightForWidth(inner), room)));
 }
 

@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include <algorithm>
+
 namespace corvane {
 
 namespace {
@@ -14,6 +16,36 @@ constexpr qreal itemRadius = 6;
 constexpr int popupMargin = 4;
 constexpr int separatorHeight = 9; // a line, and as much room on both sides as around the items
 constexpr int separatorInset = 8;
+constexpr int scrollBarExtent = 8;
+constexpr int thumbWidth = 6;
+constexpr int shortestThumb = 12;
+
+/// Along a scroll bar, which is nothing but the thumb and the way it goes.
+struct Thumb {
+    explicit Thumb(const QStyleOptionSlider& bar) {
+        const int way = bar.orientation == Qt::Vertical ? bar.rect.height() : bar.rect.width();
+        const int range = bar.maximum - bar.minimum;
+        length = way;
+        if (range > 0) {
+            const auto share =
+                static_cast<double>(bar.pageStep) / (static_cast<double>(range) + bar.pageStep);
+            length = std::clamp(qRound(way * share), std::min(shortestThumb, way), way);
+        }
+        start = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition, way - length,
+                                                bar.upsideDown);
+        end = way;
+    }
+
+    int start = 0;
+    int length = 0;
+    int end = 0; // of the way
+};
+
+QRect along(const QStyleOptionSlider& bar, int start, int length) {
+    const QRect rect = bar.orientation == Qt::Vertical ? QRect(0, start, bar.rect.width(), length)
+                                                       : QRect(start, 0, length, bar.rect.height());
+    return rect.translated(bar.rect.topLeft());
+}
 
 } // namespace
 
@@ -45,12 +77,61 @@ QSize CorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 
 int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
+    case PM_ScrollBarExtent:
+        return scrollBarExtent;
     case PM_MenuHMargin:
     case PM_MenuVMargin:
         return popupMargin;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
+}
+
+QRect CorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                   const QWidget* widget) const {
+    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_ScrollBar || bar == nullptr)
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    const Thumb thumb(*bar);
+    QRect rect;
+    switch (part) {
+    case SC_ScrollBarSlider:
+        rect = along(*bar, thumb.start, thumb.length);
+        break;
+    case SC_ScrollBarSubPage:
+        rect = along(*bar, 0, thumb.start);
+        break;
+    case SC_ScrollBarAddPage:
+        rect = along(*bar, thumb.start + thumb.length, thumb.end - thumb.start - thumb.length);
+        break;
+    case SC_ScrollBarGroove:
+        rect = bar->rect;
+        break;
+    default: // the arrows, which there are none of
+        return {};
+    }
+    return visualRect(bar->direction, bar->rect, rect);
+}
+
+void CorvaneStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                      QPainter* painter, const QWidget* widget) const {
+    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_ScrollBar || bar == nullptr) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    const QRect slider = subControlRect(control, option, SC_ScrollBarSlider, widget);
+    const int spare = scrollBarExtent - thumbWidth;
+    const QRect thumb =
+        bar->orientation == Qt::Vertical ? slider.adjusted(spare, 0, 0, 0) : slider.adjusted(0, spare, 0, 0);
+    const Look look = Tokens::look(bar->palette);
+    const bool isHeld = (bar->activeSubControls & SC_ScrollBarSlider) != 0;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(isHeld ? Tokens::scrollThumbHovered(look) : Tokens::scrollThumb(look));
+    painter->drawRoundedRect(thumb, thumbWidth / 2.0, thumbWidth / 2.0);
+    painter->restore();
 }
 
 void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

@@ -262,6 +262,17 @@ TEST_F(SettingsViewTest, aFailingLoginSwitchGoesBackAndSaysWhy) {
     EXPECT_TRUE(error->isHidden());
 }
 
+TEST_F(SettingsViewTest, anErrorOfTwoLinesStandsWholeOnTheAlertsTab) {
+    const test::FractionalMetrics metrics;
+    fixture_.platform.loginItem.failure = "The folder for the entries of programs that start at login cannot "
+                                          "be written, because its disk is full.";
+    named<Switch>(alerts(), "Open Corvane at login")->click();
+    const auto* const error = alerts().findChild<ErrorText*>();
+    ASSERT_EQ(error->heightForWidth(error->width()), 2 * 16);
+    EXPECT_EQ(error->height(), 2 * 16);
+    EXPECT_LT(error->geometry().bottom(), alerts().height());
+}
+
 TEST_F(SettingsViewTest, theAlertsTabStandsAsDesigned) {
     const auto groups = alerts().findChildren<FormGroup*>();
     EXPECT_EQ(groups.at(0)->geometry(), QRect(24, 24, 512, 134));

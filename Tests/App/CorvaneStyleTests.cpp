@@ -1,0 +1,79 @@
+#include "CorvaneStyle.h"
+#include "Pictures.h"
+#include "Tokens.h"
+
+#include <QScrollBar>
+#include <QStyleOptionSlider>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+class ScrollBarTest : public testing::Test {
+  protected:
+    ScrollBarTest() {
+        bar_.setStyle(&style_);
+        bar_.setRange(0, 100);
+        bar_.setPageStep(100);
+        bar_.setGeometry(0, 0, style_.pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, nullptr), 200);
+    }
+
+    [[nodiscard]] QRect part(QStyle::SubControl part) const {
+        QStyleOptionSlider option;
+        option.initFrom(&bar_);
+        option.orientation = Qt::Vertical;
+        option.minimum = bar_.minimum();
+        option.maximum = bar_.maximum();
+        option.pageStep = bar_.pageStep();
+        option.sliderPosition = bar_.sliderPosition();
+        return style_.subControlRect(QStyle::CC_ScrollBar, &option, part, &bar_);
+    }
+
+    CorvaneStyle style_;
+    QWidget window_;
+    QScrollBar bar_{Qt::Vertical, &window_};
+};
+
+TEST_F(ScrollBarTest, isNothingButAThumbOnItsWay) {
+    EXPECT_EQ(bar_.width(), 8);
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 8, 100)); // half of it all is in sight
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSubPage).height(), 0);
+    EXPECT_EQ(part(QStyle::SC_ScrollBarAddPage), QRect(0, 100, 8, 100));
+    EXPECT_FALSE(part(QStyle::SC_ScrollBarAddLine).isValid());
+    EXPECT_FALSE(part(QStyle::SC_ScrollBarSubLine).isValid());
+
+    bar_.setValue(100);
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 100, 8, 100));
+    EXPECT_EQ(part(QStyle::SC_ScrollBarAddPage).height(), 0);
+}
+
+TEST_F(ScrollBarTest, thumbOfAVeryLongTextCanStillBeSeized) {
+    bar_.setRange(0, 1'000'000);
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 8, 12));
+    bar_.setValue(1'000'000);
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 188, 8, 12));
+}
+
+TEST_F(ScrollBarTest, thumbIsDrawnOnTheGroundOfTheWindow) {
+    window_.resize(8, 200);
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        const QImage picture = test::pictureOf(window_, scheme, 1);
+        const QColor ground = Tokens::palette(scheme).color(QPalette::Window);
+        EXPECT_EQ(picture.pixelColor(5, 50), Tokens::scrollThumb(scheme));
+        EXPECT_EQ(picture.pixelColor(0, 50), ground);
+        EXPECT_EQ(picture.pixelColor(5, 150), ground);
+        EXPECT_EQ(picture.pixelColor(5, 199), ground);
+    }
+}
+
+TEST_F(ScrollBarTest, thumbIsDraggedToTheEnd) {
+    window_.show();
+    QTest::mousePress(&bar_, Qt::LeftButton, {}, QPoint(4, 50));
+    QTest::mouseMove(&bar_, QPoint(4, 150));
+    QTest::mouseRelease(&bar_, Qt::LeftButton, {}, QPoint(4, 150));
+    EXPECT_EQ(bar_.value(), 100);
+}
+
+} // namespace
+} // namespace corvane

@@ -8,13 +8,15 @@
 
 #include <QEvent>
 
+#include <utility>
+
 namespace corvane {
 
-SettingsWindow::SettingsWindow(AppModel& model, const Services& services, const links::Opener& openLink,
+SettingsWindow::SettingsWindow(AppModel& model, const Services& services, links::Opener openLink,
                                const CommandHandlers& handlers)
     : model_(model)
     , services_(services)
-    , openLink_(openLink) {
+    , openLink_(std::move(openLink)) {
     setObjectName(QStringLiteral("settings"));
     setWindowRole(QStringLiteral("settings"));
     setWindowTitle(tr("Corvane Settings"));

@@ -18,7 +18,7 @@ class SettingsWindow : public QWidget {
 
   public:
     /// `model` and `services`, and what that refers to, must outlive the window.
-    SettingsWindow(AppModel& model, const Services& services, const links::Opener& openLink,
+    SettingsWindow(AppModel& model, const Services& services, links::Opener openLink,
                    const CommandHandlers& handlers);
 
     [[nodiscard]] SettingsView& view() const { return *view_; }

@@ -22,7 +22,6 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationDomain(QStringLiteral("corvane.org"));
     QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));
     QApplication::setStyle(new CorvaneStyle);
-    // The application owns its style. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
     translations::install(application);
 
     const UnixSignals signals;

@@ -28,9 +28,10 @@ class AppModelTest : public testing::Test {
     /// Lets `count` passes of the loop go by. The first call runs the pass at the start.
     void pass(int count = 1) {
         model();
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             platform_.time.advance(model().ticks() == 0 ? std::chrono::milliseconds(0)
                                                         : std::chrono::seconds(1));
+        }
     }
 
     /// Drops an event file as the hook would, written at the present time of the made-up clock.

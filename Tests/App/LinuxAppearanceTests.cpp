@@ -80,9 +80,10 @@ TEST(LinuxTextScale, isLeftToQtWhereTheResolutionHoldsIt) {
         {1.25, 2, 1.25}, {1.5, 1.5, 1}, {1.5, 3, 1},     {1.5, 2, 1.5},   {1.1, 1.104, 1},
         {2, 1, 2},       {0.8, 1, 0.8}, {0, 1, 0},
     };
-    for (const auto& row : table)
+    for (const auto& row : table) {
         EXPECT_EQ(remainingTextScale(row.wanted, row.ratio), row.remaining)
             << row.wanted << " at " << row.ratio;
+    }
 }
 
 } // namespace

@@ -73,9 +73,10 @@ class SettingsViewTest : public testing::Test {
 TEST_F(SettingsViewTest, hasThreeTabsWithTheirSymbols) {
     EXPECT_EQ(view().size(), QSize(560, 440));
     std::vector<std::string> tabs;
-    for (int i = 0; i < view().tabs().count(); ++i)
+    for (int i = 0; i < view().tabs().count(); ++i) {
         tabs.push_back(view().tabs().tabText(i).toStdString() + " " +
                        view().tabs().tabData(i).toString().toStdString());
+    }
     EXPECT_EQ(tabs, (std::vector<std::string>{"Agents terminal", "Alerts bell", "About info.circle"}));
     EXPECT_EQ(view().tabs().currentIndex(), 0);
 }

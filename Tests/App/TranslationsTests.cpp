@@ -66,9 +66,10 @@ class TranslationsTest : public testing::Test {
                 qobject_cast<Paragraph*>(part) != nullptr || qobject_cast<Card*>(part) != nullptr ||
                 qobject_cast<Picker*>(part) != nullptr || qobject_cast<ErrorText*>(part) != nullptr;
             if (!isPart || !part->isVisibleTo(&view)) continue;
-            for (const QWidget* const other : siblings[part->parentWidget()])
+            for (const QWidget* const other : siblings[part->parentWidget()]) {
                 EXPECT_FALSE(part->geometry().intersects(other->geometry()))
                     << part->metaObject()->className() << " over " << other->metaObject()->className();
+            }
             siblings[part->parentWidget()].push_back(part);
         }
         for (const auto* const picker : view.findChildren<Picker*>())

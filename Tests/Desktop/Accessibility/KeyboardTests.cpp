@@ -35,7 +35,9 @@ class Keyboard : public testing::TestWithParam<std::string> {
     void openSettings() {
         ASSERT_TRUE(desktop.opensMainWindow());
         EXPECT_TRUE(desktop.press("ctrl+comma", "focus\tfiller\tCorvane Settings\t"));
+        const std::uint32_t settings = session().screen().activeWindow();
         desktop.press("ctrl+0");
+        ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() != settings; }));
         ASSERT_TRUE(desktop.hasKeyboard(2));
         desktop.press("ctrl+w");
         ASSERT_TRUE(desktop.hasKeyboard(1));

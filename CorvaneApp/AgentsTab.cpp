@@ -41,7 +41,7 @@ AgentsTab::AgentsTab(AppModel& model, FileBrowser& fileBrowser, QWidget* parent)
 void AgentsTab::refresh() {
     const bool hasBackup = model_.lastBackup().has_value();
     const QString message = QString::fromStdString(model_.connectError().value_or(std::string()));
-    if (hasBackup != backup_->isHidden() && message == error_->toPlainText()) return;
+    if (hasBackup != backup_->isHidden() && message == error_->message()) return;
     backup_->setVisible(hasBackup);
     error_->setMessage(message);
     layOut();

@@ -109,7 +109,7 @@ void AlertsTab::refresh() {
     reminder_->setCurrentIndex(indexOf(AlertPreferences::reminderChoices, prefs.reminderMinutes));
 
     const QString message = QString::fromStdString(model_.connectError().value_or(std::string()));
-    if (message == error_->toPlainText()) return;
+    if (message == error_->message()) return;
     error_->setMessage(message);
     layOut();
 }

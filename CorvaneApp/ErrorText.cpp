@@ -54,11 +54,13 @@ ErrorText::ErrorText(QWidget* parent)
 
 void ErrorText::setMessage(const QString& message) {
     setHidden(message.isEmpty());
-    if (message == toPlainText()) return;
+    if (message == message_) return;
+    message_ = message;
     setPlainText(message);
     setAccessibleName(message);
     lay();
-    if (message.isEmpty()) return;
+    // Several views show the same one.
+    if (!isVisible()) return;
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }

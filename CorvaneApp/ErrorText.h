@@ -12,8 +12,12 @@ class ErrorText : public QTextEdit {
   public:
     explicit ErrorText(QWidget* parent);
 
-    /// Shows the message and tells assistive technology; an empty one hides the widget.
+    /// Shows the message, and tells assistive technology where the user sees it; an empty one hides the
+    /// widget.
     void setMessage(const QString& message);
+
+    /// As it was given: what is shown has other line ends and spaces.
+    [[nodiscard]] const QString& message() const { return message_; }
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
@@ -24,6 +28,8 @@ class ErrorText : public QTextEdit {
 
   private:
     void lay();
+
+    QString message_;
 };
 
 } // namespace corvane

@@ -78,7 +78,7 @@ OnboardingView::OnboardingView(AppModel& model, links::Opener openLink, QWidget*
 
 void OnboardingView::refresh() {
     const QString message = fromUtf8(model_.connectError().value_or(std::string()));
-    if (message == error_->toPlainText()) return;
+    if (message == error_->message()) return;
     error_->setMessage(message);
     layOut();
 }

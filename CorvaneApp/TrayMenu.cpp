@@ -2,22 +2,29 @@
 
 #include "AppModel.h"
 #include "Sessions/AlertText.h"
+#include "Support/Elision.h"
 #include "Translations.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace corvane {
 
 namespace {
 
-constexpr qsizetype longestName = 40; // characters; a menu is as wide as its longest entry
+constexpr double longestName = 40; // code points; a menu is as wide as its longest entry
+
+double codePoints(std::string_view text) {
+    return static_cast<double>(std::count_if(text.begin(), text.end(), [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+    }));
+}
 
 QString entry(const AgentSession& session, Date now) {
-    QString name = QString::fromStdString(session.repoName()).simplified();
-    if (name.size() > longestName) {
-        constexpr qsizetype kept = longestName / 2 - 1;
-        name = name.left(kept) + QChar(0x2026) + name.right(kept);
-    }
+    const std::string whole = QString::fromStdString(session.repoName()).simplified().toStdString();
+    const QString name = QString::fromStdString(text::elidingMiddle(whole, longestName, codePoints));
     const QString agent =
         session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
     const QString status = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
@@ -44,29 +51,48 @@ TrayMenu::TrayMenu(AppModel& model, const Actions& actions)
     refresh();
 }
 
+QAction* TrayMenu::makeEntry(const QString& id) {
+    auto* const action = new QAction(this);
+    action->setData(id);
+    connect(action, &QAction::triggered, this, [this, id = id.toStdString()] {
+        const std::vector<AgentSession> present = model_.board().sorted();
+        const auto found = std::find_if(present.begin(), present.end(),
+                                        [&id](const AgentSession& session) { return session.id() == id; });
+        if (found != present.end()) model_.jump(*found);
+    });
+    return action;
+}
+
 void TrayMenu::refresh() {
     const std::vector<AgentSession> sessions = model_.board().sorted();
-    while (sessions_.size() > sessions.size()) {
-        sessions_.back()->deleteLater();
-        removeAction(sessions_.back());
-        sessions_.pop_back();
-    }
-    while (sessions_.size() < sessions.size()) {
-        auto* const action = new QAction(this);
-        connect(action, &QAction::triggered, this, [this, action] {
-            const std::string id = action->data().toString().toStdString();
-            const std::vector<AgentSession> present = model_.board().sorted();
-            const auto found =
-                std::find_if(present.begin(), present.end(),
-                             [&id](const AgentSession& session) { return session.id() == id; });
-            if (found != present.end()) model_.jump(*found);
-        });
-        insertAction(sessionsEnd_, action);
+    // An entry stays that of its session, also while the menu is open and the order changes.
+    std::vector<QAction*> former = std::exchange(sessions_, {});
+    for (const AgentSession& session : sessions) {
+        const QString id = QString::fromStdString(session.id());
+        const auto found = std::find_if(former.begin(), former.end(),
+                                        [&id](const QAction* action) { return action->data() == id; });
+        QAction* action = nullptr;
+        if (found == former.end()) {
+            action = makeEntry(id);
+        } else {
+            action = *found;
+            former.erase(found);
+        }
+        action->setText(entry(session, model_.now()));
         sessions_.push_back(action);
     }
-    for (std::size_t i = 0; i < sessions.size(); ++i) {
-        sessions_[i]->setText(entry(sessions[i], model_.now()));
-        sessions_[i]->setData(QString::fromStdString(sessions[i].id()));
+    for (QAction* const action : former) {
+        removeAction(action);
+        action->deleteLater();
+    }
+    // From the last to the first, each above the one that follows it.
+    QAction* below = sessionsEnd_;
+    for (auto action = sessions_.rbegin(); action != sessions_.rend(); ++action) {
+        const QList<QAction*> present = actions();
+        const qsizetype place = present.indexOf(*action);
+        if (place < 0 || place + 1 >= present.size() || present[place + 1] != below)
+            insertAction(below, *action);
+        below = *action;
     }
     sessionsEnd_->setVisible(!sessions.empty());
     const bool isQuiet = model_.prefs().isQuiet(model_.now());

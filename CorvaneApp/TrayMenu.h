@@ -26,6 +26,7 @@ class TrayMenu : public QMenu {
     TrayMenu(AppModel& model, const Actions& actions);
 
   private:
+    [[nodiscard]] QAction* makeEntry(const QString& id);
     void refresh();
 
     AppModel& model_;

@@ -1,6 +1,7 @@
 #include "CorvaneStyle.h"
 
 #include "Shapes.h"
+#include "TextScale.h"
 #include "Tokens.h"
 
 #include <QPainter>
@@ -12,13 +13,13 @@ namespace corvane {
 
 namespace {
 
-constexpr qreal itemRadius = 6;
-constexpr int popupMargin = 4;
-constexpr int separatorHeight = 9; // a line, and as much room on both sides as around the items
-constexpr int separatorInset = 8;
-constexpr int scrollBarExtent = 8;
-constexpr int thumbWidth = 6;
-constexpr int shortestThumb = 12;
+constexpr Scaled itemRadius{6.0};
+constexpr Scaled popupMargin{4};
+constexpr Scaled separatorHeight{9}; // a line, and as much room on both sides as around the items
+constexpr Scaled separatorInset{8};
+constexpr Scaled scrollBarExtent{8};
+constexpr Scaled thumbWidth{6};
+constexpr Scaled shortestThumb{12}; // of a message of a few lines
 
 /// Along a scroll bar, which is nothing but the thumb and the way it goes.
 struct Thumb {
@@ -29,7 +30,7 @@ struct Thumb {
         if (range > 0) {
             const auto share =
                 static_cast<double>(bar.pageStep) / (static_cast<double>(range) + bar.pageStep);
-            length = std::clamp(qRound(way * share), std::min(shortestThumb, way), way);
+            length = std::clamp(qRound(way * share), std::min<int>(shortestThumb, way), way);
         }
         start = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition, way - length,
                                                 bar.upsideDown);

@@ -26,18 +26,21 @@ SettingsWindow::SettingsWindow(AppModel& model, const Services& services, links:
 }
 
 void SettingsWindow::rebuild() {
-    const SettingsView* const old = view_;
+    SettingsView* const old = view_;
     const ReduceMotion reduceMotion = [&appearance = services_.appearance] {
         return appearance.reduceMotion();
     };
     view_ = new SettingsView(model_, services_.fileBrowser, reduceMotion, openLink_, this);
     if (old != nullptr) {
         view_->tabs().setCurrentIndex(old->tabs().currentIndex());
-        delete old;
+        // It may be the one whose button is being pressed.
+        old->hide();
+        old->deleteLater();
     }
     view_->setAccessibleName(windowTitle());
     setFixedSize(view_->size());
     view_->setVisible(true);
+    if (old != nullptr) view_->setFocus();
 }
 
 void SettingsWindow::present() {

@@ -86,11 +86,17 @@ TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
 }
 
 void TrayPanel::rebuild() {
-    delete view_;
+    if (view_ != nullptr) {
+        // It may be the one whose button is being pressed.
+        view_->hide();
+        view_->deleteLater();
+    }
     view_ = new MenuBarView(model_, actions_, this);
     connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
     connect(view_, &MenuBarView::left, this, &QWidget::hide);
     view_->show();
+    // The arrows work from there on.
+    if (isVisible()) view_->setFocus();
     arrange();
 }
 

@@ -7,6 +7,7 @@
 #include "MenuBarSupport.h"
 #include "OnboardingView.h"
 #include "SessionList.h"
+#include "SessionRow.h"
 #include "SettingsView.h"
 #include "SettingsWindow.h"
 #include "Tokens.h"
@@ -14,6 +15,8 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -122,6 +125,21 @@ TEST_F(ChangingDesktop, openWindowsTakeTheNewTextSize) {
     EXPECT_EQ(app().mainWindow()->view().size(), QSize(560, 460));
     EXPECT_EQ(app().settingsWindow()->size(), QSize(560, 440));
     EXPECT_EQ(app().panel()->cardGeometry().width(), 340);
+}
+
+TEST_F(ChangingDesktop, theOpenPanelOfAnotherTextSizeStillTakesTheArrows) {
+    app().model().connectAgent(AgentKind::codex);
+    const auto file = world.paths.events() / "1-1.event";
+    test::writeFile(file, "corvane-event 1\nsource=codex\nterm=\nbundle=\n---\n"
+                          R"({"type":"agent-turn-complete","thread-id":"a","cwd":"/w/shop"})");
+    test::setModificationDate(file, world.platform.time.now());
+    world.platform.time.advance(std::chrono::seconds(1));
+    app().openPanel();
+    setTextScale(1.5);
+    QTest::keyClick(app().panel()->windowHandle(), Qt::Key_Down);
+    const auto* const row = app().panel()->view().findChild<SessionRow*>();
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(app().panel()->focusWidget(), row);
 }
 
 TEST_F(ChangingDesktop, theFirstRunOfAnotherTextSizeStillClosesItsWindow) {

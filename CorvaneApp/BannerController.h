@@ -50,7 +50,7 @@ class BannerController : public QObject {
     void dismiss(std::string_view id);
 
     /// Makes the views of all banners anew, for another text size. They keep their place in the stack and
-    /// come without a fade and unannounced.
+    /// come without a fade, and no announcement is asked for.
     void rebuild();
 
     /// The identifier of a session's done banner.

@@ -21,8 +21,12 @@ using test::waitingSession;
 
 class BannerControllerTest : public testing::Test {
   protected:
-    [[nodiscard]] AgentSession waiting(const std::string& id) const { return waitingSession(id, platform_.time.now()); }
-    [[nodiscard]] AgentSession done(const std::string& id) const { return doneSession(id, platform_.time.now()); }
+    [[nodiscard]] AgentSession waiting(const std::string& id) const {
+        return waitingSession(id, platform_.time.now());
+    }
+    [[nodiscard]] AgentSession done(const std::string& id) const {
+        return doneSession(id, platform_.time.now());
+    }
 
     static void click(PanelRecord& panel, const char* text) {
         for (auto* const button : panel.content->findChildren<QAbstractButton*>()) {

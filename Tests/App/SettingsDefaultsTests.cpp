@@ -95,8 +95,34 @@ TEST_F(SettingsDefaultsTest, aCorruptFileGivesTheDefaultsAndStaysUsable) {
     QSettings settings(file(), QSettings::IniFormat);
     SettingsDefaults defaults(settings);
     EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
-    AlertPreferences().save(defaults, "alertPreferences");
+    AlertPreferences chosen;
+    chosen.waitingSound = "Hero";
+    chosen.save(defaults, "alertPreferences");
+    settings.sync();
+
+    QSettings again(file(), QSettings::IniFormat);
+    const SettingsDefaults reread(again);
+    EXPECT_EQ(AlertPreferences::load(reread, "alertPreferences"), chosen);
+}
+
+TEST_F(SettingsDefaultsTest, aTruncatedFileGivesTheDefaults) {
+    test::writeFile(folder_ / "Corvane.conf", "[General]\nalertPreferences=@ByteArray({\\\"waitingSound");
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
     EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
+}
+
+TEST_F(SettingsDefaultsTest, whatCannotBeStoredHoldsUntilTheEnd) {
+    // A folder in its place cannot be written by anybody.
+    std::filesystem::create_directory(folder_ / "Corvane.conf");
+    QSettings settings(file(), QSettings::IniFormat);
+    SettingsDefaults defaults(settings);
+    AlertPreferences chosen;
+    chosen.waitingSound = "Hero";
+    chosen.save(defaults, "alertPreferences");
+    settings.sync();
+    EXPECT_NE(settings.status(), QSettings::NoError);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), chosen);
 }
 
 } // namespace

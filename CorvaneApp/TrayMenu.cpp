@@ -6,6 +6,7 @@
 #include "Translations.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -87,12 +88,12 @@ void TrayMenu::refresh() {
     }
     // From the last to the first, each above the one that follows it.
     QAction* below = sessionsEnd_;
-    for (auto action = sessions_.rbegin(); action != sessions_.rend(); ++action) {
+    for (std::size_t i = sessions_.size(); i-- > 0;) {
         const QList<QAction*> present = actions();
-        const qsizetype place = present.indexOf(*action);
+        const qsizetype place = present.indexOf(sessions_[i]);
         if (place < 0 || place + 1 >= present.size() || present[place + 1] != below)
-            insertAction(below, *action);
-        below = *action;
+            insertAction(below, sessions_[i]);
+        below = sessions_[i];
     }
     sessionsEnd_->setVisible(!sessions.empty());
     const bool isQuiet = model_.prefs().isQuiet(model_.now());

@@ -42,6 +42,23 @@ struct Thumb {
     int end = 0; // of the way
 };
 
+/// The ground of a part of a menu bar, with the line below the bar: filled, so that the parts' lines meet at
+/// every scale.
+void drawMenuBarGround(QPainter& painter, const QStyleOption& part) {
+    painter.fillRect(part.rect, part.palette.color(QPalette::Window));
+    painter.fillRect(part.rect.left(), part.rect.bottom(), part.rect.width(), 1,
+                     Tokens::dividerOnBackground(Tokens::look(part.palette)));
+}
+
+/// The chosen item stands on the fill that a pressed control has, in place of the highlight's strong one.
+void drawChoice(QPainter& painter, const QStyleOption& item, const QRect& rect) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shapes::continuousRoundedRect(rect, itemRadius),
+                     Tokens::pressedFill(Tokens::look(item.palette)));
+    painter.restore();
+}
+
 QRect along(const QStyleOptionSlider& bar, int start, int length) {
     const QRect rect = bar.orientation == Qt::Vertical ? QRect(0, start, bar.rect.width(), length)
                                                        : QRect(start, 0, length, bar.rect.height());
@@ -138,40 +155,59 @@ void CorvaneStyle::drawComplexControl(ComplexControl control, const QStyleOption
 void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const {
     const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-    const bool isItem = element == CE_MenuItem || element == CE_MenuBarItem;
-    if (element == CE_MenuItem && item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator &&
-        item->text.isEmpty()) {
-        const QRect& rect = item->rect;
-        painter->fillRect(rect.left() + separatorInset, rect.center().y(), rect.width() - 2 * separatorInset,
-                          1, Tokens::divider(Tokens::look(item->palette)));
-        return;
-    }
-    if (!isItem || item == nullptr || (item->state & State_Selected) == 0 ||
-        item->menuItemType == QStyleOptionMenuItem::Separator) {
+    if (element == CE_MenuBarEmptyArea) {
+        drawMenuBarGround(*painter, *option);
+    } else if (element == CE_MenuBarItem && item != nullptr) {
+        drawMenuBarItem(*item, *painter, widget);
+    } else if (element == CE_MenuItem && item != nullptr) {
+        drawMenuItem(*item, *painter, widget);
+    } else {
         QProxyStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+void CorvaneStyle::drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter& painter,
+                                   const QWidget* widget) const {
+    drawMenuBarGround(painter, item);
+    if ((item.state & State_Selected) != 0) drawChoice(painter, item, item.rect.adjusted(0, 0, 0, -1));
+    int flags = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextDontClip | Qt::TextSingleLine;
+    if (styleHint(SH_UnderlineShortcut, &item, widget, nullptr) == 0) flags |= Qt::TextHideMnemonic;
+    drawItemText(&painter, item.rect, flags, item.palette, (item.state & State_Enabled) != 0, item.text,
+                 QPalette::WindowText);
+}
+
+void CorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& item, QPainter& painter,
+                                const QWidget* widget) const {
+    const bool isSeparator = item.menuItemType == QStyleOptionMenuItem::Separator;
+    if (isSeparator && item.text.isEmpty()) {
+        const QRect& rect = item.rect;
+        painter.fillRect(rect.left() + separatorInset, rect.center().y(), rect.width() - 2 * separatorInset,
+                         1, Tokens::divider(Tokens::look(item.palette)));
         return;
     }
-    // The chosen item stands on the fill that a hovered control has, in place of the highlight's strong one.
-    const Look look = Tokens::look(item->palette);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->fillPath(shapes::continuousRoundedRect(item->rect, itemRadius), Tokens::pressedFill(look));
-    painter->restore();
-    QStyleOptionMenuItem plain(*item);
-    plain.state &= ~(State_Selected | State_Sunken);
-    QProxyStyle::drawControl(element, &plain, painter, widget);
+    QStyleOptionMenuItem plain(item);
+    if (!isSeparator && (item.state & State_Selected) != 0) {
+        drawChoice(painter, item, item.rect);
+        plain.state &= ~(State_Selected | State_Sunken);
+    }
+    QProxyStyle::drawControl(CE_MenuItem, &plain, &painter, widget);
 }
 
 void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
-    if (element != PE_FrameMenu) {
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    switch (element) {
+    case PE_PanelMenu: {
+        // Filled lines stay on the edge at every scale.
+        const QColor edge = Tokens::controlBorder(Tokens::look(option->palette));
+        painter->fillRect(option->rect, edge);
+        painter->fillRect(option->rect.adjusted(1, 1, -1, -1), option->palette.color(QPalette::Base));
         return;
     }
-    painter->save();
-    painter->setPen(Tokens::divider(Tokens::look(option->palette)));
-    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
-    painter->restore();
+    case PE_FrameMenu: // part of the panel
+        return;
+    default:
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
 }
 
 } // namespace corvane

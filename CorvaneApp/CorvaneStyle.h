@@ -2,6 +2,8 @@
 
 #include <QProxyStyle>
 
+class QStyleOptionMenuItem;
+
 namespace corvane {
 
 /// The style of what the toolkit draws: menus, the pickers' popups and the scroll bars of long messages. The
@@ -26,6 +28,10 @@ class CorvaneStyle : public QProxyStyle {
                      const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+
+  private:
+    void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter& painter, const QWidget* widget) const;
+    void drawMenuItem(const QStyleOptionMenuItem& item, QPainter& painter, const QWidget* widget) const;
 };
 
 } // namespace corvane

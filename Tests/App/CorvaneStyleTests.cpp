@@ -2,6 +2,8 @@
 #include "Pictures.h"
 #include "Tokens.h"
 
+#include <QMenu>
+#include <QMenuBar>
 #include <QScrollBar>
 #include <QStyleOptionSlider>
 #include <QTest>
@@ -73,6 +75,55 @@ TEST_F(ScrollBarTest, thumbIsDraggedToTheEnd) {
     QTest::mouseMove(&bar_, QPoint(4, 150));
     QTest::mouseRelease(&bar_, Qt::LeftButton, {}, QPoint(4, 150));
     EXPECT_EQ(bar_.value(), 100);
+}
+
+/// Drawn at two device pixels a pixel, where lines that are drawn rather than filled are half a pixel off.
+QImage doubled(QWidget& widget, Look look) {
+    widget.setPalette(Tokens::palette(look));
+    widget.ensurePolished();
+    return test::pictureOf(widget, look, 2);
+}
+
+TEST(CorvaneStyle, aMenuHasOneEvenEdgeAllAround) {
+    CorvaneStyle style;
+    QMenu menu;
+    menu.setStyle(&style);
+    menu.addAction(QStringLiteral("Quit"));
+    menu.resize(menu.sizeHint());
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        const QImage picture = doubled(menu, scheme);
+        const QColor edge = Tokens::controlBorder(scheme);
+        const QColor surface = Tokens::surface.color(scheme);
+        const int middle = picture.height() / 2;
+        const int right = picture.width() - 1;
+        for (const int depth : {0, 1}) {
+            EXPECT_EQ(picture.pixelColor(depth, middle), edge);
+            EXPECT_EQ(picture.pixelColor(right - depth, middle), edge);
+            EXPECT_EQ(picture.pixelColor(20, depth), edge);
+            EXPECT_EQ(picture.pixelColor(20, picture.height() - 1 - depth), edge);
+        }
+        EXPECT_EQ(picture.pixelColor(2, middle), surface);
+        EXPECT_EQ(picture.pixelColor(right - 2, middle), surface);
+        EXPECT_EQ(picture.pixelColor(20, 2), surface);
+        EXPECT_EQ(picture.pixelColor(20, picture.height() - 3), surface);
+    }
+}
+
+TEST(CorvaneStyle, aMenuBarHasOneLineBelowItWithoutGaps) {
+    CorvaneStyle style;
+    QMenuBar bar;
+    bar.setStyle(&style);
+    bar.addMenu(QStringLiteral("&File"));
+    bar.addMenu(QStringLiteral("&Window"));
+    bar.resize(300, bar.sizeHint().height());
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        const QImage picture = doubled(bar, scheme);
+        for (int x = 0; x < picture.width(); ++x) {
+            ASSERT_EQ(picture.pixelColor(x, picture.height() - 1), Tokens::dividerOnBackground(scheme)) << x;
+            ASSERT_EQ(picture.pixelColor(x, picture.height() - 2), Tokens::dividerOnBackground(scheme)) << x;
+        }
+        EXPECT_EQ(picture.pixelColor(0, picture.height() - 3), Tokens::background.color(scheme));
+    }
 }
 
 } // namespace

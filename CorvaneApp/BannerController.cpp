@@ -1,11 +1,11 @@
 #include "BannerController.h"
 
 #include "BannerViews.h"
-#include "MainThread.h"
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
+#include "Platform/Shared/MainThread.h"
 
 #include <QPointer>
 

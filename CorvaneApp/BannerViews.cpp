@@ -1,14 +1,14 @@
 #include "BannerViews.h"
 
-#include "Buttons.h"
-#include "Fonts.h"
-#include "Labels.h"
+#include "Controls/Buttons.h"
+#include "Controls/Labels.h"
+#include "Controls/Symbols.h"
 #include "Sessions/AlertText.h"
-#include "Shapes.h"
-#include "Symbols.h"
-#include "TextScale.h"
-#include "Tokens.h"
-#include "Translations.h"
+#include "Style/Fonts.h"
+#include "Style/Shapes.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
+#include "Style/Translations.h"
 
 #include <QAccessibleWidget>
 #include <QPainter>

@@ -1,15 +1,15 @@
 #include "CorvaneApp.h"
 
 #include "MainWindow.h"
+#include "MenuBar/TrayMenu.h"
+#include "MenuBar/TrayPanel.h"
 #include "Platform/Appearance.h"
 #include "Platform/Reopen.h"
 #include "Platform/StatusItem.h"
-#include "SettingsWindow.h"
-#include "StatusIcon.h"
-#include "TextScale.h"
-#include "Tokens.h"
-#include "TrayMenu.h"
-#include "TrayPanel.h"
+#include "Settings/SettingsWindow.h"
+#include "Style/StatusIcon.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
 
 #include <QApplication>
 #include <QFont>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "AppModel.h"
-#include "Links.h"
+#include "Controls/Links.h"
+#include "Controls/WindowCommands.h"
+#include "Model/AppModel.h"
 #include "Platform/Platform.h"
-#include "WindowCommands.h"
 
 #include <QObject>
 

@@ -1,8 +1,8 @@
 #include "MainWindow.h"
 
-#include "AppModel.h"
+#include "Controls/Windows.h"
+#include "Model/AppModel.h"
 #include "OnboardingView.h"
-#include "Windows.h"
 
 #include <QAction>
 #include <QEvent>

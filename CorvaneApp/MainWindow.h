@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Links.h"
-#include "WindowCommands.h"
+#include "Controls/Links.h"
+#include "Controls/WindowCommands.h"
 
 #include <QMainWindow>
 

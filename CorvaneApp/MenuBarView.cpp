@@ -1,13 +1,13 @@
 #include "MenuBarView.h"
 
-#include "AppModel.h"
-#include "Buttons.h"
-#include "Divider.h"
-#include "Fonts.h"
-#include "Labels.h"
-#include "Paragraph.h"
-#include "SessionList.h"
-#include "TextScale.h"
+#include "Controls/Buttons.h"
+#include "Controls/Divider.h"
+#include "Controls/Labels.h"
+#include "Controls/Paragraph.h"
+#include "MenuBar/SessionList.h"
+#include "Model/AppModel.h"
+#include "Style/Fonts.h"
+#include "Style/TextScale.h"
 
 #include <QDateTime>
 #include <QEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Links.h"
+#include "Controls/Links.h"
 #include "Support/Date.h"
 
 #include <QLocale>

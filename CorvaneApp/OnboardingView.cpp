@@ -1,12 +1,12 @@
 #include "OnboardingView.h"
 
-#include "AgentCard.h"
-#include "AppModel.h"
-#include "ErrorText.h"
-#include "Fonts.h"
-#include "Paragraph.h"
-#include "TextScale.h"
-#include "Tokens.h"
+#include "Controls/ErrorText.h"
+#include "Controls/Paragraph.h"
+#include "Model/AppModel.h"
+#include "Settings/AgentCard.h"
+#include "Style/Fonts.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
 
 #include <QEvent>
 #include <QPainter>

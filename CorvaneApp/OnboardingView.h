@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Links.h"
+#include "Controls/Links.h"
 
 #include <QWidget>
 

@@ -1,12 +1,12 @@
 #include "SettingsView.h"
 
-#include "AppModel.h"
-#include "Divider.h"
-#include "FocusRing.h"
-#include "Fonts.h"
-#include "Symbols.h"
-#include "TextScale.h"
-#include "Tokens.h"
+#include "Controls/Divider.h"
+#include "Controls/FocusRing.h"
+#include "Controls/Symbols.h"
+#include "Model/AppModel.h"
+#include "Style/Fonts.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
 
 #include <QAccessible>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Controls.h"
-#include "Links.h"
+#include "Controls/Controls.h"
+#include "Controls/Links.h"
 
 #include <QTabBar>
 #include <QWidget>

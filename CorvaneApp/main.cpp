@@ -1,10 +1,10 @@
 #include "CorvaneApp.h"
-#include "CorvaneStyle.h"
+#include "Model/SettingsDefaults.h"
 #include "Platform/Platform.h"
 #include "Platform/Reopen.h"
-#include "SettingsDefaults.h"
-#include "Translations.h"
-#include "UnixSignals.h"
+#include "Platform/Shared/UnixSignals.h"
+#include "Style/CorvaneStyle.h"
+#include "Style/Translations.h"
 
 #include <QApplication>
 #include <QDir>

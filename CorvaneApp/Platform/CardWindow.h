@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tokens.h"
+#include "Style/Tokens.h"
 
 #include <QMargins>
 #include <QPainterPath>

@@ -1,4 +1,4 @@
-#include "ApplicationIcon.h"
+#include "Style/ApplicationIcon.h"
 
 #include <QDir>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "BannerViewsSupport.h"
-#include "Buttons.h"
-#include "Tokens.h"
+#include "App/Support/BannerViewsSupport.h"
+#include "Controls/Buttons.h"
+#include "Style/Tokens.h"
 
 #include <QFontMetricsF>
 #include <QSignalSpy>

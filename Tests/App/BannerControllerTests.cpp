@@ -1,7 +1,7 @@
+#include "App/Support/Sessions.h"
 #include "BannerController.h"
 #include "BannerViews.h"
 #include "Platform/Recording/RecordingPlatform.h"
-#include "Sessions.h"
 #include "Sessions/AlertText.h"
 
 #include <QAbstractButton>

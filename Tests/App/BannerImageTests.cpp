@@ -1,8 +1,8 @@
-#include "BannerStates.h"
-#include "LargeText.h"
-#include "Pictures.h"
+#include "App/Support/BannerStates.h"
+#include "App/Support/LargeText.h"
+#include "App/Support/Pictures.h"
+#include "Style/Tokens.h"
 #include "Support/TestSupport.h"
-#include "Tokens.h"
 
 #include <QApplication>
 #include <QDir>

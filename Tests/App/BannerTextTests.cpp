@@ -1,4 +1,4 @@
-#include "BannerViewsSupport.h"
+#include "App/Support/BannerViewsSupport.h"
 
 #include <QFontMetricsF>
 

@@ -1,14 +1,14 @@
 // Texts that are put together from phrases and names, in made-up words.
 
-#include "BannerStates.h"
-#include "Labels.h"
-#include "PanelStates.h"
-#include "Paragraph.h"
-#include "Pictures.h"
-#include "PseudoTranslator.h"
-#include "StatusIcon.h"
-#include "TrayMenu.h"
-#include "WindowStates.h"
+#include "App/Support/BannerStates.h"
+#include "App/Support/PanelStates.h"
+#include "App/Support/Pictures.h"
+#include "App/Support/PseudoTranslator.h"
+#include "App/Support/WindowStates.h"
+#include "Controls/Labels.h"
+#include "Controls/Paragraph.h"
+#include "MenuBar/TrayMenu.h"
+#include "Style/StatusIcon.h"
 
 #include <QAction>
 #include <QApplication>

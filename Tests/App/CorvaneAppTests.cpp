@@ -1,8 +1,8 @@
+#include "App/Support/MenuBarSupport.h"
 #include "CorvaneApp.h"
 #include "MainWindow.h"
-#include "MenuBarSupport.h"
-#include "SettingsWindow.h"
-#include "TrayPanel.h"
+#include "MenuBar/TrayPanel.h"
+#include "Settings/SettingsWindow.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,10 +1,10 @@
-#include "BannerViewsSupport.h"
-#include "Buttons.h"
-#include "MenuBarSupport.h"
+#include "App/Support/BannerViewsSupport.h"
+#include "App/Support/MenuBarSupport.h"
+#include "Controls/Buttons.h"
+#include "MenuBar/SessionList.h"
+#include "MenuBar/SessionRow.h"
 #include "MenuBarView.h"
-#include "SessionList.h"
-#include "SessionRow.h"
-#include "Tokens.h"
+#include "Style/Tokens.h"
 
 #include <QImage>
 #include <QScrollBar>

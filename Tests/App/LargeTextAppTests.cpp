@@ -1,17 +1,17 @@
 // The whole application while the desktop's text size and contrast change under it.
 
+#include "App/Support/LargeText.h"
+#include "App/Support/MenuBarSupport.h"
 #include "BannerViews.h"
 #include "CorvaneApp.h"
-#include "LargeText.h"
 #include "MainWindow.h"
-#include "MenuBarSupport.h"
+#include "MenuBar/SessionList.h"
+#include "MenuBar/SessionRow.h"
+#include "MenuBar/TrayPanel.h"
 #include "OnboardingView.h"
-#include "SessionList.h"
-#include "SessionRow.h"
+#include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
-#include "SettingsWindow.h"
-#include "Tokens.h"
-#include "TrayPanel.h"
+#include "Style/Tokens.h"
 
 #include <QApplication>
 #include <QMenu>

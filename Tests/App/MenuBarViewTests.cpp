@@ -1,9 +1,9 @@
-#include "Divider.h"
-#include "Labels.h"
-#include "MenuBarSupport.h"
+#include "App/Support/MenuBarSupport.h"
+#include "Controls/Divider.h"
+#include "Controls/Labels.h"
+#include "Controls/Paragraph.h"
+#include "MenuBar/SessionList.h"
 #include "MenuBarView.h"
-#include "Paragraph.h"
-#include "SessionList.h"
 
 #include <QAccessible>
 #include <QApplication>

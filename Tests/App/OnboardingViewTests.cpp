@@ -1,9 +1,9 @@
-#include "AgentCard.h"
-#include "ErrorText.h"
+#include "App/Support/Pictures.h"
+#include "App/Support/WindowStates.h"
+#include "Controls/ErrorText.h"
+#include "Controls/Paragraph.h"
 #include "MainWindow.h"
-#include "Paragraph.h"
-#include "Pictures.h"
-#include "WindowStates.h"
+#include "Settings/AgentCard.h"
 
 #include <QAccessible>
 #include <QMenuBar>

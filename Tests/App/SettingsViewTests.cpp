@@ -1,10 +1,10 @@
-#include "AgentCard.h"
-#include "ErrorText.h"
-#include "Paragraph.h"
-#include "Pictures.h"
+#include "App/Support/Pictures.h"
+#include "App/Support/WindowStates.h"
+#include "Controls/ErrorText.h"
+#include "Controls/Paragraph.h"
+#include "Settings/AgentCard.h"
+#include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
-#include "SettingsWindow.h"
-#include "WindowStates.h"
 
 #include <QAccessible>
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
-#include "AgentCard.h"
-#include "LargeText.h"
-#include "PanelStates.h"
-#include "Pictures.h"
-#include "WindowStates.h"
+#include "App/Support/LargeText.h"
+#include "App/Support/PanelStates.h"
+#include "App/Support/Pictures.h"
+#include "App/Support/WindowStates.h"
+#include "Settings/AgentCard.h"
 
 #include <QDir>
 #include <QFontInfo>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/PanelContent.h"
-#include "Shapes.h"
+#include "Style/Shapes.h"
 
 #include <QPainter>
 #include <QRect>

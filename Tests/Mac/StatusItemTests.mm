@@ -1,6 +1,6 @@
 #include "MacSupport.h"
 #include "Platform/MacOS/StatusItem.h"
-#include "StatusIcon.h"
+#include "Style/StatusIcon.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "DesktopEntry.h"
 #include "Packaging/Script.h"
+#include "Platform/Linux/DesktopEntry.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

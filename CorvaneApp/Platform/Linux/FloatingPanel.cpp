@@ -1,9 +1,9 @@
 #include "Platform/Linux/FloatingPanel.h"
 
-#include "MainThread.h"
 #include "Platform/Linux/Shadow.h"
 #include "Platform/Linux/X11.h"
-#include "Tokens.h"
+#include "Platform/Shared/MainThread.h"
+#include "Style/Tokens.h"
 
 #include <QBitmap>
 #include <QEasingCurve>

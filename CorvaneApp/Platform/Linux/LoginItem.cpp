@@ -1,8 +1,8 @@
 #include "Platform/Linux/LoginItem.h"
 
-#include "DesktopEntry.h"
+#include "Platform/Linux/DesktopEntry.h"
+#include "Style/Translations.h"
 #include "Support/Files.h"
-#include "Translations.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>

@@ -1,4 +1,4 @@
-#include "Platform/PlainPanelHost.h"
+#include "Platform/Shared/PlainPanelHost.h"
 
 namespace corvane {
 

@@ -1,6 +1,5 @@
 #include "Platform/Platform.h"
 
-#include "ApplicationIcon.h"
 #include "Platform/Linux/Announcer.h"
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
@@ -11,7 +10,8 @@
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/Sounds.h"
 #include "Platform/Linux/StatusItem.h"
-#include "QtScheduler.h"
+#include "Platform/Shared/QtScheduler.h"
+#include "Style/ApplicationIcon.h"
 
 #include <QGuiApplication>
 #include <QtGlobal>

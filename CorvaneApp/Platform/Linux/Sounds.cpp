@@ -1,7 +1,7 @@
 #include "Platform/Linux/Sounds.h"
 
+#include "Platform/Linux/SoundQueue.h"
 #include "Sessions/AlertPreferences.h"
-#include "SoundQueue.h"
 
 #include <algorithm>
 #include <canberra.h>

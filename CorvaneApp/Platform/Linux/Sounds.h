@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Platform/Linux/SoundGate.h"
 #include "Platform/Sounds.h"
-#include "SoundGate.h"
 
 #include <filesystem>
 #include <memory>

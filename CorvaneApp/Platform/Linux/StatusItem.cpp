@@ -1,7 +1,7 @@
 #include "Platform/Linux/StatusItem.h"
 
 #include "Platform/Linux/X11.h"
-#include "StatusIcon.h"
+#include "Style/StatusIcon.h"
 
 #include <QApplication>
 #include <QMenu>

@@ -1,7 +1,7 @@
 #include "Platform/MacOS/FloatingPanel.h"
 
-#include "MainThread.h"
 #include "Platform/MacOS/NativePanel.h"
+#include "Platform/Shared/MainThread.h"
 
 #include <QTimer>
 

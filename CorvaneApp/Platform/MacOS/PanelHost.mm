@@ -1,6 +1,6 @@
 #include "Platform/MacOS/PanelHost.h"
 
-#include "Platform/PlainPanelHost.h"
+#include "Platform/Shared/PlainPanelHost.h"
 
 #include <QEvent>
 #include <QGuiApplication>

@@ -12,7 +12,7 @@
 #include "Platform/MacOS/Screens.h"
 #include "Platform/MacOS/Sounds.h"
 #include "Platform/MacOS/StatusItem.h"
-#include "QtScheduler.h"
+#include "Platform/Shared/QtScheduler.h"
 
 #include <QtGlobal>
 

@@ -2,7 +2,7 @@
 
 #include "Platform/MacOS/Geometry.h"
 #include "Platform/MacOS/Screens.h"
-#include "StatusIcon.h"
+#include "Style/StatusIcon.h"
 
 #import <AppKit/AppKit.h>
 #include <algorithm>

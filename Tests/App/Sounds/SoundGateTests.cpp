@@ -1,4 +1,4 @@
-#include "SoundGate.h"
+#include "Platform/Linux/SoundGate.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "SoundQueue.h"
+#include "Platform/Linux/SoundQueue.h"
 
 #include <gtest/gtest.h>
 

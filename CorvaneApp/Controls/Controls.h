@@ -1,0 +1,99 @@
+#pragma once
+
+#include "Controls/Buttons.h"
+
+#include <QComboBox>
+#include <QVariantAnimation>
+
+#include <functional>
+#include <vector>
+
+namespace corvane {
+
+class Paragraph;
+
+/// Whether the user asked for less movement; asked anew each time.
+using ReduceMotion = std::function<bool()>;
+
+/// A switch of 36 x 20 pixels, a checkable button. Only the knob's way takes time, and none while the switch
+/// is not on the screen or the user wants less movement.
+class Switch : public BareButton {
+    Q_OBJECT
+
+  public:
+    /// `name`: the words beside it, for assistive technology.
+    Switch(const QString& name, ReduceMotion reduceMotion, QWidget* parent);
+
+    [[nodiscard]] QSize contentSize() const override;
+
+    /// Where the knob is, from 0 (off) to 1 (on).
+    [[nodiscard]] qreal position() const { return position_; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void moveKnob(bool on);
+    void paintContent(QPainter& painter) const;
+
+    ReduceMotion reduceMotion_;
+    QVariantAnimation animation_{this};
+    qreal position_ = 0;
+};
+
+/// Chooses one of a list, 132 x 28 pixels or as wide as its longest choice. With the index -1 it shows no
+/// selection. `activated` reports what the user chose, and nothing else.
+class Picker : public QComboBox {
+    Q_OBJECT
+
+  public:
+    Picker(const QString& name, const QStringList& choices, QWidget* parent);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+};
+
+/// A raised area with continuous corners and a thin border.
+class Card : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit Card(QWidget* parent);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+/// A card with one row for each control: a label, free space, the control.
+class FormGroup : public Card {
+    Q_OBJECT
+
+  public:
+    explicit FormGroup(QWidget* parent);
+
+    /// Takes `control` over into a new row at the bottom.
+    void addRow(const QString& label, QWidget* control);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void layOut();
+
+    struct Row {
+        Paragraph* label;
+        QWidget* control;
+        QWidget* divider;
+    };
+    std::vector<Row> rows_;
+};
+
+} // namespace corvane

@@ -1,0 +1,36 @@
+#include "Controls/WindowCommands.h"
+
+#include <QAction>
+#include <QWidget>
+
+namespace corvane {
+
+namespace {
+
+QAction* command(QWidget& window, const QString& text, QKeyCombination shortcut,
+                 const std::function<void()>& handler) {
+    auto* const action = new QAction(text, &window);
+    if (shortcut.key() != Qt::Key_unknown) action->setShortcut(shortcut);
+    // Some systems move actions to another menu, going by their text unless they are told.
+    action->setMenuRole(QAction::NoRole);
+    QObject::connect(action, &QAction::triggered, &window, handler);
+    window.addAction(action);
+    return action;
+}
+
+} // namespace
+
+WindowCommands::WindowCommands(QWidget& window, const CommandHandlers& handlers)
+    : QObject(&window)
+    , mainWindow_(command(window, tr("Corvane"), Qt::CTRL | Qt::Key_0, handlers.openMainWindow))
+    , settings_(command(window, tr("Settings…"), Qt::CTRL | Qt::Key_Comma, handlers.openSettings))
+    , close_(command(window, tr("Close"), Qt::CTRL | Qt::Key_W, [&window] { window.close(); }))
+    , quit_(command(window, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit)) {
+    settings_->setMenuRole(QAction::PreferencesRole);
+    quit_->setMenuRole(QAction::QuitRole);
+    if (handlers.openPanel) {
+        panel_ = command(window, tr("Sessions"), QKeyCombination(Qt::Key_unknown), handlers.openPanel);
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "MenuBar/SessionRow.h"
+
+#include <QScrollArea>
+
+#include <functional>
+#include <vector>
+
+class QTimer;
+
+namespace corvane {
+
+/// The sessions below one another. Up to six are seen whole; further ones are reached by scrolling, with a
+/// thumb that lies over the list while the pointer is there or it scrolls, and a fade while more lies below,
+/// but for high contrast.
+class SessionList : public QScrollArea {
+    Q_OBJECT
+
+  public:
+    /// At the ordinary text size.
+    static constexpr int largestHeight = 288;
+
+    SessionList(std::function<void(const AgentSession&)> onTap, QWidget* parent);
+
+    /// Shows these sessions in this order. A session that was shown before keeps its row, and with it the
+    /// keyboard's place; where the row with the keyboard's place leaves, the one that follows it gets it, or
+    /// else the last one. True when rows came, moved or left.
+    bool setSessions(const std::vector<AgentSession>& sessions, Date now);
+
+    /// From top to bottom.
+    [[nodiscard]] const std::vector<SessionRow*>& rows() const { return rows_; }
+
+    /// The height that all rows need, or the largest.
+    [[nodiscard]] int wantedHeight() const;
+
+    /// Moves the keyboard's place to the next row, `step` 1, or the one before, -1; to the first or last row
+    /// when it is on none. False when there is no such row.
+    bool moveFocus(int step);
+
+  protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+  private:
+    void arrange();
+    void updateOverlays();
+
+    std::function<void(const AgentSession&)> onTap_;
+    std::vector<SessionRow*> rows_;
+    QWidget* fade_;
+    QWidget* thumb_;
+    QTimer* thumbTimer_;
+};
+
+} // namespace corvane

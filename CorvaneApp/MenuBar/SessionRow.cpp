@@ -1,0 +1,165 @@
+#include "MenuBar/SessionRow.h"
+
+#include "Controls/FocusRing.h"
+#include "Controls/Labels.h"
+#include "Sessions/AlertText.h"
+#include "Style/Fonts.h"
+#include "Style/Shapes.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
+#include "Style/Translations.h"
+
+#include <QAccessibleWidget>
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr Scaled padding{12};
+constexpr Scaled dotSide{8};
+constexpr Scaled gap{8};
+constexpr Scaled lineGap{1};
+constexpr Scaled nameFontSize{13.0};
+constexpr Scaled statusFontSize{11.0};
+constexpr Scaled highlightInset{QMargins{4, 1, 4, 1}};
+constexpr Scaled highlightRadius{8.0};
+
+QString agentName(const AgentSession& session) {
+    return session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
+}
+
+/// A button whose name is put together when somebody asks for it. Telling each change would have a screen
+/// reader speak every second while the session waits.
+class AccessibleRow : public QAccessibleWidget {
+  public:
+    explicit AccessibleRow(SessionRow& row)
+        : QAccessibleWidget(&row, QAccessible::Button) {}
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? row().spokenText() : QAccessibleWidget::text(kind);
+    }
+
+    // The lines' words are the row's name already.
+    [[nodiscard]] int childCount() const override { return 0; }
+    [[nodiscard]] QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+
+    [[nodiscard]] QStringList actionNames() const override {
+        return QStringList(pressAction()) + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == pressAction()) {
+            row().click();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+  private:
+    [[nodiscard]] SessionRow& row() const { return *static_cast<SessionRow*>(widget()); }
+};
+
+QAccessibleInterface* accessibleRow(const QString& /*className*/, QObject* object) {
+    auto* const row = qobject_cast<SessionRow*>(object);
+    return row != nullptr ? new AccessibleRow(*row) : nullptr;
+}
+
+} // namespace
+
+SessionRow::SessionRow(const AgentSession& session, Date now, std::function<void(const AgentSession&)> onTap,
+                       QWidget* parent)
+    : PushButton(parent)
+    , name_(new LineLabel({}, fonts::monospaced(nameFontSize, QFont::DemiBold), LineLabel::Emphasis::normal,
+                          LineLabel::Truncation::middle, this))
+    , status_(new LineLabel({}, fonts::system(statusFontSize), LineLabel::Emphasis::secondary,
+                            LineLabel::Truncation::none, this, LineLabel::Content::clock)) {
+    QAccessible::installFactory(accessibleRow);
+    name_->setReadsInOwnDirection();
+    for (LineLabel* const line : {name_, status_})
+        line->setAttribute(Qt::WA_TransparentForMouseEvents);
+    FocusRing::install(*this, -highlightInset, highlightRadius);
+    connect(this, &QAbstractButton::clicked, this, [this, onTap = std::move(onTap)] {
+        // The answer may come with the row's own end.
+        const AgentSession tapped = session_;
+        onTap(tapped);
+    });
+    setSession(session, now);
+}
+
+void SessionRow::setSession(const AgentSession& session, Date now) {
+    const QColor oldColor = dotColor();
+    session_ = session;
+    statusLine_ = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
+    name_->setText(QString::fromStdString(session.repoName()));
+    status_->setText(agentName(session) + QStringLiteral(" · ") + statusLine_);
+    if (dotColor() != oldColor) update();
+}
+
+QString SessionRow::spokenText() const {
+    return tr("%1, %2, %3").arg(name_->text(), agentName(session_), statusLine_);
+}
+
+QColor SessionRow::dotColor() const {
+    const Look look = Tokens::look(palette());
+    if (session_.status.isWaiting()) return Tokens::primary.color(look);
+    return session_.status.isDone() ? Tokens::secondary.color(look) : Tokens::runningDot(look);
+}
+
+bool SessionRow::isRunning() const {
+    return !session_.status.isWaiting() && !session_.status.isDone();
+}
+
+QSize SessionRow::sizeHint() const {
+    return {0,
+            std::max(scaled(rowHeight), name_->sizeHint().height() + lineGap + status_->sizeHint().height())};
+}
+
+void SessionRow::resizeEvent(QResizeEvent* /*event*/) {
+    arrange();
+}
+
+void SessionRow::changeEvent(QEvent* event) {
+    PushButton::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) arrange();
+}
+
+void SessionRow::arrange() {
+    const int nameHeight = name_->sizeHint().height();
+    const int statusHeight = status_->sizeHint().height();
+    const int left = padding + dotSide + gap;
+    const int top = (height() - nameHeight - lineGap - statusHeight) / 2;
+    const QRect name(left, top, width() - left - padding, nameHeight);
+    const QRect status(left, name.bottom() + 1 + lineGap, name.width(), statusHeight);
+    name_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), name));
+    status_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), status));
+}
+
+void SessionRow::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Look look = Tokens::look(palette());
+    if (isHot()) {
+        painter.fillPath(
+            shapes::continuousRoundedRect(QRectF(rect().marginsRemoved(highlightInset)), highlightRadius),
+            isDown() ? Tokens::pressedFill(look) : Tokens::hoverFill(look));
+    }
+    QRectF dot = QStyle::visualRect(layoutDirection(), rect(),
+                                    QRect(padding, (height() - dotSide) / 2, dotSide, dotSide));
+    painter.setPen(Qt::NoPen);
+    if (look.isHighContrast() && isRunning()) {
+        constexpr qreal ringWidth = 1;
+        constexpr qreal inset = ringWidth / 2;
+        dot.adjust(inset, inset, -inset, -inset);
+        painter.setPen(QPen(Tokens::textSecondary(look), ringWidth));
+    }
+    painter.setBrush(dotColor());
+    painter.drawEllipse(dot);
+}
+
+} // namespace corvane

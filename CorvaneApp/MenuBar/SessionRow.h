@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Controls/Buttons.h"
+#include "Sessions/SessionBoard.h"
+#include "Support/Date.h"
+
+#include <QColor>
+#include <QString>
+
+#include <functional>
+#include <string>
+
+namespace corvane {
+
+class LineLabel;
+
+/// One session in the tray panel: a button with the session's status as a dot, its project and what its agent
+/// does at the moment.
+class SessionRow : public PushButton {
+    Q_OBJECT
+
+  public:
+    /// At the ordinary text size.
+    static constexpr int rowHeight = 48;
+
+    /// `now` is for the times relative to it. `onTap` is called with the session as it was last set.
+    SessionRow(const AgentSession& session, Date now, std::function<void(const AgentSession&)> onTap,
+               QWidget* parent);
+
+    /// Shows another state of the same session; what stays the same is not painted anew.
+    void setSession(const AgentSession& session, Date now);
+
+    [[nodiscard]] const AgentSession& session() const { return session_; }
+    /// Project, agent and status in one line, for assistive technology.
+    [[nodiscard]] QString spokenText() const;
+    [[nodiscard]] QColor dotColor() const;
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void arrange();
+    [[nodiscard]] bool isRunning() const;
+
+    AgentSession session_;
+    LineLabel* name_;
+    LineLabel* status_;
+    QString statusLine_;
+};
+
+} // namespace corvane

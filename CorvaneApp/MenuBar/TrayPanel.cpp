@@ -1,0 +1,204 @@
+#include "MenuBar/TrayPanel.h"
+
+#include "Controls/Windows.h"
+#include "Model/AppModel.h"
+#include "Platform/CardWindow.h"
+#include "Style/Shapes.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr Scaled radius{12.0};
+constexpr int iconGap = 4;
+constexpr int screenMargin = 4;
+// Window managers take the focus away for a moment while they give it to a new window.
+constexpr std::chrono::milliseconds focusPatience{150};
+// A menu that led here gives the keyboard back to its own window first, and a busy desktop takes its time.
+constexpr std::chrono::milliseconds firstFocusPatience{1000};
+// Between the focus going away and the press that took it being told.
+constexpr std::chrono::milliseconds samePress{300};
+
+/// `value` kept so that `length` from it on lies within the range; at its start where it is too long.
+int kept(int value, int length, int start, int end) {
+    return std::max(start, std::min(value, end - length));
+}
+
+QPainterPath outline(QSize size, bool isBlended) {
+    const QRectF card(QPointF(0, 0), QSizeF(size));
+    if (isBlended) return shapes::continuousRoundedRect(card, radius);
+    QPainterPath square;
+    square.addRect(card);
+    return square;
+}
+
+} // namespace
+
+QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available) {
+    const QRect room = available.adjusted(screenMargin, screenMargin, -screenMargin, -screenMargin);
+    const int right = room.x() + room.width();
+    const int bottom = room.y() + room.height();
+    const QPoint middle = icon.center();
+    const bool isLeftBar = middle.x() < available.left() && middle.y() >= available.top();
+    const bool isRightBar = middle.x() > available.right() && middle.y() >= available.top();
+    QPoint origin;
+    if (isLeftBar || isRightBar) {
+        origin.setX(isLeftBar ? icon.x() + icon.width() + iconGap : icon.x() - iconGap - size.width());
+        origin.setY(middle.y() - size.height() / 2);
+    } else {
+        origin.setX(middle.x() - size.width() / 2);
+        const bool isAbove = middle.y() > available.center().y();
+        origin.setY(isAbove ? icon.y() - iconGap - size.height() : icon.y() + icon.height() + iconGap);
+    }
+    return {kept(origin.x(), size.width(), room.x(), right),
+            kept(origin.y(), size.height(), room.y(), bottom)};
+}
+
+TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
+    : QWidget(nullptr,
+              Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
+    , model_(model)
+    , actions_(std::move(actions)) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(tr("Corvane"));
+    setWindowRole(QStringLiteral("panel"));
+    windows::tellRole<TrayPanel>();
+    rebuild();
+    keyboardLoss_.setSingleShot(true);
+    connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);
+    host_ = PanelHost::make(*this);
+    connect(host_.get(), &PanelHost::keyboardChanged, this, &TrayPanel::followKeyboard);
+    connect(host_.get(), &PanelHost::pressedElsewhere, this, &TrayPanel::closeForPress);
+}
+
+void TrayPanel::rebuild() {
+    if (view_ != nullptr) {
+        // It may be the one whose button is being pressed.
+        view_->hide();
+        view_->deleteLater();
+    }
+    view_ = new MenuBarView(model_, actions_, this);
+    connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
+    connect(view_, &MenuBarView::left, this, &QWidget::hide);
+    view_->show();
+    // The arrows work from there on.
+    if (isVisible()) view_->setFocus();
+    arrange();
+}
+
+void TrayPanel::open(QRect icon) {
+    icon_ = icon.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : icon;
+    // The agents write their own files.
+    model_.refreshConnections();
+    isBlended_ = cardwindow::isBlended();
+    margins_ = cardwindow::margins();
+    arrange();
+    keyboardLoss_.stop();
+    hadKeyboard_ = false;
+    // No control has the keyboard's place at first; Tab and the arrows give it to one.
+    view_->setFocus();
+    host_->present();
+    arrange();
+}
+
+void TrayPanel::toggle(QRect icon) {
+    const bool wasClosedByThis = closedByPress_.isValid() && !closedByPress_.hasExpired(samePress.count());
+    closedByPress_.invalidate();
+    if (isVisible()) {
+        hide();
+    } else if (!wasClosedByThis) {
+        open(icon);
+    }
+}
+
+QRect TrayPanel::cardGeometry() const {
+    return {cardOrigin_, view_->size()};
+}
+
+void TrayPanel::arrange() {
+    if (icon_.isEmpty()) return;
+    const QScreen* screen = QGuiApplication::screenAt(icon_.center());
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr) return;
+    const QSize card = view_->sizeHint();
+    cardOrigin_ = panelOrigin(card, icon_, screen->availableGeometry());
+    view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
+    setFixedSize(card.grownBy(margins_));
+    const QPoint cardPlace(margins_.left(), margins_.top());
+    host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()),
+                       outline(card, isBlended_).translated(cardPlace));
+}
+
+void TrayPanel::paintCard(QPainter& painter, QSize card, bool isBlended, Look look) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(outline(card, isBlended), Tokens::surface.color(look));
+    constexpr qreal edge = 1;
+    QPen pen(Tokens::hairline(look), edge);
+    pen.setJoinStyle(Qt::MiterJoin);
+    const QRectF rect(QPointF(0, 0), QSizeF(card));
+    if (isBlended) {
+        painter.strokePath(shapes::insideStroke(rect, radius, edge), pen);
+    } else {
+        painter.setPen(pen);
+        painter.drawRect(rect.adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2));
+    }
+}
+
+void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
+    const Look look = Tokens::look(palette());
+    const QSize card = view_->size();
+    QPainter painter(this);
+    if (isBlended_ && !look.isHighContrast())
+        cardwindow::paintShadow(painter, *this, outline(card, isBlended_), card);
+    painter.translate(view_->pos());
+    paintCard(painter, card, isBlended_, look);
+}
+
+// A click beside the card, on its shadow, is one outside of the panel, even where the icon lies below. It
+// cannot be let through: window managers that put a frame around every window keep it for themselves.
+void TrayPanel::mousePressEvent(QMouseEvent* event) {
+    if (!view_->geometry().contains(event->pos())) hide();
+}
+
+void TrayPanel::followKeyboard() {
+    if (host_->hasKeyboard()) {
+        hadKeyboard_ = true;
+        keyboardLoss_.stop();
+    } else if (isVisible()) {
+        keyboardLoss_.start(hadKeyboard_ ? focusPatience : firstFocusPatience);
+    }
+}
+
+void TrayPanel::closeForKeyboard() {
+    if (!host_->hasKeyboard()) closeForPress();
+}
+
+void TrayPanel::closeForPress() {
+    if (!isVisible()) return;
+    closedByPress_.start();
+    hide();
+}
+
+void TrayPanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        hide();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+} // namespace corvane

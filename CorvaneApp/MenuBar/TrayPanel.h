@@ -1,0 +1,71 @@
+#pragma once
+
+#include "MenuBarView.h"
+#include "Platform/PanelHost.h"
+#include "Style/Tokens.h"
+
+#include <QElapsedTimer>
+#include <QRect>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+namespace corvane {
+
+/// Where a panel of `size` goes that belongs to an icon at `icon`: below or above it, or beside it where the
+/// bar stands upright, with a gap, and within `available`, the free part of the icon's screen. All in the
+/// desktop's coordinates.
+[[nodiscard]] QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available);
+
+/// The window that drops down from the tray icon. It takes the keyboard and closes when it loses it, at
+/// Escape, and when the icon is pressed again. Main thread only.
+class TrayPanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `model` must outlive the panel.
+    TrayPanel(AppModel& model, MenuBarView::Actions actions);
+
+    [[nodiscard]] MenuBarView& view() const { return *view_; }
+    /// Paints the ground of a panel's card of this size at the painter's origin, with round corners only
+    /// where windows are blended.
+    static void paintCard(QPainter& painter, QSize card, bool isBlended, Look look);
+    /// Where the card is on the desktop, without the room for its shadow.
+    [[nodiscard]] QRect cardGeometry() const;
+
+    /// Makes the content anew, at the present text size.
+    void rebuild();
+
+    /// Opens at the icon, or at the pointer when `icon` is empty.
+    void open(QRect icon);
+
+    /// What a press on the icon does. The same press may have taken the focus, and closed the panel already.
+    void toggle(QRect icon);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void arrange();
+    void followKeyboard();
+    void closeForKeyboard();
+    /// Closes because of something that may be a press on the icon, of which will be told next.
+    void closeForPress();
+
+    AppModel& model_;
+    MenuBarView::Actions actions_;
+    MenuBarView* view_ = nullptr;
+    std::unique_ptr<PanelHost> host_;
+    QRect icon_;
+    QPoint cardOrigin_;
+    QMargins margins_;
+    bool isBlended_ = false;
+    QTimer keyboardLoss_;
+    bool hadKeyboard_ = false; // since it was opened
+    QElapsedTimer closedByPress_;
+};
+
+} // namespace corvane

@@ -1,0 +1,275 @@
+#include "Model/AppModel.h"
+
+#include "Connection/ConfigEditError.h"
+#include "Platform/Applications.h"
+#include "Platform/LoginItem.h"
+#include "Platform/Scheduler.h"
+#include "Platform/Sounds.h"
+#include "Sessions/TerminalApp.h"
+#include "Style/Translations.h"
+#include "Support/Files.h"
+
+#include <QPointer>
+#include <QString>
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <set>
+#include <utility>
+
+namespace corvane {
+
+namespace {
+
+constexpr std::chrono::seconds loopInterval{1};
+constexpr Seconds snoozeDuration{300};
+constexpr Seconds quietDuration{3600};
+constexpr int ticksPerPruning = 60;
+
+// What went wrong, in words for the user.
+std::string localizedDescription(const std::exception& error) {
+    if (const auto* const edit = dynamic_cast<const ConfigEditError*>(&error))
+        return edit->description(translations::words);
+    if (const auto* const file = dynamic_cast<const files::FileError*>(&error))
+        return file->description(translations::words);
+    return error.what();
+}
+
+} // namespace
+
+AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, const Services& services)
+    : connector_(std::move(connector))
+    , inbox_{connector_.paths().events()}
+    , defaults_(defaults)
+    , services_(services)
+    , banners_(services)
+    , now_(services.clock())
+    , prefs_(AlertPreferences::load(defaults, preferencesKey))
+    , hasCompletedOnboarding_(defaults.boolean(onboardingKey)) {
+    const QPointer self(this);
+    banners_.onJump = [self](const AgentSession& session) {
+        if (self) self->jump(session);
+    };
+    banners_.onSnooze = [self](const AgentSession& session) {
+        if (self) self->snooze(session);
+    };
+    refreshConnections();
+    start();
+}
+
+AppModel::~AppModel() = default;
+
+void AppModel::start() {
+    scheduleTick(std::chrono::milliseconds(0));
+}
+
+void AppModel::scheduleTick(std::chrono::milliseconds delay) {
+    services_.scheduler.after(delay, [self = QPointer(this)] {
+        if (!self) return;
+        self->tick();
+        // Whoever hears of the changes may end the model.
+        if (self) self->scheduleTick(loopInterval);
+    });
+}
+
+void AppModel::tick() {
+    now_ = services_.clock();
+    const std::vector<AgentEvent> events = inbox_.drain();
+    if (ticks_ == 0) {
+        catchUp(events);
+    } else {
+        follow(events);
+    }
+    ++ticks_;
+    if (ticks_ % ticksPerPruning == 0) prune();
+    Q_EMIT changed();
+}
+
+void AppModel::follow(const std::vector<AgentEvent>& events) {
+    for (const AgentEvent& event : events) {
+        if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
+    }
+    for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
+        perform(BoardEffect::showWaiting(session));
+    }
+}
+
+void AppModel::catchUp(const std::vector<AgentEvent>& events) {
+    std::vector<BoardEffect> shows;
+    for (const AgentEvent& event : events) {
+        std::optional<BoardEffect> effect = board_.apply(event);
+        if (effect && effect->ifDismiss() == nullptr) shows.push_back(std::move(*effect));
+    }
+    for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
+        shows.push_back(BoardEffect::showWaiting(session));
+    }
+    std::erase_if(shows, [this](const BoardEffect& effect) { return !stillHolds(effect); });
+    if (shows.size() > BannerController::maxBanners) {
+        shows.erase(shows.begin(), shows.end() - BannerController::maxBanners);
+    }
+
+    std::optional<EventKind> sound;
+    for (const BoardEffect& effect : shows) {
+        const std::optional<EventKind> kind = show(effect);
+        if (kind && sound != EventKind::needsPermission) sound = kind;
+    }
+    if (sound) playSound(*sound);
+}
+
+bool AppModel::stillHolds(const BoardEffect& effect) const {
+    // Nothing may have happened to the session since.
+    const auto isPresent = [this](const AgentSession& session) {
+        const auto& sessions = board_.sessions();
+        return std::find(sessions.begin(), sessions.end(), session) != sessions.end();
+    };
+    if (const auto* const waiting = effect.ifShowWaiting()) return isPresent(waiting->session);
+    const auto* const done = effect.ifShowDone();
+    return done != nullptr && prefs_.alertWhenDone &&
+           now_ - done->session.lastEvent <= BannerController::doneLifetime && isPresent(done->session);
+}
+
+void AppModel::prune() {
+    std::set<std::string> forgotten;
+    for (const AgentSession& session : board_.sessions())
+        forgotten.insert(session.id());
+    board_.prune(now_);
+    for (const AgentSession& session : board_.sessions())
+        forgotten.erase(session.id());
+    // Nothing else would ever take their banners down.
+    for (const std::string& id : forgotten)
+        banners_.dismiss(id);
+}
+
+void AppModel::perform(const BoardEffect& effect) {
+    if (const auto* const dismissal = effect.ifDismiss()) {
+        banners_.dismiss(dismissal->sessionID);
+    } else if (const std::optional<EventKind> sound = show(effect)) {
+        playSound(*sound);
+    }
+}
+
+std::optional<EventKind> AppModel::show(const BoardEffect& effect) {
+    if (prefs_.isQuiet(now_)) return std::nullopt;
+    if (const auto* const waiting = effect.ifShowWaiting()) {
+        banners_.showWaiting(waiting->session);
+        // The same sound whatever the session waits for.
+        return EventKind::needsPermission;
+    }
+    const auto* const done = effect.ifShowDone();
+    if (done == nullptr || !prefs_.alertWhenDone) return std::nullopt;
+    banners_.showDone(done->session);
+    return EventKind::finished;
+}
+
+void AppModel::playSound(EventKind kind) {
+    if (const std::optional<std::string> name = prefs_.sound(kind)) services_.sounds.play(*name);
+}
+
+void AppModel::jump(const AgentSession& session) {
+    banners_.dismiss(session.id());
+    if (const std::optional<std::string> bundleID = TerminalApp::bundleID(session)) {
+        services_.applications.activate(*bundleID);
+    } else {
+        services_.applications.activateTerminal(std::string(session.agent.rawValue()), session.cwd);
+    }
+}
+
+void AppModel::setPrefs(const AlertPreferences& prefs) {
+    prefs_ = prefs;
+    prefs_.save(defaults_, preferencesKey);
+    Q_EMIT changed();
+}
+
+void AppModel::setHasCompletedOnboarding(bool completed) {
+    hasCompletedOnboarding_ = completed;
+    defaults_.setBoolean(onboardingKey, completed);
+    Q_EMIT changed();
+}
+
+void AppModel::snooze(const AgentSession& session) {
+    board_.snooze(session.id(), now_ + snoozeDuration);
+    banners_.dismiss(session.id());
+    Q_EMIT changed();
+}
+
+void AppModel::quietForAnHour() {
+    AlertPreferences prefs = prefs_;
+    prefs.quietUntil = now_ + quietDuration;
+    setPrefs(prefs);
+}
+
+void AppModel::resumeAlerts() {
+    AlertPreferences prefs = prefs_;
+    prefs.quietUntil = std::nullopt;
+    setPrefs(prefs);
+}
+
+void AppModel::sendTestAlert() {
+    AgentSession session;
+    session.agent = AgentKind::claude;
+    session.sessionID = "test";
+    session.cwd = "/Users/you/my-project";
+    session.message = "Claude needs your permission to use Bash";
+    session.status = SessionStatus::waiting(EventKind::needsPermission, now_);
+    session.lastEvent = now_;
+    session.lastAlerted = now_;
+    banners_.showWaiting(session);
+    playSound(EventKind::needsPermission);
+}
+
+void AppModel::connectAgent(AgentKind agent) {
+    try {
+        lastBackup_ = connector_.connect(agent, services_.clock());
+        connectError_ = std::nullopt;
+    } catch (const ConfigEditError& error) {
+        switch (error.kind()) {
+        case ConfigEditError::Case::unreadable:
+            connectError_ =
+                filled(tr("%1 — %2. Nothing was changed.").toStdString(),
+                       {connector_.configFile(agent).string(), error.detail(translations::words)});
+            break;
+        case ConfigEditError::Case::codexNotifyTaken:
+            connectError_ = error.description(translations::words);
+            break;
+        }
+    } catch (const std::exception& error) {
+        connectError_ = filled(tr("Couldn't connect %1: %2").toStdString(),
+                               {agent.displayName(), localizedDescription(error)});
+    }
+    refreshConnections();
+}
+
+void AppModel::disconnectAgent(AgentKind agent) {
+    try {
+        connector_.disconnect(agent);
+        connectError_ = std::nullopt;
+    } catch (const std::exception& error) {
+        connectError_ = filled(tr("Couldn't remove Corvane from %1: %2").toStdString(),
+                               {agent.displayName(), localizedDescription(error)});
+    }
+    refreshConnections();
+}
+
+void AppModel::setOpensAtLogin(bool on) {
+    try {
+        services_.loginItem.setEnabled(on);
+        connectError_ = std::nullopt;
+    } catch (const std::exception& error) {
+        connectError_ =
+            filled(tr("Couldn't change “Open at login”: %1").toStdString(), {localizedDescription(error)});
+    }
+    Q_EMIT changed();
+}
+
+bool AppModel::opensAtLogin() const {
+    return services_.loginItem.isEnabled();
+}
+
+void AppModel::refreshConnections() {
+    for (const AgentKind agent : AgentKind::allCases)
+        connected_[agent] = connector_.isConnected(agent);
+    Q_EMIT changed();
+}
+
+} // namespace corvane

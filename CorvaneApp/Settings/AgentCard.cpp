@@ -1,0 +1,181 @@
+#include "Settings/AgentCard.h"
+
+#include "BannerViews.h"
+#include "Controls/Paragraph.h"
+#include "Controls/Symbols.h"
+#include "Model/AppModel.h"
+#include "Style/Fonts.h"
+#include "Style/TextScale.h"
+#include "Style/Tokens.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+constexpr Scaled padding{12};
+constexpr Scaled spacing{12};
+constexpr Scaled smallestHeight{76};
+constexpr Scaled glyphSide{36};
+constexpr qreal seatEdge = 1; // beyond the badge
+constexpr Scaled lineSpacing{2};
+constexpr Scaled checkSide{18};
+constexpr Scaled checkGap{6};
+
+constexpr Scaled titleSize{15.0};
+constexpr Scaled detailSize{11.0};
+constexpr Scaled detailLineHeight{16};
+constexpr Scaled wordSize{13.0};
+
+Paragraph* paragraph(const QFont& font, int lineHeight, TextColor color, QWidget* parent) {
+    Paragraph::Style style;
+    style.font = font;
+    style.lineHeight = lineHeight;
+    style.color = color;
+    return new Paragraph({}, style, parent);
+}
+
+/// The path as users write it.
+QString abbreviated(const std::filesystem::path& file, const std::filesystem::path& home) {
+    QString homePath = QString::fromStdString(home.string());
+    while (homePath.endsWith(QLatin1Char('/')))
+        homePath.chop(1);
+    QString path = QString::fromStdString(file.string());
+    return homePath.isEmpty() ? path : path.replace(homePath, QStringLiteral("~"));
+}
+
+} // namespace
+
+AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
+    : Card(parent)
+    , agent_(agent)
+    , model_(model)
+    , glyph_(new AgentGlyph(agent, false, this))
+    , title_(paragraph(fonts::system(titleSize, QFont::DemiBold), 0, TextColor::onSurface, this))
+    , detail_(paragraph(fonts::system(detailSize), detailLineHeight, TextColor::secondary, this))
+    , connectedWord_(paragraph(fonts::system(wordSize), 0, TextColor::onSurface, this))
+    , connect_(new PrimaryButton(tr("Connect"), {}, this))
+    , remove_(new BorderedButton(tr("Remove"), this)) {
+    title_->setText(agent == AgentKind::codex ? tr("Codex") : tr("Claude Code"));
+    connectedWord_->setText(tr("Connected"));
+    // Two cards stand in a window: the button alone does not say which agent it is for.
+    connect_->setAccessibleDescription(title_->text());
+    remove_->setAccessibleDescription(title_->text());
+    connect(connect_, &QAbstractButton::clicked, this, [this] { model_.connectAgent(agent_); });
+    connect(remove_, &QAbstractButton::clicked, this, [this] { model_.disconnectAgent(agent_); });
+    connect(&model, &AppModel::changed, this, &AgentCard::refresh);
+    isConnected_ = !model.connected().at(agent);
+    refresh();
+}
+
+QString AgentCard::detail(bool connected) const {
+    const QString file = abbreviated(model_.connector().configFile(agent_), model_.connector().home());
+    if (agent_ == AgentKind::codex) {
+        return connected
+                   ? tr("Alerts when Codex finishes a turn. %1").arg(file)
+                   : tr("Adds one notify line to %1. Codex only reports when it finishes, not approvals.")
+                         .arg(file);
+    }
+    return connected
+               ? tr("Alerts when Claude waits for approval, waits for your reply, or finishes. %1").arg(file)
+               : tr("Adds a small hook to %1. A backup is saved first; Remove puts it back.").arg(file);
+}
+
+void AgentCard::refresh() {
+    const bool isConnected = model_.connected().at(agent_);
+    if (isConnected == isConnected_) return;
+    isConnected_ = isConnected;
+
+    detail_->setText(detail(isConnected));
+    connectedWord_->setVisible(isConnected);
+    QWidget* const shown = isConnected ? static_cast<QWidget*>(remove_) : connect_;
+    QWidget* const hidden = isConnected ? static_cast<QWidget*>(connect_) : remove_;
+    const bool hadFocus = hidden->hasFocus();
+    shown->show();
+    // The keyboard's place stays on the card.
+    if (hadFocus) shown->setFocus(Qt::TabFocusReason);
+    hidden->hide();
+    layOut();
+    update();
+    Q_EMIT heightChanged();
+}
+
+int AgentCard::trailingWidth() const {
+    if (!isConnected_) return connect_->sizeHint().width();
+    return checkSide + checkGap + connectedWord_->naturalWidth() + spacing + remove_->sizeHint().width();
+}
+
+int AgentCard::textWidth(int width) const {
+    return width - 2 * padding - glyphSide - 2 * spacing - trailingWidth();
+}
+
+int AgentCard::heightForWidth(int width) const {
+    const int text = textWidth(width);
+    return std::max<int>(smallestHeight, 2 * padding + title_->heightForWidth(text) + lineSpacing +
+                                             detail_->heightForWidth(text));
+}
+
+QRect AgentCard::checkBox() const {
+    const int left = width() - padding - trailingWidth();
+    return QStyle::visualRect(layoutDirection(), rect(),
+                              {left, (height() - checkSide) / 2, checkSide, checkSide});
+}
+
+void AgentCard::layOut() {
+    const auto mirrored = [this](int left, int top, QSize size) {
+        return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(left, top), size));
+    };
+    const auto centred = [&](int left, QSize size) {
+        return mirrored(left, (height() - size.height()) / 2, size);
+    };
+    glyph_->setGeometry(centred(padding, {glyphSide, glyphSide}));
+
+    const int textLeft = padding + glyphSide + spacing;
+    const int text = textWidth(width());
+    const int titleHeight = title_->heightForWidth(text);
+    const int detailHeight = detail_->heightForWidth(text);
+    const int top = (height() - titleHeight - lineSpacing - detailHeight) / 2;
+    title_->setGeometry(mirrored(textLeft, top, {text, titleHeight}));
+    detail_->setGeometry(mirrored(textLeft, top + titleHeight + lineSpacing, {text, detailHeight}));
+
+    const QSize button = isConnected_ ? remove_->sizeHint() : connect_->sizeHint();
+    const QRect buttonPlace = centred(width() - padding - button.width(), button);
+    remove_->setGeometry(buttonPlace);
+    connect_->setGeometry(buttonPlace);
+    const int wordWidth = connectedWord_->naturalWidth();
+    connectedWord_->setGeometry(centred(width() - padding - button.width() - spacing - wordWidth,
+                                        {wordWidth, connectedWord_->heightForWidth(wordWidth)}));
+}
+
+void AgentCard::resizeEvent(QResizeEvent* event) {
+    Card::resizeEvent(event);
+    layOut();
+}
+
+void AgentCard::changeEvent(QEvent* event) {
+    Card::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) layOut();
+}
+
+void AgentCard::paintEvent(QPaintEvent* event) {
+    Card::paintEvent(event);
+    const Look look = Tokens::look(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    // The badge has the card's own colour: what is seen of it is this seat below.
+    const QRectF seat = QRectF(glyph_->geometry()).adjusted(-seatEdge, -seatEdge, seatEdge, seatEdge);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Tokens::divider(look));
+    painter.drawEllipse(seat);
+    if (isConnected_) {
+        symbols::paint(painter, QStringLiteral("checkmark.circle.fill"), checkBox(),
+                       Tokens::secondary.color(look));
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,224 @@
+#include "App/Support/Pictures.h"
+#include "Controls/Controls.h"
+#include "Controls/FocusRing.h"
+#include "Style/Tokens.h"
+
+#include <QAbstractItemView>
+#include <QFocusFrame>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+class ControlsTest : public testing::Test {
+  protected:
+    ControlsTest() { window_.resize(300, 120); }
+
+    void show() {
+        window_.show();
+        window_.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+        // The toolkit gives the first control the focus when a window comes up.
+        window_.setFocus();
+    }
+
+    template <typename Control, typename... Arguments>
+    Control* add(Arguments&&... arguments) {
+        auto* const control = new Control(std::forward<Arguments>(arguments)..., &window_);
+        control->setGeometry(QRect(QPoint(40, 40), control->sizeHint()));
+        return control;
+    }
+
+    static bool hasRing(const QWidget* control) { return control->findChild<FocusRing*>()->isShown(); }
+
+    [[nodiscard]] QColor pixel(QPoint position, ColorScheme scheme = ColorScheme::light) {
+        return test::pictureOf(window_, scheme, 1).pixelColor(position);
+    }
+
+    bool motionIsReduced_ = false;
+    ReduceMotion reduceMotion_ = [this] { return motionIsReduced_; };
+    QWidget window_;
+};
+
+TEST_F(ControlsTest, theRingComesWithTabAndGoesWithAClick) {
+    auto* const button = add<BorderedButton>(QStringLiteral("Done"));
+    show();
+    EXPECT_FALSE(hasRing(button));
+    QTest::keyClick(&window_, Qt::Key_Tab);
+    EXPECT_TRUE(button->hasFocus());
+    EXPECT_TRUE(hasRing(button));
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_FALSE(hasRing(button));
+}
+
+TEST_F(ControlsTest, aClickAloneBringsNoFocusAndNoRing) {
+    auto* const button = add<BorderedButton>(QStringLiteral("Done"));
+    show();
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_FALSE(button->hasFocus());
+    EXPECT_FALSE(hasRing(button));
+}
+
+TEST_F(ControlsTest, theRingLiesOutsideOfItsButtonAndFollowsIt) {
+    auto* const button = add<PrimaryButton>(QStringLiteral("Connect"), QString());
+    show();
+    button->setFocus(Qt::TabFocusReason);
+    const QColor ring = Tokens::primary.color(ColorScheme::light);
+    const QColor backdrop = Tokens::background.color(ColorScheme::light);
+    const int middle = 40 + button->height() / 2;
+    for (const int left : {40, 60}) {
+        button->move(left, 40);
+        EXPECT_EQ(pixel({left - 5, middle}), backdrop);
+        EXPECT_EQ(pixel({left - 4, middle}), ring);
+        EXPECT_EQ(pixel({left - 3, middle}), ring);
+        EXPECT_EQ(pixel({left - 2, middle}), backdrop);
+        EXPECT_EQ(pixel({left - 1, middle}), backdrop);
+        EXPECT_EQ(pixel({left, middle}), ring);
+    }
+}
+
+TEST_F(ControlsTest, theRingGoesWithTheFocusAndTheControl) {
+    auto* const first = add<LinkButton>(QStringLiteral("Website"), 13);
+    auto* const second = add<LinkButton>(QStringLiteral("Contact"), 13);
+    show();
+    first->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(hasRing(first));
+    QTest::keyClick(first, Qt::Key_Right);
+    EXPECT_FALSE(hasRing(first));
+    EXPECT_TRUE(hasRing(second));
+    delete second;
+    for (auto* const frame : window_.findChildren<QFocusFrame*>())
+        EXPECT_FALSE(frame->isVisible());
+}
+
+TEST_F(ControlsTest, buttonsShowTheirStates) {
+    auto* const button = add<BorderedButton>(QStringLiteral("Done"));
+    const QPoint inside(46, 54);
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        button->setDown(false);
+        EXPECT_EQ(pixel(inside, scheme), Tokens::surface.color(scheme));
+        EXPECT_EQ(pixel({40, 54}, scheme), Tokens::controlBorder(scheme));
+        button->setDown(true);
+        EXPECT_EQ(pixel(inside, scheme), Tokens::pressedFill(scheme));
+    }
+    button->setDown(false);
+    button->setAttribute(Qt::WA_UnderMouse);
+    EXPECT_EQ(pixel(inside), Tokens::hoverFill(ColorScheme::light));
+    button->setEnabled(false);
+    const QColor faded = Tokens::mix(Tokens::controlBorder(ColorScheme::light),
+                                     Tokens::background.color(ColorScheme::light), Tokens::disabledOpacity);
+    EXPECT_NEAR(pixel({40, 54}).red(), faded.red(), 1);
+}
+
+TEST_F(ControlsTest, controlsAre28HighAndClickAreasAtLeast24) {
+    EXPECT_EQ(add<BorderedButton>(QStringLiteral("Done"))->sizeHint().height(), 28);
+    EXPECT_EQ(add<PrimaryButton>(QStringLiteral("Connect"), QString())->sizeHint().height(), 28);
+    EXPECT_EQ(add<Picker>(QStringLiteral("Sound"), QStringList{QStringLiteral("Glass")})->sizeHint(),
+              QSize(132, 28));
+    for (const int size : {11, 13}) {
+        const QSize link = add<LinkButton>(QStringLiteral("Contact"), size)->sizeHint();
+        EXPECT_GE(link.height(), 24);
+        EXPECT_GE(link.width(), 24);
+    }
+    const QSize control = add<Switch>(QStringLiteral("Sounds"), reduceMotion_)->sizeHint();
+    EXPECT_GE(control.height(), 24);
+}
+
+TEST_F(ControlsTest, aLinkIsUnderlinedUnderThePointerOnly) {
+    auto* const link = add<LinkButton>(QStringLiteral("Contact"), 13);
+    const QRect content = link->contentRect();
+    const int line = content.top() + QFontMetrics(link->font()).ascent() + 2;
+    const QColor primary = Tokens::primary.color(ColorScheme::light);
+    const auto isUnderlined = [&] {
+        return pixel({content.left(), line}) == primary && pixel({content.right(), line}) == primary;
+    };
+    EXPECT_FALSE(isUnderlined());
+    link->setAttribute(Qt::WA_UnderMouse);
+    EXPECT_TRUE(isUnderlined());
+}
+
+TEST_F(ControlsTest, aSwitchOutOfSightJumps) {
+    Switch control(QStringLiteral("Sounds"), reduceMotion_, nullptr);
+    EXPECT_EQ(control.position(), 0);
+    control.setChecked(true);
+    EXPECT_EQ(control.position(), 1);
+}
+
+TEST_F(ControlsTest, theKnobTakesItsTimeUnlessMotionIsReduced) {
+    auto* const control = add<Switch>(QStringLiteral("Sounds"), reduceMotion_);
+    show();
+    control->click();
+    EXPECT_TRUE(control->isChecked());
+    auto* const animation = control->findChild<QVariantAnimation*>();
+    ASSERT_NE(animation, nullptr);
+    EXPECT_EQ(animation->state(), QAbstractAnimation::Running);
+    EXPECT_EQ(animation->duration(), 120);
+    EXPECT_LT(control->position(), 1);
+    animation->setCurrentTime(120);
+    EXPECT_EQ(control->position(), 1);
+
+    motionIsReduced_ = true;
+    control->click();
+    EXPECT_EQ(control->position(), 0);
+    EXPECT_EQ(animation->state(), QAbstractAnimation::Stopped);
+}
+
+TEST_F(ControlsTest, aSwitchHasItsColoursAndItsKnobMirrors) {
+    auto* const control = add<Switch>(QStringLiteral("Sounds"), reduceMotion_);
+    const QRect track = control->contentRect();
+    EXPECT_EQ(track.size(), QSize(36, 20));
+    const QPoint left = track.topLeft() + QPoint(10, 10);
+    const QPoint right = track.topLeft() + QPoint(26, 10);
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        control->setChecked(false);
+        EXPECT_EQ(pixel(left, scheme), Tokens::switchOffKnob(scheme));
+        EXPECT_EQ(pixel(right, scheme), Tokens::switchOff(scheme));
+        control->setChecked(true);
+        EXPECT_EQ(pixel(left, scheme), Tokens::primary.color(scheme));
+        EXPECT_EQ(pixel(right, scheme), Tokens::onPrimary.color(scheme));
+    }
+    control->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(pixel(left), Tokens::onPrimary.color(ColorScheme::light));
+}
+
+TEST_F(ControlsTest, thePickerOpensByKeyboardAndReportsOnlyTheUsersChoice) {
+    auto* const picker =
+        add<Picker>(QStringLiteral("Sound"), QStringList{QStringLiteral("Glass"), QStringLiteral("Ping")});
+    const QSignalSpy chosen(picker, &QComboBox::activated);
+    picker->setCurrentIndex(1);
+    picker->setCurrentIndex(-1);
+    EXPECT_TRUE(chosen.isEmpty());
+    EXPECT_TRUE(picker->currentText().isEmpty());
+
+    show();
+    picker->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(hasRing(picker));
+    QTest::keyClick(picker, Qt::Key_Return);
+    EXPECT_TRUE(picker->view()->isVisible());
+    picker->hidePopup();
+    QTest::keyClick(picker, Qt::Key_Down);
+    ASSERT_EQ(chosen.count(), 1);
+    EXPECT_EQ(picker->currentText().toStdString(), "Glass");
+}
+
+TEST_F(ControlsTest, theWheelChangesNoPicker) {
+    auto* const picker =
+        add<Picker>(QStringLiteral("Sound"), QStringList{QStringLiteral("Glass"), QStringLiteral("Ping")});
+    picker->setCurrentIndex(0);
+    show();
+    QWheelEvent event(QPointF(5, 5), picker->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(picker, &event);
+    EXPECT_EQ(picker->currentIndex(), 0);
+}
+
+TEST_F(ControlsTest, aPickerGrowsWithItsLongestChoice) {
+    const QString longest(40, QLatin1Char('m'));
+    auto* const picker = add<Picker>(QStringLiteral("Sound"), QStringList{longest});
+    EXPECT_GE(picker->sizeHint().width(), QFontMetrics(picker->font()).horizontalAdvance(longest) + 30);
+}
+
+} // namespace
+} // namespace corvane

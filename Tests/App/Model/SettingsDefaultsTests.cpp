@@ -1,0 +1,129 @@
+#include "Model/SettingsDefaults.h"
+#include "Sessions/AlertPreferences.h"
+#include "Support/TestSupport.h"
+
+#include <QStringList>
+#include <QVariant>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace corvane {
+namespace {
+
+class SettingsDefaultsTest : public testing::Test {
+  protected:
+    [[nodiscard]] QString file() const { return QString::fromStdString((folder_ / "Corvane.conf").string()); }
+
+    test::ScratchFolder folder_;
+};
+
+TEST_F(SettingsDefaultsTest, anEmptyStoreHoldsNothing) {
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(defaults.data("alertPreferences"), std::nullopt);
+    EXPECT_FALSE(defaults.boolean("hasCompletedOnboarding"));
+}
+
+TEST_F(SettingsDefaultsTest, bytesAndBooleansSurviveTheProcess) {
+    std::string everyByte;
+    for (int byte = 0; byte < 256; ++byte)
+        everyByte.push_back(static_cast<char>(byte));
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        SettingsDefaults defaults(settings);
+        defaults.setData("bytes", everyByte);
+        defaults.setBoolean("flag", true);
+    }
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(defaults.data("bytes"), everyByte);
+    EXPECT_TRUE(defaults.boolean("flag"));
+}
+
+TEST_F(SettingsDefaultsTest, preferencesSurviveTheProcess) {
+    AlertPreferences preferences;
+    preferences.waitingSound = "Hero";
+    preferences.quietUntil = Date(1'790'003'600, 123'456'789);
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        SettingsDefaults defaults(settings);
+        preferences.save(defaults, "alertPreferences");
+    }
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), preferences);
+}
+
+TEST_F(SettingsDefaultsTest, aValueOfAnotherTypeIsNotBytes) {
+    QSettings settings(file(), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("alertPreferences"), QStringLiteral("text"));
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(defaults.data("alertPreferences"), std::nullopt);
+}
+
+TEST_F(SettingsDefaultsTest, aBooleanOfAnotherTypeIsFalse) {
+    const std::vector<QVariant> values{1,
+                                       2.5,
+                                       QStringLiteral("1"),
+                                       QStringLiteral("yes"),
+                                       QStringLiteral("True"),
+                                       QByteArray("true"),
+                                       QStringList{QStringLiteral("true"), QStringLiteral("true")}};
+    const auto key = [](std::size_t i) { return "flag" + std::to_string(i); };
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        const SettingsDefaults defaults(settings);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            settings.setValue(QString::fromStdString(key(i)), values[i]);
+            EXPECT_FALSE(defaults.boolean(key(i))) << i;
+        }
+    }
+    // Read back, all of them come from text.
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_TRUE(settings.contains(QString::fromStdString(key(i))));
+        EXPECT_FALSE(defaults.boolean(key(i))) << i;
+    }
+}
+
+TEST_F(SettingsDefaultsTest, aCorruptFileGivesTheDefaultsAndStaysUsable) {
+    test::writeFile(folder_ / "Corvane.conf", std::string("\0\xFF[[%%\nalertPreferences=@ByteArray({\"", 36));
+    QSettings settings(file(), QSettings::IniFormat);
+    SettingsDefaults defaults(settings);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
+    AlertPreferences chosen;
+    chosen.waitingSound = "Hero";
+    chosen.save(defaults, "alertPreferences");
+    settings.sync();
+
+    QSettings again(file(), QSettings::IniFormat);
+    const SettingsDefaults reread(again);
+    EXPECT_EQ(AlertPreferences::load(reread, "alertPreferences"), chosen);
+}
+
+TEST_F(SettingsDefaultsTest, aTruncatedFileGivesTheDefaults) {
+    test::writeFile(folder_ / "Corvane.conf", "[General]\nalertPreferences=@ByteArray({\\\"waitingSound");
+    QSettings settings(file(), QSettings::IniFormat);
+    const SettingsDefaults defaults(settings);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
+}
+
+TEST_F(SettingsDefaultsTest, whatCannotBeStoredHoldsUntilTheEnd) {
+    // A folder in its place cannot be written by anybody.
+    std::filesystem::create_directory(folder_ / "Corvane.conf");
+    QSettings settings(file(), QSettings::IniFormat);
+    SettingsDefaults defaults(settings);
+    AlertPreferences chosen;
+    chosen.waitingSound = "Hero";
+    chosen.save(defaults, "alertPreferences");
+    settings.sync();
+    EXPECT_NE(settings.status(), QSettings::NoError);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), chosen);
+}
+
+} // namespace
+} // namespace corvane

@@ -1,0 +1,142 @@
+#include "Platform/MacOS/Geometry.h"
+#include "Platform/MacOS/LoginItemStatus.h"
+#include "Platform/MacOS/PathSegments.h"
+#include "Style/Shapes.h"
+
+#include <QImage>
+#include <QPainter>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace corvane {
+namespace {
+
+using Kind = PathSegment::Kind;
+using geometry::NativePoint;
+using geometry::NativeRect;
+using loginitem::Change;
+using loginitem::Status;
+
+TEST(MacGeometry, growsDownwardsFromTheMenuBarsScreen) {
+    EXPECT_EQ(geometry::fromNative({0, 70, 1440, 806}, 900), QRect(0, 24, 1440, 806));
+    EXPECT_EQ(geometry::fromNative({10, 0, 30, 900}, 900), QRect(10, 0, 30, 900));
+}
+
+TEST(MacGeometry, reachesScreensAboveBelowAndBeside) {
+    EXPECT_EQ(geometry::fromNative({-1280, 900, 1280, 800}, 900), QRect(-1280, -800, 1280, 800)) << "above";
+    EXPECT_EQ(geometry::fromNative({1440, -1080, 1920, 1080}, 900), QRect(1440, 900, 1920, 1080)) << "below";
+}
+
+TEST(MacGeometry, roundsEdgesSoThatNeighboursStayNeighbours) {
+    const QRect left = geometry::fromNative({0, 0.4, 10.4, 20.3}, 100);
+    const QRect right = geometry::fromNative({10.4, 0.4, 10.4, 20.3}, 100);
+    EXPECT_EQ(left.x() + left.width(), right.x());
+    EXPECT_EQ(left, QRect(0, 79, 10, 21));
+    EXPECT_EQ(right, QRect(10, 79, 11, 21));
+}
+
+TEST(MacGeometry, givesALowerCornerThatLeadsBackToTheUpperOne) {
+    EXPECT_EQ(geometry::toNative({460, 32}, {520, 96}, 900), (NativePoint{460, 772}));
+    for (const QRect rect :
+         {QRect(460, 32, 520, 96), QRect(-900, -700, 360, 64), QRect(1500, 1000, 340, 1)}) {
+        const NativePoint corner = geometry::toNative(rect.topLeft(), rect.size(), 1080);
+        const NativeRect native{corner.x, corner.y, static_cast<double>(rect.width()),
+                                static_cast<double>(rect.height())};
+        EXPECT_EQ(geometry::fromNative(native, 1080), rect);
+    }
+}
+
+TEST(MacPathSegments, ofACardAreFourSidesAndFourCurves) {
+    const std::vector<PathSegment> segments =
+        pathSegments(shapes::continuousRoundedRect({0, 0, 520, 96}, 16));
+    ASSERT_GE(segments.size(), 8U);
+    EXPECT_EQ(segments.front().kind, Kind::move);
+    const auto count = [&](Kind kind) {
+        return std::count_if(segments.begin(), segments.end(),
+                             [kind](const PathSegment& segment) { return segment.kind == kind; });
+    };
+    EXPECT_EQ(count(Kind::move), 1);
+    EXPECT_EQ(count(Kind::curve), 4);
+}
+
+TEST(MacPathSegments, keepTheOrderOfACurvesPoints) {
+    QPainterPath path({1, 2});
+    path.lineTo(3, 4);
+    path.cubicTo(5, 6, 7, 8, 9, 10);
+    path.lineTo(11, 12);
+    const std::vector<PathSegment> wanted{{Kind::move, {1, 2}, {}, {}},
+                                          {Kind::line, {3, 4}, {}, {}},
+                                          {Kind::curve, {9, 10}, {5, 6}, {7, 8}},
+                                          {Kind::line, {11, 12}, {}, {}}};
+    EXPECT_EQ(pathSegments(path), wanted);
+}
+
+TEST(MacPathSegments, drawTheSameShapeAgain) {
+    const QPainterPath outline = shapes::continuousRoundedRect({0, 0, 360, 64}, 16);
+    QPainterPath again;
+    for (const PathSegment& segment : pathSegments(outline)) {
+        switch (segment.kind) {
+        case Kind::move:
+            again.moveTo(segment.end);
+            break;
+        case Kind::line:
+            again.lineTo(segment.end);
+            break;
+        case Kind::curve:
+            again.cubicTo(segment.control1, segment.control2, segment.end);
+            break;
+        }
+    }
+    const auto picture = [](const QPainterPath& path) {
+        QImage image(360, 64, QImage::Format_Grayscale8);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(path, Qt::white);
+        return image;
+    };
+    EXPECT_EQ(picture(again), picture(outline));
+    EXPECT_EQ(qGray(picture(outline).pixel(0, 0)), 0) << "a corner lets the desktop show";
+}
+
+TEST(MacPathSegments, ofNothingAreNone) {
+    EXPECT_TRUE(pathSegments({}).empty());
+}
+
+TEST(MacLoginItem, hasTheSystemsStatusValues) {
+    EXPECT_EQ(loginitem::status(0), Status::notRegistered);
+    EXPECT_EQ(loginitem::status(1), Status::enabled);
+    EXPECT_EQ(loginitem::status(2), Status::requiresApproval);
+    EXPECT_EQ(loginitem::status(3), Status::notFound);
+    EXPECT_EQ(loginitem::status(4), Status::notRegistered);
+    EXPECT_EQ(loginitem::status(-1), Status::notRegistered);
+}
+
+TEST(MacLoginItem, isOnOnlyWhenTheSystemWillStartIt) {
+    EXPECT_TRUE(loginitem::isEnabled(Status::enabled));
+    EXPECT_FALSE(loginitem::isEnabled(Status::notRegistered));
+    EXPECT_FALSE(loginitem::isEnabled(Status::requiresApproval));
+    EXPECT_FALSE(loginitem::isEnabled(Status::notFound));
+}
+
+TEST(MacLoginItem, isRegisteredEvenWhereTheSystemHasNotFoundItYet) {
+    EXPECT_EQ(loginitem::change(Status::notFound, true), Change::registerItem);
+    EXPECT_EQ(loginitem::change(Status::notRegistered, true), Change::registerItem);
+    EXPECT_EQ(loginitem::change(Status::requiresApproval, true), Change::registerItem);
+}
+
+TEST(MacLoginItem, isLeftAloneWhenItIsAsWanted) {
+    EXPECT_EQ(loginitem::change(Status::enabled, true), Change::none);
+    EXPECT_EQ(loginitem::change(Status::notRegistered, false), Change::none);
+    EXPECT_EQ(loginitem::change(Status::notFound, false), Change::none);
+}
+
+TEST(MacLoginItem, isTakenOutAlsoWhenTheUserHasSwitchedItOff) {
+    EXPECT_EQ(loginitem::change(Status::enabled, false), Change::unregisterItem);
+    EXPECT_EQ(loginitem::change(Status::requiresApproval, false), Change::unregisterItem);
+}
+
+} // namespace
+} // namespace corvane

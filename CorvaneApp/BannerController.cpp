@@ -8,6 +8,7 @@
 #include "Platform/Shared/MainThread.h"
 
 #include <QPointer>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <chrono>
@@ -75,8 +76,23 @@ void BannerController::dismiss(std::string_view id) {
     if (found == panels_.end()) return;
     std::shared_ptr<FloatingPanel> panel = std::move(found->panel);
     panels_.erase(found);
-    fadeOut(std::move(panel));
-    layout();
+    if (panel) fadeOut(std::move(panel));
+    if (!isUpdating_) layout();
+}
+
+void BannerController::update(const std::function<void()>& changes) {
+    requireMainThread();
+    if (isUpdating_) {
+        changes();
+        return;
+    }
+    // Also when `changes` throws: the banners that were asked for until then are due.
+    const auto finish = qScopeGuard([this] {
+        isUpdating_ = false;
+        updateScreen();
+    });
+    isUpdating_ = true;
+    changes();
 }
 
 std::vector<BannerController::Entry>::iterator BannerController::entry(std::string_view id) {
@@ -84,28 +100,41 @@ std::vector<BannerController::Entry>::iterator BannerController::entry(std::stri
 }
 
 void BannerController::present(const std::string& id, ViewMaker makeView) {
-    std::unique_ptr<PanelContent> made = makeView();
-    PanelContent& view = *made;
     if (const auto found = entry(id); found != panels_.end()) {
         found->makeView = std::move(makeView);
-        found->panel->setContent(std::move(made), view.size());
-        layout();
-        announce(view);
-        return;
+        found->isOutdated = true;
+    } else {
+        panels_.insert(panels_.begin(), {id, nullptr, std::move(makeView)});
+        while (panels_.size() > maxBanners) {
+            std::shared_ptr<FloatingPanel> oldest = std::move(panels_.back().panel);
+            panels_.pop_back();
+            if (oldest) fadeOut(std::move(oldest));
+        }
     }
+    if (!isUpdating_) updateScreen();
+}
 
-    const std::shared_ptr<FloatingPanel> panel = services_.panels.make();
-    panel->setContent(std::move(made), view.size());
-    panels_.insert(panels_.begin(), {id, panel, std::move(makeView)});
-    while (panels_.size() > maxBanners) {
-        std::shared_ptr<FloatingPanel> oldest = std::move(panels_.back().panel);
-        panels_.pop_back();
-        fadeOut(std::move(oldest));
+void BannerController::updateScreen() {
+    std::vector<FloatingPanel*> added;
+    std::vector<PanelContent*> changed;
+    // From the oldest to the newest, the order in which they were asked for.
+    for (auto entry = panels_.rbegin(); entry != panels_.rend(); ++entry) {
+        if (!std::exchange(entry->isOutdated, false)) continue;
+        std::unique_ptr<PanelContent> view = entry->makeView();
+        changed.push_back(view.get());
+        if (!entry->panel) {
+            entry->panel = services_.panels.make();
+            added.push_back(entry->panel.get());
+        }
+        const QSize size = view->size();
+        entry->panel->setContent(std::move(view), size);
     }
     layout();
-    fadeIn(*panel);
-    restack();
-    announce(view);
+    for (FloatingPanel* const panel : added)
+        fadeIn(*panel);
+    if (!added.empty()) restack();
+    for (PanelContent* const view : changed)
+        announce(*view);
 }
 
 void BannerController::rebuild() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Model/Banners.h"
 #include "Platform/FloatingPanel.h"
 #include "Platform/Platform.h"
 #include "Sessions/SessionBoard.h"
@@ -21,7 +22,7 @@ namespace corvane {
 /// after "done:".
 ///
 /// Main thread only; a call from another thread ends the program.
-class BannerController : public QObject {
+class BannerController : public QObject, public Banners {
     Q_OBJECT
 
   public:
@@ -34,23 +35,14 @@ class BannerController : public QObject {
     explicit BannerController(Services services);
     ~BannerController() override;
 
-    /// Called when the user wants to go to the session's terminal, or to snooze it. The banner stays until it
-    /// is dismissed. Unset, the button does nothing.
-    std::function<void(const AgentSession&)> onJump;
-    std::function<void(const AgentSession&)> onSnooze;
+    void showWaiting(const AgentSession& session) override;
+    /// The banner is removed six seconds after it was first shown, refreshed or not.
+    void showDone(const AgentSession& session) override;
+    void dismiss(std::string_view id) override;
+    void update(const std::function<void()>& changes) override;
 
-    /// Shows the session's waiting banner, or refreshes it in place, and announces it.
-    void showWaiting(const AgentSession& session);
-
-    /// Shows the session's done banner, or refreshes it in place, and announces it. It goes six seconds after
-    /// it first came, refreshed or not.
-    void showDone(const AgentSession& session);
-
-    /// Removes the banner with this identifier; an unknown one is ignored.
-    void dismiss(std::string_view id);
-
-    /// Makes the views of all banners anew, for another text size. They keep their place in the stack and
-    /// come without a fade, and no announcement is asked for.
+    /// Rebuilds the views of all banners for another text size. They keep their place in the stack; nothing
+    /// fades and nothing is announced.
     void rebuild();
 
     /// The identifier of a session's done banner.
@@ -59,13 +51,16 @@ class BannerController : public QObject {
   private:
     struct Entry {
         std::string id;
-        std::shared_ptr<FloatingPanel> panel;
+        std::shared_ptr<FloatingPanel> panel; // null until the screen is updated for the first time
         std::function<std::unique_ptr<PanelContent>()> makeView;
+        bool isOutdated = true; // the panel does not show what `makeView` makes yet
     };
     using ViewMaker = decltype(Entry::makeView);
 
-    /// Shows the view that `makeView` makes, and announces it.
+    /// Has the banner show the view that `makeView` makes, and announces it.
     void present(const std::string& id, ViewMaker makeView);
+    /// Brings the screen up to date with `panels_`.
+    void updateScreen();
     void layout();
     void restack();
     void fadeIn(FloatingPanel& panel);
@@ -77,6 +72,7 @@ class BannerController : public QObject {
 
     Services services_;
     std::vector<Entry> panels_; // the newest first
+    bool isUpdating_ = false;   // the screen waits for the end of `update`
 };
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BannerController.h"
 #include "Controls/Links.h"
 #include "Controls/WindowCommands.h"
 #include "Model/AppModel.h"
@@ -52,6 +53,7 @@ class CorvaneApp : public QObject {
 
     Services services_;
     links::Opener openLink_;
+    BannerController banners_;
     AppModel model_;
     int shownCount_ = -1;
     std::unique_ptr<TrayMenu> menu_;

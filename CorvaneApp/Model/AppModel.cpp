@@ -1,6 +1,7 @@
 #include "Model/AppModel.h"
 
 #include "Connection/ConfigEditError.h"
+#include "Model/Banners.h"
 #include "Platform/Applications.h"
 #include "Platform/LoginItem.h"
 #include "Platform/Scheduler.h"
@@ -38,12 +39,13 @@ std::string localizedDescription(const std::exception& error) {
 
 } // namespace
 
-AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, const Services& services)
+AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners,
+                   const Services& services)
     : connector_(std::move(connector))
     , inbox_{connector_.paths().events()}
     , defaults_(defaults)
     , services_(services)
-    , banners_(services)
+    , banners_(banners)
     , now_(services.clock())
     , prefs_(AlertPreferences::load(defaults, preferencesKey))
     , hasCompletedOnboarding_(defaults.boolean(onboardingKey)) {
@@ -76,57 +78,43 @@ void AppModel::scheduleTick(std::chrono::milliseconds delay) {
 void AppModel::tick() {
     now_ = services_.clock();
     const std::vector<AgentEvent> events = inbox_.drain();
-    if (ticks_ == 0) {
-        catchUp(events);
-    } else {
-        follow(events);
-    }
+    banners_.update([&] {
+        for (const AgentEvent& event : events) {
+            if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
+        }
+        for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval()))
+            perform(BoardEffect::showWaiting(session));
+    });
+    playSounds();
     ++ticks_;
     if (ticks_ % ticksPerPruning == 0) prune();
     Q_EMIT changed();
 }
 
-void AppModel::follow(const std::vector<AgentEvent>& events) {
-    for (const AgentEvent& event : events) {
-        if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
+void AppModel::perform(const BoardEffect& effect) {
+    if (const auto* const dismissal = effect.ifDismiss()) {
+        banners_.dismiss(dismissal->sessionID);
+        waitingAlerts_.erase(dismissal->sessionID);
+        return;
     }
-    for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
-        perform(BoardEffect::showWaiting(session));
+    if (prefs_.isQuiet(now_)) return;
+    if (const auto* const waiting = effect.ifShowWaiting()) {
+        banners_.showWaiting(waiting->session);
+        waitingAlerts_.insert(waiting->session.id());
+    } else if (const auto* const done = effect.ifShowDone(); done != nullptr && prefs_.alertWhenDone) {
+        banners_.showDone(done->session);
+        hasDoneAlert_ = true;
     }
 }
 
-void AppModel::catchUp(const std::vector<AgentEvent>& events) {
-    std::vector<BoardEffect> shows;
-    for (const AgentEvent& event : events) {
-        std::optional<BoardEffect> effect = board_.apply(event);
-        if (effect && effect->ifDismiss() == nullptr) shows.push_back(std::move(*effect));
-    }
-    for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval())) {
-        shows.push_back(BoardEffect::showWaiting(session));
-    }
-    std::erase_if(shows, [this](const BoardEffect& effect) { return !stillHolds(effect); });
-    if (shows.size() > BannerController::maxBanners) {
-        shows.erase(shows.begin(), shows.end() - BannerController::maxBanners);
-    }
-
-    std::optional<EventKind> sound;
-    for (const BoardEffect& effect : shows) {
-        const std::optional<EventKind> kind = show(effect);
-        if (kind && sound != EventKind::needsPermission) sound = kind;
-    }
-    if (sound) playSound(*sound);
-}
-
-bool AppModel::stillHolds(const BoardEffect& effect) const {
-    // Nothing may have happened to the session since.
-    const auto isPresent = [this](const AgentSession& session) {
-        const auto& sessions = board_.sessions();
-        return std::find(sessions.begin(), sessions.end(), session) != sessions.end();
-    };
-    if (const auto* const waiting = effect.ifShowWaiting()) return isPresent(waiting->session);
-    const auto* const done = effect.ifShowDone();
-    return done != nullptr && prefs_.alertWhenDone &&
-           now_ - done->session.lastEvent <= BannerController::doneLifetime && isPresent(done->session);
+void AppModel::playSounds() {
+    // The same sound whatever a session waits for.
+    const std::optional<std::string> waiting =
+        std::exchange(waitingAlerts_, {}).empty() ? std::nullopt : prefs_.sound(EventKind::needsPermission);
+    const std::optional<std::string> done =
+        std::exchange(hasDoneAlert_, false) ? prefs_.sound(EventKind::finished) : std::nullopt;
+    if (waiting) services_.sounds.play(*waiting);
+    if (done && done != waiting) services_.sounds.play(*done);
 }
 
 void AppModel::prune() {
@@ -139,27 +127,6 @@ void AppModel::prune() {
     // Nothing else would ever take their banners down.
     for (const std::string& id : forgotten)
         banners_.dismiss(id);
-}
-
-void AppModel::perform(const BoardEffect& effect) {
-    if (const auto* const dismissal = effect.ifDismiss()) {
-        banners_.dismiss(dismissal->sessionID);
-    } else if (const std::optional<EventKind> sound = show(effect)) {
-        playSound(*sound);
-    }
-}
-
-std::optional<EventKind> AppModel::show(const BoardEffect& effect) {
-    if (prefs_.isQuiet(now_)) return std::nullopt;
-    if (const auto* const waiting = effect.ifShowWaiting()) {
-        banners_.showWaiting(waiting->session);
-        // The same sound whatever the session waits for.
-        return EventKind::needsPermission;
-    }
-    const auto* const done = effect.ifShowDone();
-    if (done == nullptr || !prefs_.alertWhenDone) return std::nullopt;
-    banners_.showDone(done->session);
-    return EventKind::finished;
 }
 
 void AppModel::playSound(EventKind kind) {

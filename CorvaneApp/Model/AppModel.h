@@ -1,6 +1,5 @@
 #pragma once
 
-#include "BannerController.h"
 #include "Connection/AgentConnector.h"
 #include "Intake/EventInbox.h"
 #include "Platform/Platform.h"
@@ -13,13 +12,14 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace corvane {
+
+class Banners;
 
 /// The one object that owns what the application knows: it turns event files into alerts once a second and
 /// carries out what the user asks for. Views read it, call it, and draw themselves anew on `changed`; nothing
@@ -34,8 +34,9 @@ class AppModel : public QObject {
     static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
 
     /// Loads the stored settings, asks which agents are connected and starts the loop, whose first pass runs
-    /// as soon as the event loop does. `defaults` and what `services` refers to must outlive the model.
-    AppModel(AgentConnector connector, UserDefaults& defaults, const Services& services);
+    /// as soon as the event loop does. `defaults`, `banners`, whose callbacks become the model's, and what
+    /// `services` refers to must outlive the model.
+    AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners, const Services& services);
     ~AppModel() override;
 
     [[nodiscard]] const SessionBoard& board() const { return board_; }
@@ -87,9 +88,6 @@ class AppModel : public QObject {
 
     void refreshConnections();
 
-    /// Has the banners on the screen made anew, for another text size.
-    void rebuildBanners() { banners_.rebuild(); }
-
   Q_SIGNALS:
     /// Something that can be read above has changed.
     void changed();
@@ -98,16 +96,9 @@ class AppModel : public QObject {
     void start();
     void scheduleTick(std::chrono::milliseconds delay);
     void tick();
-    /// What every pass but the first does with the events that have come: one after the other, then the
-    /// reminders.
-    void follow(const std::vector<AgentEvent>& events);
-    /// The first pass: whatever happened while the application did not run ends in one calm picture, with the
-    /// banners that still hold and a single sound.
-    void catchUp(const std::vector<AgentEvent>& events);
-    [[nodiscard]] bool stillHolds(const BoardEffect& effect) const;
     void perform(const BoardEffect& effect);
-    /// Shows the effect's banner unless the preferences forbid it; what it sounds like if it was shown.
-    std::optional<EventKind> show(const BoardEffect& effect);
+    /// Plays what the pass is to be heard by, each sound once.
+    void playSounds();
     void playSound(EventKind kind);
     void prune();
 
@@ -115,7 +106,7 @@ class AppModel : public QObject {
     EventInbox inbox_;
     UserDefaults& defaults_;
     Services services_;
-    BannerController banners_;
+    Banners& banners_;
 
     SessionBoard board_;
     std::map<AgentKind, bool> connected_;
@@ -126,6 +117,10 @@ class AppModel : public QObject {
     bool hasCompletedOnboarding_ = false;
     bool launchWindowHandled_ = false;
     std::int64_t ticks_ = 0;
+    /// The alerts of the present pass that are still to be heard: the sessions whose waiting banner it showed
+    /// and did not take down again, and whether it showed a done banner.
+    std::set<std::string> waitingAlerts_;
+    bool hasDoneAlert_ = false;
 };
 
 } // namespace corvane

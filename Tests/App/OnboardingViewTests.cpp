@@ -119,13 +119,13 @@ TEST_F(OnboardingViewTest, aHomeThatOccursTwiceInThePathIsShortenedTwice) {
     // A home such as "/h" occurs again in "/h/x/h/.claude".
     const test::ScratchFolder outer("a");
     const std::string home = outer.path().string();
-    AppModel model(AgentConnector(home), fixture_.defaults, fixture_.platform.services());
+    AppModel model(AgentConnector(home), fixture_.defaults, fixture_.banners, fixture_.platform.services());
     const AgentCard card(AgentKind::claude, model, nullptr);
     EXPECT_EQ(texts(card).at(1), "Adds a small hook to ~/.claude/settings.json. A backup is saved first; "
                                  "Remove puts it back.");
 
     // With "/." as the home every "/." in the path goes.
-    AppModel dotted(AgentConnector("/."), fixture_.defaults, fixture_.platform.services());
+    AppModel dotted(AgentConnector("/."), fixture_.defaults, fixture_.banners, fixture_.platform.services());
     const AgentCard dottedCard(AgentKind::claude, dotted, nullptr);
     EXPECT_EQ(texts(dottedCard).at(1),
               "Adds a small hook to ~~claude/settings.json. A backup is saved first; Remove puts it back.");

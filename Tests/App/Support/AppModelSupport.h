@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BannerController.h"
 #include "Model/AppModel.h"
 #include "Platform/Recording/RecordingPlatform.h"
 #include "Support/TestSupport.h"
@@ -21,7 +22,8 @@ class AppModelTest : public testing::Test {
     AppModelTest() { std::filesystem::create_directories(paths_.events()); }
 
     AppModel& model() {
-        if (!model_) model_.emplace(AgentConnector(home_.path(), paths_), defaults_, platform_.services());
+        if (!model_)
+            model_.emplace(AgentConnector(home_.path(), paths_), defaults_, banners_, platform_.services());
         return *model_;
     }
 
@@ -73,6 +75,7 @@ class AppModelTest : public testing::Test {
     CorvanePaths paths_ = CorvanePaths::standard(home_.path());
     MemoryUserDefaults defaults_;
     recording::RecordingPlatform platform_;
+    BannerController banners_{platform_.services()};
     std::optional<AppModel> model_;
     int files_ = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BannerController.h"
 #include "Intake/CorvanePaths.h"
 #include "Model/AppModel.h"
 #include "Platform/Recording/RecordingPlatform.h"
@@ -25,7 +26,7 @@ struct MenuBarWorld {
 
     AppModel& model() {
         if (!instance) {
-            instance.emplace(AgentConnector(home.path(), paths), defaults, platform.services());
+            instance.emplace(AgentConnector(home.path(), paths), defaults, banners, platform.services());
             platform.time.advance(std::chrono::milliseconds(0));
         }
         return *instance;
@@ -61,6 +62,7 @@ struct MenuBarWorld {
     CorvanePaths paths = CorvanePaths::standard(home.path());
     MemoryUserDefaults defaults;
     recording::RecordingPlatform platform;
+    BannerController banners{platform.services()};
     std::optional<AppModel> instance;
 
   private:

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Sessions/SessionBoard.h"
+
+#include <functional>
+#include <string_view>
+
+namespace corvane {
+
+/// What the model asks of the banners on the screen, and what they report back. Whether an alert is wanted at
+/// all (quiet time, preferences) is the model's decision alone. Main thread only.
+class Banners {
+  public:
+    Banners() = default;
+    Banners(const Banners&) = delete;
+    Banners& operator=(const Banners&) = delete;
+    virtual ~Banners() = default;
+
+    /// Called when the user wants to go to the session's terminal, or to snooze it. The banner stays until it
+    /// is dismissed. If unset, the button does nothing.
+    std::function<void(const AgentSession&)> onJump;
+    std::function<void(const AgentSession&)> onSnooze;
+
+    /// Shows the session's waiting banner, or refreshes it in place, and announces it.
+    virtual void showWaiting(const AgentSession& session) = 0;
+
+    /// Shows the session's done banner, or refreshes it in place, and announces it. It is removed by itself
+    /// after a few seconds.
+    virtual void showDone(const AgentSession& session) = 0;
+
+    /// Removes the banner with this identifier: a session's `id` for its waiting banner. An unknown
+    /// identifier is ignored.
+    virtual void dismiss(std::string_view id) = 0;
+
+    /// Runs `changes`, which calls the operations above, and updates the screen once, with what is left at
+    /// the end: a banner that is shown and then dismissed or evicted within `changes` never gets a window.
+    virtual void update(const std::function<void()>& changes) = 0;
+};
+
+} // namespace corvane

@@ -11,29 +11,10 @@
 
 namespace corvane {
 
+class AgentGlyph;
 class LineLabel;
 class PlainButton;
 class PrimaryButton;
-
-/// The round badge that names an agent by a letter, 36 pixels wide. Its ring shows that the agent waits.
-class AgentGlyph : public QWidget {
-    Q_OBJECT
-
-  public:
-    AgentGlyph(AgentKind agent, bool waiting, QWidget* parent);
-
-    [[nodiscard]] QString letter() const;
-    [[nodiscard]] bool isWaiting() const { return waiting_; }
-
-    [[nodiscard]] QSize sizeHint() const override;
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-
-  private:
-    AgentKind agent_;
-    bool waiting_;
-};
 
 /// What both banners share: the card with its continuous corners, and one accessible element around their
 /// parts.

@@ -3,10 +3,12 @@
 #include "MainWindow.h"
 #include "MenuBar/TrayMenu.h"
 #include "MenuBar/TrayPanel.h"
+#include "MenuBarView.h"
 #include "Platform/Appearance.h"
 #include "Platform/Reopen.h"
 #include "Platform/StatusItem.h"
 #include "Settings/SettingsWindow.h"
+#include "SettingsView.h"
 #include "Style/StatusIcon.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
@@ -37,7 +39,8 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, 
                        links::Opener openLink)
     : services_(services)
     , openLink_(std::move(openLink))
-    , model_(connector, defaults, services) {
+    , banners_(services)
+    , model_(connector, defaults, banners_, services) {
     QApplication::setQuitOnLastWindowClosed(false);
     followAppearance();
     connect(&services_.appearance, &Appearance::changed, this, &CorvaneApp::followAppearance);
@@ -75,7 +78,7 @@ void CorvaneApp::followAppearance() {
 }
 
 void CorvaneApp::rebuildViews() {
-    model_.rebuildBanners();
+    banners_.rebuild();
     if (mainWindow_) mainWindow_->rebuild();
     if (settingsWindow_) settingsWindow_->rebuild();
     if (panel_) panel_->rebuild();
@@ -94,7 +97,14 @@ void CorvaneApp::openMainWindow() {
 
 void CorvaneApp::openSettings() {
     if (!settingsWindow_)
-        settingsWindow_ = std::make_unique<SettingsWindow>(model_, services_, openLink_, commands());
+        settingsWindow_ = std::make_unique<SettingsWindow>(
+            model_,
+            [this](QWidget* parent) {
+                return new SettingsView(
+                    model_, services_.fileBrowser, [this] { return services_.appearance.reduceMotion(); },
+                    openLink_, parent);
+            },
+            commands());
     settingsWindow_->present();
 }
 
@@ -104,8 +114,10 @@ void CorvaneApp::openPanel() {
 
 TrayPanel& CorvaneApp::requirePanel() {
     if (!panel_) {
-        panel_ = std::make_unique<TrayPanel>(
-            model_, MenuBarView::Actions{[this] { openSettings(); }, openLink_, &QCoreApplication::quit});
+        panel_ = std::make_unique<TrayPanel>(model_, [this](QWidget* parent) {
+            return new MenuBarView(model_, {[this] { openSettings(); }, openLink_, &QCoreApplication::quit},
+                                   parent);
+        });
         new WindowCommands(*panel_, commands());
     }
     return *panel_;

@@ -49,7 +49,7 @@ QString shortTime(Date date, const QLocale& locale) {
 }
 
 MenuBarView::MenuBarView(AppModel& model, Actions actions, QWidget* parent)
-    : QWidget(parent)
+    : TrayPanelView(parent)
     , model_(model)
     , title_(new LineLabel(tr("Corvane"), fonts::system(titleFontSize, QFont::DemiBold),
                            LineLabel::Emphasis::normal, LineLabel::Truncation::none, this))

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Controls/Links.h"
+#include "MenuBar/TrayPanelView.h"
 #include "Support/Date.h"
 
 #include <QLocale>
-#include <QWidget>
 
 #include <functional>
 
@@ -20,7 +20,7 @@ class SessionList;
 
 /// What the tray panel shows: a header, the sessions or a hint, a line while it is quiet, and a footer with
 /// the application's actions. Follows the model by itself. Main thread only.
-class MenuBarView : public QWidget {
+class MenuBarView : public TrayPanelView {
     Q_OBJECT
 
   public:
@@ -41,12 +41,6 @@ class MenuBarView : public QWidget {
 
     /// The fixed width, and the height that the content needs at present.
     [[nodiscard]] QSize sizeHint() const override;
-
-  Q_SIGNALS:
-    /// The content needs another height.
-    void heightChanged();
-    /// An action was chosen that leads away from the panel.
-    void left();
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -1,6 +1,7 @@
 #include "MenuBar/TrayPanel.h"
 
 #include "Controls/Windows.h"
+#include "MenuBar/TrayPanelView.h"
 #include "Model/AppModel.h"
 #include "Platform/CardWindow.h"
 #include "Style/Shapes.h"
@@ -67,11 +68,11 @@ QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available) {
             kept(origin.y(), size.height(), room.y(), bottom)};
 }
 
-TrayPanel::TrayPanel(AppModel& model, MenuBarView::Actions actions)
+TrayPanel::TrayPanel(AppModel& model, MakeView makeView)
     : QWidget(nullptr,
               Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
     , model_(model)
-    , actions_(std::move(actions)) {
+    , makeView_(std::move(makeView)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Corvane"));
@@ -91,9 +92,9 @@ void TrayPanel::rebuild() {
         view_->hide();
         view_->deleteLater();
     }
-    view_ = new MenuBarView(model_, actions_, this);
-    connect(view_, &MenuBarView::heightChanged, this, &TrayPanel::arrange);
-    connect(view_, &MenuBarView::left, this, &QWidget::hide);
+    view_ = makeView_(this);
+    connect(view_, &TrayPanelView::heightChanged, this, &TrayPanel::arrange);
+    connect(view_, &TrayPanelView::left, this, &QWidget::hide);
     view_->show();
     // The arrows work from there on.
     if (isVisible()) view_->setFocus();

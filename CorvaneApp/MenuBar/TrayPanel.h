@@ -1,6 +1,5 @@
 #pragma once
 
-#include "MenuBarView.h"
 #include "Platform/PanelHost.h"
 #include "Style/Tokens.h"
 
@@ -9,9 +8,13 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace corvane {
+
+class AppModel;
+class TrayPanelView;
 
 /// Where a panel of `size` goes that belongs to an icon at `icon`: below or above it, or beside it where the
 /// bar stands upright, with a gap, and within `available`, the free part of the icon's screen. All in the
@@ -24,10 +27,13 @@ class TrayPanel : public QWidget {
     Q_OBJECT
 
   public:
-    /// `model` must outlive the panel.
-    TrayPanel(AppModel& model, MenuBarView::Actions actions);
+    /// Makes the content, as a child of the panel, at the present text size.
+    using MakeView = std::function<TrayPanelView*(QWidget* parent)>;
 
-    [[nodiscard]] MenuBarView& view() const { return *view_; }
+    /// `model` must outlive the panel.
+    TrayPanel(AppModel& model, MakeView makeView);
+
+    [[nodiscard]] TrayPanelView& view() const { return *view_; }
     /// Paints the ground of a panel's card of this size at the painter's origin, with round corners only
     /// where windows are blended.
     static void paintCard(QPainter& painter, QSize card, bool isBlended, Look look);
@@ -56,8 +62,8 @@ class TrayPanel : public QWidget {
     void closeForPress();
 
     AppModel& model_;
-    MenuBarView::Actions actions_;
-    MenuBarView* view_ = nullptr;
+    MakeView makeView_;
+    TrayPanelView* view_ = nullptr;
     std::unique_ptr<PanelHost> host_;
     QRect icon_;
     QPoint cardOrigin_;

@@ -1,6 +1,8 @@
+#include "Settings/AboutTab.h"
+
+#include "Controls/Buttons.h"
 #include "Controls/Divider.h"
 #include "Controls/Paragraph.h"
-#include "SettingsView.h"
 #include "Style/Fonts.h"
 #include "Style/TextScale.h"
 

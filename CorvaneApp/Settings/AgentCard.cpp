@@ -1,6 +1,6 @@
 #include "Settings/AgentCard.h"
 
-#include "BannerViews.h"
+#include "Controls/AgentGlyph.h"
 #include "Controls/Paragraph.h"
 #include "Controls/Symbols.h"
 #include "Model/AppModel.h"

@@ -1,8 +1,10 @@
+#include "Settings/AgentsTab.h"
+
+#include "Controls/Buttons.h"
 #include "Controls/ErrorText.h"
 #include "Model/AppModel.h"
 #include "Platform/FileBrowser.h"
 #include "Settings/AgentCard.h"
-#include "SettingsView.h"
 #include "Style/TextScale.h"
 
 #include <QEvent>

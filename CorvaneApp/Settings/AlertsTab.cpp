@@ -1,6 +1,7 @@
+#include "Settings/AlertsTab.h"
+
 #include "Controls/ErrorText.h"
 #include "Model/AppModel.h"
-#include "SettingsView.h"
 #include "Style/TextScale.h"
 
 #include <QEvent>

@@ -2,9 +2,8 @@
 
 #include "Controls/Windows.h"
 #include "Model/AppModel.h"
-#include "Platform/Appearance.h"
-#include "Platform/Platform.h"
-#include "SettingsView.h"
+#include "Settings/SettingsPages.h"
+#include "Settings/SettingsTabBar.h"
 
 #include <QEvent>
 
@@ -12,11 +11,9 @@
 
 namespace corvane {
 
-SettingsWindow::SettingsWindow(AppModel& model, const Services& services, links::Opener openLink,
-                               const CommandHandlers& handlers)
+SettingsWindow::SettingsWindow(AppModel& model, MakePages makePages, const CommandHandlers& handlers)
     : model_(model)
-    , services_(services)
-    , openLink_(std::move(openLink)) {
+    , makePages_(std::move(makePages)) {
     setObjectName(QStringLiteral("settings"));
     setWindowRole(QStringLiteral("settings"));
     setWindowTitle(tr("Corvane Settings"));
@@ -26,11 +23,8 @@ SettingsWindow::SettingsWindow(AppModel& model, const Services& services, links:
 }
 
 void SettingsWindow::rebuild() {
-    SettingsView* const old = view_;
-    const ReduceMotion reduceMotion = [&appearance = services_.appearance] {
-        return appearance.reduceMotion();
-    };
-    view_ = new SettingsView(model_, services_.fileBrowser, reduceMotion, openLink_, this);
+    SettingsPages* const old = view_;
+    view_ = makePages_(this);
     if (old != nullptr) {
         view_->tabs().setCurrentIndex(old->tabs().currentIndex());
         // It may be the one whose button is being pressed.

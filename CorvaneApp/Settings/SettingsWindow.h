@@ -1,15 +1,15 @@
 #pragma once
 
-#include "Controls/Links.h"
 #include "Controls/WindowCommands.h"
 
 #include <QWidget>
 
+#include <functional>
+
 namespace corvane {
 
 class AppModel;
-class SettingsView;
-struct Services;
+class SettingsPages;
 
 /// The settings window, fixed to its content. Asks the agents' connection state anew whenever it comes to the
 /// user's sight. Main thread only.
@@ -17,11 +17,13 @@ class SettingsWindow : public QWidget {
     Q_OBJECT
 
   public:
-    /// `model` and `services`, and what that refers to, must outlive the window.
-    SettingsWindow(AppModel& model, const Services& services, links::Opener openLink,
-                   const CommandHandlers& handlers);
+    /// Makes the content, as a child of the window, at the present text size.
+    using MakePages = std::function<SettingsPages*(QWidget* parent)>;
 
-    [[nodiscard]] SettingsView& view() const { return *view_; }
+    /// `model` must outlive the window.
+    SettingsWindow(AppModel& model, MakePages makePages, const CommandHandlers& handlers);
+
+    [[nodiscard]] SettingsPages& view() const { return *view_; }
 
     /// Makes the content anew, at the present text size; the chosen tab stays.
     void rebuild();
@@ -35,9 +37,8 @@ class SettingsWindow : public QWidget {
 
   private:
     AppModel& model_;
-    const Services& services_;
-    links::Opener openLink_;
-    SettingsView* view_ = nullptr;
+    MakePages makePages_;
+    SettingsPages* view_ = nullptr;
 };
 
 } // namespace corvane

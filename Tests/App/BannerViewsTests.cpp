@@ -1,4 +1,5 @@
 #include "App/Support/BannerViewsSupport.h"
+#include "Controls/AgentGlyph.h"
 #include "Controls/Buttons.h"
 #include "Style/Tokens.h"
 

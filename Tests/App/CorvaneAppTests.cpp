@@ -2,6 +2,7 @@
 #include "CorvaneApp.h"
 #include "MainWindow.h"
 #include "MenuBar/TrayPanel.h"
+#include "MenuBar/TrayPanelView.h"
 #include "Settings/SettingsWindow.h"
 
 #include <QAction>

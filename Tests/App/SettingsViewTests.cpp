@@ -3,6 +3,7 @@
 #include "Controls/ErrorText.h"
 #include "Controls/Paragraph.h"
 #include "Settings/AgentCard.h"
+#include "Settings/SettingsTabBar.h"
 #include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
 
@@ -328,8 +329,9 @@ TEST_F(SettingsViewTest, rolesTellWhatEachControlIs) {
 }
 
 TEST_F(SettingsViewTest, everyControlIsReachedByKeyboard) {
-    SettingsWindow window(fixture_.model(), fixture_.platform.services(), fixture_.openLink(),
-                          CommandHandlers{[] {}, [] {}, [] {}, [] {}});
+    SettingsWindow window(
+        fixture_.model(), [this](QWidget* parent) { return fixture_.settings(parent).release(); },
+        CommandHandlers{[] {}, [] {}, [] {}, [] {}});
     window.present();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     EXPECT_EQ(window.windowTitle().toStdString(), "Corvane Settings");

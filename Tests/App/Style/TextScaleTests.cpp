@@ -2,6 +2,7 @@
 #include "App/Support/MenuBarSupport.h"
 #include "App/Support/Sessions.h"
 #include "BannerViews.h"
+#include "Controls/AgentGlyph.h"
 #include "Controls/Buttons.h"
 #include "Controls/Labels.h"
 #include "MenuBar/SessionList.h"

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "App/Support/Pointing.h"
+#include "BannerController.h"
 #include "Model/AppModel.h"
 #include "OnboardingView.h"
 #include "Platform/Appearance.h"
 #include "Platform/Recording/RecordingPlatform.h"
+#include "Settings/SettingsTabBar.h"
 #include "SettingsView.h"
 #include "Support/TestSupport.h"
 
@@ -21,11 +23,12 @@ struct ModelFixture {
     ScratchFolder home{"home"};
     MemoryUserDefaults defaults;
     recording::RecordingPlatform platform;
+    BannerController banners{platform.services()};
     std::vector<std::string> opened; ///< the addresses that were to be opened
     std::optional<AppModel> instance;
 
     AppModel& model() {
-        if (!instance) instance.emplace(AgentConnector(home.path()), defaults, platform.services());
+        if (!instance) instance.emplace(AgentConnector(home.path()), defaults, banners, platform.services());
         return *instance;
     }
 
@@ -41,8 +44,9 @@ struct ModelFixture {
         (void)view->grab(); // lays out what is not shown
         return view;
     }
-    [[nodiscard]] std::unique_ptr<SettingsView> settings() {
-        return std::make_unique<SettingsView>(model(), platform.fileBrowser, reduceMotion(), openLink());
+    [[nodiscard]] std::unique_ptr<SettingsView> settings(QWidget* parent = nullptr) {
+        return std::make_unique<SettingsView>(model(), platform.fileBrowser, reduceMotion(), openLink(),
+                                              parent);
     }
 
     /// Connects Claude Code, whose settings are there already, so that a backup is made.

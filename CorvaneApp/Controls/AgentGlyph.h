@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Intake/AgentKind.h"
+
+#include <QString>
+#include <QWidget>
+
+namespace corvane {
+
+/// The round badge that names an agent by a letter, 36 pixels wide. Its ring shows that the agent waits.
+class AgentGlyph : public QWidget {
+    Q_OBJECT
+
+  public:
+    AgentGlyph(AgentKind agent, bool waiting, QWidget* parent);
+
+    [[nodiscard]] QString letter() const;
+    [[nodiscard]] bool isWaiting() const { return waiting_; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    AgentKind agent_;
+    bool waiting_;
+};
+
+} // namespace corvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+namespace corvane {
+
+/// What the tray panel can show. `sizeHint` is the size that the content needs at present.
+class TrayPanelView : public QWidget {
+    Q_OBJECT
+
+  public:
+    using QWidget::QWidget;
+
+  Q_SIGNALS:
+    /// The content needs another height.
+    void heightChanged();
+    /// An action was chosen that leads away from the panel.
+    void left();
+};
+
+} // namespace corvane

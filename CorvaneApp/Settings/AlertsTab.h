@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Controls/Controls.h"
+
+#include <QWidget>
+
+namespace corvane {
+
+class AppModel;
+class ErrorText;
+
+/// What alerts are made for, and how they sound. Shows the stored preferences; only what the user does
+/// changes them.
+class AlertsTab : public QWidget {
+    Q_OBJECT
+
+  public:
+    AlertsTab(AppModel& model, const ReduceMotion& reduceMotion, QWidget* parent);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void refresh();
+    /// Has the login item's switch show what is really so.
+    void refreshLoginItem();
+    void layOut();
+
+    AppModel& model_;
+    /// While the controls are set from the model, their changes are not the user's.
+    bool isRefreshing_ = false;
+    FormGroup* toggles_;
+    FormGroup* pickers_;
+    Switch* alertWhenDone_;
+    Switch* opensAtLogin_;
+    Switch* soundsOn_;
+    Picker* waitingSound_;
+    Picker* doneSound_;
+    Picker* reminder_;
+    ErrorText* error_;
+};
+
+} // namespace corvane

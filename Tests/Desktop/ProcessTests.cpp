@@ -70,6 +70,30 @@ TEST(Process, withADisplayThatDoesNotAnswerItFailsAndNamesIt) {
     EXPECT_NE(fileBytes(desktop.home() / "said").value_or("").find(":9999"), std::string::npos);
 }
 
+TEST(Process, withOnlyAnXServerAndAWindowManagerAnAlertWithSoundIsShownAndNothingPrinted) {
+    DesktopSession desktop("openbox", Compositor::none);
+    // Without a session bus, a runtime folder, a tray, a sound server and a sound device.
+    writeFile(desktop.home() / "asound.conf", "");
+    std::vector<std::string> command{"env"};
+    for (const char* const name : {"DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME",
+                                   "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "LANG"})
+        command.insert(command.end(), {"-u", name});
+    command.insert(command.end(), {"sh", "-c", "exec \"$0\" >\"$HOME/said\" 2>&1", CORVANE_PROGRAM});
+    const std::string configuration = "ALSA_CONFIG_PATH=" + (desktop.home() / "asound.conf").string();
+    const auto application = desktop.run(command, "other", {"CANBERRA_DRIVER=alsa", configuration});
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    EXPECT_TRUE(desktop.shows(1, 0, 10s));
+    const auto hasTriedToPlay = [&] {
+        const std::string maps = "/proc/" + std::to_string(application->id()) + "/maps";
+        return fileBytes(maps).value_or("").find("libasound.so") != std::string::npos;
+    };
+    EXPECT_TRUE(waitUntil(5s, hasTriedToPlay));
+    EXPECT_FALSE(waitUntil(500ms, [&] { return fileBytes(desktop.home() / "said") != ""; }));
+    application->signal(SIGTERM);
+    EXPECT_EQ(application->wait(5s), 0);
+    EXPECT_EQ(fileBytes(desktop.home() / "said"), "");
+}
+
 TEST(Process, itsWindowsCarryTheIconAndTheClassThatTheDesktopEntryNames) {
     DesktopSession desktop;
     fs::remove_all(desktop.home() / ".config/Corvane");

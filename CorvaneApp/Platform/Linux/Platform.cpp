@@ -27,6 +27,16 @@ constexpr const char* windowSystemVariable = "QT_QPA_PLATFORM";
 constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
 bool hasChosenWindowSystem = false;
 
+/// What Qt printed to before.
+QtMessageHandler printMessage = nullptr;
+
+/// Prints what Qt has to say, except that there is no runtime folder, which is ordinary outside a login
+/// session and which Qt finds out by itself, looking for Wayland's socket.
+void takeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        printMessage(type, context, message);
+}
+
 class LinuxPlatform : public Platform {
   public:
     Services services() override {
@@ -79,6 +89,7 @@ bool Platform::prepareProcess() {
                    stderr);
         return false;
     }
+    printMessage = qInstallMessageHandler(takeMessage);
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
     hasChosenWindowSystem = hasX && !isChosen;
     if (hasChosenWindowSystem) qputenv(windowSystemVariable, "xcb;wayland");

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
+#include <dlfcn.h>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -20,6 +21,25 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds patienceAtEnd{100};
+
+void dropMessage(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
+                 const char* /*format*/, ...) {}
+
+/// Without a sound server libcanberra falls back to ALSA, whose library prints several lines to standard
+/// error for each sound that it cannot play: where there is no card, or another user or program holds it. All
+/// of that is ordinary for an application without sound. Its messages are taken rather than ALSA avoided,
+/// since the presence of a card does not decide it: a configuration may lead to a device that is no card. The
+/// library is not linked: libcanberra loads it with its driver, if at all, and may unload it again.
+void silenceAlsa() {
+    using Handler =
+        void (*)(const char* file, int line, const char* function, int error, const char* format, ...);
+    using SetHandler = int (*)(Handler handler);
+    void* const library = dlopen("libasound.so.2", RTLD_LAZY | RTLD_NOLOAD);
+    if (library == nullptr) return;
+    if (void* const function = dlsym(library, "snd_lib_error_set_handler"); function != nullptr)
+        reinterpret_cast<SetHandler>(function)(dropMessage);
+    dlclose(library);
+}
 
 // Lives in the worker thread.
 class Player {
@@ -47,7 +67,10 @@ class Player {
         }
         ca_context_change_props(context_, CA_PROP_APPLICATION_NAME, "Corvane", CA_PROP_APPLICATION_ID,
                                 "corvane", CA_PROP_APPLICATION_ICON_NAME, "corvane", nullptr);
-        if (ca_context_open(context_) == CA_SUCCESS) return true;
+        if (ca_context_open(context_) == CA_SUCCESS) {
+            silenceAlsa();
+            return true;
+        }
         close();
         return false;
     }

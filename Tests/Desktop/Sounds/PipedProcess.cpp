@@ -1,5 +1,7 @@
 #include "Desktop/Sounds/PipedProcess.h"
 
+#include "Support/TestSupport.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -80,6 +82,11 @@ std::optional<std::string> PipedProcess::readLine(milliseconds timeout) {
     const std::size_t end = text.find('\n');
     unread_ = text.substr(end + 1);
     return text.substr(0, end);
+}
+
+bool PipedProcess::hasMapped(const std::string& name) const {
+    const std::string maps = fileBytes("/proc/" + std::to_string(process_->id()) + "/maps").value_or("");
+    return maps.find(name) != std::string::npos;
 }
 
 std::optional<int> PipedProcess::wait(milliseconds timeout) {

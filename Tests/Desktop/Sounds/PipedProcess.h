@@ -27,6 +27,9 @@ class PipedProcess {
     /// One line, without its end.
     [[nodiscard]] std::optional<std::string> readLine(std::chrono::milliseconds timeout);
 
+    /// Whether it has loaded a library whose path contains `name`.
+    [[nodiscard]] bool hasMapped(const std::string& name) const;
+
     /// As ChildProcess has it.
     [[nodiscard]] std::optional<int> wait(std::chrono::milliseconds timeout);
 

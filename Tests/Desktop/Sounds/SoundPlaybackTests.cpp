@@ -59,8 +59,12 @@ class SoundPlayback : public testing::Test {
     SoundPlayback()
         : place(scratch) {}
 
-    void startPlayer(const std::string& folder = CORVANE_SOUND_FOLDER) {
-        player.emplace(place.command({CORVANE_SOUND_PLAYER, folder}, "player-errors"));
+    // `variables` are further ones of its environment.
+    void startPlayer(const std::string& folder = CORVANE_SOUND_FOLDER,
+                     const std::vector<std::string>& variables = {}) {
+        Command command = place.command({CORVANE_SOUND_PLAYER, folder}, "player-errors");
+        command.environment.insert(command.environment.end(), variables.begin(), variables.end());
+        player.emplace(command);
     }
 
     // Plays sounds in one pass; gives the number of the player's threads.
@@ -156,6 +160,19 @@ TEST_F(SoundPlayback, withoutAServerNothingHappens) {
     startPlayer();
     play("Glass");
     letItTry();
+    play("Pop");
+    letItTry();
+    expectQuietEnd();
+}
+
+TEST_F(SoundPlayback, alsaThatFindsNoDevicePrintsNothing) {
+    // As where there is neither a sound server nor a card: no device is configured.
+    writeFile(scratch / "asound.conf", "");
+    startPlayer(CORVANE_SOUND_FOLDER,
+                {"CANBERRA_DRIVER=alsa", "ALSA_CONFIG_PATH=" + (scratch / "asound.conf").string()});
+    play("Glass");
+    letItTry();
+    EXPECT_TRUE(player->hasMapped("libasound.so"));
     play("Pop");
     letItTry();
     expectQuietEnd();

@@ -13,6 +13,9 @@ from scratch import Failure, wait_until
 APPLICATION = "Corvane"
 LOOK_AGAIN = "look at the picture, and run ./run again to see whether it repeats"
 
+# What the versions of at-spi2-core call a role, where they differ: 2.46 (Debian 12), then 2.56 (Debian 13).
+ROLE_NAMES = {"push button": ("push button", "button")}
+
 
 @dataclass
 class Control:
@@ -153,9 +156,10 @@ class Eyes:
 
     def find(self, role, name, description=None, window=None):
         """The first such control that is showing; `name` is a text, or a pattern for all of it."""
+        roles = ROLE_NAMES.get(role, (role,))
         for control in self.controls():
             named = name.fullmatch(control.name) if isinstance(name, re.Pattern) else control.name == name
-            if (control.role == role and named and description in (None, control.description)
+            if (control.role in roles and named and description in (None, control.description)
                     and (window is None or control.window.name == window)):
                 return control
         return None

@@ -33,7 +33,7 @@ constexpr const char* usage = R"(usage: corvane-observer COMMAND
                               may go on after them
   stays-empty --for S         fails as soon as a banner comes within S seconds
   wait-for-desktop [--compositor] [--timeout S]
-                              waits for a window manager, and for a compositor
+                              waits for a window manager that responds, and for a compositor
   wait-for-window CLASS [--timeout S]
                               waits until the window manager has a window of this class
   wallpaper                   paints the desktop's background
@@ -185,14 +185,16 @@ int staysEmpty(const Arguments& arguments) {
 int waitForDesktop(const Arguments& arguments) {
     const auto given = options(arguments, 1);
     const bool needsCompositor = given.contains("compositor");
-    const XObserver x;
-    const bool ready = waitUntil(milliseconds(number(given, "timeout", 10)), [&] {
-        return !x.windowManager().empty() && (!needsCompositor || x.isComposited());
-    });
+    const std::chrono::milliseconds timeout = milliseconds(number(given, "timeout", 10));
+    XObserver x;
+    const bool came = waitUntil(
+        timeout, [&] { return !x.windowManager().empty() && (!needsCompositor || x.isComposited()); });
+    const bool ready = came && x.windowManagerResponds(timeout);
     if (ready) {
         std::cout << x.windowManager() << '\n';
     } else {
-        std::cerr << "no window manager" << (needsCompositor ? " with a compositor" : "") << " came up\n";
+        std::cerr << "no window manager" << (needsCompositor ? " with a compositor" : "")
+                  << (came ? " responds\n" : " came up\n");
     }
     return ready ? 0 : 1;
 }

@@ -181,6 +181,9 @@ void DesktopSession::startWindowManager(const std::string& name, Compositor comp
     };
     if (!waitUntil(startTimeout, [&] { return isReady() || !manager.isRunning(); }) || !manager.isRunning())
         throw std::runtime_error(name + " did not start: " + fileBytes(scratch_ / "wm.log").value_or(""));
+    // Twm knows no such requests.
+    if (name != "twm" && !screen_->windowManagerResponds(startTimeout))
+        throw std::runtime_error(name + " does not respond: " + fileBytes(scratch_ / "wm.log").value_or(""));
     if (blendsByItself) {
         if (!waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
             throw std::runtime_error(name + " does not blend windows");

@@ -203,6 +203,17 @@ std::string XObserver::windowManager() const {
     return property(check.front(), "_NET_WM_NAME");
 }
 
+bool XObserver::windowManagerResponds(std::chrono::milliseconds timeout) {
+    // Any window may ask how large its frame will be before it is mapped. This one goes with the observer.
+    const std::uint32_t window = xcb_generate_id(connection_);
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    return waitUntil(timeout, [&] {
+        request(window, "_NET_REQUEST_FRAME_EXTENTS", {});
+        return !property(window, "_NET_FRAME_EXTENTS").empty();
+    });
+}
+
 bool XObserver::isManaged() const {
     const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, root_), nullptr));

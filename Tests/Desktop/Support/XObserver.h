@@ -60,6 +60,14 @@ class XObserver {
     /// The title of the window manager that runs; empty when there is none.
     [[nodiscard]] std::string windowManager() const;
 
+    /// Whether the window manager, which must have a title, responds to requests within `timeout`. It claims
+    /// the display early in its start and may take another second or more to reach its main loop.
+    ///
+    /// Asks again and again until it responds. Openbox moves the events that arrive during its start into a
+    /// queue of its own, and then sleeps until the X server sends one more: without a further event, windows
+    /// that were mapped meanwhile stay unmanaged. A desktop with a user at it never lacks events.
+    [[nodiscard]] bool windowManagerResponds(std::chrono::milliseconds timeout);
+
     /// Whether a window manager of any kind runs, also one that does not give its title.
     [[nodiscard]] bool isManaged() const;
 

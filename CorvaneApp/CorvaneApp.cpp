@@ -5,7 +5,7 @@
 #include "MenuBar/TrayPanel.h"
 #include "MenuBarView.h"
 #include "Platform/Appearance.h"
-#include "Platform/Reopen.h"
+#include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
 #include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
@@ -51,7 +51,7 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, 
     services_.statusItem.setMenu(menu_.get());
     connect(&services_.statusItem, &StatusItem::pressed, this,
             [this](QRect place) { requirePanel().toggle(place); });
-    connect(&services_.reopen, &Reopen::reopened, this, &CorvaneApp::openMainWindow);
+    connect(&services_.singleInstance, &SingleInstance::reopened, this, &CorvaneApp::openMainWindow);
     connect(&model_, &AppModel::changed, this, &CorvaneApp::showStatus);
     showStatus();
 }

@@ -1,8 +1,8 @@
 #include "CorvaneApp.h"
 #include "Model/SettingsDefaults.h"
 #include "Platform/Platform.h"
-#include "Platform/Reopen.h"
 #include "Platform/Shared/UnixSignals.h"
+#include "Platform/SingleInstance.h"
 #include "Style/CorvaneStyle.h"
 #include "Style/Translations.h"
 
@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
 
     const std::unique_ptr<Platform> platform = Platform::make();
     const Services services = platform->services();
-    if (!services.reopen.claim()) return 0;
+    if (!services.singleInstance.claim()) return 0;
 
     QSettings settings;
     SettingsDefaults defaults(settings);

@@ -14,9 +14,9 @@ class Applications;
 class FileBrowser;
 class FloatingPanels;
 class LoginItem;
-class Reopen;
 class Scheduler;
 class Screens;
+class SingleInstance;
 class Sounds;
 class StatusItem;
 
@@ -36,7 +36,7 @@ struct Services {
     LoginItem& loginItem;
     FileBrowser& fileBrowser;
     StatusItem& statusItem;
-    Reopen& reopen;
+    SingleInstance& singleInstance;
 };
 
 /// The running system's own services. Made once, on the main thread, after the QApplication.

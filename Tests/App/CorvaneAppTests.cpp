@@ -118,11 +118,11 @@ TEST_F(CorvaneAppTest, theFirstOpeningByHandStaysOpen) {
 TEST_F(CorvaneAppTest, aSecondStartOpensTheMainWindow) {
     world.defaults.setBoolean("hasCompletedOnboarding", true);
     app().launch();
-    Q_EMIT world.platform.reopen.reopened();
+    Q_EMIT world.platform.singleInstance.reopened();
     ASSERT_NE(app().mainWindow(), nullptr);
     EXPECT_TRUE(app().mainWindow()->isVisible());
     app().mainWindow()->close();
-    Q_EMIT world.platform.reopen.reopened();
+    Q_EMIT world.platform.singleInstance.reopened();
     EXPECT_TRUE(app().mainWindow()->isVisible());
 }
 

@@ -6,8 +6,8 @@
 #include "Platform/Linux/FileBrowser.h"
 #include "Platform/Linux/FloatingPanel.h"
 #include "Platform/Linux/LoginItem.h"
-#include "Platform/Linux/Reopen.h"
 #include "Platform/Linux/Screens.h"
+#include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/Sounds.h"
 #include "Platform/Linux/StatusItem.h"
 #include "Platform/Shared/QtScheduler.h"
@@ -51,7 +51,7 @@ class LinuxPlatform : public Platform {
                 loginItem_,
                 fileBrowser_,
                 statusItem_,
-                reopen_};
+                singleInstance_};
     }
 
   private:
@@ -64,7 +64,7 @@ class LinuxPlatform : public Platform {
     LinuxLoginItem loginItem_{LinuxLoginItem::standardFile(), LinuxLoginItem::runningProgram()};
     LinuxFileBrowser fileBrowser_;
     LinuxStatusItem statusItem_{appearance_};
-    LinuxReopen reopen_;
+    LinuxSingleInstance singleInstance_;
     // The last to come and the first to go: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };

@@ -8,8 +8,8 @@
 #include "Platform/MacOS/FileBrowser.h"
 #include "Platform/MacOS/FloatingPanel.h"
 #include "Platform/MacOS/LoginItem.h"
-#include "Platform/MacOS/Reopen.h"
 #include "Platform/MacOS/Screens.h"
+#include "Platform/MacOS/SingleInstance.h"
 #include "Platform/MacOS/Sounds.h"
 #include "Platform/MacOS/StatusItem.h"
 #include "Platform/Shared/QtScheduler.h"
@@ -37,7 +37,7 @@ class MacPlatform : public Platform {
                 loginItem_,
                 fileBrowser_,
                 statusItem_,
-                reopen_};
+                singleInstance_};
     }
 
   private:
@@ -51,7 +51,7 @@ class MacPlatform : public Platform {
     MacLoginItem loginItem_;
     MacFileBrowser fileBrowser_;
     MacStatusItem statusItem_;
-    MacReopen reopen_{MacReopen::standardFolder()};
+    MacSingleInstance singleInstance_{MacSingleInstance::standardFolder()};
     // The last to come and the first to go: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };

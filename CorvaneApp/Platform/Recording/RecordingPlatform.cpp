@@ -110,7 +110,7 @@ Services RecordingPlatform::services() {
             loginItem,
             fileBrowser,
             statusItem,
-            reopen};
+            singleInstance};
 }
 
 } // namespace corvane::recording

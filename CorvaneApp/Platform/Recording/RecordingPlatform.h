@@ -7,9 +7,9 @@
 #include "Platform/FloatingPanel.h"
 #include "Platform/LoginItem.h"
 #include "Platform/Platform.h"
-#include "Platform/Reopen.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
+#include "Platform/SingleInstance.h"
 #include "Platform/Sounds.h"
 #include "Platform/StatusItem.h"
 
@@ -162,7 +162,7 @@ class FakeStatusItem : public StatusItem {
     bool available = true;
 };
 
-class FakeReopen : public Reopen {
+class FakeSingleInstance : public SingleInstance {
   public:
     [[nodiscard]] bool claim() override { return isFirst; }
 
@@ -180,7 +180,7 @@ struct RecordingPlatform {
     FakeLoginItem loginItem;
     Reveals fileBrowser;
     FakeStatusItem statusItem;
-    FakeReopen reopen;
+    FakeSingleInstance singleInstance;
 
     [[nodiscard]] Services services();
 };

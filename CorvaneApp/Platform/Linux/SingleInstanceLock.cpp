@@ -1,4 +1,4 @@
-#include "Platform/Linux/ReopenLock.h"
+#include "Platform/Linux/SingleInstanceLock.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -40,10 +40,10 @@ sockaddr_un address(const FileDescriptor& folder) {
 
 } // namespace
 
-ReopenLock::ReopenLock(fs::path folder)
+SingleInstanceLock::SingleInstanceLock(fs::path folder)
     : path_(std::move(folder)) {}
 
-fs::path ReopenLock::standardFolder() {
+fs::path SingleInstanceLock::standardFolder() {
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
     if (runtime.startsWith('/') && isPrivate(runtime.toStdString())) return runtime.toStdString();
     std::error_code error;
@@ -53,7 +53,7 @@ fs::path ReopenLock::standardFolder() {
     return isPrivate(folder) ? folder : fs::path();
 }
 
-bool ReopenLock::claim() {
+bool SingleInstanceLock::claim() {
     if (path_.empty()) return true;
     folder_ = FileDescriptor(open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     FileDescriptor lock(openat(folder_.number(), "corvane.lock", O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
@@ -72,7 +72,7 @@ bool ReopenLock::claim() {
     }
 }
 
-void ReopenLock::listen() {
+void SingleInstanceLock::listen() {
     unlinkat(folder_.number(), "corvane.socket", 0);
     FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
@@ -82,10 +82,10 @@ void ReopenLock::listen() {
         return;
     socket_ = std::move(socket);
     notifier_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);
-    connect(notifier_.get(), &QSocketNotifier::activated, this, &ReopenLock::answer);
+    connect(notifier_.get(), &QSocketNotifier::activated, this, &SingleInstanceLock::answer);
 }
 
-void ReopenLock::answer() {
+void SingleInstanceLock::answer() {
     for (;;) {
         const FileDescriptor client(accept4(socket_.number(), nullptr, nullptr, SOCK_CLOEXEC));
         if (client.number() < 0) return;
@@ -93,7 +93,7 @@ void ReopenLock::answer() {
     }
 }
 
-bool ReopenLock::ask() const {
+bool SingleInstanceLock::ask() const {
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const sockaddr_un name = address(folder_);
     // A connection that is made waits until it is noticed, so there is nothing to say or to hear.

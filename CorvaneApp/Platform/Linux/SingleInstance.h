@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/ReopenLock.h"
-#include "Platform/Reopen.h"
+#include "Platform/Linux/SingleInstanceLock.h"
+#include "Platform/SingleInstance.h"
 
 #include <QVariantMap>
 
@@ -9,13 +9,13 @@
 
 namespace corvane {
 
-/// One application on each session bus, by its name there. Without a bus, one for each user, by a lock.
-class LinuxReopen : public Reopen {
+/// One instance per session bus, by its name there. Without a bus, one per user, by a lock.
+class LinuxSingleInstance : public SingleInstance {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    ~LinuxReopen() override;
+    ~LinuxSingleInstance() override;
 
     [[nodiscard]] bool claim() override;
 
@@ -37,10 +37,10 @@ class LinuxReopen : public Reopen {
     enum class Outcome { first, second, noBus };
     [[nodiscard]] Outcome claimOnBus();
 
-    /// Tells that the application was started again; later, when nobody listens yet.
+    /// Emits `reopened`; once somebody connects to it, if nobody has so far.
     void tell();
 
-    std::unique_ptr<ReopenLock> lock_;
+    std::unique_ptr<SingleInstanceLock> lock_;
     bool isUntold_ = false;
 };
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Reopen.h"
+#include "Platform/Linux/SingleInstance.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -25,17 +25,17 @@ constexpr int mostAttempts = 20;
 
 } // namespace
 
-LinuxReopen::~LinuxReopen() = default;
+LinuxSingleInstance::~LinuxSingleInstance() = default;
 
-bool LinuxReopen::claim() {
+bool LinuxSingleInstance::claim() {
     const Outcome outcome = claimOnBus();
     if (outcome != Outcome::noBus) return outcome == Outcome::first;
-    lock_ = std::make_unique<ReopenLock>(ReopenLock::standardFolder());
-    connect(lock_.get(), &ReopenLock::asked, this, &LinuxReopen::tell);
+    lock_ = std::make_unique<SingleInstanceLock>(SingleInstanceLock::standardFolder());
+    connect(lock_.get(), &SingleInstanceLock::asked, this, &LinuxSingleInstance::tell);
     return lock_->claim();
 }
 
-LinuxReopen::Outcome LinuxReopen::claimOnBus() {
+LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     // Before the name is taken, since whoever sees the name may call at once.
     if (!bus.isConnected() ||
@@ -64,27 +64,28 @@ LinuxReopen::Outcome LinuxReopen::claimOnBus() {
     return Outcome::noBus;
 }
 
-void LinuxReopen::Activate(const QVariantMap& /*platformData*/) {
+void LinuxSingleInstance::Activate(const QVariantMap& /*platformData*/) {
     tell();
 }
 
-void LinuxReopen::tell() {
-    isUntold_ = !isSignalConnected(QMetaMethod::fromSignal(&Reopen::reopened));
+void LinuxSingleInstance::tell() {
+    isUntold_ = !isSignalConnected(QMetaMethod::fromSignal(&SingleInstance::reopened));
     if (!isUntold_) Q_EMIT reopened();
 }
 
 // The name is taken well before the windows can be opened.
-void LinuxReopen::connectNotify(const QMetaMethod& signal) {
-    if (signal != QMetaMethod::fromSignal(&Reopen::reopened) || !std::exchange(isUntold_, false)) return;
-    QMetaObject::invokeMethod(this, &LinuxReopen::reopened, Qt::QueuedConnection);
+void LinuxSingleInstance::connectNotify(const QMetaMethod& signal) {
+    if (signal != QMetaMethod::fromSignal(&SingleInstance::reopened) || !std::exchange(isUntold_, false))
+        return;
+    QMetaObject::invokeMethod(this, &LinuxSingleInstance::reopened, Qt::QueuedConnection);
 }
 
-void LinuxReopen::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
+void LinuxSingleInstance::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {
     Activate(platformData);
 }
 
-void LinuxReopen::ActivateAction(const QString& /*action*/, const QVariantList& /*parameter*/,
-                                 const QVariantMap& platformData) {
+void LinuxSingleInstance::ActivateAction(const QString& /*action*/, const QVariantList& /*parameter*/,
+                                         const QVariantMap& platformData) {
     Activate(platformData);
 }
 

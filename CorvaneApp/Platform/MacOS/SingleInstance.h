@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/MacOS/Observation.h"
-#include "Platform/Reopen.h"
+#include "Platform/SingleInstance.h"
 
 #include <filesystem>
 #include <memory>
@@ -11,18 +11,18 @@ namespace corvane {
 /// The system starts a bundle once and tells it when it is opened again. A process that was started
 /// otherwise, as from a terminal, finds out by a lock that another one runs, and asks it through a
 /// notification.
-class MacReopen : public Reopen {
+class MacSingleInstance : public SingleInstance {
     Q_OBJECT
 
   public:
-    /// Both processes have to use the same folder, which is made if need be.
-    explicit MacReopen(std::filesystem::path folder);
-    ~MacReopen() override;
+    /// Both processes have to use the same folder, which is created if missing.
+    explicit MacSingleInstance(std::filesystem::path folder);
+    ~MacSingleInstance() override;
 
     /// The user's folder for caches: temporary files are swept away while the application runs.
     [[nodiscard]] static std::filesystem::path standardFolder();
 
-    /// True as well where the folder cannot be used: better two than none.
+    /// Returns true as well if the folder cannot be used: two instances are better than none.
     [[nodiscard]] bool claim() override;
 
   private:

@@ -1,4 +1,4 @@
-#include "Platform/MacOS/Reopen.h"
+#include "Platform/MacOS/SingleInstance.h"
 
 #include "Platform/MacOS/ApplicationDelegate.h"
 
@@ -15,18 +15,18 @@
 
 namespace corvane {
 
-MacReopen::MacReopen(std::filesystem::path folder)
+MacSingleInstance::MacSingleInstance(std::filesystem::path folder)
     : folder_(std::move(folder)) {}
 
-MacReopen::~MacReopen() {
+MacSingleInstance::~MacSingleInstance() {
     if (lock_ >= 0) close(lock_);
 }
 
-std::filesystem::path MacReopen::standardFolder() {
+std::filesystem::path MacSingleInstance::standardFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::CacheLocation).toStdString();
 }
 
-bool MacReopen::claim() {
+bool MacSingleInstance::claim() {
     std::error_code ignored;
     std::filesystem::create_directories(folder_, ignored);
     const std::filesystem::path file = folder_ / "corvane.lock";

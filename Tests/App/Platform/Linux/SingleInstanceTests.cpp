@@ -1,8 +1,8 @@
 // How the first start hears of the others, and the lock that keeps one application for each user where there
 // is no message bus.
 
-#include "Platform/Linux/Reopen.h"
-#include "Platform/Linux/ReopenLock.h"
+#include "Platform/Linux/SingleInstance.h"
+#include "Platform/Linux/SingleInstanceLock.h"
 #include "Support/TestSupport.h"
 
 #include <QCoreApplication>
@@ -20,41 +20,41 @@ namespace {
 namespace fs = std::filesystem;
 using test::ScratchFolder;
 
-TEST(ReopenLock, theFirstIsTheOne) {
-    const ScratchFolder scratch("reopen");
-    ReopenLock lock(scratch.path());
+TEST(SingleInstanceLock, theFirstClaimSucceeds) {
+    const ScratchFolder scratch("single-instance");
+    SingleInstanceLock lock(scratch.path());
     EXPECT_TRUE(lock.claim());
 }
 
-TEST(ReopenLock, theSecondIsNotAndTheFirstHearsOfIt) {
-    const ScratchFolder scratch("reopen");
-    ReopenLock first(scratch.path());
+TEST(SingleInstanceLock, laterClaimsFailAndTheFirstIsNotified) {
+    const ScratchFolder scratch("single-instance");
+    SingleInstanceLock first(scratch.path());
     ASSERT_TRUE(first.claim());
-    QSignalSpy asked(&first, &ReopenLock::asked);
-    ReopenLock second(scratch.path());
+    QSignalSpy asked(&first, &SingleInstanceLock::asked);
+    SingleInstanceLock second(scratch.path());
     EXPECT_FALSE(second.claim());
-    ReopenLock third(scratch.path());
+    SingleInstanceLock third(scratch.path());
     EXPECT_FALSE(third.claim());
     while (asked.count() < 2)
         ASSERT_TRUE(asked.wait());
 }
 
-TEST(ReopenLock, anotherCanBeTheOneOnceTheFirstHasGone) {
-    const ScratchFolder scratch("reopen");
+TEST(SingleInstanceLock, aClaimSucceedsOnceTheFirstHasGone) {
+    const ScratchFolder scratch("single-instance");
     {
-        ReopenLock first(scratch.path());
+        SingleInstanceLock first(scratch.path());
         ASSERT_TRUE(first.claim());
     }
-    ReopenLock second(scratch.path());
+    SingleInstanceLock second(scratch.path());
     EXPECT_TRUE(second.claim());
 }
 
-TEST(ReopenLock, whatAKilledProcessLeftIsNoObstacle) {
-    const ScratchFolder scratch("reopen");
+TEST(SingleInstanceLock, whatAKilledProcessLeftIsNoObstacle) {
+    const ScratchFolder scratch("single-instance");
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        ReopenLock lock(scratch.path());
+        SingleInstanceLock lock(scratch.path());
         if (!lock.claim()) _exit(1);
         raise(SIGKILL);
     }
@@ -63,29 +63,29 @@ TEST(ReopenLock, whatAKilledProcessLeftIsNoObstacle) {
     ASSERT_TRUE(WIFSIGNALED(status));
     ASSERT_TRUE(fs::exists(scratch / "corvane.socket")) << "the child was to leave its socket behind";
 
-    ReopenLock lock(scratch.path());
+    SingleInstanceLock lock(scratch.path());
     ASSERT_TRUE(lock.claim());
-    QSignalSpy asked(&lock, &ReopenLock::asked);
-    ReopenLock second(scratch.path());
+    QSignalSpy asked(&lock, &SingleInstanceLock::asked);
+    SingleInstanceLock second(scratch.path());
     EXPECT_FALSE(second.claim());
     EXPECT_TRUE(asked.count() == 1 || asked.wait());
 }
 
-TEST(ReopenLock, pathsLongerThanASocketsAddressAreNoObstacle) {
-    const ScratchFolder scratch("reopen");
+TEST(SingleInstanceLock, pathsLongerThanASocketsAddressAreNoObstacle) {
+    const ScratchFolder scratch("single-instance");
     const fs::path deep = scratch / std::string(100, 'a') / std::string(100, 'b');
     fs::create_directories(deep);
-    ReopenLock first(deep);
+    SingleInstanceLock first(deep);
     ASSERT_TRUE(first.claim());
-    ReopenLock second(deep);
+    SingleInstanceLock second(deep);
     EXPECT_FALSE(second.claim());
 }
 
-TEST(ReopenLock, aFolderThatCannotBeUsedStartsTheApplicationAllTheSame) {
-    const ScratchFolder scratch("reopen");
-    ReopenLock nowhere{fs::path()};
+TEST(SingleInstanceLock, aFolderThatCannotBeUsedStartsTheApplicationAllTheSame) {
+    const ScratchFolder scratch("single-instance");
+    SingleInstanceLock nowhere{fs::path()};
     EXPECT_TRUE(nowhere.claim());
-    ReopenLock missing(scratch / "missing");
+    SingleInstanceLock missing(scratch / "missing");
     EXPECT_TRUE(missing.claim());
 }
 
@@ -97,7 +97,7 @@ void restore(const char* name, const QByteArray& value) {
     }
 }
 
-class ReopenFolder : public testing::Test {
+class SingleInstanceFolder : public testing::Test {
   protected:
     void SetUp() override {
         runtime = qgetenv("XDG_RUNTIME_DIR");
@@ -109,82 +109,82 @@ class ReopenFolder : public testing::Test {
         restore("TMPDIR", temporary);
     }
 
-    ScratchFolder scratch{"reopen"};
+    ScratchFolder scratch{"single-instance"};
     const fs::path own = scratch / ("corvane-" + std::to_string(getuid()));
     QByteArray runtime;
     QByteArray temporary;
 };
 
-TEST_F(ReopenFolder, isTheSessionsRuntimeFolder) {
+TEST_F(SingleInstanceFolder, isTheSessionsRuntimeFolder) {
     const fs::path folder = scratch / "runtime";
     fs::create_directory(folder);
     fs::permissions(folder, fs::perms::owner_all);
     qputenv("XDG_RUNTIME_DIR", folder.c_str());
-    EXPECT_EQ(ReopenLock::standardFolder(), folder);
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), folder);
 }
 
-TEST_F(ReopenFolder, isAPrivateTemporaryOneWithoutARuntimeFolder) {
+TEST_F(SingleInstanceFolder, isAPrivateTemporaryOneWithoutARuntimeFolder) {
     qunsetenv("XDG_RUNTIME_DIR");
-    EXPECT_EQ(ReopenLock::standardFolder(), own);
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), own);
     EXPECT_EQ(fs::status(own).permissions(), fs::perms::owner_all);
-    EXPECT_EQ(ReopenLock::standardFolder(), own) << "it may be there already";
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), own) << "it may be there already";
 }
 
-TEST_F(ReopenFolder, isNeverOneThatOthersCanWrite) {
+TEST_F(SingleInstanceFolder, isNeverOneThatOthersCanWrite) {
     const fs::path folder = scratch / "runtime";
     fs::create_directory(folder);
     fs::permissions(folder, fs::perms::all);
     qputenv("XDG_RUNTIME_DIR", folder.c_str());
-    EXPECT_EQ(ReopenLock::standardFolder(), own);
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), own);
     fs::permissions(own, fs::perms::all);
-    EXPECT_EQ(ReopenLock::standardFolder(), fs::path());
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), fs::path());
 }
 
-TEST_F(ReopenFolder, isNoLinkThatSomebodyPutThere) {
+TEST_F(SingleInstanceFolder, isNoLinkThatSomebodyPutThere) {
     qunsetenv("XDG_RUNTIME_DIR");
     fs::create_directory(scratch / "elsewhere");
     fs::create_directory_symlink(scratch / "elsewhere", own);
-    EXPECT_EQ(ReopenLock::standardFolder(), fs::path());
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), fs::path());
 }
 
-class LinuxReopenTest : public testing::Test {
+class LinuxSingleInstanceTest : public testing::Test {
   protected:
     void listen() {
-        QObject::connect(&reopen, &Reopen::reopened, &reopen, [this] { ++heard; });
+        QObject::connect(&instance, &SingleInstance::reopened, &instance, [this] { ++heard; });
     }
 
-    LinuxReopen reopen;
+    LinuxSingleInstance instance;
     int heard = 0;
 };
 
-TEST_F(LinuxReopenTest, aSecondStartIsHeardAtOnce) {
+TEST_F(LinuxSingleInstanceTest, aSecondStartIsHeardAtOnce) {
     listen();
-    reopen.Activate({});
+    instance.Activate({});
     EXPECT_EQ(heard, 1);
-    reopen.Open({QStringLiteral("file:///notes")}, {});
-    reopen.ActivateAction(QStringLiteral("new-window"), {}, {});
+    instance.Open({QStringLiteral("file:///notes")}, {});
+    instance.ActivateAction(QStringLiteral("new-window"), {}, {});
     EXPECT_EQ(heard, 3);
 }
 
-TEST_F(LinuxReopenTest, aSecondStartBeforeAnybodyListensIsHeardOnceSomebodyDoes) {
-    reopen.Activate({});
-    reopen.Activate({});
+TEST_F(LinuxSingleInstanceTest, aSecondStartBeforeAnybodyListensIsHeardOnceSomebodyDoes) {
+    instance.Activate({});
+    instance.Activate({});
     listen();
     EXPECT_EQ(heard, 0) << "whoever connects may not be ready yet";
     QCoreApplication::processEvents();
     EXPECT_EQ(heard, 1);
 }
 
-TEST_F(LinuxReopenTest, whatHasBeenHeardIsNotToldToThoseWhoListenLater) {
+TEST_F(LinuxSingleInstanceTest, whatHasBeenHeardIsNotToldToThoseWhoListenLater) {
     listen();
-    reopen.Activate({});
-    QSignalSpy later(&reopen, &Reopen::reopened);
+    instance.Activate({});
+    QSignalSpy later(&instance, &SingleInstance::reopened);
     QCoreApplication::processEvents();
     EXPECT_EQ(heard, 1);
     EXPECT_EQ(later.count(), 0);
 }
 
-TEST_F(LinuxReopenTest, listeningAloneTellsNothing) {
+TEST_F(LinuxSingleInstanceTest, listeningAloneTellsNothing) {
     listen();
     QCoreApplication::processEvents();
     EXPECT_EQ(heard, 0);

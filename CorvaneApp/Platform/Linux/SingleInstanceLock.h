@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Platform/Linux/FileDescriptor.h"
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <filesystem>
+#include <memory>
+
+namespace corvane {
+
+/// A single-instance lock in a folder, for sessions without a message bus. The process that holds the lock on
+/// a file there listens on a socket beside it. The kernel releases the lock when the process ends, however it
+/// ends, so what a crash leaves behind is no obstacle. Main thread only.
+class SingleInstanceLock : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit SingleInstanceLock(std::filesystem::path folder);
+
+    /// A folder that only this user can write: the session's runtime folder, else one in the folder for
+    /// temporary files, created if missing. Empty if there is none.
+    [[nodiscard]] static std::filesystem::path standardFolder();
+
+    /// Takes the lock. Returns false if another process holds it; that process has been asked to come
+    /// forward, unless it did not answer for a few seconds. Returns true if the folder cannot be used at all:
+    /// two instances are better than none.
+    [[nodiscard]] bool claim();
+
+  Q_SIGNALS:
+    /// Another process tried to take the lock.
+    void asked();
+
+  private:
+    void listen();
+    void answer();
+    /// Notifies the process that holds the lock; whether that worked.
+    [[nodiscard]] bool ask() const;
+
+    std::filesystem::path path_;
+    FileDescriptor folder_;
+    FileDescriptor lock_;
+    FileDescriptor socket_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+} // namespace corvane

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QObject>
+
+namespace corvane {
+
+/// Keeps the application to one running instance per user session, and reports further starts. Main thread
+/// only.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Claims to be the session's instance. Returns false if another process is: that process has been asked
+    /// to come forward, and this one should end with status 0. Of processes that claim at the same instant
+    /// exactly one gets true. What a crashed process left behind is no obstacle.
+    [[nodiscard]] virtual bool claim() = 0;
+
+  Q_SIGNALS:
+    /// The application was started or opened again.
+    void reopened();
+};
+
+} // namespace corvane

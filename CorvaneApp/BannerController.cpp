@@ -30,7 +30,7 @@ constexpr milliseconds orderOutDelay{200};
 
 } // namespace
 
-BannerController::BannerController(Services services)
+BannerController::BannerController(PlatformServices services)
     : services_(std::move(services)) {
     connect(&services_.screens, &Screens::changed, this, &BannerController::layout);
 }

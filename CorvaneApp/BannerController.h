@@ -32,7 +32,7 @@ class BannerController : public QObject, public Banners {
     static constexpr std::chrono::milliseconds doneLifetime{6000};
 
     /// What `services` refers to must outlive the controller.
-    explicit BannerController(Services services);
+    explicit BannerController(PlatformServices services);
     ~BannerController() override;
 
     void showWaiting(const AgentSession& session) override;
@@ -70,7 +70,7 @@ class BannerController : public QObject, public Banners {
 
     [[nodiscard]] std::vector<Entry>::iterator entry(std::string_view id);
 
-    Services services_;
+    PlatformServices services_;
     std::vector<Entry> panels_; // the newest first
     bool isUpdating_ = false;   // the screen waits for the end of `update`
 };

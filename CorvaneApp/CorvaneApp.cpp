@@ -35,8 +35,8 @@ void scaleFont(const char* kind, double change) {
 
 } // namespace
 
-CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const Services& services,
-                       links::Opener openLink)
+CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
+                       const PlatformServices& services, links::Opener openLink)
     : services_(services)
     , openLink_(std::move(openLink))
     , banners_(services)

@@ -24,7 +24,7 @@ class CorvaneApp : public QObject {
 
   public:
     /// Shows the tray icon. What is given must outlive the application.
-    CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const Services& services,
+    CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const PlatformServices& services,
                links::Opener openLink = links::openInBrowser);
     ~CorvaneApp() override;
 
@@ -51,7 +51,7 @@ class CorvaneApp : public QObject {
     [[nodiscard]] TrayPanel& requirePanel();
     [[nodiscard]] CommandHandlers commands();
 
-    Services services_;
+    PlatformServices services_;
     links::Opener openLink_;
     BannerController banners_;
     AppModel model_;

@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
     QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);
 
     const std::unique_ptr<Platform> platform = Platform::make();
-    const Services services = platform->services();
+    const PlatformServices services = platform->services();
     if (!services.singleInstance.claim()) return 0;
 
     QSettings settings;

@@ -40,7 +40,7 @@ std::string localizedDescription(const std::exception& error) {
 } // namespace
 
 AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners,
-                   const Services& services)
+                   const PlatformServices& services)
     : connector_(std::move(connector))
     , inbox_{connector_.paths().events()}
     , defaults_(defaults)

@@ -36,7 +36,7 @@ class AppModel : public QObject {
     /// Loads the stored settings, asks which agents are connected and starts the loop, whose first pass runs
     /// as soon as the event loop does. `defaults`, `banners`, whose callbacks become the model's, and what
     /// `services` refers to must outlive the model.
-    AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners, const Services& services);
+    AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners, const PlatformServices& services);
     ~AppModel() override;
 
     [[nodiscard]] const SessionBoard& board() const { return board_; }
@@ -105,7 +105,7 @@ class AppModel : public QObject {
     AgentConnector connector_;
     EventInbox inbox_;
     UserDefaults& defaults_;
-    Services services_;
+    PlatformServices services_;
     Banners& banners_;
 
     SessionBoard board_;

@@ -24,7 +24,7 @@ class StatusItem;
 using Clock = std::function<Date()>;
 
 /// Everything that the application asks of the system it runs on. The referents outlive whoever holds this.
-struct Services {
+struct PlatformServices {
     Clock clock;
     Scheduler& scheduler;
     FloatingPanels& panels;
@@ -57,7 +57,7 @@ class Platform {
     /// user's prompts and code. What cannot be done is left.
     static void protectSupportDirectory(const CorvanePaths& paths);
 
-    [[nodiscard]] virtual Services services() = 0;
+    [[nodiscard]] virtual PlatformServices services() = 0;
 };
 
 } // namespace corvane

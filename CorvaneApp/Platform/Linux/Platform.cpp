@@ -39,19 +39,21 @@ void takeMessage(QtMsgType type, const QMessageLogContext& context, const QStrin
 
 class LinuxPlatform : public Platform {
   public:
-    Services services() override {
-        return {[] { return Date::fromSystemClock(std::chrono::system_clock::now()); },
-                scheduler_,
-                panels_,
-                screens_,
-                appearance_,
-                announcer_,
-                sounds_,
-                applications_,
-                loginItem_,
-                fileBrowser_,
-                statusItem_,
-                singleInstance_};
+    PlatformServices services() override {
+        return {
+            .clock = [] { return Date::fromSystemClock(std::chrono::system_clock::now()); },
+            .scheduler = scheduler_,
+            .panels = panels_,
+            .screens = screens_,
+            .appearance = appearance_,
+            .announcer = announcer_,
+            .sounds = sounds_,
+            .applications = applications_,
+            .loginItem = loginItem_,
+            .fileBrowser = fileBrowser_,
+            .statusItem = statusItem_,
+            .singleInstance = singleInstance_,
+        };
     }
 
   private:

@@ -98,19 +98,21 @@ void Announcements::announce(const QString& text, QWidget& /*banner*/) {
     spoken.push_back(text);
 }
 
-Services RecordingPlatform::services() {
-    return {[this] { return time.now(); },
-            time,
-            panels,
-            screens,
-            appearance,
-            announcer,
-            sounds,
-            applications,
-            loginItem,
-            fileBrowser,
-            statusItem,
-            singleInstance};
+PlatformServices RecordingPlatform::services() {
+    return {
+        .clock = [this] { return time.now(); },
+        .scheduler = time,
+        .panels = panels,
+        .screens = screens,
+        .appearance = appearance,
+        .announcer = announcer,
+        .sounds = sounds,
+        .applications = applications,
+        .loginItem = loginItem,
+        .fileBrowser = fileBrowser,
+        .statusItem = statusItem,
+        .singleInstance = singleInstance,
+    };
 }
 
 } // namespace corvane::recording

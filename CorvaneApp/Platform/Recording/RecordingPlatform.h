@@ -182,7 +182,7 @@ struct RecordingPlatform {
     FakeStatusItem statusItem;
     FakeSingleInstance singleInstance;
 
-    [[nodiscard]] Services services();
+    [[nodiscard]] PlatformServices services();
 };
 
 } // namespace corvane::recording

@@ -114,7 +114,7 @@ void CorvaneApp::openPanel() {
 
 TrayPanel& CorvaneApp::requirePanel() {
     if (!panel_) {
-        panel_ = std::make_unique<TrayPanel>(model_, [this](QWidget* parent) {
+        panel_ = std::make_unique<TrayPanel>(model_, services_, [this](QWidget* parent) {
             return new MenuBarView(model_, {[this] { openSettings(); }, openLink_, &QCoreApplication::quit},
                                    parent);
         });

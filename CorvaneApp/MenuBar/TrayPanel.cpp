@@ -4,6 +4,7 @@
 #include "MenuBar/TrayPanelView.h"
 #include "Model/AppModel.h"
 #include "Platform/CardWindow.h"
+#include "Platform/Platform.h"
 #include "Style/Shapes.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
@@ -68,11 +69,12 @@ QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available) {
             kept(origin.y(), size.height(), room.y(), bottom)};
 }
 
-TrayPanel::TrayPanel(AppModel& model, MakeView makeView)
+TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView makeView)
     : QWidget(nullptr,
               Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
     , model_(model)
-    , makeView_(std::move(makeView)) {
+    , makeView_(std::move(makeView))
+    , host_(services.panelHosts.make(*this)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Corvane"));
@@ -81,7 +83,6 @@ TrayPanel::TrayPanel(AppModel& model, MakeView makeView)
     rebuild();
     keyboardLoss_.setSingleShot(true);
     connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);
-    host_ = PanelHost::make(*this);
     connect(host_.get(), &PanelHost::keyboardChanged, this, &TrayPanel::followKeyboard);
     connect(host_.get(), &PanelHost::pressedElsewhere, this, &TrayPanel::closeForPress);
 }

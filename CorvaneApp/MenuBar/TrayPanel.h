@@ -15,6 +15,7 @@ namespace corvane {
 
 class AppModel;
 class TrayPanelView;
+struct PlatformServices;
 
 /// Where a panel of `size` goes that belongs to an icon at `icon`: below or above it, or beside it where the
 /// bar stands upright, with a gap, and within `available`, the free part of the icon's screen. All in the
@@ -30,8 +31,8 @@ class TrayPanel : public QWidget {
     /// Makes the content, as a child of the panel, at the present text size.
     using MakeView = std::function<TrayPanelView*(QWidget* parent)>;
 
-    /// `model` must outlive the panel.
-    TrayPanel(AppModel& model, MakeView makeView);
+    /// `model` and what `services` refers to must outlive the panel.
+    TrayPanel(AppModel& model, const PlatformServices& services, MakeView makeView);
 
     [[nodiscard]] TrayPanelView& view() const { return *view_; }
     /// Paints the ground of a panel's card of this size at the painter's origin, with round corners only

@@ -17,9 +17,6 @@ class PanelHost : public QObject {
     Q_OBJECT
 
   public:
-    /// For `window`, which has not been shown so far and outlives the host.
-    [[nodiscard]] static std::unique_ptr<PanelHost> make(QWidget& window);
-
     /// Where the window is on the desktop, or will be, in device-independent pixels with y growing downwards.
     /// `outline` is that of the card, in the window's coordinates.
     virtual void setGeometry(const QRect& geometry, const QPainterPath& outline) = 0;
@@ -35,6 +32,18 @@ class PanelHost : public QObject {
 
     /// A mouse button was pressed outside of the application, where that takes no keyboard away.
     void pressedElsewhere();
+};
+
+/// Creates panel hosts.
+class PanelHosts {
+  public:
+    PanelHosts() = default;
+    PanelHosts(const PanelHosts&) = delete;
+    PanelHosts& operator=(const PanelHosts&) = delete;
+    virtual ~PanelHosts() = default;
+
+    /// For `window`, which has not been shown so far and outlives the host.
+    [[nodiscard]] virtual std::unique_ptr<PanelHost> make(QWidget& window) = 0;
 };
 
 } // namespace corvane

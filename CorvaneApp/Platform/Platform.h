@@ -14,6 +14,7 @@ class Applications;
 class FileBrowser;
 class FloatingPanels;
 class LoginItem;
+class PanelHosts;
 class Scheduler;
 class Screens;
 class SingleInstance;
@@ -28,6 +29,7 @@ struct PlatformServices {
     Clock clock;
     Scheduler& scheduler;
     FloatingPanels& panels;
+    PanelHosts& panelHosts;
     Screens& screens;
     Appearance& appearance;
     Announcer& announcer;

@@ -37,7 +37,7 @@ class MacPanelHostTest : public testing::Test {
 
 TEST_F(MacPanelHostTest, isWhatMacPlatformsGet) {
     QWidget other;
-    EXPECT_NE(qobject_cast<MacPanelHost*>(PanelHost::make(other).get()), nullptr);
+    EXPECT_NE(qobject_cast<MacPanelHost*>(MacPanelHosts().make(other).get()), nullptr);
 }
 
 TEST_F(MacPanelHostTest, givesTheWindowTheKeyboardAndLeavesTheApplicationInactive) {

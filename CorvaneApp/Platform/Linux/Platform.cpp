@@ -10,6 +10,7 @@
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/Sounds.h"
 #include "Platform/Linux/StatusItem.h"
+#include "Platform/Shared/PlainPanelHost.h"
 #include "Platform/Shared/QtScheduler.h"
 #include "Style/ApplicationIcon.h"
 
@@ -44,6 +45,7 @@ class LinuxPlatform : public Platform {
             .clock = [] { return Date::fromSystemClock(std::chrono::system_clock::now()); },
             .scheduler = scheduler_,
             .panels = panels_,
+            .panelHosts = panelHosts_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -58,6 +60,7 @@ class LinuxPlatform : public Platform {
 
   private:
     LinuxFloatingPanels panels_;
+    PlainPanelHosts panelHosts_;
     LinuxScreens screens_;
     LinuxAppearance appearance_;
     LinuxAnnouncer announcer_;

@@ -38,4 +38,10 @@ class MacPanelHost : public PanelHost {
     bool isHosted_ = false;
 };
 
+/// On Qt's "cocoa" platform; the others have no native views to put anywhere, and get plain hosts.
+class MacPanelHosts : public PanelHosts {
+  public:
+    [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override;
+};
+
 } // namespace corvane

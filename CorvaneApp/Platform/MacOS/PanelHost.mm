@@ -30,8 +30,7 @@ struct MacPanelHost::Monitor {
     id token;
 };
 
-std::unique_ptr<PanelHost> PanelHost::make(QWidget& window) {
-    // Qt's other platforms have no native views to put anywhere.
+std::unique_ptr<PanelHost> MacPanelHosts::make(QWidget& window) {
     if (QGuiApplication::platformName() != QLatin1String("cocoa"))
         return std::make_unique<PlainPanelHost>(window);
     return std::make_unique<MacPanelHost>(window);

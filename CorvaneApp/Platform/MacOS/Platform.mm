@@ -8,6 +8,7 @@
 #include "Platform/MacOS/FileBrowser.h"
 #include "Platform/MacOS/FloatingPanel.h"
 #include "Platform/MacOS/LoginItem.h"
+#include "Platform/MacOS/PanelHost.h"
 #include "Platform/MacOS/Screens.h"
 #include "Platform/MacOS/SingleInstance.h"
 #include "Platform/MacOS/Sounds.h"
@@ -30,6 +31,7 @@ class MacPlatform : public Platform {
             .clock = [] { return Date::fromSystemClock(std::chrono::system_clock::now()); },
             .scheduler = scheduler_,
             .panels = panels_,
+            .panelHosts = panelHosts_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -45,6 +47,7 @@ class MacPlatform : public Platform {
   private:
     Activity activity_;
     MacFloatingPanels panels_;
+    MacPanelHosts panelHosts_;
     MacScreens screens_;
     MacAppearance appearance_;
     MacAnnouncer announcer_;

@@ -1,5 +1,7 @@
 #include "Platform/Recording/RecordingPlatform.h"
 
+#include <QWidget>
+
 #include <algorithm>
 #include <utility>
 
@@ -89,6 +91,32 @@ std::vector<PanelRecord*> Panels::standing() const {
     return result;
 }
 
+void FakePanelHost::setGeometry(const QRect& newGeometry, const QPainterPath& newOutline) {
+    geometry = newGeometry;
+    outline = newOutline;
+}
+
+void FakePanelHost::present() {
+    ++presentCount;
+    window_.show();
+    setKeyboard(true);
+}
+
+void FakePanelHost::setKeyboard(bool hasKeyboard) {
+    hasKeyboard_ = hasKeyboard;
+    Q_EMIT keyboardChanged();
+}
+
+bool FakePanelHost::hasKeyboard() const {
+    return hasKeyboard_ && window_.isVisible();
+}
+
+std::unique_ptr<PanelHost> FakePanelHosts::make(QWidget& window) {
+    auto host = std::make_unique<FakePanelHost>(window);
+    last = host.get();
+    return host;
+}
+
 void FixedScreens::setFrame(std::optional<QRect> newFrame) {
     frame = newFrame;
     Q_EMIT changed();
@@ -103,6 +131,7 @@ PlatformServices RecordingPlatform::services() {
         .clock = [this] { return time.now(); },
         .scheduler = time,
         .panels = panels,
+        .panelHosts = panelHosts,
         .screens = screens,
         .appearance = appearance,
         .announcer = announcer,

@@ -6,12 +6,15 @@
 #include "Platform/FileBrowser.h"
 #include "Platform/FloatingPanel.h"
 #include "Platform/LoginItem.h"
+#include "Platform/PanelHost.h"
 #include "Platform/Platform.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/Sounds.h"
 #include "Platform/StatusItem.h"
+
+#include <QPointer>
 
 #include <chrono>
 #include <functional>
@@ -76,6 +79,35 @@ class Panels : public FloatingPanels {
 
     /// The panels in the order in which they were last put in front, the frontmost last.
     std::vector<const PanelRecord*> stacking;
+};
+
+/// Shows its window and gives it the keyboard, both at once.
+class FakePanelHost : public PanelHost {
+  public:
+    explicit FakePanelHost(QWidget& window)
+        : window_(window) {}
+
+    void setGeometry(const QRect& newGeometry, const QPainterPath& newOutline) override;
+    void present() override;
+    [[nodiscard]] bool hasKeyboard() const override;
+
+    void setKeyboard(bool hasKeyboard);
+
+    QRect geometry;
+    QPainterPath outline;
+    int presentCount = 0;
+
+  private:
+    QWidget& window_;
+    bool hasKeyboard_ = false;
+};
+
+class FakePanelHosts : public PanelHosts {
+  public:
+    [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override;
+
+    /// The host that was made last; null once it has gone.
+    QPointer<FakePanelHost> last;
 };
 
 class FixedScreens : public Screens {
@@ -172,6 +204,7 @@ class FakeSingleInstance : public SingleInstance {
 struct RecordingPlatform {
     Time time;
     Panels panels;
+    FakePanelHosts panelHosts;
     FixedScreens screens;
     FixedAppearance appearance;
     Announcements announcer;

@@ -19,4 +19,11 @@ class PlainPanelHost : public PanelHost {
     QWidget& window_;
 };
 
+class PlainPanelHosts : public PanelHosts {
+  public:
+    [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override {
+        return std::make_unique<PlainPanelHost>(window);
+    }
+};
+
 } // namespace corvane

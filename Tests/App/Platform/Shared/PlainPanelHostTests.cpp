@@ -1,0 +1,41 @@
+#include "Platform/Shared/PlainPanelHost.h"
+
+#include <QPainterPath>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+namespace corvane {
+namespace {
+
+class PlainPanelHostTest : public testing::Test {
+  protected:
+    QWidget window_;
+    PlainPanelHost host_{window_};
+};
+
+TEST_F(PlainPanelHostTest, movesTheWindowToItsPlace) {
+    host_.setGeometry({120, 70, 340, 200}, QPainterPath());
+    EXPECT_EQ(window_.pos(), QPoint(120, 70));
+}
+
+TEST_F(PlainPanelHostTest, reportsTheKeyboardThatTheWindowGetsAndLoses) {
+    QSignalSpy changes(&host_, &PanelHost::keyboardChanged);
+    EXPECT_FALSE(host_.hasKeyboard());
+    host_.present();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+    EXPECT_TRUE(host_.hasKeyboard());
+    EXPECT_GE(changes.count(), 1);
+
+    changes.clear();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(host_.hasKeyboard());
+    EXPECT_GE(changes.count(), 1);
+}
+
+} // namespace
+} // namespace corvane

@@ -91,14 +91,15 @@ void CorvaneApp::showStatus() {
 }
 
 void CorvaneApp::openMainWindow() {
-    if (!mainWindow_) mainWindow_ = std::make_unique<MainWindow>(model_, openLink_, commands());
+    if (!mainWindow_)
+        mainWindow_ = std::make_unique<MainWindow>(model_, services_.activation, openLink_, commands());
     mainWindow_->present();
 }
 
 void CorvaneApp::openSettings() {
     if (!settingsWindow_)
         settingsWindow_ = std::make_unique<SettingsWindow>(
-            model_,
+            model_, services_.activation,
             [this](QWidget* parent) {
                 return new SettingsView(
                     model_, services_.fileBrowser, [this] { return services_.appearance.reduceMotion(); },

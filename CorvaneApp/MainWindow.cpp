@@ -1,8 +1,8 @@
 #include "MainWindow.h"
 
-#include "Controls/Windows.h"
 #include "Model/AppModel.h"
 #include "OnboardingView.h"
+#include "Platform/Activation.h"
 
 #include <QAction>
 #include <QEvent>
@@ -13,8 +13,10 @@
 
 namespace corvane {
 
-MainWindow::MainWindow(AppModel& model, links::Opener openLink, const CommandHandlers& handlers)
+MainWindow::MainWindow(AppModel& model, Activation& activation, links::Opener openLink,
+                       const CommandHandlers& handlers)
     : model_(model)
+    , activation_(activation)
     , openLink_(std::move(openLink))
     , commands_(new WindowCommands(*this, handlers)) {
     setObjectName(QStringLiteral("main"));
@@ -44,7 +46,7 @@ void MainWindow::rebuild() {
 }
 
 void MainWindow::present() {
-    windows::present(*this);
+    activation_.present(*this);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -7,6 +7,7 @@
 
 namespace corvane {
 
+class Activation;
 class AppModel;
 class OnboardingView;
 
@@ -18,8 +19,9 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// `model` must outlive the window.
-    MainWindow(AppModel& model, links::Opener openLink, const CommandHandlers& handlers);
+    /// `model` and `activation` must outlive the window.
+    MainWindow(AppModel& model, Activation& activation, links::Opener openLink,
+               const CommandHandlers& handlers);
 
     [[nodiscard]] OnboardingView& view() const { return *view_; }
 
@@ -35,6 +37,7 @@ class MainWindow : public QMainWindow {
 
   private:
     AppModel& model_;
+    Activation& activation_;
     links::Opener openLink_;
     OnboardingView* view_ = nullptr;
     WindowCommands* commands_;

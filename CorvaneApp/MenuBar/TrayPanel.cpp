@@ -1,6 +1,6 @@
 #include "MenuBar/TrayPanel.h"
 
-#include "Controls/Windows.h"
+#include "Controls/WindowRole.h"
 #include "MenuBar/TrayPanelView.h"
 #include "Model/AppModel.h"
 #include "Platform/CardWindow.h"
@@ -79,7 +79,7 @@ TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Corvane"));
     setWindowRole(QStringLiteral("panel"));
-    windows::tellRole<TrayPanel>();
+    installWindowRole<TrayPanel>();
     rebuild();
     keyboardLoss_.setSingleShot(true);
     connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);

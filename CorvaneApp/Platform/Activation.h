@@ -4,13 +4,18 @@ class QWidget;
 
 namespace corvane {
 
-/// Brings a window that is shown on another workspace to the one that the user looks at, where a window that
-/// asks to be active would stay where it is, unseen. Does nothing elsewhere. Main thread only.
-void bringToUsersWorkspace(const QWidget& window);
+/// Brings the application's own windows to the front. Main thread only.
+class Activation {
+  public:
+    Activation() = default;
+    Activation(const Activation&) = delete;
+    Activation& operator=(const Activation&) = delete;
+    virtual ~Activation() = default;
 
-/// Makes this application the active one, where applications rather than windows are active; the window in
-/// question is on the screen already. A request, which the system may turn down. Does nothing elsewhere. Main
-/// thread only.
-void activateApplication();
+    /// Shows `window` on the user's current workspace, restored if it is minimized, and asks the system to
+    /// bring it to the front with the keyboard focus. The system may decline; the window is shown all the
+    /// same.
+    virtual void present(QWidget& window) = 0;
+};
 
 } // namespace corvane

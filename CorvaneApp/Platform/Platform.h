@@ -8,6 +8,7 @@
 
 namespace corvane {
 
+class Activation;
 class Announcer;
 class Appearance;
 class Applications;
@@ -30,6 +31,7 @@ struct PlatformServices {
     Scheduler& scheduler;
     FloatingPanels& panels;
     PanelHosts& panelHosts;
+    Activation& activation;
     Screens& screens;
     Appearance& appearance;
     Announcer& announcer;

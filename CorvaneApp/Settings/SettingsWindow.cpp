@@ -1,7 +1,8 @@
 #include "Settings/SettingsWindow.h"
 
-#include "Controls/Windows.h"
+#include "Controls/WindowRole.h"
 #include "Model/AppModel.h"
+#include "Platform/Activation.h"
 #include "Settings/SettingsPages.h"
 #include "Settings/SettingsTabBar.h"
 
@@ -11,13 +12,15 @@
 
 namespace corvane {
 
-SettingsWindow::SettingsWindow(AppModel& model, MakePages makePages, const CommandHandlers& handlers)
+SettingsWindow::SettingsWindow(AppModel& model, Activation& activation, MakePages makePages,
+                               const CommandHandlers& handlers)
     : model_(model)
+    , activation_(activation)
     , makePages_(std::move(makePages)) {
     setObjectName(QStringLiteral("settings"));
     setWindowRole(QStringLiteral("settings"));
     setWindowTitle(tr("Corvane Settings"));
-    windows::tellRole<SettingsWindow>();
+    installWindowRole<SettingsWindow>();
     rebuild();
     new WindowCommands(*this, handlers);
 }
@@ -38,7 +41,7 @@ void SettingsWindow::rebuild() {
 }
 
 void SettingsWindow::present() {
-    windows::present(*this);
+    activation_.present(*this);
 }
 
 void SettingsWindow::showEvent(QShowEvent* event) {

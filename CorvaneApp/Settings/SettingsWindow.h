@@ -8,6 +8,7 @@
 
 namespace corvane {
 
+class Activation;
 class AppModel;
 class SettingsPages;
 
@@ -20,8 +21,9 @@ class SettingsWindow : public QWidget {
     /// Makes the content, as a child of the window, at the present text size.
     using MakePages = std::function<SettingsPages*(QWidget* parent)>;
 
-    /// `model` must outlive the window.
-    SettingsWindow(AppModel& model, MakePages makePages, const CommandHandlers& handlers);
+    /// `model` and `activation` must outlive the window.
+    SettingsWindow(AppModel& model, Activation& activation, MakePages makePages,
+                   const CommandHandlers& handlers);
 
     [[nodiscard]] SettingsPages& view() const { return *view_; }
 
@@ -37,6 +39,7 @@ class SettingsWindow : public QWidget {
 
   private:
     AppModel& model_;
+    Activation& activation_;
     MakePages makePages_;
     SettingsPages* view_ = nullptr;
 };

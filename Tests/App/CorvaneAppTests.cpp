@@ -126,6 +126,14 @@ TEST_F(CorvaneAppTest, aSecondStartOpensTheMainWindow) {
     EXPECT_TRUE(app().mainWindow()->isVisible());
 }
 
+TEST_F(CorvaneAppTest, windowsArePresentedEachTimeTheyAreOpened) {
+    app().openMainWindow();
+    app().openSettings();
+    app().openMainWindow();
+    EXPECT_EQ(world.platform.activation.presented,
+              (std::vector<const QWidget*>{app().mainWindow(), app().settingsWindow(), app().mainWindow()}));
+}
+
 TEST_F(CorvaneAppTest, closingWindowsNeverQuits) {
     app().launch();
     bool quits = false;

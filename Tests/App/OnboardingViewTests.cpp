@@ -57,7 +57,7 @@ class OnboardingViewTest : public testing::Test {
 
     [[nodiscard]] std::unique_ptr<MainWindow> mainWindow() {
         return std::make_unique<MainWindow>(
-            fixture_.model(), fixture_.openLink(),
+            fixture_.model(), fixture_.platform.activation, fixture_.openLink(),
             CommandHandlers{[this] { calls_ += "main "; }, [this] { calls_ += "settings "; },
                             [this] { calls_ += "panel "; }, [this] { calls_ += "quit "; }});
     }

@@ -330,7 +330,8 @@ TEST_F(SettingsViewTest, rolesTellWhatEachControlIs) {
 
 TEST_F(SettingsViewTest, everyControlIsReachedByKeyboard) {
     SettingsWindow window(
-        fixture_.model(), [this](QWidget* parent) { return fixture_.settings(parent).release(); },
+        fixture_.model(), fixture_.platform.activation,
+        [this](QWidget* parent) { return fixture_.settings(parent).release(); },
         CommandHandlers{[] {}, [] {}, [] {}, [] {}});
     window.present();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));

@@ -1,4 +1,5 @@
 #include "MacSupport.h"
+#include "Platform/MacOS/Activation.h"
 #include "Platform/MacOS/Geometry.h"
 #include "Platform/MacOS/PanelHost.h"
 #include "Platform/MacOS/Screens.h"
@@ -36,8 +37,10 @@ class MacPanelHostTest : public testing::Test {
 };
 
 TEST_F(MacPanelHostTest, isWhatMacPlatformsGet) {
+    MacActivation activation;
+    MacPanelHosts hosts(activation);
     QWidget other;
-    EXPECT_NE(qobject_cast<MacPanelHost*>(MacPanelHosts().make(other).get()), nullptr);
+    EXPECT_NE(qobject_cast<MacPanelHost*>(hosts.make(other).get()), nullptr);
 }
 
 TEST_F(MacPanelHostTest, givesTheWindowTheKeyboardAndLeavesTheApplicationInactive) {

@@ -1,4 +1,4 @@
-#include "Platform/Activation.h"
+#include "Platform/Linux/Activation.h"
 
 #include "Platform/Linux/X11.h"
 
@@ -6,12 +6,13 @@
 
 namespace corvane {
 
-void bringToUsersWorkspace(const QWidget& window) {
+void LinuxActivation::present(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     const WId id = window.internalWinId();
     if (id != 0) x11::moveToCurrentWorkspace(static_cast<xcb_window_t>(id));
+    window.show();
+    window.raise();
+    window.activateWindow();
 }
-
-// Here windows are active, each for itself.
-void activateApplication() {}
 
 } // namespace corvane

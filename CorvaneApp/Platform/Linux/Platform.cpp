@@ -1,5 +1,6 @@
 #include "Platform/Platform.h"
 
+#include "Platform/Linux/Activation.h"
 #include "Platform/Linux/Announcer.h"
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
@@ -46,6 +47,7 @@ class LinuxPlatform : public Platform {
             .scheduler = scheduler_,
             .panels = panels_,
             .panelHosts = panelHosts_,
+            .activation = activation_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -60,7 +62,8 @@ class LinuxPlatform : public Platform {
 
   private:
     LinuxFloatingPanels panels_;
-    PlainPanelHosts panelHosts_;
+    LinuxActivation activation_;
+    PlainPanelHosts panelHosts_{activation_};
     LinuxScreens screens_;
     LinuxAppearance appearance_;
     LinuxAnnouncer announcer_;

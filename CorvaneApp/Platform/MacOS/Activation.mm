@@ -1,11 +1,12 @@
-#include "Platform/Activation.h"
+#include "Platform/MacOS/Activation.h"
+
+#include <QWidget>
 
 #import <AppKit/AppKit.h>
 
 namespace corvane {
 
-// The system goes to the space of a window that becomes active.
-void bringToUsersWorkspace(const QWidget& /*window*/) {}
+namespace {
 
 void activateApplication() {
     if (NSApp.active) return;
@@ -19,6 +20,16 @@ void activateApplication() {
       [NSApp activateIgnoringOtherApps:YES];
 #pragma clang diagnostic pop
     });
+}
+
+} // namespace
+
+void MacActivation::present(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    activateApplication();
+    window.raise();
+    window.activateWindow();
 }
 
 } // namespace corvane

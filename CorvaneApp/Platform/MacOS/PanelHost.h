@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Activation.h"
 #include "Platform/MacOS/NativePanel.h"
 #include "Platform/PanelHost.h"
 
@@ -41,7 +42,13 @@ class MacPanelHost : public PanelHost {
 /// On Qt's "cocoa" platform; the others have no native views to put anywhere, and get plain hosts.
 class MacPanelHosts : public PanelHosts {
   public:
+    explicit MacPanelHosts(Activation& activation)
+        : activation_(activation) {}
+
     [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override;
+
+  private:
+    Activation& activation_;
 };
 
 } // namespace corvane

@@ -32,7 +32,7 @@ struct MacPanelHost::Monitor {
 
 std::unique_ptr<PanelHost> MacPanelHosts::make(QWidget& window) {
     if (QGuiApplication::platformName() != QLatin1String("cocoa"))
-        return std::make_unique<PlainPanelHost>(window);
+        return std::make_unique<PlainPanelHost>(window, activation_);
     return std::make_unique<MacPanelHost>(window);
 }
 

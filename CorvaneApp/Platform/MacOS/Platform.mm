@@ -1,5 +1,6 @@
 #include "Platform/Platform.h"
 
+#include "Platform/MacOS/Activation.h"
 #include "Platform/MacOS/Activity.h"
 #include "Platform/MacOS/Announcer.h"
 #include "Platform/MacOS/Appearance.h"
@@ -32,6 +33,7 @@ class MacPlatform : public Platform {
             .scheduler = scheduler_,
             .panels = panels_,
             .panelHosts = panelHosts_,
+            .activation = activation_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -47,7 +49,8 @@ class MacPlatform : public Platform {
   private:
     Activity activity_;
     MacFloatingPanels panels_;
-    MacPanelHosts panelHosts_;
+    MacActivation activation_;
+    MacPanelHosts panelHosts_{activation_};
     MacScreens screens_;
     MacAppearance appearance_;
     MacAnnouncer announcer_;

@@ -91,6 +91,11 @@ std::vector<PanelRecord*> Panels::standing() const {
     return result;
 }
 
+void PresentedWindows::present(QWidget& window) {
+    presented.push_back(&window);
+    window.show();
+}
+
 void FakePanelHost::setGeometry(const QRect& newGeometry, const QPainterPath& newOutline) {
     geometry = newGeometry;
     outline = newOutline;
@@ -132,6 +137,7 @@ PlatformServices RecordingPlatform::services() {
         .scheduler = time,
         .panels = panels,
         .panelHosts = panelHosts,
+        .activation = activation,
         .screens = screens,
         .appearance = appearance,
         .announcer = announcer,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Activation.h"
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Applications.h"
@@ -79,6 +80,14 @@ class Panels : public FloatingPanels {
 
     /// The panels in the order in which they were last put in front, the frontmost last.
     std::vector<const PanelRecord*> stacking;
+};
+
+/// Shows windows where they are.
+class PresentedWindows : public Activation {
+  public:
+    void present(QWidget& window) override;
+
+    std::vector<const QWidget*> presented;
 };
 
 /// Shows its window and gives it the keyboard, both at once.
@@ -205,6 +214,7 @@ struct RecordingPlatform {
     Time time;
     Panels panels;
     FakePanelHosts panelHosts;
+    PresentedWindows activation;
     FixedScreens screens;
     FixedAppearance appearance;
     Announcements announcer;

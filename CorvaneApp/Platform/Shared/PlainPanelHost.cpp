@@ -1,15 +1,14 @@
 #include "Platform/Shared/PlainPanelHost.h"
 
-#include "Controls/Windows.h"
-
 #include <QGuiApplication>
 #include <QWidget>
 #include <QWindow>
 
 namespace corvane {
 
-PlainPanelHost::PlainPanelHost(QWidget& window)
-    : window_(window) {
+PlainPanelHost::PlainPanelHost(QWidget& window, Activation& activation)
+    : window_(window)
+    , activation_(activation) {
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PanelHost::keyboardChanged);
 }
 
@@ -18,7 +17,7 @@ void PlainPanelHost::setGeometry(const QRect& geometry, const QPainterPath& /*ou
 }
 
 void PlainPanelHost::present() {
-    windows::present(window_);
+    activation_.present(window_);
 }
 
 bool PlainPanelHost::hasKeyboard() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Activation.h"
 #include "Platform/PanelHost.h"
 
 namespace corvane {
@@ -9,7 +10,8 @@ class PlainPanelHost : public PanelHost {
     Q_OBJECT
 
   public:
-    explicit PlainPanelHost(QWidget& window);
+    /// Both must outlive the host.
+    PlainPanelHost(QWidget& window, Activation& activation);
 
     void setGeometry(const QRect& geometry, const QPainterPath& outline) override;
     void present() override;
@@ -17,13 +19,20 @@ class PlainPanelHost : public PanelHost {
 
   private:
     QWidget& window_;
+    Activation& activation_;
 };
 
 class PlainPanelHosts : public PanelHosts {
   public:
+    explicit PlainPanelHosts(Activation& activation)
+        : activation_(activation) {}
+
     [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override {
-        return std::make_unique<PlainPanelHost>(window);
+        return std::make_unique<PlainPanelHost>(window, activation_);
     }
+
+  private:
+    Activation& activation_;
 };
 
 } // namespace corvane

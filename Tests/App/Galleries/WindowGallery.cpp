@@ -78,7 +78,8 @@ bool saveMenus(const QDir& folder, const test::Variant& variant) {
     world.connect();
     world.waits("a", "shop");
     world.runs("b", "infra-terraform");
-    MainWindow window(world.model(), [](const QUrl& /*url*/) {}, {nothing, nothing, nothing, nothing});
+    MainWindow window(world.model(), world.platform.activation, [](const QUrl& /*url*/) {},
+                      {nothing, nothing, nothing, nothing});
     window.resize(window.sizeHint());
     const auto save = [&](const QImage& image, const char* name) {
         return image.save(

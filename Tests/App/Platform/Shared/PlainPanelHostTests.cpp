@@ -1,3 +1,4 @@
+#include "Platform/Recording/RecordingPlatform.h"
 #include "Platform/Shared/PlainPanelHost.h"
 
 #include <QPainterPath>
@@ -6,13 +7,16 @@
 #include <QWidget>
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace corvane {
 namespace {
 
 class PlainPanelHostTest : public testing::Test {
   protected:
     QWidget window_;
-    PlainPanelHost host_{window_};
+    recording::PresentedWindows activation_;
+    PlainPanelHost host_{window_, activation_};
 };
 
 TEST_F(PlainPanelHostTest, movesTheWindowToItsPlace) {
@@ -24,6 +28,7 @@ TEST_F(PlainPanelHostTest, reportsTheKeyboardThatTheWindowGetsAndLoses) {
     QSignalSpy changes(&host_, &PanelHost::keyboardChanged);
     EXPECT_FALSE(host_.hasKeyboard());
     host_.present();
+    EXPECT_EQ(activation_.presented, std::vector<const QWidget*>{&window_});
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
     EXPECT_TRUE(host_.hasKeyboard());
     EXPECT_GE(changes.count(), 1);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QAccessibleWidget>
+
+namespace corvane {
+
+/// Gives widgets of the class `Window` the accessible role of a window; a plain widget has that of a client
+/// area, which is a mere part of a window. To be called before the first of them is shown.
+template <typename Window>
+void installWindowRole() {
+    QAccessible::installFactory([](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
+        auto* const window = qobject_cast<Window*>(object);
+        return window != nullptr ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
+    });
+}
+
+} // namespace corvane

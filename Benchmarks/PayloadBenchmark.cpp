@@ -1,6 +1,6 @@
 // Reading one payload beside the library's bare validation of the same bytes.
 
-#include "Intake/EventPayload.h"
+#include "Agents/EventPayload.h"
 #include "SamplePayload.h"
 
 #include <benchmark/benchmark.h>

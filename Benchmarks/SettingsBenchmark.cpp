@@ -1,7 +1,7 @@
 // Connecting and removing Claude Code on settings documents of growing size, beside reading and writing the
 // same bytes alone.
 
-#include "Connection/ClaudeSettingsEditor.h"
+#include "Agents/ClaudeSettingsEditor.h"
 #include "Support/Files.h"
 
 #include <benchmark/benchmark.h>

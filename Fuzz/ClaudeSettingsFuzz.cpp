@@ -1,6 +1,6 @@
 // Any bytes as a Claude Code settings file: judged by an independent reader.
 
-#include "Core/Connection/EditorProperties.h"
+#include "Core/Agents/EditorProperties.h"
 
 #include <cstddef>
 #include <cstdint>

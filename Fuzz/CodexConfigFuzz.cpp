@@ -1,6 +1,6 @@
 // A hook path up to the first zero byte, then any text as a Codex configuration file.
 
-#include "Core/Connection/EditorProperties.h"
+#include "Core/Agents/EditorProperties.h"
 
 #include <algorithm>
 #include <cstddef>

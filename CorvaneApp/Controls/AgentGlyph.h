@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Intake/AgentKind.h"
+#include "Agents/AgentKind.h"
 
 #include <QString>
 #include <QWidget>

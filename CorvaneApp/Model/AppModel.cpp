@@ -1,6 +1,6 @@
 #include "Model/AppModel.h"
 
-#include "Connection/ConfigEditError.h"
+#include "Agents/ConfigEditError.h"
 #include "Model/Banners.h"
 #include "Platform/Applications.h"
 #include "Platform/LoginItem.h"

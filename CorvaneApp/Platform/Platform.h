@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Intake/CorvanePaths.h"
+#include "Support/CorvanePaths.h"
 #include "Support/Date.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Agents/AgentKind.h"
 #include "Controls/Controls.h"
-#include "Intake/AgentKind.h"
 
 namespace corvane {
 

@@ -1,9 +1,9 @@
 #include "Connection/AgentConnector.h"
 
-#include "Connection/ClaudeSettingsEditor.h"
-#include "Connection/CodexConfigEditor.h"
-#include "Connection/ConfigEditError.h"
-#include "Intake/HookScript.h"
+#include "Agents/ClaudeSettingsEditor.h"
+#include "Agents/CodexConfigEditor.h"
+#include "Agents/ConfigEditError.h"
+#include "Agents/HookScript.h"
 #include "Support/Files.h"
 #include "Support/Text.h"
 

@@ -1,6 +1,6 @@
 #include "Intake/AgentEvent.h"
 
-#include "Intake/EventPayload.h"
+#include "Agents/EventPayload.h"
 #include "Support/Text.h"
 
 #include <array>

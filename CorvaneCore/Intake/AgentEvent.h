@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Intake/AgentKind.h"
-#include "Intake/EventKind.h"
+#include "Agents/AgentKind.h"
+#include "Agents/EventKind.h"
 #include "Support/Date.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "Intake/EventInbox.h"
 
-#include "Intake/EventPayload.h"
+#include "Agents/EventPayload.h"
 #include "Support/FileTime.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Intake/EventKind.h"
+#include "Agents/EventKind.h"
 #include "Support/Date.h"
 #include "Support/UserDefaults.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "BannerController.h"
-#include "Intake/CorvanePaths.h"
 #include "Model/AppModel.h"
 #include "Platform/Recording/RecordingPlatform.h"
+#include "Support/CorvanePaths.h"
 #include "Support/TestSupport.h"
 
 #include <QAbstractButton>

@@ -1,5 +1,5 @@
+#include "Agents/CodexConfigEditor.h"
 #include "Connection/AgentConnector.h"
-#include "Connection/CodexConfigEditor.h"
 #include "ConnectorTestSupport.h"
 #include "Support/Files.h"
 #include "Support/TestSupport.h"

@@ -1,9 +1,9 @@
+#include "Agents/ClaudeSettingsEditor.h"
+#include "Agents/CodexConfigEditor.h"
+#include "Agents/HookScript.h"
 #include "Connection/AgentConnector.h"
-#include "Connection/ClaudeSettingsEditor.h"
-#include "Connection/CodexConfigEditor.h"
 #include "ConnectorTestSupport.h"
 #include "FaultInjection.h"
-#include "Intake/HookScript.h"
 #include "Support/Files.h"
 #include "Support/TestSupport.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Agents/EventPayload.h"
 #include "Intake/AgentEvent.h"
-#include "Intake/EventPayload.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,7 +1,7 @@
 #include "Desktop/Support/DesktopSession.h"
 
+#include "Agents/HookScript.h"
 #include "Desktop/Support/BannerLook.h"
-#include "Intake/HookScript.h"
 
 #include <array>
 #include <csignal>

@@ -2,7 +2,7 @@
 
 #include "Desktop/Support/ChildProcess.h"
 #include "Desktop/Support/XObserver.h"
-#include "Intake/CorvanePaths.h"
+#include "Support/CorvanePaths.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
+#include "Agents/EventPayload.h"
 #include "Core/Intake/ReferenceReader.h"
-#include "Intake/EventPayload.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Connection/ConfigEditError.h"
+#include "Agents/ConfigEditError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "Connection/CodexConfigEditor.h"
-#include "Connection/ConfigEditError.h"
-#include "Intake/HookScript.h"
+#include "Agents/CodexConfigEditor.h"
+#include "Agents/ConfigEditError.h"
+#include "Agents/HookScript.h"
 
 #include <gtest/gtest.h>
 

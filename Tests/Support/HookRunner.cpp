@@ -1,4 +1,4 @@
-#include "Core/Intake/HookRunner.h"
+#include "Support/HookRunner.h"
 
 #include "Support/TestSupport.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Connection/ClaudeSettingsEditor.h"
-#include "Connection/CodexConfigEditor.h"
-#include "Connection/ConfigEditError.h"
-#include "PlainJson.h"
+#include "Agents/ClaudeSettingsEditor.h"
+#include "Agents/CodexConfigEditor.h"
+#include "Agents/ConfigEditError.h"
+#include "Core/Agents/PlainJson.h"
 
 #include <optional>
 #include <sstream>

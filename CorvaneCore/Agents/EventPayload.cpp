@@ -1,6 +1,6 @@
-#include "Intake/EventPayload.h"
+#include "Agents/EventPayload.h"
 
-#include "Intake/JsonTokens.h"
+#include "Agents/JsonTokens.h"
 
 #include <simdjson.h>
 

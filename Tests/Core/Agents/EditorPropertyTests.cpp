@@ -1,4 +1,4 @@
-#include "EditorProperties.h"
+#include "Core/Agents/EditorProperties.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>

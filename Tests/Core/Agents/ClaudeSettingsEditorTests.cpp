@@ -1,5 +1,5 @@
-#include "Connection/ClaudeSettingsEditor.h"
-#include "Connection/ConfigEditError.h"
+#include "Agents/ClaudeSettingsEditor.h"
+#include "Agents/ConfigEditError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Intake/CorvanePaths.h"
+#include "Support/CorvanePaths.h"
 
 #include <gtest/gtest.h>
 

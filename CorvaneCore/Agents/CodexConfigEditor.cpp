@@ -1,7 +1,7 @@
-#include "Connection/CodexConfigEditor.h"
+#include "Agents/CodexConfigEditor.h"
 
-#include "Connection/ConfigEditError.h"
-#include "Intake/HookScript.h"
+#include "Agents/ConfigEditError.h"
+#include "Agents/HookScript.h"
 #include "Support/Text.h"
 
 #include <utility>

@@ -1,4 +1,4 @@
-#include "Intake/JsonTokens.h"
+#include "Agents/JsonTokens.h"
 
 #include <array>
 #include <cstddef>

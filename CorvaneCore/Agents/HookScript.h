@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Intake/AgentKind.h"
-#include "Intake/CorvanePaths.h"
+#include "Agents/AgentKind.h"
+#include "Support/CorvanePaths.h"
 
 #include <string>
 #include <string_view>

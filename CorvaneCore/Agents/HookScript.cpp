@@ -1,4 +1,4 @@
-#include "Intake/HookScript.h"
+#include "Agents/HookScript.h"
 
 #include "Support/Files.h"
 

@@ -1,7 +1,7 @@
-#include "Connection/ClaudeSettingsEditor.h"
+#include "Agents/ClaudeSettingsEditor.h"
 
-#include "Connection/ConfigEditError.h"
-#include "Intake/HookScript.h"
+#include "Agents/ConfigEditError.h"
+#include "Agents/HookScript.h"
 #include "Support/Json.h"
 
 #include <algorithm>

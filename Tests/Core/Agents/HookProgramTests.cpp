@@ -1,8 +1,8 @@
 // The hook program, run the way agents run it.
 
-#include "Core/Intake/HookRunner.h"
+#include "Agents/HookScript.h"
 #include "Intake/EventInbox.h"
-#include "Intake/HookScript.h"
+#include "Support/HookRunner.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>

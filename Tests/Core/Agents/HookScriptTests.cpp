@@ -1,6 +1,6 @@
-#include "Core/Intake/HookRunner.h"
-#include "Intake/HookScript.h"
+#include "Agents/HookScript.h"
 #include "Support/Files.h"
+#include "Support/HookRunner.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>

@@ -34,7 +34,7 @@ AgentEvent makeEvent(EventKind kind, std::int64_t session, double seconds) {
 
 // A third each waits, runs and is done.
 SessionBoard makeBoard(std::int64_t sessions) {
-    constexpr EventKind::Case kinds[] = {EventKind::needsPermission, EventKind::running, EventKind::finished};
+    constexpr EventKind kinds[] = {EventKind::needsPermission, EventKind::running, EventKind::finished};
     SessionBoard board;
     for (std::int64_t i = 0; i < sessions; ++i) {
         board.apply(makeEvent(kinds[i % 3], i, static_cast<double>(i * 7 % 100)));

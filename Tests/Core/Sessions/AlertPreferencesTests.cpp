@@ -115,7 +115,7 @@ TEST(AlertPreferences, soundGoesByTheKindOfEvent) {
     EXPECT_EQ(preferences.sound(EventKind::running), std::nullopt);
     EXPECT_EQ(preferences.sound(EventKind::ended), std::nullopt);
     preferences.soundsOn = false;
-    for (const EventKind kind : EventKind::allCases)
+    for (const EventKind kind : eventKinds)
         EXPECT_EQ(preferences.sound(kind), std::nullopt);
 }
 

@@ -71,7 +71,7 @@ NaiveSession described(const AgentSession& session) {
     result.runningSince = nanoseconds(session.runningSince);
     result.snoozedUntil = nanoseconds(session.snoozedUntil);
     if (const auto* const waiting = session.status.ifWaiting()) {
-        result.status = waiting->reason.rawValue();
+        result.status = rawValue(waiting->reason);
         result.waitingSince = nanoseconds(waiting->since);
     } else if (const auto* const done = session.status.ifDone()) {
         result.status = "done";
@@ -103,7 +103,7 @@ std::optional<NaiveEffect> described(const std::optional<BoardEffect>& effect) {
 AgentEvent realEvent(const NaiveEvent& event) {
     AgentEvent result;
     result.source = AgentKind::fromRawValue(event.agent).value();
-    result.kind = EventKind::fromRawValue(event.kind).value();
+    result.kind = eventKindFromRawValue(event.kind).value();
     result.sessionID = event.sessionID;
     result.cwd = event.cwd;
     result.message = event.message;

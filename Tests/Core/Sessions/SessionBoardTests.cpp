@@ -17,7 +17,7 @@ using test::makeEvent;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr EventKind::Case prompts[] = {EventKind::needsPermission, EventKind::needsInput};
+constexpr EventKind prompts[] = {EventKind::needsPermission, EventKind::needsInput};
 
 const AgentSession& only(const SessionBoard& board) {
     EXPECT_EQ(board.sessions().size(), 1U);

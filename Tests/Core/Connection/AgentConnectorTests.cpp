@@ -263,6 +263,13 @@ TEST_F(AgentConnectorTest, fourOfFiveEventsAreNotConnected) {
     EXPECT_TRUE(connector.isConnected(AgentKind::claude)) << "connecting repairs it";
 }
 
+TEST_F(AgentConnectorTest, ownEntriesAmongBytesThatAreNotUtf8AreNotConnected) {
+    writeFile(codexFile, freshCodex + "a = \"\xFF\"\n");
+    EXPECT_FALSE(connector.isConnected(AgentKind::codex));
+    writeFile(claudeFile, freshClaude.substr(0, freshClaude.rfind('}')) + ",\"a\":\"\xFF\"}");
+    EXPECT_FALSE(connector.isConnected(AgentKind::claude));
+}
+
 TEST_F(AgentConnectorTest, theFilesPermissionsStay) {
     const test::CreationMask mask(022);
     for (const mode_t mode : std::initializer_list<mode_t>{0600, 0644, 0664, 0400, 0666, 0755}) {

@@ -283,6 +283,13 @@ TEST(AgentEvent, fillsAllFieldsFromCodex) {
     EXPECT_EQ(withoutThread->message, "");
 }
 
+TEST(AgentEvent, keepsAnEmptyThreadIdentifierOfCodex) {
+    const auto event = parseCodex(R"({"type":"agent-turn-complete","thread-id":"","cwd":"/w"})");
+    ASSERT_TRUE(event);
+    EXPECT_EQ(event->sessionID, "") << "only a missing one is replaced by the folder";
+    EXPECT_EQ(event->cwd, "/w");
+}
+
 TEST(AgentEvent, takesTheLastOfDoubledNames) {
     const auto event = parseClaude(
         R"({"hook_event_name":"Stop","cwd":"/a","session_id":"x","cwd":"/b","session_id":3,"hook_event_name":"SessionEnd"})");

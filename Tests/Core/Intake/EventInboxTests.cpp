@@ -241,6 +241,11 @@ TEST_F(EventInboxTest, deletesLinksAndLeavesTheirTargets) {
     EXPECT_TRUE(fs::is_directory(scratch / "folder"));
 }
 
+TEST(EventInbox, hasItsPublishedLimits) {
+    EXPECT_EQ(EventInbox::maxFileSize, 67'108'864U);
+    EXPECT_EQ(EventInbox::maxBacklog, 200U);
+}
+
 TEST_F(EventInboxTest, deletesAFileAboveTheLimitAndReadsOneOfExactlyThatSize) {
     const std::string head = eventText("large");
     for (const std::uintmax_t size : {EventInbox::maxFileSize + 1, EventInbox::maxFileSize * 1024}) {

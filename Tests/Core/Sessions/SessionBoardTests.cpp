@@ -432,6 +432,22 @@ TEST(SessionBoard, sortedPutsTheLatestFirstAndKeepsTheListsOrderOfEquals) {
     EXPECT_THAT(ids(board.sorted()), ElementsAre("claude:b", "claude:d", "claude:e", "claude:a", "claude:c"));
 }
 
+TEST(SessionBoard, sortedKeepsTheOrderOfEqualsInALongList) {
+    // Few enough elements are sorted by insertion, which is stable by itself.
+    constexpr std::size_t count = 60;
+    SessionBoard board;
+    std::vector<std::string> later;
+    std::vector<std::string> earlier;
+    for (std::size_t i = 0; i < count; ++i) {
+        const bool isLater = i % 2 == 0;
+        const std::string sessionID = "s" + std::to_string(i);
+        board.apply(makeEvent(AgentKind::claude, sessionID, EventKind::running, isLater ? 9 : 5));
+        (isLater ? later : earlier).push_back("claude:" + sessionID);
+    }
+    later.insert(later.end(), earlier.begin(), earlier.end());
+    EXPECT_EQ(ids(board.sorted()), later);
+}
+
 TEST(SessionBoard, sortedCopiesWholeSessions) {
     const SessionBoard board = boardAfter({makeEvent(EventKind::needsInput, 0, "question")});
     EXPECT_EQ(board.sorted(), board.sessions());

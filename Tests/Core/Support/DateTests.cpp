@@ -54,6 +54,7 @@ TEST(Date, differenceTellsANanosecondApart) {
     EXPECT_LT(Date(43'200, 0) - Date(0, 1), Seconds(43'200));
     EXPECT_EQ(Date(1'790'000'000, 1) - Date(1'790'000'000, 0), Seconds(1e-9));
     EXPECT_EQ(Date(1'790'000'001, 0) - Date(1'790'000'000, 999'999'999), Seconds(1e-9));
+    EXPECT_EQ(Date(1'790'000'000, 999'999'999) - Date(1'790'000'001, 0), Seconds(-1e-9));
 }
 
 TEST(Date, differenceReachesFromOneEndOfTimeToTheOther) {

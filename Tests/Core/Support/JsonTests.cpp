@@ -68,8 +68,9 @@ TEST(Json, escapesOnlyWhatItMust) {
 
 TEST(Json, refusesHalfSurrogatePairsAndBadUtf8) {
     for (const std::string_view text :
-         {R"("\ud800")", R"("\udc00")", R"("\ud800\ud800")", R"("\ud800x")", "\"\x80\"", "\"\xC3\"",
-          "\"\xC0\x80\"", "\"\xED\xA0\x80\"", "\"\xF5\x80\x80\x80\""}) {
+         {R"("\ud800")", R"("\udc00")", R"("\ud800\ud800")", R"("\ud800\udbff")", R"("\ud800\ue000")",
+          R"("\ud800x")", "\"\x80\"", "\"\xC3\"", "\"\xC0\x80\"", "\"\xED\xA0\x80\"",
+          "\"\xF5\x80\x80\x80\""}) {
         EXPECT_EQ(compact(text), "unreadable") << text;
     }
 }

@@ -2,6 +2,9 @@
 
 #include "Support/Files.h"
 
+#include <cerrno>
+#include <sys/stat.h>
+
 namespace corvane::HookScript {
 
 // Agents wait for their hooks: whatever goes wrong, the program ends quietly and with status 0. The inbox
@@ -30,17 +33,14 @@ tmp="$dir/.$$.$(date +%s).tmp"
 exit 0)hook";
 
 void install(const CorvanePaths& paths) {
-    namespace fs = std::filesystem;
-    const fs::path program = paths.hookScript();
+    const std::filesystem::path program = paths.hookScript();
     files::createDirectories(program.parent_path());
     files::createDirectories(paths.events());
     files::writeAtomically(program, contents);
 
-    constexpr fs::perms executable = fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
-                                     fs::perms::others_read | fs::perms::others_exec;
-    std::error_code error;
-    fs::permissions(program, executable, error);
-    if (error) throw files::FileError(files::FileError::Operation::write, program, error);
+    if (chmod(program.c_str(), 0755) != 0) {
+        throw files::FileError(files::FileError::Operation::write, program, errno);
+    }
 }
 
 std::string command(AgentKind agent, const CorvanePaths& paths) {

@@ -1,7 +1,7 @@
 #include "Agents/CodexConfigEditor.h"
 #include "Connection/AgentConnector.h"
 #include "ConnectorTestSupport.h"
-#include "FaultInjection.h"
+#include "Support/FaultInjection.h"
 #include "Support/Files.h"
 #include "Support/TestSupport.h"
 

@@ -3,7 +3,7 @@
 #include "Agents/HookScript.h"
 #include "Connection/AgentConnector.h"
 #include "ConnectorTestSupport.h"
-#include "FaultInjection.h"
+#include "Support/FaultInjection.h"
 #include "Support/Files.h"
 #include "Support/TestSupport.h"
 

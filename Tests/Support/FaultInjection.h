@@ -22,6 +22,9 @@ struct Plan {
     /// Told of every call before it is made: the function's name and the descriptor, if it has one, else -1.
     /// Calls made in here are neither counted nor hit.
     std::function<void(std::string_view function, int descriptor)> observer = {};
+    /// Which calls are counted, by the function's name and the path it is given, if any; all calls when
+    /// empty. Others are never hit.
+    std::function<bool(std::string_view function, std::string_view path)> counts = {};
 };
 
 void arm(const Plan& plan);

@@ -1,6 +1,6 @@
-#include "Connection/ClaudeSettingsEditor.h"
-#include "Connection/CodexConfigEditor.h"
-#include "Connection/ConfigEditError.h"
+#include "Agents/ClaudeSettingsEditor.h"
+#include "Agents/CodexConfigEditor.h"
+#include "Agents/ConfigEditError.h"
 
 #include <gtest/gtest.h>
 

@@ -3,12 +3,16 @@
 #include "Support/FilePlatform.h"
 #include "Support/Files.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QString>
 
 #include <cerrno>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 
 namespace corvane {
 
@@ -16,6 +20,28 @@ namespace fs = std::filesystem;
 using files::FileError;
 
 namespace {
+
+/// `path` without slashes at its end. Refuses one that ends in no name, such as "/" or "..": the system may
+/// report that it lies on another disk, and it would be copied and removed.
+fs::path withName(fs::path path, FileError::Operation operation) {
+    while (!path.has_filename() && path.has_relative_path())
+        path = path.parent_path();
+    const fs::path name = path.filename();
+    if (name.empty() || name == "." || name == "..") throw FileError(operation, path, EINVAL);
+    return path;
+}
+
+/// Whether the user's Trash is there or can be made. Where it cannot, Qt 6.4 moves the item into the working
+/// directory, or tries to for ever.
+bool hasTrash() {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (!QDir().mkpath(data)) return false;
+    for (const char* const folder : {"", "/Trash", "/Trash/files", "/Trash/info"}) {
+        const QFileInfo found(data + QLatin1String(folder));
+        if (found.exists() && !(found.isDir() && found.isWritable())) return false;
+    }
+    return true;
+}
 
 void moveToOtherDisk(const fs::path& from, const fs::path& to) {
     std::error_code error;
@@ -33,22 +59,27 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
 } // namespace
 
 std::optional<fs::path> SafeTrash::trash(const fs::path& path) const {
-    if (!files::nameIsTaken(path)) throw FileError(FileError::Operation::trash, path, ENOENT);
-    QFile file(QFile::decodeName(path.c_str()));
-    if (!file.moveToTrash()) {
-        const bool forbidden = file.error() == QFileDevice::PermissionsError;
-        throw FileError(FileError::Operation::trash, path, forbidden ? EACCES : ENOTSUP);
+    const fs::path item = withName(path, FileError::Operation::trash);
+    if (!files::nameIsTaken(item)) throw FileError(FileError::Operation::trash, item, ENOENT);
+    QFile file(QFile::decodeName(item.c_str()));
+    if (!hasTrash() || !file.moveToTrash()) {
+        // QFile keeps the reason to itself. Either the item may not leave its folder, or it has nowhere to
+        // go.
+        const fs::path folder = item.has_parent_path() ? item.parent_path() : fs::path(".");
+        const int error = access(folder.c_str(), W_OK | X_OK) == 0 ? ENOTSUP : errno;
+        throw FileError(FileError::Operation::trash, item, error);
     }
     fs::path trashed = QFile::encodeName(file.fileName()).toStdString();
-    if (trashed.empty() || trashed == path) return std::nullopt;
+    if (trashed.empty() || trashed == item) return std::nullopt;
     return trashed;
 }
 
 fs::path SafeTrash::move(const fs::path& path, const fs::path& folder) const {
+    const fs::path item = withName(path, FileError::Operation::move);
     files::createDirectories(folder);
-    const std::string name = path.filename().string();
+    const std::string name = item.filename().string();
     // A dot at the end begins no extension.
-    const std::string extension = name.ends_with('.') ? std::string() : path.extension().string();
+    const std::string extension = name.ends_with('.') ? std::string() : item.extension().string();
     const std::string base = name.substr(0, name.size() - extension.size());
     fs::path candidate = folder / name;
     for (int n = 2; files::nameIsTaken(candidate); ++n) {
@@ -56,10 +87,10 @@ fs::path SafeTrash::move(const fs::path& path, const fs::path& folder) const {
         numbered += " " + std::to_string(n);
         candidate = folder / (numbered += extension);
     }
-    if (!files::platform::renameWithoutReplacing(path, candidate)) {
+    if (!files::platform::renameWithoutReplacing(item, candidate)) {
         const int error = errno;
-        if (error != EXDEV) throw FileError(FileError::Operation::move, path, error);
-        moveToOtherDisk(path, candidate);
+        if (error != EXDEV) throw FileError(FileError::Operation::move, item, error);
+        moveToOtherDisk(item, candidate);
     }
     return candidate;
 }

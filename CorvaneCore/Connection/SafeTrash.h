@@ -6,6 +6,9 @@
 namespace corvane {
 
 /// Takes files out of the way without destroying them. Stateless; errors are thrown as files::FileError.
+///
+/// Slashes at the end of a path are ignored. A path that ends in no name of its own ("/", "." or "..") is an
+/// error.
 class SafeTrash {
   public:
     /// Moves a file or folder to the user's Trash. Returns where it lies there; none when the system does not

@@ -1,0 +1,73 @@
+#include "Connection/SafeTrash.h"
+#include "Support/FaultInjection.h"
+#include "Support/Files.h"
+#include "Support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <string_view>
+
+namespace corvane {
+namespace {
+
+namespace fs = std::filesystem;
+namespace faults = test::faults;
+using files::FileError;
+using test::fileBytes;
+using test::writeFile;
+
+/// Moves `file` into `folder` on a file system whose rename that replaces nothing fails with `error`;
+/// `before` runs just before that call. The error's code, 0 for none.
+int moveCode(
+    const fs::path& file, const fs::path& folder, int error, const std::function<void()>& before = [] {}) {
+    faults::arm({1, faults::Action::fail, error,
+                 [&](std::string_view /*function*/, int /*descriptor*/) { before(); },
+                 [](std::string_view function, std::string_view) { return function == "renameat2"; }});
+    int code = 0;
+    try {
+        SafeTrash().move(file, folder);
+    } catch (const FileError& thrown) {
+        EXPECT_EQ(thrown.operation(), FileError::Operation::move);
+        code = thrown.code().value();
+    }
+    EXPECT_EQ(faults::disarm(), 1);
+    return code;
+}
+
+TEST(SafeTrashFaults, movesWhereNoRenameRefusesToReplace) {
+    for (const int unknown : {EINVAL, ENOSYS}) {
+        const test::ScratchFolder scratch;
+        writeFile(scratch / "a", "a");
+        EXPECT_EQ(moveCode(scratch / "a", scratch / "to", unknown), 0);
+        EXPECT_EQ(fileBytes(scratch / "to/a"), "a");
+        EXPECT_FALSE(fs::exists(scratch / "a"));
+    }
+}
+
+TEST(SafeTrashFaults, replacesNothingThatAppearsMeanwhileWhereNoRenameRefusesTo) {
+    for (const int unknown : {EINVAL, ENOSYS}) {
+        const test::ScratchFolder scratch;
+        writeFile(scratch / "a", "a");
+        EXPECT_EQ(moveCode(scratch / "a", scratch / "to", unknown,
+                           [&] { writeFile(scratch / "to/a", "another program's"); }),
+                  EEXIST);
+        EXPECT_EQ(fileBytes(scratch / "to/a"), "another program's");
+        EXPECT_EQ(fileBytes(scratch / "a"), "a");
+    }
+}
+
+TEST(SafeTrashFaults, anyOtherFailureIsReportedAsItIs) {
+    for (const int error : {EACCES, EIO, EEXIST}) {
+        const test::ScratchFolder scratch;
+        writeFile(scratch / "a", "a");
+        EXPECT_EQ(moveCode(scratch / "a", scratch / "to", error), error);
+        EXPECT_EQ(fileBytes(scratch / "a"), "a");
+        EXPECT_FALSE(fs::exists(scratch / "to/a"));
+    }
+}
+
+} // namespace
+} // namespace corvane

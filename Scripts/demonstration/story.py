@@ -341,6 +341,7 @@ class Story:
         if not wait_until(lambda: self._eyes.active_window() == window, 3):
             raise Failure("the main window of the first start has not come to the front", LOOK_AGAIN)
         self._tell.seen("the second start ended with status 0; the first one's main window came to the front")
+        time.sleep(POPUP_LIFE)
         self._picture("second-start")
 
     def _remove(self):

@@ -2,6 +2,7 @@
 
 #include "Agents/HookScript.h"
 #include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/UsedFiles.h"
 
 #include <array>
 #include <csignal>
@@ -77,6 +78,7 @@ DesktopSession::~DesktopSession() {
             ADD_FAILURE() << "no picture of the failure: " << error.what();
         }
     }
+    recordUsedFiles(leftOver());
     application_.reset();
     compositor_.reset();
     // The latest first, so that none loses its display before it is asked to go.

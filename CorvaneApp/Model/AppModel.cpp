@@ -162,7 +162,7 @@ void AppModel::snooze(const AgentSession& session) {
 
 void AppModel::quietForAnHour() {
     AlertPreferences prefs = prefs_;
-    prefs.quietUntil = now_ + quietDuration;
+    prefs.quietUntil = AlertPreferences::storable(now_ + quietDuration);
     setPrefs(prefs);
 }
 

@@ -1,64 +1,16 @@
 #include "Sessions/AlertPreferences.h"
 
-#include "Sessions/Decimal.h"
 #include "Support/Json.h"
 #include "Support/Text.h"
 
-#include <limits>
 #include <utility>
 
 namespace corvane {
 
 namespace {
 
-// 2001-01-01 00:00:00 UTC, from which stored dates count, in seconds since 1970.
-constexpr std::int64_t storedEpoch = 978'307'200;
-constexpr std::int32_t nanosecondsPerSecond = 1'000'000'000;
-
-// The exact number of seconds since the stored epoch as decimal text. Digits are written by hand since a
-// double keeps no more than a tenth of a microsecond of today's dates.
-std::string numberFromDate(Date date) {
-    std::uint64_t whole = 0;
-    std::int32_t nanoseconds = date.nanoseconds();
-    std::string text;
-    if (date.seconds() >= storedEpoch) {
-        whole = static_cast<std::uint64_t>(date.seconds() - storedEpoch);
-    } else {
-        whole = static_cast<std::uint64_t>(storedEpoch) - static_cast<std::uint64_t>(date.seconds());
-        if (nanoseconds > 0) {
-            --whole;
-            nanoseconds = nanosecondsPerSecond - nanoseconds;
-        }
-        text = "-";
-    }
-    text += std::to_string(whole);
-    if (nanoseconds > 0) {
-        // The leading one keeps the zeros after the point.
-        std::string fraction = std::to_string(nanosecondsPerSecond + nanoseconds);
-        fraction.front() = '.';
-        fraction.erase(fraction.find_last_not_of('0') + 1);
-        text += fraction;
-    }
-    return text;
-}
-
-// Stops at the first or last date that there is.
-Date dateFromNumber(std::string_view number) {
-    constexpr std::uint64_t epoch = storedEpoch;
-    constexpr auto latest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    const Decimal decimal = Decimal::fromNumber(number);
-    const auto nanoseconds = static_cast<std::int32_t>(decimal.billionths);
-    if (!decimal.isNegative) {
-        if (decimal.whole > latest - epoch)
-            return {std::numeric_limits<std::int64_t>::max(), nanosecondsPerSecond - 1};
-        return {static_cast<std::int64_t>(decimal.whole + epoch), nanoseconds};
-    }
-    constexpr std::uint64_t farthest = latest + 1 + epoch;
-    if (decimal.whole >= farthest) return {std::numeric_limits<std::int64_t>::min(), 0};
-    const std::uint64_t below = decimal.whole + (nanoseconds > 0 ? 1 : 0);
-    return {static_cast<std::int64_t>(epoch - below),
-            nanoseconds > 0 ? nanosecondsPerSecond - nanoseconds : 0};
-}
+// 2001-01-01 00:00:00 UTC, from which stored dates count.
+constexpr Date storedEpoch(978'307'200, 0);
 
 // Each false when the member is missing or of another type.
 bool readMember(const Json& document, std::string_view key, std::string& field) {
@@ -80,8 +32,7 @@ bool readMember(const Json& document, std::string_view key, bool& field) {
 bool readMember(const Json& document, std::string_view key, std::int64_t& field) {
     const Json* const member = document.find(key);
     const Json::Number* const number = member == nullptr ? nullptr : member->ifNumber();
-    const std::optional<std::int64_t> value =
-        number == nullptr ? std::nullopt : integerFromNumber(number->text);
+    const std::optional<std::int64_t> value = number == nullptr ? std::nullopt : number->toInteger();
     if (!value) return false;
     field = *value;
     return true;
@@ -91,12 +42,17 @@ bool readMember(const Json& document, std::string_view key, std::optional<Date>&
     const Json* const member = document.find(key);
     if (member == nullptr || member->isNull()) return true;
     const Json::Number* const number = member->ifNumber();
-    if (number == nullptr) return false;
-    field = dateFromNumber(number->text);
+    const std::optional<double> seconds = number == nullptr ? std::nullopt : number->toDouble();
+    if (!seconds) return false;
+    field = storedEpoch + Seconds(*seconds);
     return true;
 }
 
 } // namespace
+
+Date AlertPreferences::storable(Date date) {
+    return storedEpoch + (date - storedEpoch);
+}
 
 bool AlertPreferences::isQuiet(Date now) const {
     return quietUntil && now < *quietUntil;
@@ -153,7 +109,7 @@ void AlertPreferences::save(UserDefaults& defaults, std::string_view key) const 
     add("soundsOn", soundsOn);
     add("alertWhenDone", alertWhenDone);
     add("reminderMinutes", Json::integer(reminderMinutes));
-    if (quietUntil) add("quietUntil", Json::Number{numberFromDate(*quietUntil)});
+    if (quietUntil) add("quietUntil", Json::real((*quietUntil - storedEpoch).count()));
     document += '}';
     defaults.setData(key, document);
 }

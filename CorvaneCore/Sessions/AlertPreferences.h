@@ -28,9 +28,13 @@ struct AlertPreferences {
     bool soundsOn = true;                          ///< play sounds at all
     bool alertWhenDone = true;                     ///< alert when an agent finishes
     std::int64_t reminderMinutes = 2;              ///< minutes between reminders; 0 for none
-    std::optional<Date> quietUntil;                ///< no alerts until this moment
+    std::optional<Date> quietUntil;                ///< no alerts until this moment; see `storable`
 
     bool operator==(const AlertPreferences&) const = default;
+
+    /// The moment next to `date` that comes back exactly when it has been stored: within a tenth of a
+    /// microsecond, since a date is stored as a double of seconds.
+    [[nodiscard]] static Date storable(Date date);
 
     /// Whether alerts are silenced: `now` lies strictly before `quietUntil`.
     [[nodiscard]] bool isQuiet(Date now) const;

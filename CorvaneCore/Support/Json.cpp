@@ -1,7 +1,9 @@
 #include "Support/Json.h"
 
 #include <nlohmann/json.hpp>
+#include <simdjson.h>
 
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -250,7 +252,32 @@ class Writer {
     bool indented_;
 };
 
+/// The number whose text this is, as the library's `Value`; the same in every locale.
+template <typename Value>
+std::optional<Value> converted(std::string_view text) {
+    const simdjson::padded_string padded(text);
+    simdjson::ondemand::parser parser;
+    simdjson::ondemand::document document;
+    Value value{};
+    if (parser.iterate(padded).get(document) != simdjson::SUCCESS ||
+        document.get<Value>().get(value) != simdjson::SUCCESS) {
+        return std::nullopt;
+    }
+    return value;
+}
+
 } // namespace
+
+std::optional<double> Json::Number::toDouble() const {
+    return converted<double>(text);
+}
+
+std::optional<std::int64_t> Json::Number::toInteger() const {
+    if (const std::optional<std::int64_t> exact = converted<std::int64_t>(text)) return exact;
+    const std::optional<double> value = converted<double>(text);
+    const bool fits = value && std::trunc(*value) == *value && *value >= -0x1p63 && *value < 0x1p63;
+    return fits ? std::optional(static_cast<std::int64_t>(*value)) : std::nullopt;
+}
 
 Json::Json(Number value)
     : value_(std::move(value)) {}
@@ -267,6 +294,10 @@ Json::Json(Object value)
 
 Json Json::integer(std::int64_t value) {
     return Number{std::to_string(value)};
+}
+
+Json Json::real(double value) {
+    return Number{nlohmann::json(value).dump()};
 }
 
 std::optional<Json> Json::parse(std::string_view text) {

@@ -23,6 +23,12 @@ class Json {
     struct Number {
         std::string text;
         bool operator==(const Number&) const = default;
+
+        /// The nearest double; none when the number is beyond all of them.
+        [[nodiscard]] std::optional<double> toDouble() const;
+        /// The value of an integer, however it is written: "5", "5.0", "50e-1". None when it does not fit.
+        /// One of more than 53 bits must be written without point and exponent to be exact.
+        [[nodiscard]] std::optional<std::int64_t> toInteger() const;
     };
     using Array = std::vector<Json>;
     /// Ordered by the keys' UTF-8 bytes.
@@ -50,6 +56,8 @@ class Json {
     Json(Array value);            // NOLINT(google-explicit-constructor)
     Json(Object value);           // NOLINT(google-explicit-constructor)
     static Json integer(std::int64_t value);
+    /// The shortest text from which `value`, which must be finite, is read back exactly.
+    static Json real(double value);
 
     /// Reads one whole document, strictly: nothing but white space around the value, no comments, valid
     /// UTF-8, no byte-order mark, no escape of half a surrogate pair. Of equal keys the last one counts. None

@@ -46,7 +46,7 @@ TEST_F(SettingsDefaultsTest, bytesAndBooleansSurviveTheProcess) {
 TEST_F(SettingsDefaultsTest, preferencesSurviveTheProcess) {
     AlertPreferences preferences;
     preferences.waitingSound = "Hero";
-    preferences.quietUntil = Date(1'790'003'600, 123'456'789);
+    preferences.quietUntil = AlertPreferences::storable(Date(1'790'003'600, 123'456'789));
     {
         QSettings settings(file(), QSettings::IniFormat);
         SettingsDefaults defaults(settings);

@@ -4,9 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace corvane {
 namespace {
@@ -146,67 +148,77 @@ TEST(AlertPreferences, comeBackExactlyAsTheyWereSaved) {
     preferences.waitingSound =
         "Quote \" slash / back \\ line \n nul " + std::string(1, '\0') + " \u00E9 \U0001F514";
     preferences.reminderMinutes = std::numeric_limits<std::int64_t>::min();
-    preferences.quietUntil = Date(1'790'000'000, 123'456'789);
+    preferences.quietUntil = AlertPreferences::storable(Date(1'790'000'000, 123'456'789));
     EXPECT_EQ(loaded(saved(preferences)), preferences);
     EXPECT_EQ(loaded(saved(AlertPreferences())), AlertPreferences());
 }
 
-TEST(AlertPreferences, quietUntilComesBackToTheNanosecond) {
+TEST(AlertPreferences, aStorableDateComesBackExactly) {
     constexpr std::int64_t first = std::numeric_limits<std::int64_t>::min();
     constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
     for (const std::int64_t seconds :
          {first, first + 1, first + storedEpoch, std::int64_t{-62'135'596'800}, std::int64_t{-1},
           std::int64_t{0}, storedEpoch - 2, storedEpoch - 1, storedEpoch, storedEpoch + 1,
-          std::int64_t{1'790'000'000}, last - storedEpoch, last}) {
+          storedEpoch + (1 << 22), storedEpoch + (1 << 23), std::int64_t{1'790'000'000}, last - storedEpoch,
+          last}) {
         for (const std::int32_t nanoseconds :
              {0, 1, 10, 100'000'000, 123'456'789, 499'999'999, 999'999'999}) {
             AlertPreferences preferences;
-            preferences.quietUntil = Date(seconds, nanoseconds);
+            preferences.quietUntil = AlertPreferences::storable(Date(seconds, nanoseconds));
             EXPECT_EQ(loaded(saved(preferences)), preferences) << saved(preferences);
         }
     }
 }
 
-TEST(AlertPreferences, quietUntilIsWrittenAsAnExactDecimal) {
-    const auto number = [](Date date) {
-        AlertPreferences preferences;
-        preferences.quietUntil = date;
-        const std::string document = saved(preferences);
-        const std::size_t begin = document.find("quietUntil\":") + 12;
-        return document.substr(begin, document.size() - begin - 1);
-    };
-    EXPECT_EQ(number(Date(storedEpoch, 0)), "0");
-    EXPECT_EQ(number(Date(storedEpoch, 1)), "0.000000001");
-    EXPECT_EQ(number(Date(storedEpoch - 1, 500'000'000)), "-0.5");
-    EXPECT_EQ(number(Date(storedEpoch - 1, 0)), "-1");
-    EXPECT_EQ(number(Date(storedEpoch - 2, 999'999'999)), "-1.000000001");
-    EXPECT_EQ(number(Date(0, 0)), "-978307200");
-    EXPECT_EQ(number(Date(1'790'000'000, 123'456'789)), "811692800.123456789");
-    EXPECT_EQ(number(Date(std::numeric_limits<std::int64_t>::min(), 0)), "-9223372037833083008");
+TEST(AlertPreferences, aStorableDateIsWithinATenthOfAMicrosecond) {
+    for (const std::int32_t nanoseconds : {0, 1, 333'333'333, 500'000'000, 999'999'999}) {
+        const Date date(1'790'000'000, nanoseconds);
+        EXPECT_LE(std::abs((AlertPreferences::storable(date) - date).count()), 1e-7);
+    }
+    EXPECT_EQ(AlertPreferences::storable(Date(1'790'000'000, 0)), Date(1'790'000'000, 0));
+    EXPECT_EQ(AlertPreferences::storable(Date(1'790'000'000, 250'000'000)), Date(1'790'000'000, 250'000'000));
 }
 
 TEST(AlertPreferences, quietUntilIsReadFromAnyNumber) {
     EXPECT_EQ(quietUntil("0"), Date(storedEpoch, 0));
     EXPECT_EQ(quietUntil("-0.0"), Date(storedEpoch, 0));
-    EXPECT_EQ(quietUntil("8.116928001234567e8"), Date(1'790'000'000, 123'456'700));
-    EXPECT_EQ(quietUntil("811692800123456789E-9"), Date(1'790'000'000, 123'456'789));
-    EXPECT_EQ(quietUntil("811692800.1234567894999"), Date(1'790'000'000, 123'456'789));
-    EXPECT_EQ(quietUntil("811692800.1234567895"), Date(1'790'000'000, 123'456'790));
-    EXPECT_EQ(quietUntil("811692799.9999999999"), Date(1'790'000'000, 0));
+    EXPECT_EQ(quietUntil("811692800"), Date(1'790'000'000, 0));
+    EXPECT_EQ(quietUntil("8.1169280025e8"), Date(1'790'000'000, 250'000'000));
+    EXPECT_EQ(quietUntil("81169280025E-2"), Date(1'790'000'000, 250'000'000));
     EXPECT_EQ(quietUntil("-978307200.25"), Date(-1, 750'000'000));
     EXPECT_EQ(quietUntil("-0.0000000004"), Date(storedEpoch, 0));
+    EXPECT_EQ(quietUntil("1e-400"), Date(storedEpoch, 0));
+}
+
+TEST(AlertPreferences, quietUntilIsReadAsEarlierVersionsWroteIt) {
+    // To the nanosecond, more than a double holds.
+    for (const auto& [number, date] :
+         {std::pair{"811692800.123456789", Date(1'790'000'000, 123'456'789)},
+          std::pair{"-0.5", Date(storedEpoch - 1, 500'000'000)},
+          std::pair{"0.000000001", Date(storedEpoch, 1)},
+          std::pair{"-9223372037833083008", Date(std::numeric_limits<std::int64_t>::min(), 0)}}) {
+        const std::optional<Date> until = quietUntil(number);
+        ASSERT_TRUE(until) << number;
+        EXPECT_LE(std::abs((*until - date).count()), 1e-7) << number;
+    }
 }
 
 TEST(AlertPreferences, quietUntilStopsAtTheEndsOfTime) {
     constexpr Date first(std::numeric_limits<std::int64_t>::min(), 0);
     constexpr Date last(std::numeric_limits<std::int64_t>::max(), 999'999'999);
-    EXPECT_EQ(quietUntil("9223372035876468607.999999999"), last);
     EXPECT_EQ(quietUntil("9223372035876468608"), last);
+    EXPECT_EQ(quietUntil("123456789012345678901234567890"), last);
     EXPECT_EQ(quietUntil("1e300"), last);
-    EXPECT_EQ(quietUntil("-9223372037833083008.1"), first);
-    EXPECT_EQ(quietUntil("-9223372037833083009"), first);
+    EXPECT_EQ(quietUntil("-9223372037833085000"), first);
     EXPECT_EQ(quietUntil("-1e300"), first);
-    EXPECT_EQ(quietUntil("-18446744073709551615.5"), first);
+}
+
+TEST(AlertPreferences, aQuietUntilBeyondAllNumbersGivesTheDefaultsInFull) {
+    for (const char* number : {"1e400", "-1e400", "9e99999999999999999999"}) {
+        EXPECT_EQ(loaded(documentUpTo(R"(,"reminderMinutes":5,"quietUntil":)") + number + "}"),
+                  AlertPreferences())
+            << number;
+    }
 }
 
 TEST(AlertPreferences, aDocumentWithoutQuietUntilHasNoQuietPeriod) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -106,6 +107,54 @@ TEST(Json, indentedLayoutPutsOneItemOnALine) {
     {}
   ]
 })");
+}
+
+std::optional<double> real(const char* text) {
+    return Json::Number{text}.toDouble();
+}
+
+std::optional<std::int64_t> integer(const char* text) {
+    return Json::Number{text}.toInteger();
+}
+
+TEST(Json, numbersAreReadAsTheNearestDouble) {
+    EXPECT_EQ(real("0"), 0.0);
+    EXPECT_EQ(real("-12.5"), -12.5);
+    EXPECT_EQ(real("0.1"), 0.1);
+    EXPECT_EQ(real("1.2345E+3"), 1234.5);
+    EXPECT_EQ(real("12345e-1"), 1234.5);
+    EXPECT_EQ(real("811692800.123456789"), 811692800.123456789);
+    EXPECT_EQ(real("9007199254740993"), 9007199254740992.0);
+    EXPECT_EQ(real("123456789012345678901234567890"), 123456789012345678901234567890.0);
+    EXPECT_EQ(real("1e-400"), 0.0);
+    EXPECT_EQ(real("1.7976931348623157e308"), std::numeric_limits<double>::max());
+    for (const char* number : {"1e309", "-1e309", "1e400", "1e99999999999999999999"})
+        EXPECT_EQ(real(number), std::nullopt) << number;
+}
+
+TEST(Json, integersAreReadHoweverTheyAreWritten) {
+    for (const char* number : {"5", "5.0", "5e0", "50e-1", "0.5e1", "0.05E+2"})
+        EXPECT_EQ(integer(number), 5) << number;
+    EXPECT_EQ(integer("-0"), 0);
+    EXPECT_EQ(integer("-3"), -3);
+    EXPECT_EQ(integer("9007199254740993"), 9'007'199'254'740'993);
+    EXPECT_EQ(integer("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(integer("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(integer("1e18"), 1'000'000'000'000'000'000);
+    for (const char* number : {"5.5", "-0.5", "1e-9", "9223372036854775808", "-9223372036854777856",
+                               "18446744073709551615", "99999999999999999999", "1e19", "-1e19", "1e400"}) {
+        EXPECT_EQ(integer(number), std::nullopt) << number;
+    }
+}
+
+TEST(Json, doublesAreWrittenSoThatTheyComeBackExactly) {
+    EXPECT_EQ(Json::real(811692800.25).write(Json::Layout::compact), "811692800.25");
+    for (const double value : {0.0, -0.5, 0.1, 1.0 / 3.0, 811692800.123456789, 1e300, -9.2e18, 5e-324}) {
+        const std::string text = Json::real(value).write(Json::Layout::compact);
+        const std::optional<Json> read = Json::parse(text);
+        ASSERT_TRUE(read && read->ifNumber() != nullptr) << text;
+        EXPECT_EQ(read->ifNumber()->toDouble(), value) << text;
+    }
 }
 
 TEST(Json, isBuiltFromNestedBraces) {

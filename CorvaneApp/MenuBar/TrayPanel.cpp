@@ -3,8 +3,8 @@
 #include "Controls/WindowRole.h"
 #include "MenuBar/TrayPanelView.h"
 #include "Model/AppModel.h"
-#include "Platform/CardWindow.h"
 #include "Platform/Platform.h"
+#include "Platform/WindowShadow.h"
 #include "Style/Shapes.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
@@ -74,6 +74,7 @@ TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView
               Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
     , model_(model)
     , makeView_(std::move(makeView))
+    , shadow_(services.windowShadow)
     , host_(services.panelHosts.make(*this)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -106,8 +107,8 @@ void TrayPanel::open(QRect icon) {
     icon_ = icon.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : icon;
     // The agents write their own files.
     model_.refreshConnections();
-    isBlended_ = cardwindow::isBlended();
-    margins_ = cardwindow::margins();
+    isBlended_ = shadow_.isBlended();
+    margins_ = shadow_.margins();
     arrange();
     keyboardLoss_.stop();
     hadKeyboard_ = false;
@@ -164,8 +165,7 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     const Look look = Tokens::look(palette());
     const QSize card = view_->size();
     QPainter painter(this);
-    if (isBlended_ && !look.isHighContrast())
-        cardwindow::paintShadow(painter, *this, outline(card, isBlended_), card);
+    if (isBlended_ && !look.isHighContrast()) shadow_.paint(painter, *this, outline(card, isBlended_), card);
     painter.translate(view_->pos());
     paintCard(painter, card, isBlended_, look);
 }

@@ -15,6 +15,7 @@ namespace corvane {
 
 class AppModel;
 class TrayPanelView;
+class WindowShadow;
 struct PlatformServices;
 
 /// Where a panel of `size` goes that belongs to an icon at `icon`: below or above it, or beside it where the
@@ -64,6 +65,7 @@ class TrayPanel : public QWidget {
 
     AppModel& model_;
     MakeView makeView_;
+    WindowShadow& shadow_;
     TrayPanelView* view_ = nullptr;
     std::unique_ptr<PanelHost> host_;
     QRect icon_;

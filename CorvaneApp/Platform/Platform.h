@@ -21,6 +21,7 @@ class Screens;
 class SingleInstance;
 class Sounds;
 class StatusItem;
+class WindowShadow;
 
 /// Tells the present time.
 using Clock = std::function<Date()>;
@@ -32,6 +33,7 @@ struct PlatformServices {
     FloatingPanels& panels;
     PanelHosts& panelHosts;
     Activation& activation;
+    WindowShadow& windowShadow;
     Screens& screens;
     Appearance& appearance;
     Announcer& announcer;

@@ -11,6 +11,7 @@
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/Sounds.h"
 #include "Platform/Linux/StatusItem.h"
+#include "Platform/Linux/WindowShadow.h"
 #include "Platform/Shared/PlainPanelHost.h"
 #include "Platform/Shared/QtScheduler.h"
 #include "Style/ApplicationIcon.h"
@@ -48,6 +49,7 @@ class LinuxPlatform : public Platform {
             .panels = panels_,
             .panelHosts = panelHosts_,
             .activation = activation_,
+            .windowShadow = windowShadow_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -63,6 +65,7 @@ class LinuxPlatform : public Platform {
   private:
     LinuxFloatingPanels panels_;
     LinuxActivation activation_;
+    LinuxWindowShadow windowShadow_;
     PlainPanelHosts panelHosts_{activation_};
     LinuxScreens screens_;
     LinuxAppearance appearance_;

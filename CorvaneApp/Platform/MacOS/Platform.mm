@@ -14,6 +14,7 @@
 #include "Platform/MacOS/SingleInstance.h"
 #include "Platform/MacOS/Sounds.h"
 #include "Platform/MacOS/StatusItem.h"
+#include "Platform/MacOS/WindowShadow.h"
 #include "Platform/Shared/QtScheduler.h"
 
 #include <QtGlobal>
@@ -34,6 +35,7 @@ class MacPlatform : public Platform {
             .panels = panels_,
             .panelHosts = panelHosts_,
             .activation = activation_,
+            .windowShadow = windowShadow_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -50,6 +52,7 @@ class MacPlatform : public Platform {
     Activity activity_;
     MacFloatingPanels panels_;
     MacActivation activation_;
+    MacWindowShadow windowShadow_;
     MacPanelHosts panelHosts_{activation_};
     MacScreens screens_;
     MacAppearance appearance_;

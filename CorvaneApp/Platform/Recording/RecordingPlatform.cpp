@@ -138,6 +138,7 @@ PlatformServices RecordingPlatform::services() {
         .panels = panels,
         .panelHosts = panelHosts,
         .activation = activation,
+        .windowShadow = windowShadow,
         .screens = screens,
         .appearance = appearance,
         .announcer = announcer,

@@ -14,6 +14,7 @@
 #include "Platform/SingleInstance.h"
 #include "Platform/Sounds.h"
 #include "Platform/StatusItem.h"
+#include "Platform/WindowShadow.h"
 
 #include <QPointer>
 
@@ -88,6 +89,21 @@ class PresentedWindows : public Activation {
     void present(QWidget& window) override;
 
     std::vector<const QWidget*> presented;
+};
+
+class FakeWindowShadow : public WindowShadow {
+  public:
+    [[nodiscard]] bool isBlended() const override { return blended; }
+    [[nodiscard]] QMargins margins() const override { return blended ? room : QMargins(); }
+    void paint(QPainter& /*painter*/, const QWidget& /*window*/, const QPainterPath& outline,
+               QSize /*cardSize*/) override {
+        painted.push_back(outline);
+    }
+
+    bool blended = true;
+    QMargins room{10, 11, 12, 13};
+    /// The outlines of the cards whose shadows were to be painted.
+    std::vector<QPainterPath> painted;
 };
 
 /// Shows its window and gives it the keyboard, both at once.
@@ -215,6 +231,7 @@ struct RecordingPlatform {
     Panels panels;
     FakePanelHosts panelHosts;
     PresentedWindows activation;
+    FakeWindowShadow windowShadow;
     FixedScreens screens;
     FixedAppearance appearance;
     Announcements announcer;

@@ -1,6 +1,7 @@
 #include "App/Support/MenuBarSupport.h"
 #include "MenuBar/TrayPanel.h"
 #include "MenuBarView.h"
+#include "Style/Tokens.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@ namespace {
 class TrayPanelTest : public testing::Test {
   protected:
     [[nodiscard]] recording::FakePanelHost& host() { return *world_.platform.panelHosts.last; }
+    [[nodiscard]] recording::FakeWindowShadow& shadow() { return world_.platform.windowShadow; }
 
     test::MenuBarWorld world_;
     TrayPanel panel_{
@@ -43,6 +45,46 @@ TEST_F(TrayPanelTest, closesAtAPressElsewhereWhichLeavesItClosed) {
     EXPECT_FALSE(panel_.isVisible());
     panel_.toggle({300, 10, 22, 22});
     EXPECT_TRUE(panel_.isVisible());
+}
+
+TEST_F(TrayPanelTest, leavesRoomForTheShadowAroundItsCard) {
+    panel_.open({300, 10, 22, 22});
+    const QMargins room = shadow().room;
+    EXPECT_EQ(panel_.view().pos(), QPoint(room.left(), room.top()));
+    EXPECT_EQ(panel_.size(), panel_.view().size().grownBy(room));
+}
+
+TEST_F(TrayPanelTest, hasTheShadowOfItsRoundCardPainted) {
+    panel_.open({300, 10, 22, 22});
+    shadow().painted.clear();
+    (void)panel_.grab();
+    ASSERT_EQ(shadow().painted.size(), 1U);
+    EXPECT_EQ(shadow().painted[0].boundingRect().toAlignedRect(), QRect(QPoint(), panel_.view().size()));
+    EXPECT_FALSE(shadow().painted[0].contains(QPointF(1, 1)));
+}
+
+TEST_F(TrayPanelTest, isSquareAndWithoutShadowWhereWindowsAreNotBlended) {
+    shadow().blended = false;
+    panel_.open({300, 10, 22, 22});
+    (void)panel_.grab();
+    EXPECT_TRUE(shadow().painted.empty());
+    EXPECT_EQ(panel_.size(), panel_.view().size());
+    EXPECT_TRUE(host().outline.contains(QPointF(1, 1)));
+}
+
+TEST_F(TrayPanelTest, looksWhetherWindowsAreBlendedEachTimeItOpens) {
+    panel_.open({300, 10, 22, 22});
+    panel_.hide();
+    shadow().blended = false;
+    panel_.open({300, 10, 22, 22});
+    EXPECT_EQ(panel_.size(), panel_.view().size());
+}
+
+TEST_F(TrayPanelTest, hasNoShadowAtHighContrast) {
+    panel_.setPalette(Tokens::palette({ColorScheme::light, Contrast::high}));
+    panel_.open({300, 10, 22, 22});
+    (void)panel_.grab();
+    EXPECT_TRUE(shadow().painted.empty());
 }
 
 } // namespace

@@ -1,0 +1,28 @@
+#include "Platform/Linux/WindowShadow.h"
+
+#include "Platform/Linux/Shadow.h"
+#include "Platform/Linux/X11.h"
+
+#include <QPainter>
+#include <QWidget>
+
+namespace corvane {
+
+bool LinuxWindowShadow::isBlended() const {
+    return x11::isComposited();
+}
+
+QMargins LinuxWindowShadow::margins() const {
+    return isBlended() ? shadowMargins : QMargins();
+}
+
+void LinuxWindowShadow::paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
+                              QSize cardSize) {
+    const ColorScheme scheme = Tokens::scheme(window.palette());
+    const qreal ratio = window.devicePixelRatioF();
+    if (last_.image.isNull() || last_.cardSize != cardSize || last_.scheme != scheme || last_.ratio != ratio)
+        last_ = {cardSize, scheme, ratio, cardShadow(outline, cardSize, scheme, ratio)};
+    painter.drawImage(QPoint(), last_.image);
+}
+
+} // namespace corvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Platform/WindowShadow.h"
+#include "Style/Tokens.h"
+
+#include <QImage>
+
+namespace corvane {
+
+/// Painted by the window itself, where a compositing manager runs.
+class LinuxWindowShadow : public WindowShadow {
+  public:
+    [[nodiscard]] bool isBlended() const override;
+    [[nodiscard]] QMargins margins() const override;
+    void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
+               QSize cardSize) override;
+
+  private:
+    /// The shadow that was painted last: it takes a while to make, and a card keeps its size for long.
+    struct LastShadow {
+        QSize cardSize;
+        ColorScheme scheme{};
+        qreal ratio = 0;
+        QImage image;
+    };
+
+    LastShadow last_;
+};
+
+} // namespace corvane

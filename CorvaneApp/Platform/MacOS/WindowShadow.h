@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Platform/WindowShadow.h"
+
+namespace corvane {
+
+/// The window server blends every window and draws the shadows itself.
+class MacWindowShadow : public WindowShadow {
+  public:
+    [[nodiscard]] bool isBlended() const override { return true; }
+    [[nodiscard]] QMargins margins() const override { return {}; }
+    void paint(QPainter& /*painter*/, const QWidget& /*window*/, const QPainterPath& /*outline*/,
+               QSize /*cardSize*/) override {}
+};
+
+} // namespace corvane

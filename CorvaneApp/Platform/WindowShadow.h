@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QMargins>
+#include <QPainterPath>
+#include <QSize>
+
+class QPainter;
+class QWidget;
+
+namespace corvane {
+
+/// The shadow around a frameless window of the application's own whose content is a card. Main thread only.
+class WindowShadow {
+  public:
+    WindowShadow() = default;
+    WindowShadow(const WindowShadow&) = delete;
+    WindowShadow& operator=(const WindowShadow&) = delete;
+    virtual ~WindowShadow() = default;
+
+    /// Whether the desktop blends windows with what lies below them, so that a card can have round corners
+    /// and a shadow. May change while running: ask each time a window is shown.
+    [[nodiscard]] virtual bool isBlended() const = 0;
+
+    /// The room that the window has to leave around the card, in device-independent pixels; none where the
+    /// system draws the shadow or windows are not blended.
+    [[nodiscard]] virtual QMargins margins() const = 0;
+
+    /// Paints the shadow of the card into that room, where windows are blended. `outline` is the card's, in
+    /// its own coordinates; the card lies at `margins` in `window`.
+    virtual void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
+                       QSize cardSize) = 0;
+};
+
+} // namespace corvane

@@ -195,6 +195,20 @@ TEST_F(HomebrewTest, aQuickTestIsTheUnitTestsAlone) {
     EXPECT_THAT(outcome.output, HasSubstr("\n1 passed, 0 failed\n"));
 }
 
+TEST_F(HomebrewTest, theFirstLinesOfATestSayWhatComesAndHowLongThatTookTheLastTime) {
+    const std::string plan = "This will\n  - install the packages that are missing\n  - build in build/dev "
+                             "and run the unit tests\n";
+    const test::Outcome first = call("test", {"--quick"});
+    EXPECT_TRUE(first.output.starts_with(plan + "\n== Packages")) << first.output;
+    const fs::path times = folder_ / "build/test-seconds-quick";
+    EXPECT_THAT(test::fileBytes(times).value_or(""), testing::MatchesRegex("[0-9]+\n"));
+    test::writeFile(times, "41\n");
+    const test::Outcome second = call("test", {"--quick"});
+    EXPECT_TRUE(second.output.starts_with(plan + "The last time that took 41 s.\n")) << second.output;
+    // What another mode took says nothing about this one.
+    EXPECT_THAT(call("test").output, testing::Not(HasSubstr("The last time")));
+}
+
 TEST_F(HomebrewTest, aSkippedCheckCountsAsNeither) {
     test::writeFile(folder_ / "Scripts/check-workflow", "#!/bin/sh\nexit 77\n");
     EXPECT_THAT(call("test").output,

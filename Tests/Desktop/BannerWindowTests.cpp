@@ -2,12 +2,14 @@
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/WindowChanges.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <csignal>
 #include <memory>
+#include <thread>
 
 namespace corvane::test {
 
@@ -38,6 +40,28 @@ TEST_F(BannerWindow, isInFrontAgainWhenAnotherWindowBecomesActiveAfterOneCovered
     ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
     desktop.startTerminal(false, "40x5+100+600");
     EXPECT_TRUE(desktop.shows(1, 0));
+}
+
+TEST_F(BannerWindow, isMovedAndRaisedOnceWhenAnotherComesAndLeftAloneWhileClocksTick) {
+    desktop.startApplication();
+    raiseBanner();
+    const std::uint32_t window = desktop.screen().banners().front().window;
+    constexpr auto twoTicks = 2100ms;
+    WindowChanges changes(desktop.display());
+    std::this_thread::sleep_for(twoTicks);
+    EXPECT_EQ(changes.take()[window], 0U);
+
+    desktop.claude("Notification-permission_prompt", "b", "shop");
+    ASSERT_TRUE(desktop.shows(2, 0));
+    EXPECT_EQ(changes.take()[window], 2U);
+    std::this_thread::sleep_for(twoTicks);
+    const auto ticking = changes.take();
+    for (const Banner& banner : desktop.screen().banners())
+        EXPECT_FALSE(ticking.contains(banner.window));
+
+    desktop.claude("PostToolUse-Bash", "b", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    EXPECT_EQ(changes.take()[window], 1U); // moved back
 }
 
 /// With a terminal below the banner's place, and the focus at another window.

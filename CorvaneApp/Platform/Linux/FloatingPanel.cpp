@@ -31,8 +31,10 @@ const QImage& sharedShadow(const PanelContent& card, ColorScheme scheme, qreal r
 /// The native window: the card, and around it room for the shadow where windows are blended.
 class PanelWindow : public QWidget {
   public:
-    explicit PanelWindow(const StackingGuard& guard)
-        : guard_(guard) {
+    PanelWindow(const StackingGuard& guard, PanelDamage& damage)
+        : guard_(guard)
+        , damage_(damage) {
+        damage_.add(*this);
         QObject::connect(&guard_, &StackingGuard::arrangementChanged, this, [this] {
             if (blended_ && card_ != nullptr) update(QRegion(rect()) - card_->geometry());
         });
@@ -47,6 +49,10 @@ class PanelWindow : public QWidget {
         winId();
         setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
     }
+
+    PanelWindow(const PanelWindow&) = delete;
+    PanelWindow& operator=(const PanelWindow&) = delete;
+    ~PanelWindow() override { damage_.remove(*this); }
 
     void setCard(std::unique_ptr<PanelContent> card, QSize size) {
         PanelContent* const old = std::exchange(card_, card.release());
@@ -86,6 +92,12 @@ class PanelWindow : public QWidget {
     void ignoreClicks() { x11::setInputShape(nativeWindow(), {}); }
 
   protected:
+    bool event(QEvent* event) override {
+        // Its contents and those of the card in it are drawn now.
+        if (event->type() == QEvent::UpdateRequest) damage_.reportAll();
+        return QWidget::event(event);
+    }
+
     void paintEvent(QPaintEvent* /*event*/) override {
         const Look look = Tokens::look(palette());
         if (!blended_ || card_ == nullptr || look.isHighContrast()) return;
@@ -132,6 +144,7 @@ class PanelWindow : public QWidget {
     [[nodiscard]] xcb_window_t nativeWindow() const { return static_cast<xcb_window_t>(internalWinId()); }
 
     const StackingGuard& guard_;
+    PanelDamage& damage_;
     PanelContent* card_ = nullptr;
     bool blended_ = x11::isComposited();
     qreal arrangedRatio_ = 1;
@@ -140,9 +153,10 @@ class PanelWindow : public QWidget {
 
 class LinuxFloatingPanel : public FloatingPanel {
   public:
-    explicit LinuxFloatingPanel(StackingGuard& guard)
+    LinuxFloatingPanel(StackingGuard& guard, PanelDamage& damage)
         : guard_(guard)
-        , window_(guard) {
+        , damage_(damage)
+        , window_(guard, damage) {
         QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                          [this](const QVariant& value) { advance(value.toDouble()); });
         QObject::connect(&guard_, &StackingGuard::secondPassed, &window_, [this] { followDesktop(); });
@@ -167,6 +181,7 @@ class LinuxFloatingPanel : public FloatingPanel {
 
     void setOrigin(QPoint origin) override {
         requireMainThread();
+        if (origin != origin_) damage_.reportAll();
         origin_ = origin;
         place();
         followDesktop();
@@ -176,6 +191,7 @@ class LinuxFloatingPanel : public FloatingPanel {
 
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
         requireMainThread();
+        damage_.followCompositor();
         followDesktop();
         begin({window_.isBlended() ? 0.0 : 1.0, -slide}, {1.0, 0}, duration);
         advance(0);
@@ -201,6 +217,7 @@ class LinuxFloatingPanel : public FloatingPanel {
         requireMainThread();
         animation_.stop();
         guard_.release(window_);
+        if (window_.isVisible()) damage_.reportAll();
         window_.hide();
         x11::flush();
     }
@@ -237,6 +254,7 @@ class LinuxFloatingPanel : public FloatingPanel {
             from_.opacity + (to_.opacity - from_.opacity) * opacityCurve.valueForProgress(progress);
         state_.offset =
             from_.offset + qRound((to_.offset - from_.offset) * slideCurve.valueForProgress(progress));
+        damage_.reportAll();
         if (window_.isBlended()) window_.setWindowOpacity(state_.opacity);
         place();
     }
@@ -248,6 +266,7 @@ class LinuxFloatingPanel : public FloatingPanel {
     }
 
     StackingGuard& guard_;
+    PanelDamage& damage_;
     PanelWindow window_;
     QVariantAnimation animation_;
     QPoint origin_;
@@ -258,8 +277,15 @@ class LinuxFloatingPanel : public FloatingPanel {
 
 } // namespace
 
+LinuxFloatingPanels::LinuxFloatingPanels() {
+    QObject::connect(&guard_, &StackingGuard::secondPassed, &guard_, [this] {
+        damage_.followCompositor();
+        damage_.reportAll();
+    });
+}
+
 std::unique_ptr<FloatingPanel> LinuxFloatingPanels::make() {
-    return std::make_unique<LinuxFloatingPanel>(guard_);
+    return std::make_unique<LinuxFloatingPanel>(guard_, damage_);
 }
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FloatingPanel.h"
+#include "Platform/Linux/PanelDamage.h"
 #include "Platform/Linux/StackingGuard.h"
 
 namespace corvane {
@@ -9,11 +10,14 @@ namespace corvane {
 /// window systems they are ordinary frameless windows that do not ask for the focus.
 class LinuxFloatingPanels : public FloatingPanels {
   public:
+    LinuxFloatingPanels();
+
     /// A panel must not outlive this object.
     [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
 
   private:
     StackingGuard guard_;
+    PanelDamage damage_;
 };
 
 } // namespace corvane

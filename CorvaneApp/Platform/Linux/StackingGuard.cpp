@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace corvane {
 
@@ -14,6 +15,10 @@ namespace {
 
 // The top bit tells events that another client sent.
 constexpr std::uint8_t responseTypeMask = 0x7F;
+
+xcb_window_t native(const QWidget& window) {
+    return static_cast<xcb_window_t>(window.internalWinId());
+}
 
 } // namespace
 
@@ -32,15 +37,21 @@ StackingGuard::~StackingGuard() = default;
 void StackingGuard::raise(QWidget& window) {
     const bool isNew = std::erase(windows_, &window) == 0;
     windows_.push_back(&window);
-    window.raise();
-    x11::flush();
+    // Whenever one is shown, all are raised one after the other: only the order at the end counts.
+    if (!std::exchange(isRestoring_, true))
+        QMetaObject::invokeMethod(this, &StackingGuard::restore, Qt::QueuedConnection);
     if (!timer_.isActive()) timer_.start();
     if (isNew) Q_EMIT arrangementChanged();
 }
 
 void StackingGuard::release(QWidget& window) {
     if (std::erase(windows_, &window) == 0) return;
-    if (windows_.empty()) timer_.stop();
+    if (windows_.empty()) {
+        timer_.stop();
+    } else if (window.isVisible()) {
+        // The others may take its place while it fades out, and are not to be seen through it.
+        x11::placeBelow(native(window), native(*windows_.front()));
+    }
     Q_EMIT arrangementChanged();
 }
 
@@ -54,8 +65,23 @@ bool StackingGuard::nativeEventFilter(const QByteArray& eventType, void* message
 }
 
 void StackingGuard::restore() {
-    for (QWidget* const window : windows_)
-        window->raise();
+    isRestoring_ = false;
+    if (x11::connection() == nullptr) {
+        for (QWidget* const window : windows_)
+            window->raise();
+        return;
+    }
+    // From the front on, each directly below the one before: the server leaves a window alone that is there
+    // already. Raised one after the other, each of them would be in front for a moment.
+    const QWidget* above = nullptr;
+    for (auto window = windows_.rbegin(); window != windows_.rend(); ++window) {
+        if (above == nullptr) {
+            (*window)->raise();
+        } else {
+            x11::placeBelow(native(**window), native(*above));
+        }
+        above = *window;
+    }
     x11::flush();
 }
 

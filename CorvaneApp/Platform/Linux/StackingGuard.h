@@ -23,8 +23,9 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     StackingGuard(const StackingGuard&) = delete;
     StackingGuard& operator=(const StackingGuard&) = delete;
 
-    /// Puts a shown window in front of all others, now and from now on, until it is released or destroyed.
+    /// Keeps a shown window in front of all others, from the event loop's next turn on, until it is released.
     void raise(QWidget& window);
+    /// Puts the window behind those that are still kept in front. To be called before it is destroyed.
     void release(QWidget& window);
 
     /// The windows that are kept in front, the frontmost last.
@@ -45,6 +46,7 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     void restore();
 
     std::vector<QWidget*> windows_;
+    bool isRestoring_ = false; // in the event loop's next turn
     QTimer timer_;
     quint32 activeWindowAtom_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <QtGui/qguiapplication_platform.h>
 #include <xcb/shape.h>
 
+#include <array>
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -95,13 +96,28 @@ void flush() {
     if (xcb_connection_t* const x = connection()) xcb_flush(x);
 }
 
-bool isComposited() {
+xcb_window_t compositingManager() {
     xcb_connection_t* const x = connection();
-    if (x == nullptr) return true;
+    if (x == nullptr) return XCB_WINDOW_NONE;
     const xcb_atom_t selection = atom("_NET_WM_CM_S0");
-    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(
+    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, selection), nullptr));
-    return owner && owner->owner != XCB_WINDOW_NONE;
+    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+bool isComposited() {
+    return connection() == nullptr || compositingManager() != XCB_WINDOW_NONE;
+}
+
+std::string text(xcb_window_t window, const std::string& name) {
+    constexpr std::uint32_t maxLength = 64; // in 32-bit units
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return {};
+    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
+    if (!reply || reply->format != 8) return {};
+    const auto* const first = static_cast<const char*>(xcb_get_property_value(reply.get()));
+    return {first, static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
 
 std::optional<xcb_window_t> activeWindow() {
@@ -173,6 +189,25 @@ void moveToCurrentWorkspace(xcb_window_t window) {
     xcb_send_event(x, 0, rootWindow(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&event));
+}
+
+void placeBelow(xcb_window_t window, xcb_window_t sibling) {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    const std::array<std::uint32_t, 2> values{sibling, XCB_STACK_MODE_BELOW};
+    xcb_configure_window(x, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
+}
+
+void reportDamage(xcb_window_t window, QSize size) {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    const std::uint32_t withoutExposures = 0;
+    const xcb_gcontext_t context = xcb_generate_id(x);
+    xcb_create_gc(x, context, window, XCB_GC_GRAPHICS_EXPOSURES, &withoutExposures);
+    // Copied onto itself, the window looks the same but counts as drawn on.
+    xcb_copy_area(x, window, window, context, 0, 0, 0, 0, static_cast<std::uint16_t>(size.width()),
+                  static_cast<std::uint16_t>(size.height()));
+    xcb_free_gc(x, context);
 }
 
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles) {

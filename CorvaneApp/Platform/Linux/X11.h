@@ -2,6 +2,7 @@
 
 #include <QRect>
 #include <QRegion>
+#include <QSize>
 #include <xcb/xcb.h>
 
 #include <cstdint>
@@ -26,8 +27,15 @@ namespace corvane::x11 {
 /// something else happens to send them.
 void flush();
 
-/// Whether a compositing manager runs, so that windows are blended with what lies below.
+/// The window by which the compositing manager of Qt's screen makes itself known; none where none runs.
+[[nodiscard]] xcb_window_t compositingManager();
+
+/// Whether a compositing manager runs, so that windows are blended with what lies below. True on other window
+/// systems.
 [[nodiscard]] bool isComposited();
+
+/// A window's property as text; empty when it has none.
+[[nodiscard]] std::string text(xcb_window_t window, const std::string& name);
 
 /// The window that the window manager calls active.
 [[nodiscard]] std::optional<xcb_window_t> activeWindow();
@@ -44,6 +52,14 @@ void flush();
 
 /// Asks the window manager to show a window that stands on another workspace on the current one.
 void moveToCurrentWorkspace(xcb_window_t window);
+
+/// Puts `window` directly below `sibling`, both being windows that no window manager looks after. Nothing
+/// happens where it is there already. Waits in the connection's buffer.
+void placeBelow(xcb_window_t window, xcb_window_t sibling);
+
+/// Reports all of a shown window, `size` in device pixels, to the compositing manager as changed, without
+/// drawing anything. Waits in the connection's buffer.
+void reportDamage(xcb_window_t window, QSize size);
 
 /// Limits where `window` takes pointer events to `rectangles`, in device pixels of the window.
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);

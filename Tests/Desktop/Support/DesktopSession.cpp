@@ -171,12 +171,16 @@ void DesktopSession::startServer() {
 void DesktopSession::startWindowManager(const std::string& name, Compositor compositor) {
     std::vector<std::string> arguments{name};
     std::vector<std::string> variables;
-    const bool blendsByItself = name == "mutter";
+    const bool blendsByItself = name == "mutter" || compositor == Compositor::windowManager;
     if (name == "openbox") arguments.emplace_back("--sm-disable");
-    if (name == "xfwm4") arguments.emplace_back("--compositor=off");
+    if (name == "xfwm4") arguments.emplace_back(blendsByItself ? "--compositor=on" : "--compositor=off");
     if (name == "mutter") arguments.insert(arguments.end(), {"--x11", "--sm-disable"});
-    if (name == "metacity") arguments.insert(arguments.end(), {"--sm-disable", "--no-composite"});
-    if (name == "kwin_x11") variables.emplace_back("KWIN_COMPOSE=N");
+    if (name == "metacity") {
+        arguments.emplace_back("--sm-disable");
+        arguments.emplace_back(blendsByItself ? "--composite" : "--no-composite");
+    }
+    // OpenGL, also where only a slow one is to be had.
+    if (name == "kwin_x11") variables.emplace_back(blendsByItself ? "KWIN_COMPOSE=O2" : "KWIN_COMPOSE=N");
     ChildProcess& manager = start(arguments, "wm", variables);
     const auto isReady = [&] {
         return name == "twm" ? screen_->isManaged() : !screen_->windowManager().empty();

@@ -18,7 +18,8 @@
 
 namespace corvane::test {
 
-enum class Compositor : std::uint8_t { none, picom };
+/// What blends the windows, if anything: picom, or the window manager itself.
+enum class Compositor : std::uint8_t { none, picom, windowManager };
 
 /// A user's desktop for one test: an X server, a window manager, a message bus and a home of its own, in
 /// which the real application runs and the real hook is called. At the end all of it is gone; a process that
@@ -28,7 +29,7 @@ enum class Compositor : std::uint8_t { none, picom };
 class DesktopSession {
   public:
     /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11, metacity or twm. Mutter
-    /// blends windows by itself.
+    /// blends windows in any case; openbox and twm cannot.
     explicit DesktopSession(const std::string& windowManager = "openbox",
                             Compositor compositor = Compositor::picom);
     DesktopSession(const DesktopSession&) = delete;

@@ -171,6 +171,11 @@ std::vector<Banner> XObserver::banners() const {
     return result;
 }
 
+double XObserver::opacity(std::uint32_t window) const {
+    const std::vector<std::uint32_t> opacity = cardinals(window, "_NET_WM_WINDOW_OPACITY");
+    return opacity.empty() ? 1 : static_cast<double>(opacity.front()) / 0xFFFFFFFFU;
+}
+
 std::size_t XObserver::windowCount() const {
     return mapped(false).size();
 }

@@ -49,6 +49,9 @@ class XObserver {
     /// screen first.
     [[nodiscard]] std::vector<Banner> banners() const;
 
+    /// How opaque a compositor is to draw a window, 0 to 1.
+    [[nodiscard]] double opacity(std::uint32_t window) const;
+
     /// All mapped windows of the application, banners or not.
     [[nodiscard]] std::size_t windowCount() const;
 

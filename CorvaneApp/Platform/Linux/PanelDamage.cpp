@@ -1,0 +1,39 @@
+#include "Platform/Linux/PanelDamage.h"
+
+#include "Platform/Linux/X11.h"
+
+#include <QWidget>
+
+#include <charconv>
+#include <system_error>
+
+namespace corvane {
+
+void PanelDamage::followCompositor() {
+    const xcb_window_t compositor = x11::compositingManager();
+    if (compositor_ == compositor) return;
+    compositor_ = compositor;
+    isNeeded_ =
+        compositor != XCB_WINDOW_NONE && erasesBetweenChanges(x11::text(compositor, "COMPTON_VERSION"));
+}
+
+void PanelDamage::reportAll() const {
+    if (!isNeeded_) return;
+    for (const QWidget* const window : windows_) {
+        if (!window->isVisible()) continue;
+        x11::reportDamage(static_cast<xcb_window_t>(window->internalWinId()),
+                          (QSizeF(window->size()) * window->devicePixelRatioF()).toSize());
+    }
+}
+
+bool PanelDamage::erasesBetweenChanges(std::string_view version) {
+    constexpr int firstFaulty = 12;
+    if (version.empty()) return false;
+    if (version.starts_with('v')) version.remove_prefix(1);
+    int major = 0;
+    const auto result = std::from_chars(version.data(), version.data() + version.size(), major);
+    // A build from its repository is named by a commit, and is most likely a recent one.
+    return result.ec != std::errc{} || major >= firstFaulty;
+}
+
+} // namespace corvane

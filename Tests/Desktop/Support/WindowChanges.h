@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+
+struct xcb_connection_t;
+
+namespace corvane::test {
+
+/// Counts how often top-level windows are moved, resized or restacked, over a connection of its own. A
+/// request that leaves a window as it is does not count.
+class WindowChanges {
+  public:
+    /// `display` as in DISPLAY.
+    explicit WindowChanges(const std::string& display);
+    WindowChanges(const WindowChanges&) = delete;
+    WindowChanges& operator=(const WindowChanges&) = delete;
+    ~WindowChanges();
+
+    /// The changes of each window since this was last asked.
+    [[nodiscard]] std::map<std::uint32_t, std::size_t> take();
+
+  private:
+    xcb_connection_t* connection_;
+};
+
+} // namespace corvane::test

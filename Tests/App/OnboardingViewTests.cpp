@@ -188,7 +188,6 @@ TEST_F(OnboardingViewTest, theBottomRowCallsTheModelAndTheMaker) {
 }
 
 TEST_F(OnboardingViewTest, partsStandWhereTheyAreDesigned) {
-    const test::FractionalMetrics metrics;
     fixture_.connectClaude();
     const auto view = fixture_.onboarding();
     const auto paragraphs = view->findChildren<Paragraph*>(QString(), Qt::FindDirectChildrenOnly);

@@ -1,4 +1,3 @@
-#include "App/Support/Pictures.h"
 #include "App/Support/WindowStates.h"
 #include "Controls/ErrorText.h"
 #include "Controls/Paragraph.h"
@@ -121,7 +120,6 @@ TEST_F(SettingsViewTest, theAgentsTabAlertsForATestAndShowsErrors) {
 }
 
 TEST_F(SettingsViewTest, theAgentsTabStandsAsDesigned) {
-    const test::FractionalMetrics metrics;
     fixture_.connectClaude();
     fixture_.failToConnectCodex();
     const auto cards = agents().findChildren<AgentCard*>();
@@ -265,7 +263,6 @@ TEST_F(SettingsViewTest, aFailingLoginSwitchGoesBackAndSaysWhy) {
 }
 
 TEST_F(SettingsViewTest, anErrorOfTwoLinesStandsWholeOnTheAlertsTab) {
-    const test::FractionalMetrics metrics;
     fixture_.platform.loginItem.failure = "The folder for the entries of programs that start at login cannot "
                                           "be written, because its disk is full.";
     named<Switch>(alerts(), "Open Corvane at login")->click();

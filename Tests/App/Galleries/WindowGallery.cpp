@@ -127,7 +127,6 @@ int main(int argc, char** argv) {
     }
     QApplication::setStyle(new CorvaneStyle);
     translations::install(*QCoreApplication::instance());
-    const test::FractionalMetrics metrics;
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     folder.mkpath(QStringLiteral("."));
     for (const test::Variant& variant : test::galleryVariants()) {

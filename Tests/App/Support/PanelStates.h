@@ -112,6 +112,7 @@ inline std::vector<PanelState> panelStates() {
 inline void paintPanel(QPainter& painter, MenuBarView& view, Look look) {
     view.setPalette(Tokens::palette(look));
     TrayPanel::paintCard(painter, view.size(), true, look);
+    painter.setLayoutDirection(view.layoutDirection()); // as Qt 6.8 does by itself, and as on a screen
     view.render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
 }
 

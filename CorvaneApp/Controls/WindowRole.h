@@ -5,7 +5,8 @@
 namespace corvane {
 
 /// Gives widgets of the class `Window` the accessible role of a window; a plain widget has that of a client
-/// area, which is a mere part of a window. To be called before the first of them is shown.
+/// area, which is a mere part of a window. To be called before anything is
+/// set on one of them: since Qt 6.8 its title alone settles the role.
 template <typename Window>
 void installWindowRole() {
     QAccessible::installFactory([](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {

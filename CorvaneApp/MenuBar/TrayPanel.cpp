@@ -76,11 +76,11 @@ TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView
     , makeView_(std::move(makeView))
     , shadow_(services.windowShadow)
     , host_(services.panelHosts.make(*this)) {
+    installWindowRole<TrayPanel>();
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(tr("Corvane"));
     setWindowRole(QStringLiteral("panel"));
-    installWindowRole<TrayPanel>();
     rebuild();
     keyboardLoss_.setSingleShot(true);
     connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);

@@ -17,10 +17,10 @@ SettingsWindow::SettingsWindow(AppModel& model, Activation& activation, MakePage
     : model_(model)
     , activation_(activation)
     , makePages_(std::move(makePages)) {
+    installWindowRole<SettingsWindow>();
     setObjectName(QStringLiteral("settings"));
     setWindowRole(QStringLiteral("settings"));
     setWindowTitle(tr("Corvane Settings"));
-    installWindowRole<SettingsWindow>();
     rebuild();
     new WindowCommands(*this, handlers);
 }

@@ -175,9 +175,7 @@ TEST_P(TerminalJump, withoutARunningAgentNothingHappens) {
     openXterm("cd blog && exec ../bin/claude");
     const std::uint32_t other = openOther();
     // Same folder, other program; same program, other folder.
-    openXterm("cd shop && exec cat");
-    desktop.screen().requestWorkspace(1);
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == 1; }));
+    leaveWorkspace(openXterm("cd shop && exec cat"));
     const std::uint32_t active = desktop.screen().activeWindow();
     goToTerminal("shop");
     EXPECT_FALSE(waitUntil(1s, [&] {

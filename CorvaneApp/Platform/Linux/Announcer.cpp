@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QLoggingCategory>
 
 namespace corvane {
 
@@ -18,6 +19,10 @@ QAccessibleInterface* notificationInterface(const QString& /*className*/, QObjec
 
 LinuxAnnouncer::LinuxAnnouncer() {
     QAccessible::installFactory(notificationInterface);
+    // Qt 6.8, unlike 6.4, prints a line for each request about an element that no longer exists, and for each
+    // kind of event that it does not send. Both are ordinary with a screen reader: it reads a banner while
+    // its view is replaced, and subscribes to every kind of event.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.accessibility.atspi.warning=false"));
 }
 
 void LinuxAnnouncer::announce(const QString& text, QWidget& banner) {

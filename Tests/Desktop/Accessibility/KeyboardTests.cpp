@@ -3,11 +3,14 @@
 
 #include "Desktop/Accessibility/AssistiveDesktop.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace corvane::test {
 
@@ -57,6 +60,18 @@ class Keyboard : public testing::TestWithParam<std::string> {
 
     [[nodiscard]] bool isConnected(const fs::path& file) {
         return fileBytes(session().home() / file).value_or("").find("corvane-hook") != std::string::npos;
+    }
+
+    /// Opens the list of the picker that has the keyboard. Qt 6.4 tells the chosen sound before the list that
+    /// it is in, Qt 6.8 the list alone.
+    void opensTheWaitingSounds() {
+        const std::string list = "focus\tlist\tWaiting sound\t";
+        const auto before = static_cast<std::ptrdiff_t>(desktop.followed().size());
+        EXPECT_TRUE(desktop.press("space", list));
+        const std::vector<std::string> all = desktop.followed();
+        EXPECT_THAT(std::vector<std::string>(all.begin() + before, all.end()),
+                    testing::AnyOf(testing::ElementsAre("focus\tlist item\tGlass\t", list),
+                                   testing::ElementsAre(list)));
     }
 
     DesktopSession& session() { return desktop.session(); }
@@ -116,7 +131,7 @@ TEST_P(Keyboard, reachesEverySetting) {
     EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tPlay sounds\t"));
     EXPECT_TRUE(stores(R"(\"soundsOn\":false)"));
     EXPECT_TRUE(desktop.press("Tab", "focus\tcombo box\tWaiting sound\t"));
-    EXPECT_TRUE(desktop.press("space", "focus\tlist item\tGlass\t"));
+    opensTheWaitingSounds();
     EXPECT_TRUE(desktop.press("Down", "focus\tlist item\tPing\t"));
     EXPECT_TRUE(desktop.press("Return", "focus\tcombo box\tWaiting sound\t"));
     EXPECT_TRUE(stores(R"(\"waitingSound\":\"Ping\")"));

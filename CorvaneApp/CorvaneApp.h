@@ -2,6 +2,7 @@
 
 #include "BannerController.h"
 #include "Controls/Links.h"
+#include "Controls/Symbols.h"
 #include "Controls/WindowCommands.h"
 #include "Model/AppModel.h"
 #include "Platform/Platform.h"
@@ -52,6 +53,7 @@ class CorvaneApp : public QObject {
     [[nodiscard]] CommandHandlers commands();
 
     PlatformServices services_;
+    symbols::SystemScope symbolScope_{services_.systemSymbols};
     links::Opener openLink_;
     BannerController banners_;
     AppModel model_;

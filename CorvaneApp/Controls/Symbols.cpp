@@ -17,6 +17,13 @@ namespace corvane::symbols {
 
 namespace {
 
+SystemSymbols* systemSymbols = nullptr;
+
+void setSystem(SystemSymbols* system) {
+    systemSymbols = system;
+    QPixmapCache::clear(); // symbols of another source
+}
+
 bool exists(const QString& name) {
     static const bool isInitialized = [] {
         initializeResources();
@@ -38,7 +45,7 @@ QPixmap tinted(const QString& name, QSize pixels, const QRectF& boxInPixels, con
 
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    const bool isDrawn = systemsymbols::draw(image, name, boxInPixels);
+    const bool isDrawn = systemSymbols != nullptr && systemSymbols->draw(image, name, boxInPixels);
     QPainter painter(&image);
     if (!isDrawn) {
         QSvgRenderer renderer(QStringLiteral(":/symbols/%1.svg").arg(name));
@@ -55,6 +62,15 @@ QPixmap tinted(const QString& name, QSize pixels, const QRectF& boxInPixels, con
 }
 
 } // namespace
+
+SystemScope::SystemScope(SystemSymbols& system)
+    : previous_(systemSymbols) {
+    setSystem(&system);
+}
+
+SystemScope::~SystemScope() {
+    setSystem(previous_);
+}
 
 void paint(QPainter& painter, const QString& name, const QRectF& box, const QColor& color) {
     if (!exists(name)) return;

@@ -21,6 +21,7 @@ class Screens;
 class SingleInstance;
 class Sounds;
 class StatusItem;
+class SystemSymbols;
 class WindowShadow;
 
 /// Tells the present time.
@@ -34,6 +35,7 @@ struct PlatformServices {
     PanelHosts& panelHosts;
     Activation& activation;
     WindowShadow& windowShadow;
+    SystemSymbols& systemSymbols;
     Screens& screens;
     Appearance& appearance;
     Announcer& announcer;

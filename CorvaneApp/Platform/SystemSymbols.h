@@ -4,12 +4,20 @@
 #include <QRectF>
 #include <QString>
 
-/// The symbols that come with the system.
-namespace corvane::systemsymbols {
+namespace corvane {
 
-/// Draws the system's symbol of this name, black, into the middle of `box` (in pixels of `image`, which is
-/// transparent and of the format ARGB32_Premultiplied). False, and nothing drawn, where the system has none.
-/// Main thread only.
-[[nodiscard]] bool draw(QImage& image, const QString& name, const QRectF& box);
+/// The symbols that come with the system. Main thread only.
+class SystemSymbols {
+  public:
+    SystemSymbols() = default;
+    SystemSymbols(const SystemSymbols&) = delete;
+    SystemSymbols& operator=(const SystemSymbols&) = delete;
+    virtual ~SystemSymbols() = default;
 
-} // namespace corvane::systemsymbols
+    /// Draws the system's symbol of this name, black, into the middle of `box` (in pixels of `image`, which
+    /// is transparent and of the format ARGB32_Premultiplied). Returns false, with nothing drawn, where the
+    /// system has none.
+    [[nodiscard]] virtual bool draw(QImage& image, const QString& name, const QRectF& box) = 0;
+};
+
+} // namespace corvane

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QtTest/QTest>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -132,6 +133,12 @@ TEST_F(CorvaneAppTest, windowsArePresentedEachTimeTheyAreOpened) {
     app().openMainWindow();
     EXPECT_EQ(world.platform.activation.presented,
               (std::vector<const QWidget*>{app().mainWindow(), app().settingsWindow(), app().mainWindow()}));
+}
+
+TEST_F(CorvaneAppTest, theSystemIsAskedForItsSymbols) {
+    app().openSettings();
+    (void)app().settingsWindow()->grab();
+    EXPECT_THAT(world.platform.systemSymbols.asked, testing::Contains(QStringLiteral("info.circle")));
 }
 
 TEST_F(CorvaneAppTest, closingWindowsNeverQuits) {

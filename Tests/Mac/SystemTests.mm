@@ -3,7 +3,7 @@
 #include "Platform/MacOS/LoginItemStatus.h"
 #include "Platform/MacOS/Screens.h"
 #include "Platform/MacOS/Sounds.h"
-#include "Platform/SystemSymbols.h"
+#include "Platform/MacOS/SystemSymbols.h"
 #include "Sessions/AlertPreferences.h"
 
 #include <QGuiApplication>
@@ -80,7 +80,7 @@ TEST(MacSymbols, areDrawnIntoTheMiddleOfTheirBox) {
          {"bell", "bell.badge.fill", "terminal", "xmark", "checkmark.circle.fill", "info.circle"}) {
         QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
-        ASSERT_TRUE(systemsymbols::draw(image, QString::fromLatin1(name), QRectF(10, 4, 20, 20))) << name;
+        ASSERT_TRUE(MacSystemSymbols().draw(image, QString::fromLatin1(name), QRectF(10, 4, 20, 20))) << name;
         int inside = 0;
         int outside = 0;
         for (int y = 0; y < 40; ++y) {
@@ -98,7 +98,7 @@ TEST(MacSymbols, areLeftToOursUnderAnUnknownName) {
     QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     const QImage before = image;
-    EXPECT_FALSE(systemsymbols::draw(image, QStringLiteral("corvane.no.such.symbol"), image.rect()));
+    EXPECT_FALSE(MacSystemSymbols().draw(image, QStringLiteral("corvane.no.such.symbol"), image.rect()));
     EXPECT_EQ(image, before);
 }
 

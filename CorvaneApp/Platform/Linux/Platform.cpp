@@ -11,6 +11,7 @@
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/Sounds.h"
 #include "Platform/Linux/StatusItem.h"
+#include "Platform/Linux/SystemSymbols.h"
 #include "Platform/Linux/WindowShadow.h"
 #include "Platform/Shared/PlainPanelHost.h"
 #include "Platform/Shared/QtScheduler.h"
@@ -50,6 +51,7 @@ class LinuxPlatform : public Platform {
             .panelHosts = panelHosts_,
             .activation = activation_,
             .windowShadow = windowShadow_,
+            .systemSymbols = systemSymbols_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -66,6 +68,7 @@ class LinuxPlatform : public Platform {
     LinuxFloatingPanels panels_;
     LinuxActivation activation_;
     LinuxWindowShadow windowShadow_;
+    LinuxSystemSymbols systemSymbols_;
     PlainPanelHosts panelHosts_{activation_};
     LinuxScreens screens_;
     LinuxAppearance appearance_;

@@ -14,6 +14,7 @@
 #include "Platform/MacOS/SingleInstance.h"
 #include "Platform/MacOS/Sounds.h"
 #include "Platform/MacOS/StatusItem.h"
+#include "Platform/MacOS/SystemSymbols.h"
 #include "Platform/MacOS/WindowShadow.h"
 #include "Platform/Shared/QtScheduler.h"
 
@@ -36,6 +37,7 @@ class MacPlatform : public Platform {
             .panelHosts = panelHosts_,
             .activation = activation_,
             .windowShadow = windowShadow_,
+            .systemSymbols = systemSymbols_,
             .screens = screens_,
             .appearance = appearance_,
             .announcer = announcer_,
@@ -53,6 +55,7 @@ class MacPlatform : public Platform {
     MacFloatingPanels panels_;
     MacActivation activation_;
     MacWindowShadow windowShadow_;
+    MacSystemSymbols systemSymbols_;
     MacPanelHosts panelHosts_{activation_};
     MacScreens screens_;
     MacAppearance appearance_;

@@ -1,11 +1,11 @@
-#include "Platform/SystemSymbols.h"
+#include "Platform/MacOS/SystemSymbols.h"
 
 #import <AppKit/AppKit.h>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
-namespace corvane::systemsymbols {
+namespace corvane {
 
 namespace {
 
@@ -22,7 +22,7 @@ NSImage* symbol(const QString& name, double pointSize) {
 
 } // namespace
 
-bool draw(QImage& image, const QString& name, const QRectF& box) {
+bool MacSystemSymbols::draw(QImage& image, const QString& name, const QRectF& box) {
     NSImage* const picture = symbol(name, fontShare * std::min(box.width(), box.height()));
     if (!picture || picture.size.width <= 0 || picture.size.height <= 0) return false;
 
@@ -50,4 +50,4 @@ bool draw(QImage& image, const QString& name, const QRectF& box) {
     return true;
 }
 
-} // namespace corvane::systemsymbols
+} // namespace corvane

@@ -1,5 +1,8 @@
 #include "Platform/Recording/RecordingPlatform.h"
 
+#include "Style/Tokens.h"
+
+#include <QPainter>
 #include <QWidget>
 
 #include <algorithm>
@@ -96,6 +99,13 @@ void PresentedWindows::present(QWidget& window) {
     window.show();
 }
 
+bool FakeSystemSymbols::draw(QImage& image, const QString& name, const QRectF& box) {
+    asked.push_back(name);
+    if (!known.contains(name)) return false;
+    QPainter(&image).fillRect(box, Tokens::shadow(1));
+    return true;
+}
+
 void FakePanelHost::setGeometry(const QRect& newGeometry, const QPainterPath& newOutline) {
     geometry = newGeometry;
     outline = newOutline;
@@ -139,6 +149,7 @@ PlatformServices RecordingPlatform::services() {
         .panelHosts = panelHosts,
         .activation = activation,
         .windowShadow = windowShadow,
+        .systemSymbols = systemSymbols,
         .screens = screens,
         .appearance = appearance,
         .announcer = announcer,

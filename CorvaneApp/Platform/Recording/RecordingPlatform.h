@@ -14,9 +14,11 @@
 #include "Platform/SingleInstance.h"
 #include "Platform/Sounds.h"
 #include "Platform/StatusItem.h"
+#include "Platform/SystemSymbols.h"
 #include "Platform/WindowShadow.h"
 
 #include <QPointer>
+#include <QStringList>
 
 #include <chrono>
 #include <functional>
@@ -104,6 +106,15 @@ class FakeWindowShadow : public WindowShadow {
     QMargins room{10, 11, 12, 13};
     /// The outlines of the cards whose shadows were to be painted.
     std::vector<QPainterPath> painted;
+};
+
+/// Draws those that it knows as a full box.
+class FakeSystemSymbols : public SystemSymbols {
+  public:
+    [[nodiscard]] bool draw(QImage& image, const QString& name, const QRectF& box) override;
+
+    QStringList known;
+    std::vector<QString> asked;
 };
 
 /// Shows its window and gives it the keyboard, both at once.
@@ -232,6 +243,7 @@ struct RecordingPlatform {
     FakePanelHosts panelHosts;
     PresentedWindows activation;
     FakeWindowShadow windowShadow;
+    FakeSystemSymbols systemSymbols;
     FixedScreens screens;
     FixedAppearance appearance;
     Announcements announcer;

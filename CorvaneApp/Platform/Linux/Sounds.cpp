@@ -160,7 +160,7 @@ void LinuxSounds::play(const std::string& name) {
     const auto& names = AlertPreferences::soundChoices;
     if (std::find(names.begin(), names.end(), name) == names.end()) return;
     const Clock::time_point now = Clock::now();
-    if (!gate_.admit(name, now)) return;
+    if (!rateLimiter_.admit(name, now)) return;
     {
         const std::lock_guard lock(shared_->mutex);
         shared_->queue.add(name, now);

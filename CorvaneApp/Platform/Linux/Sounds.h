@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/SoundGate.h"
+#include "Platform/Linux/SoundRateLimiter.h"
 #include "Platform/Sounds.h"
 
 #include <filesystem>
@@ -35,7 +35,7 @@ class LinuxSounds : public Sounds {
 
     std::shared_ptr<Shared> shared_;
     std::thread thread_;
-    SoundGate gate_;
+    SoundRateLimiter rateLimiter_;
 };
 
 } // namespace corvane

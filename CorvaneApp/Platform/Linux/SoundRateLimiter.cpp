@@ -1,10 +1,10 @@
-#include "Platform/Linux/SoundGate.h"
+#include "Platform/Linux/SoundRateLimiter.h"
 
 #include <algorithm>
 
 namespace corvane {
 
-bool SoundGate::admit(const std::string& name, Moment now) {
+bool SoundRateLimiter::admit(const std::string& name, Moment now) {
     const auto isOver = [now](const Started& started) { return now - started.moment >= soundingTime; };
     sounding_.erase(std::remove_if(sounding_.begin(), sounding_.end(), isOver), sounding_.end());
     const auto isSame = [&name](const Started& started) { return started.name == name; };

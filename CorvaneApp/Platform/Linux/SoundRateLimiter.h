@@ -7,25 +7,25 @@
 
 namespace corvane {
 
-/// Decides which of the sounds asked for are started, so that many alerts in one pass are heard as one tap on
-/// the shoulder instead of noise.
+/// Limits the rate at which sounds are started, so that many alerts in one pass are heard as one tap on the
+/// shoulder instead of noise.
 ///
 /// A sound counts as sounding for 900 ms after its start. That is longer than the loud part of every one of
 /// ours (each has fallen by 20 dB after at most 850 ms) and shorter than the second between two passes, so
 /// that an alert of the next pass is always heard. While it sounds
 ///   - the same sound is not started again: copies some milliseconds apart only get louder and harsh;
-///   - one other may join it, so that a waiting and a done alert of one pass are both heard. A third is
-///   dropped:
-///     two leave the speakers headroom (each peaks below half of full scale) and can still be told apart.
+///   - one other may join it, so that a waiting and a done alert of one pass are both heard; a third is not
+///     started, since two leave the speakers headroom (each peaks below half of full scale) and can still be
+///     told apart.
 /// A sound that is not started is dropped, not delayed: its banner is on the screen already.
-class SoundGate {
+class SoundRateLimiter {
   public:
     using Moment = std::chrono::steady_clock::time_point;
 
     static constexpr std::chrono::milliseconds soundingTime{900};
     static constexpr std::size_t mostAtOnce = 2;
 
-    /// Whether to start `name` at `now`, which never runs backwards. The gate takes it as started if so.
+    /// Whether to start `name` at `now`, which never runs backwards. The limiter takes it as started if so.
     [[nodiscard]] bool admit(const std::string& name, Moment now);
 
   private:

@@ -196,7 +196,7 @@ void AppModel::connectAgent(AgentKind agent) {
                 filled(tr("%1 — %2. Nothing was changed.").toStdString(),
                        {connector_.configFile(agent).string(), error.detail(translations::words)});
             break;
-        case ConfigEditError::Case::codexNotifyTaken:
+        case ConfigEditError::Case::taken:
             connectError_ = error.description(translations::words);
             break;
         }

@@ -1,6 +1,5 @@
 #include "Agents/CodexConfigEditor.h"
 
-#include "Agents/ConfigEditError.h"
 #include "Agents/HookScript.h"
 #include "Support/Text.h"
 
@@ -69,7 +68,7 @@ std::string install(std::optional<std::string_view> text, std::string_view hookP
     const std::string_view existing = text.value_or("");
     if (const std::optional<std::string_view> line = notifyLine(existing)) {
         if (containsMarker(*line)) return std::string(existing);
-        throw ConfigEditError::codexNotifyTaken(std::string(text::trimmingSpacesAndTabs(*line)));
+        throw notifyTaken(std::string(text::trimmingSpacesAndTabs(*line)));
     }
     const auto [mark, rest] = splitByteOrderMark(existing);
     std::string result(mark);
@@ -82,6 +81,13 @@ std::string install(std::optional<std::string_view> text, std::string_view hookP
         result += rest;
     }
     return result;
+}
+
+ConfigEditError notifyTaken(std::string line) {
+    return ConfigEditError::taken(
+        translatable("corvane::ConfigEditError",
+                     "Codex already sends notifications to another program (%1). Nothing was changed."),
+        std::move(line));
 }
 
 std::string uninstall(std::string_view text) {

@@ -4,16 +4,18 @@
 
 namespace corvane {
 
-ConfigEditError::ConfigEditError(Case kind, std::string detail)
+ConfigEditError::ConfigEditError(Case kind, Phrase sentence, std::string detail)
     : kind_(kind)
+    , sentence_(sentence)
     , detail_(std::move(detail)) {}
 
 ConfigEditError ConfigEditError::unreadable(std::string reason) {
-    return {Case::unreadable, std::move(reason)};
+    return {Case::unreadable, translatable("corvane::ConfigEditError", "%1. Nothing was changed."),
+            std::move(reason)};
 }
 
-ConfigEditError ConfigEditError::codexNotifyTaken(std::string line) {
-    return {Case::codexNotifyTaken, std::move(line)};
+ConfigEditError ConfigEditError::taken(Phrase sentence, std::string line) {
+    return {Case::taken, sentence, std::move(line)};
 }
 
 std::string ConfigEditError::detail(Words words) const {
@@ -21,12 +23,7 @@ std::string ConfigEditError::detail(Words words) const {
 }
 
 std::string ConfigEditError::description(Words words) const {
-    const Phrase pattern =
-        kind_ == Case::codexNotifyTaken
-            ? translatable("corvane::ConfigEditError",
-                           "Codex already sends notifications to another program (%1). Nothing was changed.")
-            : translatable("corvane::ConfigEditError", "%1. Nothing was changed.");
-    return filled(words(pattern), {detail(words)});
+    return filled(words(sentence_), {detail(words)});
 }
 
 } // namespace corvane

@@ -5,22 +5,23 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <string_view>
 
 namespace corvane {
 
 /// Why an agent's configuration file is left as it is. Thrown by the editors and the connector; nothing has
-/// been changed when it is. Equal when case and text are.
+/// been changed when it is. Equal when case, sentence and text are.
 class ConfigEditError : public std::exception {
   public:
     enum class Case : std::uint8_t {
-        unreadable,       ///< The file's content is not what the agent could have written.
-        codexNotifyTaken, ///< Codex's one place for a program to notify belongs to another program.
+        unreadable, ///< The file's content is not what the agent could have written.
+        taken,      ///< The place in the file that the application needs belongs to another program.
     };
 
     /// `reason`: what is wrong, such as "settings.json is not valid JSON"; no full stop.
     static ConfigEditError unreadable(std::string reason);
-    /// `line`: the other program's line, without spaces and tabs around it.
-    static ConfigEditError codexNotifyTaken(std::string line);
+    /// `sentence`: what is said to users, with "%1" in place of `line`, which is the other program's.
+    static ConfigEditError taken(Phrase sentence, std::string line);
 
     [[nodiscard]] Case kind() const { return kind_; }
     /// The reason or the line.
@@ -35,13 +36,15 @@ class ConfigEditError : public std::exception {
     [[nodiscard]] const char* what() const noexcept override { return detail_.c_str(); }
 
     friend bool operator==(const ConfigEditError& left, const ConfigEditError& right) {
-        return left.kind_ == right.kind_ && left.detail_ == right.detail_;
+        return left.kind_ == right.kind_ && left.detail_ == right.detail_ &&
+               std::string_view(left.sentence_.key) == right.sentence_.key;
     }
 
   private:
-    ConfigEditError(Case kind, std::string detail);
+    ConfigEditError(Case kind, Phrase sentence, std::string detail);
 
     Case kind_;
+    Phrase sentence_;
     std::string detail_;
 };
 

@@ -194,10 +194,6 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
 <context>
     <name>corvane::ConfigEditError</name>
     <message>
-        <source>config.toml is not UTF-8 text</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>settings.json is not valid JSON</source>
         <translation type="unfinished"></translation>
     </message>
@@ -207,6 +203,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>%1. Nothing was changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>config.toml is not UTF-8 text</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -34,9 +34,9 @@ Paragraph* paragraph(const QString& text, QWidget* parent) {
     return new Paragraph(text, {fonts::system(textFontSize), paragraphLine}, parent);
 }
 
-bool isConnected(const AppModel& model, AgentKind agent) {
-    const auto found = model.connected().find(agent);
-    return found != model.connected().end() && found->second;
+bool isAnyAgentConnected(const AppModel& model) {
+    return std::any_of(model.connected().begin(), model.connected().end(),
+                       [](const auto& agent) { return agent.second; });
 }
 
 } // namespace
@@ -88,8 +88,7 @@ MenuBarView::MenuBarView(AppModel& model, Actions actions, QWidget* parent)
 }
 
 void MenuBarView::refresh() {
-    const bool isAnyConnected =
-        isConnected(model_, AgentKind::claude) || isConnected(model_, AgentKind::codex);
+    const bool isAnyConnected = isAnyAgentConnected(model_);
     const std::vector<AgentSession> sessions =
         isAnyConnected ? model_.board().sorted() : std::vector<AgentSession>();
     const std::optional<Date> until = model_.prefs().quietUntil;

@@ -57,7 +57,7 @@ OnboardingView::OnboardingView(AppModel& model, links::Opener openLink, QWidget*
                                      "app. Lives in your menu bar."),
                                   textStyle, this);
 
-    cards_ = {new AgentCard(AgentKind::claude, model, this), new AgentCard(AgentKind::codex, model, this)};
+    cards_ = AgentCard::forAll(model, this);
     error_ = new ErrorText(this);
     test_ = new BorderedButton(tr("Try a test alert"), this);
     contact_ = new LinkButton(tr("Need a custom feature? Contact us"), linkSize, this);

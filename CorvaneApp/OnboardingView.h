@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-#include <array>
+#include <vector>
 
 namespace corvane {
 
@@ -43,7 +43,7 @@ class OnboardingView : public QWidget {
     AppModel& model_;
     Paragraph* title_;
     Paragraph* introduction_;
-    std::array<AgentCard*, 2> cards_{};
+    std::vector<AgentCard*> cards_;
     ErrorText* error_;
     BorderedButton* test_;
     LinkButton* contact_;

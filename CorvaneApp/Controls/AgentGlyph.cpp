@@ -38,7 +38,7 @@ AgentGlyph::AgentGlyph(AgentKind agent, bool waiting, QWidget* parent)
 }
 
 QString AgentGlyph::letter() const {
-    return agent_ == AgentKind::codex ? QStringLiteral("X") : QStringLiteral("C");
+    return fromUtf8(agent_.descriptor().badge);
 }
 
 QSize AgentGlyph::sizeHint() const {

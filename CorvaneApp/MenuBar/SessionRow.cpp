@@ -30,10 +30,6 @@ constexpr Scaled statusFontSize{11.0};
 constexpr Scaled highlightInset{QMargins{4, 1, 4, 1}};
 constexpr Scaled highlightRadius{8.0};
 
-QString agentName(const AgentSession& session) {
-    return session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
-}
-
 /// A button whose name is put together when somebody asks for it. Telling each change would have a screen
 /// reader speak every second while the session waits.
 class AccessibleRow : public QAccessibleWidget {
@@ -97,12 +93,12 @@ void SessionRow::setSession(const AgentSession& session, Date now) {
     session_ = session;
     statusLine_ = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
     name_->setText(QString::fromStdString(session.repoName()));
-    status_->setText(agentName(session) + QStringLiteral(" · ") + statusLine_);
+    status_->setText(QString::fromUtf8(session.agent.displayName()) + QStringLiteral(" · ") + statusLine_);
     if (dotColor() != oldColor) update();
 }
 
 QString SessionRow::spokenText() const {
-    return tr("%1, %2, %3").arg(name_->text(), agentName(session_), statusLine_);
+    return tr("%1, %2, %3").arg(name_->text(), QString::fromUtf8(session_.agent.displayName()), statusLine_);
 }
 
 QColor SessionRow::dotColor() const {

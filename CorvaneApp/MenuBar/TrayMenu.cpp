@@ -26,8 +26,7 @@ double codePoints(std::string_view text) {
 QString entry(const AgentSession& session, Date now) {
     const std::string whole = QString::fromStdString(session.repoName()).simplified().toStdString();
     const QString name = QString::fromStdString(text::elidingMiddle(whole, longestName, codePoints));
-    const QString agent =
-        session.agent == AgentKind::codex ? QStringLiteral("Codex") : QStringLiteral("Claude");
+    const QString agent = QString::fromUtf8(session.agent.displayName());
     const QString status = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
     // A single ampersand would mark a key.
     return QStringList{name, agent, status}

@@ -40,9 +40,10 @@ std::string localizedDescription(const std::exception& error) {
 } // namespace
 
 AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners,
-                   const PlatformServices& services)
-    : connector_(std::move(connector))
-    , inbox_{connector_.paths().events()}
+                   const PlatformServices& services, AgentKinds agents)
+    : agents_(agents)
+    , connector_(std::move(connector))
+    , inbox_{connector_.paths().events(), agents}
     , defaults_(defaults)
     , services_(services)
     , banners_(banners)
@@ -234,7 +235,7 @@ bool AppModel::opensAtLogin() const {
 }
 
 void AppModel::refreshConnections() {
-    for (const AgentKind agent : AgentKind::allCases)
+    for (const AgentKind agent : agents_)
         connected_[agent] = connector_.isConnected(agent);
     Q_EMIT changed();
 }

@@ -11,11 +11,11 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace corvane {
 
@@ -34,14 +34,17 @@ class AppModel : public QObject {
     static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
 
     /// Loads the stored settings, asks which agents are connected and starts the loop, whose first pass runs
-    /// as soon as the event loop does. `defaults`, `banners`, whose callbacks become the model's, and what
-    /// `services` refers to must outlive the model.
-    AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners, const PlatformServices& services);
+    /// as soon as the event loop does. `defaults`, `banners`, whose callbacks become the model's, what
+    /// `services` refers to and `agents` must outlive the model.
+    AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners,
+             const PlatformServices& services, AgentKinds agents = AgentKind::allCases);
     ~AppModel() override;
 
+    /// The agents that can be connected and are listened to.
+    [[nodiscard]] AgentKinds agents() const { return agents_; }
     [[nodiscard]] const SessionBoard& board() const { return board_; }
     /// Whether each agent's configuration called the hook when last asked.
-    [[nodiscard]] const std::map<AgentKind, bool>& connected() const { return connected_; }
+    [[nodiscard]] const std::unordered_map<AgentKind, bool>& connected() const { return connected_; }
     /// The backup that the last successful connect made, if it had to make one.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
     /// What went wrong in the last connect, disconnect or change of the login item, in words for the user;
@@ -102,6 +105,7 @@ class AppModel : public QObject {
     void playSound(EventKind kind);
     void prune();
 
+    AgentKinds agents_;
     AgentConnector connector_;
     EventInbox inbox_;
     UserDefaults& defaults_;
@@ -109,7 +113,7 @@ class AppModel : public QObject {
     Banners& banners_;
 
     SessionBoard board_;
-    std::map<AgentKind, bool> connected_;
+    std::unordered_map<AgentKind, bool> connected_;
     std::optional<std::filesystem::path> lastBackup_;
     std::optional<std::string> connectError_;
     Date now_;

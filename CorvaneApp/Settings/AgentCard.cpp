@@ -7,6 +7,7 @@
 #include "Style/Fonts.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
+#include "Style/Translations.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -49,7 +50,18 @@ QString abbreviated(const std::filesystem::path& file, const std::filesystem::pa
     return homePath.isEmpty() ? path : path.replace(homePath, QStringLiteral("~"));
 }
 
+QString inUserWords(const Phrase& phrase) {
+    return QString::fromStdString(translations::words(phrase));
+}
+
 } // namespace
+
+std::vector<AgentCard*> AgentCard::forAll(AppModel& model, QWidget* parent) {
+    std::vector<AgentCard*> cards;
+    for (const AgentKind agent : model.agents())
+        cards.push_back(new AgentCard(agent, model, parent));
+    return cards;
+}
 
 AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
     : Card(parent)
@@ -61,9 +73,9 @@ AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
     , connectedWord_(paragraph(fonts::system(wordSize), 0, TextColor::onSurface, this))
     , connect_(new PrimaryButton(tr("Connect"), {}, this))
     , remove_(new BorderedButton(tr("Remove"), this)) {
-    title_->setText(agent == AgentKind::codex ? tr("Codex") : tr("Claude Code"));
+    title_->setText(inUserWords(agent.descriptor().cardTitle));
     connectedWord_->setText(tr("Connected"));
-    // Two cards stand in a window: the button alone does not say which agent it is for.
+    // A window has several cards: the button alone does not say which agent it is for.
     connect_->setAccessibleDescription(title_->text());
     remove_->setAccessibleDescription(title_->text());
     connect(connect_, &QAbstractButton::clicked, this, [this] { model_.connectAgent(agent_); });
@@ -75,15 +87,8 @@ AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
 
 QString AgentCard::detail(bool connected) const {
     const QString file = abbreviated(model_.connector().configFile(agent_), model_.connector().home());
-    if (agent_ == AgentKind::codex) {
-        return connected
-                   ? tr("Alerts when Codex finishes a turn. %1").arg(file)
-                   : tr("Adds one notify line to %1. Codex only reports when it finishes, not approvals.")
-                         .arg(file);
-    }
-    return connected
-               ? tr("Alerts when Claude waits for approval, waits for your reply, or finishes. %1").arg(file)
-               : tr("Adds a small hook to %1. A backup is saved first; Remove puts it back.").arg(file);
+    const AgentDescriptor& agent = agent_.descriptor();
+    return inUserWords(connected ? agent.cardSummary : agent.cardOffer).arg(file);
 }
 
 void AgentCard::refresh() {

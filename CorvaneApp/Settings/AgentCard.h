@@ -3,6 +3,8 @@
 #include "Agents/AgentKind.h"
 #include "Controls/Controls.h"
 
+#include <vector>
+
 namespace corvane {
 
 class AgentGlyph;
@@ -16,6 +18,9 @@ class AgentCard : public Card {
   public:
     /// `model` must outlive the card.
     AgentCard(AgentKind agent, AppModel& model, QWidget* parent);
+
+    /// A card for each of the model's agents, in display order.
+    [[nodiscard]] static std::vector<AgentCard*> forAll(AppModel& model, QWidget* parent);
 
     [[nodiscard]] AgentKind agent() const { return agent_; }
 

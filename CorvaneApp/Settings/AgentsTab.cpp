@@ -26,7 +26,7 @@ constexpr Scaled linkSize{13.0};
 AgentsTab::AgentsTab(AppModel& model, FileBrowser& fileBrowser, QWidget* parent)
     : QWidget(parent)
     , model_(model)
-    , cards_{new AgentCard(AgentKind::claude, model, this), new AgentCard(AgentKind::codex, model, this)}
+    , cards_(AgentCard::forAll(model, this))
     , backup_(new LinkButton(tr("Show backup in Finder"), linkSize, this))
     , error_(new ErrorText(this))
     , test_(new BorderedButton(tr("Try a test alert"), this)) {

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include <array>
+#include <vector>
 
 namespace corvane {
 
@@ -29,7 +29,7 @@ class AgentsTab : public QWidget {
     void layOut();
 
     AppModel& model_;
-    std::array<AgentCard*, 2> cards_;
+    std::vector<AgentCard*> cards_;
     LinkButton* backup_;
     ErrorText* error_;
     BorderedButton* test_;

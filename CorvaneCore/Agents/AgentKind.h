@@ -1,53 +1,74 @@
 #pragma once
 
+#include "Agents/AgentDescriptor.h"
+
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace corvane {
 
-/// A supported coding agent. Used like an enumeration: `AgentKind::claude`, `switch (kind)`.
+/// The descriptors of the supported agents, each in the source file of its name.
+namespace agents {
+extern const AgentDescriptor claude;
+extern const AgentDescriptor codex;
+} // namespace agents
+
+class AgentKind;
+
+/// Agents in display order. The list itself must outlive whoever keeps this.
+using AgentKinds = std::span<const AgentKind>;
+
+/// A supported coding agent: a reference to its descriptor, as small as a pointer. Two are equal when they
+/// refer to the same descriptor.
 class AgentKind {
   public:
-    enum Case : std::uint8_t { claude, codex };
+    static const AgentKind claude;
+    static const AgentKind codex;
+    static const std::array<AgentKind, 2> allCases;
 
-    /// In display order.
-    static constexpr std::array<Case, 2> allCases{claude, codex};
+    /// `descriptor` must live as long as the program.
+    constexpr explicit AgentKind(const AgentDescriptor& descriptor)
+        : descriptor_(&descriptor) {}
 
-    // NOLINTNEXTLINE(google-explicit-constructor): stands for its cases everywhere.
-    constexpr AgentKind(Case value)
-        : value_(value) {}
-    // NOLINTNEXTLINE(google-explicit-constructor)
-    constexpr operator Case() const { return value_; }
+    /// The one of `agents` with exactly this raw value; none when there is no such agent.
+    [[nodiscard]] static std::optional<AgentKind> fromRawValue(std::string_view raw,
+                                                               AgentKinds agents = allCases);
 
-    /// None unless `raw` is exactly a raw value.
-    static constexpr std::optional<AgentKind> fromRawValue(std::string_view raw) {
-        for (const AgentKind kind : allCases) {
-            if (kind.rawValue() == raw) return kind;
-        }
-        return std::nullopt;
-    }
+    [[nodiscard]] const AgentDescriptor& descriptor() const { return *descriptor_; }
+    [[nodiscard]] std::string_view rawValue() const { return descriptor_->rawValue; }
+    [[nodiscard]] std::string_view displayName() const { return descriptor_->displayName; }
 
-    /// The name in files and identifiers: "claude", "codex".
-    [[nodiscard]] constexpr std::string_view rawValue() const {
-        return value_ == claude ? "claude" : "codex";
-    }
-
-    /// The name that users read: "Claude", "Codex".
-    [[nodiscard]] constexpr std::string_view displayName() const {
-        return value_ == claude ? "Claude" : "Codex";
-    }
+    bool operator==(const AgentKind&) const = default;
 
   private:
-    Case value_;
+    friend struct std::hash<AgentKind>;
+
+    const AgentDescriptor* descriptor_;
 };
+
+// The table of the agents. Its size is part of its type and an AgentKind has no default, so that it does not
+// compile with a row missing; neither does a name for a row that is not there.
+inline constexpr std::array<AgentKind, 2> AgentKind::allCases{AgentKind(agents::claude),
+                                                              AgentKind(agents::codex)};
+inline constexpr AgentKind AgentKind::claude = std::get<0>(allCases);
+inline constexpr AgentKind AgentKind::codex = std::get<1>(allCases);
+
+inline std::optional<AgentKind> AgentKind::fromRawValue(std::string_view raw, AgentKinds agents) {
+    for (const AgentKind kind : agents) {
+        if (kind.rawValue() == raw) return kind;
+    }
+    return std::nullopt;
+}
 
 } // namespace corvane
 
 template <>
 struct std::hash<corvane::AgentKind> {
-    std::size_t operator()(corvane::AgentKind kind) const noexcept { return kind; }
+    std::size_t operator()(corvane::AgentKind kind) const noexcept {
+        return std::hash<const corvane::AgentDescriptor*>()(kind.descriptor_);
+    }
 };

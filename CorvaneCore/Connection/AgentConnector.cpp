@@ -1,13 +1,8 @@
 #include "Connection/AgentConnector.h"
 
-#include "Agents/ClaudeSettingsEditor.h"
-#include "Agents/CodexConfigEditor.h"
-#include "Agents/ConfigEditError.h"
 #include "Agents/HookScript.h"
 #include "Support/Files.h"
-#include "Support/Text.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <ctime>
@@ -51,36 +46,10 @@ Configuration readConfiguration(const fs::path& file) {
     }
 }
 
-void requireUtf8(std::string_view text) {
-    if (!text::isUtf8(text)) {
-        throw ConfigEditError::unreadable(
-            translatable("corvane::ConfigEditError", "config.toml is not UTF-8 text").key);
-    }
-}
-
-/// Refuses a place of the hook program that cannot be written down in the agent's file: JSON and TOML hold
-/// UTF-8 text, and the Codex file's line would end at a control character.
-void requireWritablePath(AgentKind kind, const CorvanePaths& paths) {
+/// Refuses a place of the hook program that cannot be written down in the agent's file.
+void requireWritablePath(const AgentDescriptor& agent, const CorvanePaths& paths) {
     const std::string path = paths.hookScript().string();
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (!text::isUtf8(path) ||
-        (kind == AgentKind::codex && std::any_of(path.begin(), path.end(), isControl))) {
-        throw FileError(FileError::Operation::write, path, EILSEQ);
-    }
-}
-
-std::string installed(AgentKind kind, std::optional<std::string_view> old, const CorvanePaths& paths) {
-    if (kind == AgentKind::claude) {
-        return ClaudeSettingsEditor::install(old, HookScript::command(kind, paths));
-    }
-    if (old) requireUtf8(*old);
-    return CodexConfigEditor::install(old, paths.hookScript().string());
-}
-
-std::string uninstalled(AgentKind kind, std::string_view old) {
-    if (kind == AgentKind::claude) return ClaudeSettingsEditor::uninstall(old);
-    requireUtf8(old);
-    return CodexConfigEditor::uninstall(old);
+    if (!agent.canHoldPath(path)) throw FileError(FileError::Operation::write, path, EILSEQ);
 }
 
 /// `now` as yyyyMMdd-HHmmss in the user's time zone, the same in every locale.
@@ -122,26 +91,24 @@ AgentConnector::AgentConnector(fs::path home, std::optional<CorvanePaths> paths)
     , paths_(paths ? std::move(*paths) : CorvanePaths::standard(home_)) {}
 
 fs::path AgentConnector::configFile(AgentKind kind) const {
-    return home_ / (kind == AgentKind::claude ? ".claude/settings.json" : ".codex/config.toml");
+    return home_ / kind.descriptor().configFile;
 }
 
 bool AgentConnector::isConnected(AgentKind kind) const noexcept {
     try {
-        const std::string bytes = files::read(configFile(kind)).bytes;
-        if (kind == AgentKind::claude) return ClaudeSettingsEditor::isInstalled(bytes);
-        return text::isUtf8(bytes) && CodexConfigEditor::isInstalled(bytes);
+        return kind.descriptor().isInstalled(files::read(configFile(kind)).bytes);
     } catch (...) {
         return false;
     }
 }
 
 std::optional<fs::path> AgentConnector::connect(AgentKind kind, Date now) const {
-    requireWritablePath(kind, paths_);
+    requireWritablePath(kind.descriptor(), paths_);
     HookScript::install(paths_);
     const fs::path file = configFile(kind);
     for (int i = 0; i < attempts; ++i) {
         const Configuration old = readConfiguration(file);
-        const std::string bytes = installed(kind, old.bytes, paths_);
+        const std::string bytes = kind.descriptor().install(old.bytes, paths_);
         if (old.bytes) {
             if (*old.bytes == bytes) return std::nullopt;
             fs::path backup = makeBackup(file, *old.bytes, now);
@@ -168,7 +135,7 @@ void AgentConnector::disconnect(AgentKind kind) const {
             if (isPassing(error)) throw;
             return;
         }
-        const std::string bytes = uninstalled(kind, old.bytes);
+        const std::string bytes = kind.descriptor().uninstall(old.bytes);
         if (bytes == old.bytes || files::replaceIfUnchanged(file, bytes, old.state)) return;
     }
     throwKeepsChanging(file);

@@ -36,20 +36,16 @@ struct AgentEvent {
     [[nodiscard]] std::string repoName() const;
 
     /// Reads the whole text of an event file. Anything malformed gives nothing: a wrong magic line, no
-    /// separator or no usable source, text that is not UTF-8, a payload that is not one strict JSON object
-    /// nested at most 1,024 deep, an event that nobody needs to hear of. Pure, never throws for bad input;
-    /// takes time linear in the size of `text`.
-    static std::optional<AgentEvent> parse(std::string_view text, Date fileDate);
+    /// separator, a source that is none of `agents`, text that is not UTF-8, a payload that is not one strict
+    /// JSON object nested at most 1,024 deep, an event that nobody needs to hear of. Pure, never throws for
+    /// bad input; takes time linear in the size of `text`.
+    static std::optional<AgentEvent> parse(std::string_view text, Date fileDate,
+                                           AgentKinds agents = AgentKind::allCases);
 
     /// The same without a copy of `text`, for many files in a row: `EventPayload::padding` bytes behind
     /// `text` must be readable, and the working memory of `payload` is used again.
-    static std::optional<AgentEvent> parse(std::string_view text, Date fileDate, EventPayload& payload);
-
-  private:
-    static std::optional<AgentEvent> fromClaude(const EventPayload& json, std::string_view term,
-                                                std::string_view bundle, Date date);
-    static std::optional<AgentEvent> fromCodex(const EventPayload& json, std::string_view term,
-                                               std::string_view bundle, Date date);
+    static std::optional<AgentEvent> parse(std::string_view text, Date fileDate, EventPayload& payload,
+                                           AgentKinds agents = AgentKind::allCases);
 };
 
 } // namespace corvane

@@ -155,7 +155,7 @@ std::vector<AgentEvent> EventInbox::drain() const {
         const Entry& entry = entries[i];
         if (i >= surplus && entry.mayBeRead) {
             if (const auto text = reader.read(place, entry.name.c_str())) {
-                auto event = AgentEvent::parse(*text, entry.date, payload);
+                auto event = AgentEvent::parse(*text, entry.date, payload, agents);
                 if (event) events.push_back(*std::move(event));
             }
         }

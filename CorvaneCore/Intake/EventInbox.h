@@ -21,6 +21,7 @@ struct EventInbox {
     static constexpr std::uintmax_t maxFileSize = std::uintmax_t{64} * 1024 * 1024;
 
     std::filesystem::path directory;
+    AgentKinds agents = AgentKind::allCases; ///< files of others count as malformed
 
     /// Reads and deletes every visible file with the extension "event", and returns the events oldest first,
     /// equal dates by file name. Never fails and never blocks: a file that is malformed, too large, not a

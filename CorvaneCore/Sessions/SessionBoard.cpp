@@ -55,11 +55,9 @@ std::optional<BoardEffect> applyFinished(AgentSession& session, const AgentEvent
 
     // The user has just answered the prompt and sees the agent finish.
     if (wasWaiting) return BoardEffect::dismiss(session.id());
-    // Codex reports nothing but finishes, so that how long it worked is never known.
-    if (session.agent == AgentKind::codex || work >= SessionBoard::minWorkForDoneAlert) {
-        return BoardEffect::showDone(session);
-    }
-    return std::nullopt;
+    const std::optional<Seconds> minWork = session.agent.descriptor().minWorkForDoneAlert;
+    if (minWork && work < *minWork) return std::nullopt;
+    return BoardEffect::showDone(session);
 }
 
 std::optional<BoardEffect> applyRunning(AgentSession& session, const AgentEvent& event) {

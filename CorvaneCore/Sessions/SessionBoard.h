@@ -127,9 +127,8 @@ class BoardEffect {
 /// they happened; any dates are accepted. A plain value for one owner.
 class SessionBoard {
   public:
-    static constexpr Seconds doneRetention{1800};     ///< a finished session older than this is pruned
-    static constexpr Seconds staleAfter{43'200};      ///< any session silent for longer than this is pruned
-    static constexpr Seconds minWorkForDoneAlert{20}; ///< shorter work of Claude's finishes without an alert
+    static constexpr Seconds doneRetention{1800}; ///< a finished session older than this is pruned
+    static constexpr Seconds staleAfter{43'200};  ///< any session silent for longer than this is pruned
 
     /// In the order in which they were first heard of.
     [[nodiscard]] const std::vector<AgentSession>& sessions() const { return sessions_; }

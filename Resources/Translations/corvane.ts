@@ -44,7 +44,7 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Codex</source>
+        <source>Connected</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -52,15 +52,7 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Connected</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Alerts when Codex finishes a turn. %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Adds one notify line to %1. Codex only reports when it finishes, not approvals.</source>
+        <source>Adds a small hook to %1. A backup is saved first; Remove puts it back.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -68,7 +60,15 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Adds a small hook to %1. A backup is saved first; Remove puts it back.</source>
+        <source>Codex</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Adds one notify line to %1. Codex only reports when it finishes, not approvals.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Alerts when Codex finishes a turn. %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -198,15 +198,15 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>config.toml is not UTF-8 text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Codex already sends notifications to another program (%1). Nothing was changed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>%1. Nothing was changed.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>config.toml is not UTF-8 text</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

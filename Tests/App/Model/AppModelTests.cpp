@@ -24,7 +24,7 @@ TEST_F(AppModelTest, startsWithTheStoredSettings) {
     EXPECT_EQ(model().board(), SessionBoard());
     EXPECT_EQ(model().ticks(), 0);
     EXPECT_EQ(model().connected(),
-              (std::map<AgentKind, bool>{{AgentKind::claude, false}, {AgentKind::codex, false}}));
+              (std::unordered_map<AgentKind, bool>{{AgentKind::claude, false}, {AgentKind::codex, false}}));
     EXPECT_EQ(model().lastBackup(), std::nullopt);
     EXPECT_EQ(model().connectError(), std::nullopt);
 }

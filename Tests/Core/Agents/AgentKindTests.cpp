@@ -20,8 +20,8 @@ TEST(AgentKind, hasItsCasesInDisplayOrderWithTheirNames) {
 }
 
 TEST(AgentKind, comesFromExactlyItsRawValues) {
-    EXPECT_EQ(AgentKind::fromRawValue("claude"), AgentKind(AgentKind::claude));
-    EXPECT_EQ(AgentKind::fromRawValue("codex"), AgentKind(AgentKind::codex));
+    EXPECT_EQ(AgentKind::fromRawValue("claude"), AgentKind::claude);
+    EXPECT_EQ(AgentKind::fromRawValue("codex"), AgentKind::codex);
     for (const std::string_view other : {"", "Claude", "claude ", "codex\r", "gemini"}) {
         EXPECT_EQ(AgentKind::fromRawValue(other), std::nullopt) << other;
     }

@@ -45,7 +45,8 @@ TEST(SessionBoard, startsEmptyWithThePublishedTimes) {
     EXPECT_EQ(board.waitingCount(), 0U);
     EXPECT_EQ(SessionBoard::doneRetention, Seconds(1800));
     EXPECT_EQ(SessionBoard::staleAfter, Seconds(43200));
-    EXPECT_EQ(SessionBoard::minWorkForDoneAlert, Seconds(20));
+    EXPECT_EQ(AgentKind::claude.descriptor().minWorkForDoneAlert, Seconds(20));
+    EXPECT_EQ(AgentKind::codex.descriptor().minWorkForDoneAlert, std::nullopt);
 }
 
 TEST(SessionBoard, endedRemovesTheSessionAndDismisses) {

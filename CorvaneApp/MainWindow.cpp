@@ -27,7 +27,7 @@ MainWindow::MainWindow(AppModel& model, Activation& activation, links::Opener op
     rebuild();
 
     QMenu* const file = menuBar()->addMenu(tr("&File"));
-    if (commands_->panel() != nullptr) file->addAction(commands_->panel());
+    file->addAction(commands_->panel());
     file->addAction(commands_->settings());
     file->addSeparator();
     file->addAction(commands_->close());

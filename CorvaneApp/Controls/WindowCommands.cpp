@@ -25,12 +25,10 @@ WindowCommands::WindowCommands(QWidget& window, const CommandHandlers& handlers)
     , mainWindow_(command(window, tr("Corvane"), Qt::CTRL | Qt::Key_0, handlers.openMainWindow))
     , settings_(command(window, tr("Settings…"), Qt::CTRL | Qt::Key_Comma, handlers.openSettings))
     , close_(command(window, tr("Close"), Qt::CTRL | Qt::Key_W, [&window] { window.close(); }))
-    , quit_(command(window, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit)) {
+    , quit_(command(window, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit))
+    , panel_(command(window, tr("Sessions"), QKeyCombination(Qt::Key_unknown), handlers.openPanel)) {
     settings_->setMenuRole(QAction::PreferencesRole);
     quit_->setMenuRole(QAction::QuitRole);
-    if (handlers.openPanel) {
-        panel_ = command(window, tr("Sessions"), QKeyCombination(Qt::Key_unknown), handlers.openPanel);
-    }
 }
 
 } // namespace corvane

@@ -9,8 +9,7 @@ class QWidget;
 
 namespace corvane {
 
-/// What the application's commands do, given by the entry. `openPanel` may be empty: there is no command for
-/// it then.
+/// What the application's commands do, given by the entry.
 struct CommandHandlers {
     std::function<void()> openMainWindow;
     std::function<void()> openSettings;
@@ -30,7 +29,6 @@ class WindowCommands : public QObject {
 
     [[nodiscard]] QAction* mainWindow() const { return mainWindow_; }
     [[nodiscard]] QAction* settings() const { return settings_; }
-    /// Null where the panel cannot be opened.
     [[nodiscard]] QAction* panel() const { return panel_; }
     [[nodiscard]] QAction* close() const { return close_; }
     [[nodiscard]] QAction* quit() const { return quit_; }
@@ -38,9 +36,9 @@ class WindowCommands : public QObject {
   private:
     QAction* mainWindow_;
     QAction* settings_;
-    QAction* panel_ = nullptr;
     QAction* close_;
     QAction* quit_;
+    QAction* panel_;
 };
 
 } // namespace corvane

@@ -33,9 +33,6 @@ class FloatingPanel {
     /// there.
     virtual void setOrigin(QPoint origin) = 0;
 
-    /// The place last given, a slide's offset left out.
-    [[nodiscard]] virtual QPoint origin() const = 0;
-
     /// Shows the panel in front without activating the application, coming in over `duration` from
     /// transparent to opaque, and from `slide` pixels above its place. Where the desktop cannot blend windows
     /// it only slides.

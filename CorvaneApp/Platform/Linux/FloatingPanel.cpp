@@ -187,8 +187,6 @@ class LinuxFloatingPanel : public FloatingPanel {
         followDesktop();
     }
 
-    [[nodiscard]] QPoint origin() const override { return origin_; }
-
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
         requireMainThread();
         damage_.followCompositor();

@@ -53,8 +53,6 @@ class MacFloatingPanel : public FloatingPanel {
         place();
     }
 
-    [[nodiscard]] QPoint origin() const override { return origin_; }
-
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
         requireMainThread();
         slide_.stop();

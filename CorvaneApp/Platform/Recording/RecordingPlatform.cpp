@@ -46,7 +46,6 @@ class RecordingPanel : public FloatingPanel {
 
     [[nodiscard]] QSize size() const override { return record_->size; }
     void setOrigin(QPoint origin) override { record_->origin = origin; }
-    [[nodiscard]] QPoint origin() const override { return record_->origin; }
 
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
         record_->isVisible = true;

@@ -134,7 +134,6 @@ TEST_F(LinuxFloatingPanelTest, aSlideIsAnOffsetOnThePlaceThatMayMoveMeanwhile) {
     const QPoint next(320, 204);
     panel_->setOrigin(next);
     EXPECT_EQ(cardPlace(), next + offset);
-    EXPECT_EQ(panel_->origin(), next);
     animations_.pass(160);
     EXPECT_EQ(cardPlace(), next);
     EXPECT_EQ(opacity(), 1.0);

@@ -68,7 +68,7 @@ std::string install(std::optional<std::string_view> text, std::string_view hookP
     const std::string_view existing = text.value_or("");
     if (const std::optional<std::string_view> line = notifyLine(existing)) {
         if (containsMarker(*line)) return std::string(existing);
-        throw notifyTaken(std::string(text::trimmingSpacesAndTabs(*line)));
+        throw ConfigEditError::codexNotifyTaken(std::string(text::trimmingSpacesAndTabs(*line)));
     }
     const auto [mark, rest] = splitByteOrderMark(existing);
     std::string result(mark);
@@ -81,13 +81,6 @@ std::string install(std::optional<std::string_view> text, std::string_view hookP
         result += rest;
     }
     return result;
-}
-
-ConfigEditError notifyTaken(std::string line) {
-    return ConfigEditError::taken(
-        translatable("corvane::ConfigEditError",
-                     "Codex already sends notifications to another program (%1). Nothing was changed."),
-        std::move(line));
 }
 
 std::string uninstall(std::string_view text) {
@@ -107,3 +100,15 @@ std::string uninstall(std::string_view text) {
 }
 
 } // namespace corvane::CodexConfigEditor
+
+namespace corvane {
+
+// Here, since the sentence is this agent's own.
+ConfigEditError ConfigEditError::codexNotifyTaken(std::string line) {
+    return taken(
+        translatable("corvane::ConfigEditError",
+                     "Codex already sends notifications to another program (%1). Nothing was changed."),
+        std::move(line));
+}
+
+} // namespace corvane

@@ -31,11 +31,8 @@ inline constexpr std::string_view comment =
 
 /// `text` with the comment and the `notify` line, which runs `hookPath`, at its top; `text` itself when it is
 /// installed already, whatever the path. `hookPath` must not contain control characters, which TOML forbids.
-/// Throws `notifyTaken` when another program has the line.
+/// Throws ConfigEditError::codexNotifyTaken when another program has the line.
 [[nodiscard]] std::string install(std::optional<std::string_view> text, std::string_view hookPath);
-
-/// Why nothing is installed where `line`, without spaces and tabs around it, is another program's.
-[[nodiscard]] ConfigEditError notifyTaken(std::string line);
 
 /// `text` without every line that holds the marker, wherever it stands, every line equal to the comment, and
 /// blank lines at the top. Gives back what `install` was given, unless that began with blank lines.

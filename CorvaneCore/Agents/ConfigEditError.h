@@ -22,6 +22,8 @@ class ConfigEditError : public std::exception {
     static ConfigEditError unreadable(std::string reason);
     /// `sentence`: what is said to users, with "%1" in place of `line`, which is the other program's.
     static ConfigEditError taken(Phrase sentence, std::string line);
+    /// `taken` for Codex: `line` is the other program's notify line, without spaces and tabs around it.
+    static ConfigEditError codexNotifyTaken(std::string line);
 
     [[nodiscard]] Case kind() const { return kind_; }
     /// The reason or the line.

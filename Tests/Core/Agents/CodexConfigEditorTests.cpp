@@ -110,7 +110,7 @@ TEST(CodexConfigEditor, aForeignNotifyLineIsNeverTouched) {
             static_cast<void>(install(text));
             ADD_FAILURE() << "installed into " << text;
         } catch (const ConfigEditError& error) {
-            EXPECT_EQ(error, CodexConfigEditor::notifyTaken(line)) << text;
+            EXPECT_EQ(error, ConfigEditError::codexNotifyTaken(line)) << text;
         }
     }
 }

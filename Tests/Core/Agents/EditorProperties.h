@@ -95,7 +95,7 @@ inline Verdict checkCodexConfig(std::string_view text, std::string_view hookPath
         const std::size_t first = line->find_first_not_of(" \t");
         const std::size_t last = line->find_last_not_of(" \t");
         const std::string trimmed(line->substr(first, last - first + 1));
-        return error == CodexConfigEditor::notifyTaken(trimmed) ? Verdict() : "another payload";
+        return error == ConfigEditError::codexNotifyTaken(trimmed) ? Verdict() : "another payload";
     }
     if (!CodexConfigEditor::isInstalled(installed)) return "not installed after install";
     if (CodexConfigEditor::install(installed, hookPath) != installed)

@@ -27,7 +27,7 @@ using test::fileBytes;
 using test::writeFile;
 
 /// The agent's file cannot be opened, for one reason or another.
-class AgentConnectorReads : public testing::TestWithParam<AgentKind::Case> {
+class AgentConnectorReads : public testing::TestWithParam<AgentKind> {
   protected:
     /// The code of the error that `operation` ends in while opening the agent's file fails with `error`; 0
     /// for none.
@@ -96,7 +96,7 @@ TEST_P(AgentConnectorReads, anyOtherFailureMakesTheFileCountAsMissing) {
 
 // NOLINTNEXTLINE(cert-err58-cpp)
 INSTANTIATE_TEST_SUITE_P(Agents, AgentConnectorReads, testing::Values(AgentKind::claude, AgentKind::codex),
-                         [](const auto& each) { return std::string(AgentKind(each.param).rawValue()); });
+                         [](const auto& each) { return std::string(each.param.rawValue()); });
 
 } // namespace
 } // namespace corvane

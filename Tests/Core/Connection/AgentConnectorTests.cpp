@@ -193,7 +193,7 @@ TEST_F(AgentConnectorTest, refusedContentChangesNothing) {
     expectRefusal(AgentKind::claude, ConfigEditError::unreadable("settings.json is not valid JSON"), true);
     expectRefusal(AgentKind::codex, ConfigEditError::unreadable("config.toml is not UTF-8 text"), true);
     writeFile(codexFile, " notify = [\"x\"]\n");
-    expectRefusal(AgentKind::codex, CodexConfigEditor::notifyTaken("notify = [\"x\"]"), false);
+    expectRefusal(AgentKind::codex, ConfigEditError::codexNotifyTaken("notify = [\"x\"]"), false);
     connector.disconnect(AgentKind::codex);
     EXPECT_EQ(fileBytes(codexFile), " notify = [\"x\"]\n");
 }

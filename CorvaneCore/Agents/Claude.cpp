@@ -51,6 +51,7 @@ bool isInstalled(std::string_view settings) {
 
 } // namespace
 
+// NOLINTNEXTLINE(cert-err58-cpp): a constant, which the compiler initialises.
 constinit const AgentDescriptor agents::claude{
     .rawValue = "claude",
     .displayName = "Claude",

@@ -49,6 +49,7 @@ bool isInstalled(std::string_view config) {
 
 } // namespace
 
+// NOLINTNEXTLINE(cert-err58-cpp): a constant, which the compiler initialises.
 constinit const AgentDescriptor agents::codex{
     .rawValue = "codex",
     .displayName = "Codex",

@@ -1,15 +1,14 @@
 #include "Intake/EventInbox.h"
 
 #include "Agents/EventPayload.h"
+#include "Support/FileDescriptor.h"
 #include "Support/FileTime.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,21 +24,6 @@ struct CloseDirectory {
     void operator()(DIR* directory) const { closedir(directory); }
 };
 using Directory = std::unique_ptr<DIR, CloseDirectory>;
-
-class Descriptor {
-  public:
-    explicit Descriptor(int number)
-        : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ >= 0) close(number_);
-    }
-    [[nodiscard]] int number() const { return number_; }
-
-  private:
-    int number_;
-};
 
 struct Entry {
     Date date = Date::distantPast(); // stays so when the date cannot be read
@@ -80,60 +64,21 @@ std::vector<Entry> eventFiles(DIR* directory) {
     }
 }
 
-/// Reads files one after the other into the same memory, with room behind the text for the payload's parser.
-class FileReader {
-  public:
-    /// The whole of a plain file of at most `EventInbox::maxFileSize` bytes, valid until the next call; none
-    /// for anything else. Never waits and never follows a link: another kind of file may have taken the name.
-    std::optional<std::string_view> read(int directory, const char* name) {
-        const Descriptor file(
-            openat(directory, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-        struct stat status {};
-        if (file.number() < 0 || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-            return std::nullopt;
-        }
-        // A byte more than the file has leaves room to notice its end, and that it has grown.
-        const auto size = static_cast<std::uintmax_t>(status.st_size);
-        if (size > EventInbox::maxFileSize || !reserve(size + 1)) return std::nullopt;
-        return readToEnd(file.number());
-    }
-
-  private:
-    std::optional<std::string_view> readToEnd(int file) {
-        std::size_t size = 0;
-        while (true) {
-            const ssize_t count = ::read(file, bytes_.get() + size, capacity_ - size);
-            if (count < 0 && errno == EINTR) continue;
-            if (count < 0) return std::nullopt;
-            if (count == 0) break;
-            size += static_cast<std::size_t>(count);
-            if (size > EventInbox::maxFileSize) return std::nullopt;
-            if (size == capacity_ && !grow()) return std::nullopt;
-        }
-        std::memset(bytes_.get() + size, 0, EventPayload::padding);
-        return std::string_view(bytes_.get(), size);
-    }
-
-    bool reserve(std::size_t capacity) {
-        constexpr std::size_t step = std::size_t{64} * 1024;
-        if (capacity <= capacity_) return true;
-        capacity = (capacity + step - 1) / step * step;
-        bytes_.reset(new (std::nothrow) char[capacity + EventPayload::padding]);
-        capacity_ = bytes_ ? capacity : 0;
-        return bytes_ != nullptr;
-    }
-
-    bool grow() {
-        const std::unique_ptr<char[]> old = std::move(bytes_);
-        const std::size_t oldCapacity = std::exchange(capacity_, 0);
-        if (!reserve(oldCapacity * 2)) return false;
-        std::memcpy(bytes_.get(), old.get(), oldCapacity);
-        return true;
-    }
-
-    std::unique_ptr<char[]> bytes_;
-    std::size_t capacity_ = 0; // without the padding
-};
+/// The whole text of a plain file of at most `EventInbox::maxFileSize` bytes, a part of `buffer` with room
+/// behind it for the payload's parser; none for anything else. Never waits and never follows a link: another
+/// kind of file may have taken the name.
+std::optional<std::string_view> readEventFile(int directory, const char* name, std::string& buffer) {
+    const files::FileDescriptor file(
+        openat(directory, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    const auto size = static_cast<std::uintmax_t>(status.st_size);
+    if (size > EventInbox::maxFileSize) return std::nullopt;
+    return files::readToEnd(file, buffer,
+                            {.expected = static_cast<std::size_t>(size),
+                             .most = EventInbox::maxFileSize,
+                             .spare = EventPayload::padding});
+}
 
 } // namespace
 
@@ -149,12 +94,12 @@ std::vector<AgentEvent> EventInbox::drain() const {
     std::vector<AgentEvent> events;
     events.reserve(entries.size() - surplus);
     // Given back at the end: files of many megabytes are rare, and the application stays open all day.
-    FileReader reader;
+    std::string buffer;
     EventPayload payload;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const Entry& entry = entries[i];
         if (i >= surplus && entry.mayBeRead) {
-            if (const auto text = reader.read(place, entry.name.c_str())) {
+            if (const auto text = readEventFile(place, entry.name.c_str(), buffer)) {
                 auto event = AgentEvent::parse(*text, entry.date, payload, agents);
                 if (event) events.push_back(*std::move(event));
             }

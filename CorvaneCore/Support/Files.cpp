@@ -1,5 +1,6 @@
 #include "Support/Files.h"
 
+#include "Support/FileDescriptor.h"
 #include "Support/FilePlatform.h"
 #include "Support/FileTime.h"
 
@@ -9,9 +10,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <fcntl.h>
-#include <new>
 #include <optional>
-#include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -25,32 +24,6 @@ namespace {
 using Operation = FileError::Operation;
 
 constexpr mode_t permissionBits = 07777;
-
-/// Closes on every path and leaves errno alone.
-class Descriptor {
-  public:
-    explicit Descriptor(int value)
-        : value_(value) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        const int saved = errno;
-        static_cast<void>(closeNow());
-        errno = saved;
-    }
-
-    [[nodiscard]] int value() const { return value_; }
-    [[nodiscard]] bool isOpen() const { return value_ >= 0; }
-
-    /// Some file systems report a failed write only here. An interrupted close has closed.
-    [[nodiscard]] bool closeNow() {
-        if (value_ < 0) return true;
-        return close(std::exchange(value_, -1)) == 0 || errno == EINTR;
-    }
-
-  private:
-    int value_;
-};
 
 /// Removes a file that was begun, unless it was kept. Leaves errno alone.
 class Unfinished {
@@ -73,12 +46,12 @@ class Unfinished {
     bool kept_ = false;
 };
 
-int openRetrying(const fs::path& path, int flags, mode_t mode = 0) {
+FileDescriptor openRetrying(const fs::path& path, int flags, mode_t mode = 0) {
     int descriptor = -1;
     do {
         descriptor = open(path.c_str(), flags | O_CLOEXEC, mode);
     } while (descriptor < 0 && errno == EINTR);
-    return descriptor;
+    return FileDescriptor(descriptor);
 }
 
 FileState stateFrom(const struct stat& status) {
@@ -107,31 +80,6 @@ int refusal(FileState::Kind kind) {
     return kind == FileState::Kind::other ? EINVAL : 0;
 }
 
-std::string readAll(int descriptor, std::int64_t expectedSize, const fs::path& path) {
-    try {
-        std::string bytes;
-        // One byte more, so that the end of the file shows without growing the buffer.
-        bytes.resize(static_cast<std::size_t>(expectedSize) + 1);
-        std::size_t filled = 0;
-        while (true) {
-            const ssize_t got = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
-            if (got < 0) {
-                if (errno == EINTR) continue;
-                throw FileError(Operation::read, path, errno);
-            }
-            if (got == 0) break;
-            filled += static_cast<std::size_t>(got);
-            if (filled == bytes.size()) bytes.resize(2 * bytes.size());
-        }
-        bytes.resize(filled);
-        return bytes;
-    } catch (const std::bad_alloc&) {
-        throw FileError(Operation::read, path, ENOMEM);
-    } catch (const std::length_error&) {
-        throw FileError(Operation::read, path, ENOMEM);
-    }
-}
-
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t wrote = write(descriptor, bytes.data(), bytes.size());
@@ -155,8 +103,8 @@ bool flush(int descriptor) {
 /// Makes a rename last beyond a loss of power. The rename has happened and the bytes are safe, so a failure
 /// of this (not every file system can do it) is none of the caller's.
 void flushFolder(const fs::path& folder) {
-    const Descriptor descriptor(openRetrying(folder, O_RDONLY | O_DIRECTORY));
-    if (descriptor.isOpen()) static_cast<void>(flush(descriptor.value()));
+    const FileDescriptor descriptor = openRetrying(folder, O_RDONLY | O_DIRECTORY);
+    if (descriptor.isOpen()) static_cast<void>(flush(descriptor.number()));
 }
 
 fs::path folderOf(const fs::path& path) {
@@ -184,14 +132,14 @@ bool takeOverPermissions(int descriptor, const fs::path& original, const struct 
 }
 
 /// A new empty file beside `target`, readable by nobody else, and its path.
-std::pair<int, fs::path> createTemporary(const fs::path& target) {
+std::pair<FileDescriptor, fs::path> createTemporary(const fs::path& target) {
     static std::atomic<unsigned> counter = 0;
     constexpr int attempts = 1'000;
     const std::string prefix = ".corvane-" + std::to_string(getpid()) + "-";
     for (int i = 0; i < attempts; ++i) {
         const fs::path path = folderOf(target) / (prefix + std::to_string(counter++) + ".tmp");
-        const int descriptor = openRetrying(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
-        if (descriptor >= 0) return {descriptor, path};
+        FileDescriptor descriptor = openRetrying(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+        if (descriptor.isOpen()) return {std::move(descriptor), path};
         if (errno != EEXIST) throw FileError(Operation::write, target, errno);
     }
     throw FileError(Operation::write, target, EEXIST);
@@ -206,14 +154,13 @@ bool replace(const fs::path& path, std::string_view bytes, const FileState* expe
         if (const int error = refusal(stateFrom(*old).kind)) throw FileError(Operation::write, path, error);
     }
 
-    auto [opened, temporary] = createTemporary(target);
-    Descriptor descriptor(opened);
+    auto [descriptor, temporary] = createTemporary(target);
     Unfinished unfinished(temporary);
     const bool keepsPermissions = old && permissions == Permissions::keep;
     const bool permitted = keepsPermissions
-                               ? takeOverPermissions(descriptor.value(), target, *old)
-                               : fchmod(descriptor.value(), 0666 & ~platform::creationMask()) == 0;
-    if (!permitted || !writeAll(descriptor.value(), bytes) || !flush(descriptor.value()) ||
+                               ? takeOverPermissions(descriptor.number(), target, *old)
+                               : fchmod(descriptor.number(), 0666 & ~platform::creationMask()) == 0;
+    if (!permitted || !writeAll(descriptor.number(), bytes) || !flush(descriptor.number()) ||
         !descriptor.closeNow()) {
         throw FileError(Operation::write, path, errno);
     }
@@ -302,16 +249,20 @@ FileContent read(const fs::path& path) {
     for (int i = 0; i < attempts; ++i) {
         // Looked at first, since merely opening some devices has effects.
         if (const int error = refusal(state(path).kind)) throw FileError(Operation::read, path, error);
-        const Descriptor descriptor(openRetrying(path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+        const FileDescriptor descriptor = openRetrying(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
         struct stat before {};
-        if (!descriptor.isOpen() || fstat(descriptor.value(), &before) != 0) {
+        if (!descriptor.isOpen() || fstat(descriptor.number(), &before) != 0) {
             throw FileError(Operation::read, path, errno);
         }
         const FileState found = stateFrom(before);
         if (const int error = refusal(found.kind)) throw FileError(Operation::read, path, error);
-        std::string bytes = readAll(descriptor.value(), found.size, path);
+        std::string bytes;
+        const ReadSizes sizes{.expected = static_cast<std::size_t>(found.size)};
+        const std::optional<std::string_view> all = readToEnd(descriptor, bytes, sizes);
+        if (!all) throw FileError(Operation::read, path, errno);
+        bytes.resize(all->size());
         struct stat after {};
-        if (fstat(descriptor.value(), &after) != 0) throw FileError(Operation::read, path, errno);
+        if (fstat(descriptor.number(), &after) != 0) throw FileError(Operation::read, path, errno);
         if (stateFrom(after) == found) return {std::move(bytes), found};
     }
     throw FileError(Operation::read, path, EBUSY);
@@ -366,11 +317,12 @@ bool replaceIfUnchanged(const fs::path& path, std::string_view bytes, const File
 void writeBackup(const fs::path& backup, std::string_view bytes, const fs::path& original) {
     const std::optional<struct stat> status = statusOf(original, Operation::backUp);
     if (!status) throw FileError(Operation::backUp, original, ENOENT);
-    Descriptor descriptor(openRetrying(backup, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+    FileDescriptor descriptor = openRetrying(backup, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
     if (!descriptor.isOpen()) throw FileError(Operation::backUp, original, errno);
     Unfinished unfinished(backup);
-    if (!writeAll(descriptor.value(), bytes) || !takeOverPermissions(descriptor.value(), original, *status) ||
-        !flush(descriptor.value()) || !descriptor.closeNow()) {
+    if (!writeAll(descriptor.number(), bytes) ||
+        !takeOverPermissions(descriptor.number(), original, *status) || !flush(descriptor.number()) ||
+        !descriptor.closeNow()) {
         throw FileError(Operation::backUp, original, errno);
     }
     unfinished.keep();

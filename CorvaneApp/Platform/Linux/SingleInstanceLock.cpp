@@ -11,10 +11,12 @@
 #include <sys/un.h>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 
 namespace corvane {
 
 namespace fs = std::filesystem;
+using files::FileDescriptor;
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Support/FileDescriptor.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -39,9 +39,9 @@ class SingleInstanceLock : public QObject {
     [[nodiscard]] bool ask() const;
 
     std::filesystem::path path_;
-    FileDescriptor folder_;
-    FileDescriptor lock_;
-    FileDescriptor socket_;
+    files::FileDescriptor folder_;
+    files::FileDescriptor lock_;
+    files::FileDescriptor socket_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "Platform/MacOS/Observation.h"
 #include "Platform/SingleInstance.h"
+#include "Support/FileDescriptor.h"
 
 #include <filesystem>
 #include <memory>
@@ -17,7 +18,6 @@ class MacSingleInstance : public SingleInstance {
   public:
     /// Both processes have to use the same folder, which is created if missing.
     explicit MacSingleInstance(std::filesystem::path folder);
-    ~MacSingleInstance() override;
 
     /// The user's folder for caches: temporary files are swept away while the application runs.
     [[nodiscard]] static std::filesystem::path standardFolder();
@@ -27,7 +27,7 @@ class MacSingleInstance : public SingleInstance {
 
   private:
     std::filesystem::path folder_;
-    int lock_ = -1; // given back by the kernel, however the process ends
+    files::FileDescriptor lock_; // given back by the kernel, however the process ends
     std::unique_ptr<Observation> openedAgain_;
     std::unique_ptr<Observation> askedByAnother_;
 };

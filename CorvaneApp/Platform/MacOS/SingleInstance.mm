@@ -10,17 +10,12 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace corvane {
 
 MacSingleInstance::MacSingleInstance(std::filesystem::path folder)
     : folder_(std::move(folder)) {}
-
-MacSingleInstance::~MacSingleInstance() {
-    if (lock_ >= 0) close(lock_);
-}
 
 std::filesystem::path MacSingleInstance::standardFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::CacheLocation).toStdString();
@@ -30,8 +25,9 @@ bool MacSingleInstance::claim() {
     std::error_code ignored;
     std::filesystem::create_directories(folder_, ignored);
     const std::filesystem::path file = folder_ / "corvane.lock";
-    lock_ = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    if (lock_ >= 0 && flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    lock_ = files::FileDescriptor(
+        open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+    if (lock_.isOpen() && flock(lock_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         [NSDistributedNotificationCenter.defaultCenter postNotificationName:@(reopenNotification)
                                                                      object:nil
                                                                    userInfo:nil

@@ -1,5 +1,7 @@
 #include "Support/FilePlatform.h"
 
+#include "Support/FileDescriptor.h"
+
 #include <cerrno>
 #include <copyfile.h>
 #include <cstdio>
@@ -22,17 +24,16 @@ mode_t creationMask() {
 }
 
 bool copyAttributes(const std::filesystem::path& from, int descriptor) {
-    const int source = open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (source < 0) return true;
-    static_cast<void>(fcopyfile(source, descriptor, nullptr, COPYFILE_XATTR));
+    const FileDescriptor source(open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!source.isOpen()) return true;
+    static_cast<void>(fcopyfile(source.number(), descriptor, nullptr, COPYFILE_XATTR));
     // Access-control lists only add to or take from the mode for named users; without one there is nothing to
     // keep.
     bool accessKept = true;
-    if (acl_t list = acl_get_fd_np(source, ACL_TYPE_EXTENDED)) {
+    if (acl_t list = acl_get_fd_np(source.number(), ACL_TYPE_EXTENDED)) {
         accessKept = acl_set_fd_np(descriptor, list, ACL_TYPE_EXTENDED) == 0;
         acl_free(list);
     }
-    close(source);
     return accessKept;
 }
 

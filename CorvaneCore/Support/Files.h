@@ -1,13 +1,12 @@
 #pragma once
 
 #include "Support/Date.h"
-#include "Support/Words.h"
+#include "Support/FileError.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 /// Whole files in, whole files out, without ever leaving one half written.
 ///
@@ -15,25 +14,6 @@
 /// said otherwise. Nothing here keeps state; call from any thread, but not for the same file at the same
 /// time.
 namespace corvane::files {
-
-/// A failed operation on a file. `code()` is the system's error.
-class FileError : public std::system_error {
-  public:
-    enum class Operation : std::uint8_t { read, write, backUp, createFolder, move, trash };
-
-    FileError(Operation operation, std::filesystem::path path, int error);
-    FileError(Operation operation, std::filesystem::path path, std::error_code error);
-
-    [[nodiscard]] Operation operation() const { return operation_; }
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-    /// One sentence for users that names the file and the reason, with a full stop at its end.
-    [[nodiscard]] std::string description(Words words = inEnglish) const;
-
-  private:
-    Operation operation_;
-    std::filesystem::path path_;
-};
 
 /// What stood at a path at one moment. Two equal states mean the same bytes, except for a change in place
 /// that kept size and modification time (file systems stamp with a resolution of a few milliseconds at worst

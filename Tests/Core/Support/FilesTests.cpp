@@ -156,21 +156,5 @@ TEST(Files, ownerAndGroupAreKeptWhereTheUserMay) {
     EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
-TEST(FileError, describesEveryReasonInASentence) {
-    EXPECT_EQ(FileError(FileError::Operation::write, "/h/.claude/settings.json", ENOSPC).description(),
-              "The file \"/h/.claude/settings.json\" could not be written because there is no space left on "
-              "the disk.");
-    EXPECT_EQ(FileError(FileError::Operation::createFolder, "/h/.codex", EACCES).description(),
-              "The folder \"/h/.codex\" could not be created because you don't have permission.");
-    EXPECT_EQ(FileError(FileError::Operation::backUp, "/h/f", EEXIST).description(),
-              "The file \"/h/f\" could not be backed up because something else is in its place.");
-    EXPECT_EQ(FileError(FileError::Operation::read, "/h/f", ECHILD).description(),
-              "The file \"/h/f\" could not be read because the system reported \"No child processes\".");
-    const FileError error(FileError::Operation::move, "/h/f", EIO);
-    EXPECT_EQ(error.operation(), FileError::Operation::move);
-    EXPECT_EQ(error.path(), "/h/f");
-    EXPECT_EQ(error.code(), std::error_code(EIO, std::generic_category()));
-}
-
 } // namespace
 } // namespace corvane

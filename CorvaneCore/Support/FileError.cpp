@@ -17,8 +17,8 @@ std::string reason(const std::error_code& code, Words words) {
     };
     static constexpr std::array reasons{
         Reason{ENOSPC, translatable("corvane::FileError", "there is no space left on the disk")},
-        Reason{EDQUOT, translatable("corvane::FileError", "your share of the disk is used up")},
-        Reason{EROFS, translatable("corvane::FileError", "the disk can only be read")},
+        Reason{EDQUOT, translatable("corvane::FileError", "your disk quota is exceeded")},
+        Reason{EROFS, translatable("corvane::FileError", "the disk is read-only")},
         Reason{EACCES, translatable("corvane::FileError", "you don't have permission")},
         Reason{EPERM, translatable("corvane::FileError", "the system does not permit it")},
         Reason{ENOENT, translatable("corvane::FileError", "a folder or file on the way to it is missing")},
@@ -26,7 +26,7 @@ std::string reason(const std::error_code& code, Words words) {
         Reason{EISDIR, translatable("corvane::FileError", "a folder is in its place")},
         Reason{EINVAL, translatable("corvane::FileError", "it is not an ordinary file")},
         Reason{EEXIST, translatable("corvane::FileError", "something else is in its place")},
-        Reason{ELOOP, translatable("corvane::FileError", "its links lead in a circle")},
+        Reason{ELOOP, translatable("corvane::FileError", "its symbolic links form a loop")},
         Reason{ENAMETOOLONG, translatable("corvane::FileError", "its name is too long")},
         Reason{EILSEQ, translatable("corvane::FileError",
                                     "its path has characters that the agent's configuration cannot hold")},

@@ -224,11 +224,11 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>your share of the disk is used up</source>
+        <source>your disk quota is exceeded</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the disk can only be read</source>
+        <source>the disk is read-only</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -260,7 +260,7 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>its links lead in a circle</source>
+        <source>its symbolic links form a loop</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

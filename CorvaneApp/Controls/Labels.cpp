@@ -1,7 +1,7 @@
 #include "Controls/Labels.h"
 
+#include "Controls/Elision.h"
 #include "Style/Tokens.h"
-#include "Support/Elision.h"
 
 #include <QAccessibleWidget>
 #include <QEvent>

@@ -1,9 +1,9 @@
 #include "MenuBar/TrayMenu.h"
 
+#include "Controls/Elision.h"
 #include "Model/AppModel.h"
 #include "Sessions/AlertText.h"
 #include "Style/Translations.h"
-#include "Support/Elision.h"
 
 #include <algorithm>
 #include <cstddef>

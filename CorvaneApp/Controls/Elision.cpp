@@ -1,4 +1,4 @@
-#include "Support/Elision.h"
+#include "Controls/Elision.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>

@@ -1,6 +1,9 @@
-#include "Support/Elision.h"
+#include "Controls/Elision.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
 
 namespace corvane {
 namespace {

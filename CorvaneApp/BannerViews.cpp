@@ -10,6 +10,7 @@
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
 #include "Style/Translations.h"
+#include "Style/Utf8.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -36,10 +37,6 @@ constexpr Scaled subtitleSize{13.0};
 constexpr Scaled smallSize{11.0};
 
 constexpr Scaled glyphSide{36};
-
-QString fromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 LineLabel* titleLabel(const AlertText& text, QWidget* parent) {
     return new LineLabel(fromUtf8(text.title), fonts::system(titleSize, QFont::DemiBold),

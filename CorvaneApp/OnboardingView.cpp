@@ -7,6 +7,7 @@
 #include "Style/Fonts.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
+#include "Style/Utf8.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -31,10 +32,6 @@ constexpr Scaled textLineHeight{20};
 constexpr Scaled linkSize{11.0};
 // Room for two lines of an error at least; a longer one may scroll.
 constexpr Scaled leastErrorHeight{32};
-
-QString fromUtf8(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "Controls/Elision.h"
 #include "Style/Tokens.h"
+#include "Style/Utf8.h"
 
 #include <QAccessibleWidget>
 #include <QEvent>
@@ -24,10 +25,6 @@ QString singleLine(QString text) {
         }
     }
     return text;
-}
-
-QString fromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 class AccessibleLine : public QAccessibleWidget {

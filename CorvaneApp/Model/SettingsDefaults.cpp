@@ -1,18 +1,12 @@
 #include "Model/SettingsDefaults.h"
 
+#include "Style/Utf8.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
 
 namespace corvane {
-
-namespace {
-
-QString settingsKey(std::string_view key) {
-    return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
-}
-
-} // namespace
 
 SettingsDefaults::SettingsDefaults(QSettings& settings)
     : settings_(settings) {
@@ -20,17 +14,17 @@ SettingsDefaults::SettingsDefaults(QSettings& settings)
 }
 
 std::optional<std::string> SettingsDefaults::data(std::string_view key) const {
-    const QVariant value = settings_.value(settingsKey(key));
+    const QVariant value = settings_.value(fromUtf8(key));
     if (value.typeId() != QMetaType::QByteArray) return std::nullopt;
     return value.toByteArray().toStdString();
 }
 
 void SettingsDefaults::setData(std::string_view key, std::string_view bytes) {
-    settings_.setValue(settingsKey(key), QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    settings_.setValue(fromUtf8(key), QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
 }
 
 bool SettingsDefaults::boolean(std::string_view key) const {
-    const QVariant value = settings_.value(settingsKey(key));
+    const QVariant value = settings_.value(fromUtf8(key));
     // A file of text gives a stored boolean back as its name.
     return value.typeId() == QMetaType::Bool
                ? value.toBool()
@@ -38,7 +32,7 @@ bool SettingsDefaults::boolean(std::string_view key) const {
 }
 
 void SettingsDefaults::setBoolean(std::string_view key, bool value) {
-    settings_.setValue(settingsKey(key), value);
+    settings_.setValue(fromUtf8(key), value);
 }
 
 } // namespace corvane

@@ -3,6 +3,7 @@
 #include "Controls/ErrorText.h"
 #include "Model/AppModel.h"
 #include "Style/TextScale.h"
+#include "Style/Utf8.h"
 
 #include <QEvent>
 #include <QScopedValueRollback>
@@ -18,10 +19,6 @@ constexpr Scaled groupSpacing{16};
 constexpr Scaled errorGap{6};
 // Above it two lines of an error have room.
 constexpr Scaled bottomGap{4};
-
-QString fromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QStringList soundNames() {
     QStringList names;

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Applications.h"
 
+#include "Style/Utf8.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
@@ -35,10 +37,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> windowCla
 std::vector<QString> classes(const std::string& bundleID) {
     std::vector<QString> result{QString::fromStdString(bundleID)};
     for (const auto& [identifier, windowClass] : windowClasses) {
-        if (identifier == bundleID) {
-            result.push_back(
-                QString::fromUtf8(windowClass.data(), static_cast<qsizetype>(windowClass.size())));
-        }
+        if (identifier == bundleID) result.push_back(fromUtf8(windowClass));
     }
     return result;
 }

@@ -16,6 +16,12 @@ namespace corvane {
 /// its top and at most `maxDepth` levels of objects and arrays. Numbers may have any length and size. An
 /// object may carry a name twice; the last one counts.
 ///
+/// Why 450 lines, JsonTokens included, when there are libraries: agents send texts of megabytes, which are
+/// read on the main thread. A full inbox of 200 payloads of one long text of 1 MiB takes 0.03 s (6,240
+/// MiB/s), simdjson's own document parser 0.08 s (2,580 MiB/s) and nlohmann/json 0.75 s (265 MiB/s). Payloads
+/// of many short members are slower than simdjson's (519 against 1,470 MiB/s, nlohmann/json 194). Both
+/// libraries also refuse numbers that fit no type of theirs. Benchmarks/README.md says how that was measured.
+///
 /// Takes time linear in the document's size. Its working memory is bounded by about six times the size of the
 /// largest document read, mostly untouched, and serves again for the next document. Not for use by two
 /// threads at once.

@@ -3,7 +3,10 @@
 #include <string>
 #include <string_view>
 
-/// The grammar of single JSON tokens. All functions take time linear in the size of their argument.
+/// The grammar of single JSON tokens, which simdjson's On-Demand interface leaves unchecked for values that
+/// are not converted. Checking the escapes in place, 256 bytes at a time, is what makes EventPayload twice as
+/// fast on long texts as simdjson's document parser, which writes every string anew; see there for the
+/// figures. All functions take time linear in the size of their argument.
 namespace corvane::jsontokens {
 
 /// `token` without JSON white space (space, tab, line feed, carriage return) at its end.

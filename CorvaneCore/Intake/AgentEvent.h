@@ -11,6 +11,7 @@
 namespace corvane {
 
 class EventPayload;
+struct EventInbox;
 
 /// One thing that an agent reported, as the hook program wrote it into an event file. A plain value.
 ///
@@ -41,6 +42,9 @@ struct AgentEvent {
     /// bad input; takes time linear in the size of `text`.
     static std::optional<AgentEvent> parse(std::string_view text, Date fileDate,
                                            AgentKinds agents = AgentKind::allCases);
+
+  private:
+    friend struct EventInbox;
 
     /// The same without a copy of `text`, for many files in a row: `EventPayload::padding` bytes behind
     /// `text` must be readable, and the working memory of `payload` is used again.

@@ -134,7 +134,7 @@ void BannerController::updateScreen() {
         fadeIn(*panel);
     if (!added.empty()) restack();
     for (PanelContent* const view : changed)
-        announce(*view);
+        services_.announcer.announce(view->accessibleName());
 }
 
 void BannerController::rebuild() {
@@ -172,10 +172,6 @@ void BannerController::fadeIn(FloatingPanel& panel) {
 void BannerController::fadeOut(std::shared_ptr<FloatingPanel> panel) {
     panel->fadeOut(fadeOutDuration);
     services_.scheduler.after(orderOutDelay, [panel = std::move(panel)] { panel->orderOut(); });
-}
-
-void BannerController::announce(PanelContent& view) {
-    services_.announcer.announce(view.accessibleName(), view);
 }
 
 } // namespace corvane

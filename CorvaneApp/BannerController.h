@@ -66,7 +66,6 @@ class BannerController : public QObject, public Banners {
     void fadeIn(FloatingPanel& panel);
     void fadeOut(std::shared_ptr<FloatingPanel> panel);
     /// Has the view's accessible name spoken: the title, a comma and the subtitle.
-    void announce(PanelContent& view);
 
     [[nodiscard]] std::vector<Entry>::iterator entry(std::string_view id);
 

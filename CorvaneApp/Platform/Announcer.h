@@ -2,8 +2,6 @@
 
 #include <QString>
 
-class QWidget;
-
 namespace corvane {
 
 /// Speaks to users of assistive technology. Main thread only.
@@ -14,10 +12,9 @@ class Announcer {
     Announcer& operator=(const Announcer&) = delete;
     virtual ~Announcer() = default;
 
-    /// Has `text` read out once, at high priority. `banner` is the view that shows the same, already on its
-    /// panel: where screen readers read notifications rather than free announcements, they are pointed to it.
-    /// Nothing happens where nobody listens.
-    virtual void announce(const QString& text, QWidget& banner) = 0;
+    /// Has `text`, the accessible name of a banner that has just been shown, read out once, at high priority.
+    /// Does nothing where screen readers read banners by themselves, or where nobody listens.
+    virtual void announce(const QString& text) = 0;
 };
 
 } // namespace corvane

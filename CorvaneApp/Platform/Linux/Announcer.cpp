@@ -25,8 +25,4 @@ LinuxAnnouncer::LinuxAnnouncer() {
     QLoggingCategory::setFilterRules(QStringLiteral("qt.accessibility.atspi.warning=false"));
 }
 
-void LinuxAnnouncer::announce(const QString& text, QWidget& banner) {
-    if (banner.accessibleName() != text) banner.setAccessibleName(text);
-}
-
 } // namespace corvane

@@ -18,9 +18,8 @@ class LinuxAnnouncer : public Announcer {
   public:
     LinuxAnnouncer();
 
-    /// Makes sure that the banner bears `text` as its name. It is to be shown under that name already: what
-    /// is spoken is the name at the time of the show.
-    void announce(const QString& text, QWidget& banner) override;
+    /// Does nothing: the banner has been read when it was shown.
+    void announce(const QString& /*text*/) override {}
 };
 
 } // namespace corvane

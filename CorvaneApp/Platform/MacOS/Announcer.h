@@ -7,7 +7,7 @@ namespace corvane {
 /// Posts announcements on the application, which is there even when it has no window.
 class MacAnnouncer : public Announcer {
   public:
-    void announce(const QString& text, QWidget& banner) override;
+    void announce(const QString& text) override;
 };
 
 } // namespace corvane

@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-void MacAnnouncer::announce(const QString& text, QWidget& /*banner*/) {
+void MacAnnouncer::announce(const QString& text) {
     if (!NSApp) return;
     NSDictionary<NSAccessibilityNotificationUserInfoKey, id>* const information = @{
         NSAccessibilityAnnouncementKey : text.toNSString(),

@@ -136,10 +136,6 @@ void FixedScreens::setFrame(std::optional<QRect> newFrame) {
     Q_EMIT changed();
 }
 
-void Announcements::announce(const QString& text, QWidget& /*banner*/) {
-    spoken.push_back(text);
-}
-
 PlatformServices RecordingPlatform::services() {
     return {
         .clock = [this] { return time.now(); },

@@ -138,11 +138,5 @@ TEST_F(AnnouncerTest, theClockIsNamedByItsTime) {
     EXPECT_EQ(children(*banner).at(3).name, "waiting 0:07");
 }
 
-TEST_F(AnnouncerTest, aBannerIsGivenTheAnnouncedWordsAsItsName) {
-    const auto banner = doneBanner();
-    announcer_.announce(QStringLiteral("other words"), *banner);
-    EXPECT_EQ(elementOf(interfaceOf(*banner)).name, "other words");
-}
-
 } // namespace
 } // namespace corvane

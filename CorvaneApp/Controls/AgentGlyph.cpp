@@ -3,6 +3,7 @@
 #include "Style/Fonts.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
+#include "Style/Utf8.h"
 
 #include <QAccessibleWidget>
 #include <QPainter>
@@ -15,10 +16,6 @@ namespace {
 constexpr Scaled glyphSide{36};
 constexpr qreal glyphRing = 2;
 constexpr Scaled glyphLetterSize{16.0};
-
-QString fromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QAccessibleInterface* accessibleGlyph(const QString& /*className*/, QObject* object) {
     auto* const glyph = qobject_cast<AgentGlyph*>(object);

@@ -61,14 +61,13 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
 std::optional<fs::path> SafeTrash::trash(const fs::path& path) const {
     const fs::path item = withName(path, FileError::Operation::trash);
     if (!files::nameIsTaken(item)) throw FileError(FileError::Operation::trash, item, ENOENT);
+    // Qt 6.8 takes a copy in the Trash for success where the item may not leave its folder.
+    const fs::path folder = item.has_parent_path() ? item.parent_path() : fs::path(".");
+    if (access(folder.c_str(), W_OK | X_OK) != 0) throw FileError(FileError::Operation::trash, item, errno);
     QFile file(QFile::decodeName(item.c_str()));
-    if (!hasTrash() || !file.moveToTrash()) {
-        // QFile keeps the reason to itself. Either the item may not leave its folder, or it has nowhere to
-        // go.
-        const fs::path folder = item.has_parent_path() ? item.parent_path() : fs::path(".");
-        const int error = access(folder.c_str(), W_OK | X_OK) == 0 ? ENOTSUP : errno;
-        throw FileError(FileError::Operation::trash, item, error);
-    }
+    // QFile keeps the reason to itself; the item has nowhere to go.
+    if (!hasTrash() || !file.moveToTrash() || files::nameIsTaken(item))
+        throw FileError(FileError::Operation::trash, item, ENOTSUP);
     fs::path trashed = QFile::encodeName(file.fileName()).toStdString();
     if (trashed.empty() || trashed == item) return std::nullopt;
     return trashed;

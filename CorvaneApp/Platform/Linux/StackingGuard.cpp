@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ranges>
 #include <utility>
 
 namespace corvane {
@@ -74,13 +75,13 @@ void StackingGuard::restore() {
     // From the front on, each directly below the one before: the server leaves a window alone that is there
     // already. Raised one after the other, each of them would be in front for a moment.
     const QWidget* above = nullptr;
-    for (auto window = windows_.rbegin(); window != windows_.rend(); ++window) {
+    for (QWidget* const window : std::ranges::reverse_view(windows_)) {
         if (above == nullptr) {
-            (*window)->raise();
+            window->raise();
         } else {
-            x11::placeBelow(native(**window), native(*above));
+            x11::placeBelow(native(*window), native(*above));
         }
-        above = *window;
+        above = window;
     }
     x11::flush();
 }

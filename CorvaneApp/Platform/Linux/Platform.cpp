@@ -34,10 +34,11 @@ bool hasChosenWindowSystem = false;
 /// What Qt printed to before.
 QtMessageHandler printMessage = nullptr;
 
-/// Prints what Qt has to say, except that there is no runtime folder, which is ordinary outside a login
-/// session and which Qt finds out by itself, looking for Wayland's socket.
+/// Prints what Qt has to say, except for two things that are ordinary outside a login session and that Qt
+/// mends by itself: there is no runtime folder, and (since Qt 6.8) no locale, for which it takes "C.UTF-8".
 void takeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+    if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")) &&
+        !message.startsWith(QLatin1String("Detected locale \"C\"")))
         printMessage(type, context, message);
 }
 

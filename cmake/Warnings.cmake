@@ -1,8 +1,12 @@
-# Warnings are errors in our own targets only: headers of other libraries come in as system headers.
+# In our own targets only: headers of other libraries come in as system headers. Warnings are errors where
+# CORVANE_WERROR asks for it, as all presets do: a packager's newer compiler may know more of them.
 function(corvane_warnings target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Woverloaded-virtual
-    -Wnon-virtual-dtor -Wcast-align -Wformat=2 -Wnull-dereference -Wimplicit-fallthrough -Werror)
+    -Wnon-virtual-dtor -Wcast-align -Wformat=2 -Wnull-dereference -Wimplicit-fallthrough)
+  if(CORVANE_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
   if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
     # Newer libraries go on to deprecate what the oldest ones that we support need.
     target_compile_options(${target} PRIVATE -Wno-error=deprecated-declarations)

@@ -12,8 +12,9 @@ function(corvane_precompile target)
     target_precompile_headers(${target} PRIVATE ${ARG_HEADERS})
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # What ccache needs to see which headers were taken from there.
-    target_compile_options(${target} PRIVATE -fpch-preprocess)
+    # What ccache needs to see which headers were taken from there; and the same kind of code everywhere, as Qt asks
+    # for.
+    target_compile_options(${target} PRIVATE -fpch-preprocess -fPIC)
   endif()
 endfunction()
 

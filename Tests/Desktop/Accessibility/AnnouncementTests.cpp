@@ -31,7 +31,7 @@ class Announcements : public testing::Test {
     /// A show, a refresh, a done banner and another show, which proves that nothing of the ones before is
     /// still to come.
     void showBannersOfAllKinds() {
-        Lines expected{std::string("showing\tnotification\t") + permissionWords};
+        Lines expected{"showing\tnotification\t" + std::string(permissionWords)};
         session().claude("Notification-permission_prompt", "a", "shop");
         ASSERT_TRUE(announces(expected));
         expected.emplace_back("showing\tnotification\tClaude is waiting for your reply, shop");
@@ -92,7 +92,7 @@ TEST_F(Announcements, theWaitingClockTicksInSilence) {
     session().startApplication();
     desktop_.waitForApplication();
     session().claude("Notification-permission_prompt", "a", "shop");
-    ASSERT_TRUE(announces({std::string("showing\tnotification\t") + permissionWords}));
+    ASSERT_TRUE(announces({"showing\tnotification\t" + std::string(permissionWords)}));
     const auto clockShows = [this](const std::string& time) {
         const Lines tree = desktop_.tree();
         return std::any_of(tree.begin(), tree.end(), [&](const std::string& line) {
@@ -118,7 +118,7 @@ TEST_F(Announcements, theBannersPartsAreFoundByRoleAndName) {
     tree.erase(tree.begin() + 4);
     EXPECT_EQ(
         tree,
-        (Lines{std::string("0\tnotification\t") + permissionWords + "\t", "1\timage\tClaude\t",
+        (Lines{"0\tnotification\t" + std::string(permissionWords) + "\t", "1\timage\tClaude\t",
                "1\tlabel\tClaude is waiting for you\t", "1\tlabel\tshop · Claude needs your permission\t",
                "1\tpush button\tGo to Terminal\tPress,SetFocus", "1\tpush button\tSnooze\tPress,SetFocus",
                "1\tpush button\tClose\tPress,SetFocus"}));

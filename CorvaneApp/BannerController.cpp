@@ -32,7 +32,7 @@ constexpr milliseconds orderOutDelay{200};
 
 BannerController::BannerController(PlatformServices services)
     : services_(std::move(services)) {
-    connect(&services_.screens, &Screens::changed, this, &BannerController::layout);
+    connect(&services_.screens, &Screens::changed, this, &BannerController::layOut);
 }
 
 BannerController::~BannerController() = default;
@@ -77,7 +77,7 @@ void BannerController::dismiss(std::string_view id) {
     std::shared_ptr<FloatingPanel> panel = std::move(found->panel);
     panels_.erase(found);
     if (panel) fadeOut(std::move(panel));
-    if (!isUpdating_) layout();
+    if (!isUpdating_) layOut();
 }
 
 void BannerController::update(const std::function<void()>& changes) {
@@ -129,7 +129,7 @@ void BannerController::updateScreen() {
         const QSize size = view->size();
         entry->panel->setContent(std::move(view), size);
     }
-    layout();
+    layOut();
     for (FloatingPanel* const panel : added)
         fadeIn(*panel);
     if (!added.empty()) restack();
@@ -144,10 +144,10 @@ void BannerController::rebuild() {
         const QSize size = view->size();
         entry.panel->setContent(std::move(view), size);
     }
-    layout();
+    layOut();
 }
 
-void BannerController::layout() {
+void BannerController::layOut() {
     const std::optional<QRect> frame = services_.screens.mainVisibleFrame();
     if (!frame) return;
     int top = frame->top() + screenMargin;

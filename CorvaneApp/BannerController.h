@@ -61,7 +61,7 @@ class BannerController : public QObject, public Banners {
     void present(const std::string& id, ViewMaker makeView);
     /// Brings the screen up to date with `panels_`.
     void updateScreen();
-    void layout();
+    void layOut();
     void restack();
     void fadeIn(FloatingPanel& panel);
     void fadeOut(std::shared_ptr<FloatingPanel> panel);

@@ -1,15 +1,14 @@
 #include "CorvaneApp.h"
 
 #include "MainWindow.h"
+#include "MenuBar/MenuBarLabel.h"
 #include "MenuBar/TrayMenu.h"
 #include "MenuBar/TrayPanel.h"
 #include "MenuBarView.h"
 #include "Platform/Appearance.h"
-#include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
 #include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
-#include "Style/StatusIcon.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
 
@@ -51,9 +50,8 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
     services_.statusItem.setMenu(menu_.get());
     connect(&services_.statusItem, &StatusItem::pressed, this,
             [this](QRect place) { requirePanel().toggle(place); });
-    connect(&services_.singleInstance, &SingleInstance::reopened, this, &CorvaneApp::openMainWindow);
-    connect(&model_, &AppModel::changed, this, &CorvaneApp::showStatus);
-    showStatus();
+    label_ = std::make_unique<MenuBarLabel>(model_, services_.statusItem, services_.singleInstance,
+                                            [this] { openMainWindow(); });
 }
 
 CorvaneApp::~CorvaneApp() {
@@ -61,9 +59,7 @@ CorvaneApp::~CorvaneApp() {
 }
 
 void CorvaneApp::launch() {
-    const bool wasHandled = model_.launchWindowHandled();
-    model_.setLaunchWindowHandled(true);
-    if (wasHandled || !model_.hasCompletedOnboarding()) openMainWindow();
+    label_->appear();
 }
 
 void CorvaneApp::followAppearance() {
@@ -82,12 +78,6 @@ void CorvaneApp::rebuildViews() {
     if (mainWindow_) mainWindow_->rebuild();
     if (settingsWindow_) settingsWindow_->rebuild();
     if (panel_) panel_->rebuild();
-}
-
-void CorvaneApp::showStatus() {
-    const auto count = static_cast<int>(model_.board().waitingCount());
-    if (std::exchange(shownCount_, count) != count)
-        services_.statusItem.show(count, statusicon::label(count));
 }
 
 void CorvaneApp::openMainWindow() {

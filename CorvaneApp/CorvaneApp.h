@@ -14,6 +14,7 @@
 namespace corvane {
 
 class MainWindow;
+class MenuBarLabel;
 class SettingsWindow;
 class TrayMenu;
 class TrayPanel;
@@ -48,7 +49,6 @@ class CorvaneApp : public QObject {
     void followAppearance();
     /// Has every view that stands made anew, at the present text size.
     void rebuildViews();
-    void showStatus();
     [[nodiscard]] TrayPanel& requirePanel();
     [[nodiscard]] CommandHandlers commands();
 
@@ -57,8 +57,8 @@ class CorvaneApp : public QObject {
     links::Opener openLink_;
     BannerController banners_;
     AppModel model_;
-    int shownCount_ = -1;
     std::unique_ptr<TrayMenu> menu_;
+    std::unique_ptr<MenuBarLabel> label_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<SettingsWindow> settingsWindow_;
     std::unique_ptr<TrayPanel> panel_;

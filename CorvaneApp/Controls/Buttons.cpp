@@ -2,6 +2,7 @@
 
 #include "Controls/Faded.h"
 #include "Controls/FocusRing.h"
+#include "Controls/PrimaryButtonStyle.h"
 #include "Controls/Symbols.h"
 #include "Style/Fonts.h"
 #include "Style/Shapes.h"
@@ -122,22 +123,26 @@ void ShapedButton::paintText(QPainter& painter, const QColor& color) {
 // PrimaryButton
 
 PrimaryButton::PrimaryButton(const QString& text, QString symbol, QWidget* parent)
-    : ShapedButton(text, QFont::DemiBold, parent)
+    : ShapedButton(text, PrimaryButtonStyle::weight, parent)
     , symbol_(std::move(symbol)) {}
 
 int PrimaryButton::leadingWidth() const {
     return symbol_.isEmpty() ? 0 : symbolSide + symbolGap - symbolInset;
 }
 
+PrimaryButtonStyle PrimaryButton::buttonStyle() const {
+    return {isEnabled(), underMouse(), isDown()};
+}
+
 double PrimaryButton::opacity() const {
-    return isEnabled() && isDown() ? Tokens::pressedOpacity : ShapedButton::opacity();
+    return buttonStyle().opacity();
 }
 
 void PrimaryButton::paintContent(QPainter& painter) {
     const Look look = Tokens::look(palette());
-    painter.fillPath(shape(), isHot() ? Tokens::primaryHover(look) : Tokens::primary.color(look));
+    painter.fillPath(shape(), buttonStyle().fill(look));
 
-    const QColor color = Tokens::onPrimary.color(look);
+    const QColor color = PrimaryButtonStyle::ink(look);
     if (!symbol_.isEmpty()) {
         const QRect box(shapedPadding - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
         symbols::paint(painter, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);

@@ -6,6 +6,8 @@
 
 namespace corvane {
 
+struct PrimaryButtonStyle;
+
 /// What the application's push buttons share: Space, Return and Enter press them, and they take the focus
 /// from the keyboard only, with a ring that shows it.
 class PushButton : public QAbstractButton {
@@ -47,7 +49,7 @@ class ShapedButton : public PushButton {
     void paintText(QPainter& painter, const QColor& color);
 };
 
-/// The filled button of a view's main action: a pill with a symbol and a label.
+/// The button of a view's main action, in `PrimaryButtonStyle`: a pill with a symbol and a label.
 class PrimaryButton : public ShapedButton {
     Q_OBJECT
 
@@ -55,7 +57,6 @@ class PrimaryButton : public ShapedButton {
     /// `symbol` may be empty.
     PrimaryButton(const QString& text, QString symbol, QWidget* parent);
 
-    /// 0.45 while disabled, else 0.8 while pressed, else 1.
     [[nodiscard]] double opacity() const override;
 
   protected:
@@ -63,6 +64,8 @@ class PrimaryButton : public ShapedButton {
     [[nodiscard]] int leadingWidth() const override;
 
   private:
+    [[nodiscard]] PrimaryButtonStyle buttonStyle() const;
+
     QString symbol_;
 };
 

@@ -48,7 +48,7 @@ ErrorText::ErrorText(QWidget* parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(0);
     FocusRing::install(*this, ringMargins, ringRadius);
-    lay();
+    layOut();
     hide();
 }
 
@@ -58,7 +58,7 @@ void ErrorText::setMessage(const QString& message) {
     message_ = message;
     setPlainText(message);
     setAccessibleName(message);
-    lay();
+    layOut();
     // Several views show the same one.
     if (!isVisible()) return;
     QAccessibleEvent alert(this, QAccessible::Alert);
@@ -73,7 +73,7 @@ int ErrorText::heightForWidth(int width) const {
 
 void ErrorText::changeEvent(QEvent* event) {
     QTextEdit::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::LayoutDirectionChange) lay();
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::LayoutDirectionChange) layOut();
 }
 
 void ErrorText::focusOutEvent(QFocusEvent* event) {
@@ -84,7 +84,7 @@ void ErrorText::focusOutEvent(QFocusEvent* event) {
     setTextCursor(cursor);
 }
 
-void ErrorText::lay() {
+void ErrorText::layOut() {
     setLineHeight(*document());
     QTextOption option = document()->defaultTextOption();
     option.setTextDirection(layoutDirection());

@@ -27,7 +27,7 @@ class ErrorText : public QTextEdit {
     void focusOutEvent(QFocusEvent* event) override;
 
   private:
-    void lay();
+    void layOut();
 
     QString message_;
 };

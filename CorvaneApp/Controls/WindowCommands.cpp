@@ -1,5 +1,7 @@
 #include "Controls/WindowCommands.h"
 
+#include "Controls/ShowMainWindowButton.h"
+
 #include <QAction>
 #include <QWidget>
 
@@ -22,11 +24,12 @@ QAction* command(QWidget& window, const QString& text, QKeyCombination shortcut,
 
 WindowCommands::WindowCommands(QWidget& window, const CommandHandlers& handlers)
     : QObject(&window)
-    , mainWindow_(command(window, tr("Corvane"), Qt::CTRL | Qt::Key_0, handlers.openMainWindow))
+    , mainWindow_(new ShowMainWindowButton(handlers.openMainWindow, &window))
     , settings_(command(window, tr("Settings…"), Qt::CTRL | Qt::Key_Comma, handlers.openSettings))
     , close_(command(window, tr("Close"), Qt::CTRL | Qt::Key_W, [&window] { window.close(); }))
     , quit_(command(window, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit))
     , panel_(command(window, tr("Sessions"), QKeyCombination(Qt::Key_unknown), handlers.openPanel)) {
+    window.addAction(mainWindow_);
     settings_->setMenuRole(QAction::PreferencesRole);
     quit_->setMenuRole(QAction::QuitRole);
 }

@@ -458,6 +458,13 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
 </context>
 <context>
+    <name>corvane::ShowMainWindowButton</name>
+    <message>
+        <source>Corvane</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>corvane::TrayMenu</name>
     <message>
         <source>Open Corvane</source>
@@ -508,10 +515,6 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
 </context>
 <context>
     <name>corvane::WindowCommands</name>
-    <message>
-        <source>Corvane</source>
-        <translation type="unfinished"></translation>
-    </message>
     <message>
         <source>Settings…</source>
         <translation type="unfinished"></translation>

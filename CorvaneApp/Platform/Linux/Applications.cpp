@@ -1,5 +1,6 @@
 #include "Platform/Linux/Applications.h"
 
+#include "Platform/Linux/XReply.h"
 #include "Style/Utf8.h"
 
 #include <QByteArray>
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -92,7 +92,8 @@ class WindowList {
         xcb_ewmh_request_change_active_window(&ewmh_, screen_, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
                                               XCB_CURRENT_TIME, XCB_WINDOW_NONE);
         // The answer shows that the requests have arrived.
-        std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+        const x11::Reply<xcb_get_input_focus_reply_t> answer(
+            xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     }
 
   private:

@@ -58,7 +58,7 @@ class PanelWindow : public QWidget {
         PanelContent* const old = std::exchange(card_, card.release());
         card_->setParent(this);
         card_->setFixedSize(size);
-        arrange();
+        layOut();
         card_->show();
         if (old != nullptr) {
             // The old view may be the one whose button is being pressed.
@@ -77,7 +77,7 @@ class PanelWindow : public QWidget {
         const bool blended = x11::isComposited();
         if (blended == blended_ && devicePixelRatioF() == arrangedRatio_) return false;
         blended_ = blended;
-        arrange();
+        layOut();
         update();
         return true;
     }
@@ -117,7 +117,7 @@ class PanelWindow : public QWidget {
     }
 
   private:
-    void arrange() {
+    void layOut() {
         if (card_ == nullptr) return;
         card_->setBlended(blended_);
         card_->move(margins().left(), margins().top());

@@ -1,8 +1,8 @@
 #include "Platform/Linux/Screens.h"
 
 #include "Platform/Linux/X11.h"
+#include "Platform/Linux/XEvents.h"
 
-#include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
@@ -66,20 +66,11 @@ LinuxScreens::LinuxScreens() {
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &Screens::changed);
     for (QScreen* const screen : QGuiApplication::screens())
         watch(screen);
-    workAreaAtom_ = x11::atom("_NET_WORKAREA");
-    QCoreApplication::instance()->installNativeEventFilter(this);
-}
-
-bool LinuxScreens::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
-    // The top bit tells events that another client sent.
-    constexpr std::uint8_t responseTypeMask = 0x7F;
-    if (eventType != "xcb_generic_event_t") return false;
-    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & responseTypeMask) != XCB_PROPERTY_NOTIFY) return false;
-    const auto* const change = static_cast<const xcb_property_notify_event_t*>(message);
-    // Later, when the window manager has told the rest too.
-    if (change->atom == workAreaAtom_) QTimer::singleShot(0, this, &Screens::changed);
-    return false;
+    connect(&XEvents::instance(), &XEvents::propertyChanged, this,
+            [this, workArea = x11::atom("_NET_WORKAREA")](xcb_atom_t name) {
+                // Later, when the window manager has told the rest too.
+                if (name == workArea) QTimer::singleShot(0, this, &Screens::changed);
+            });
 }
 
 void LinuxScreens::watch(QScreen* screen) {

@@ -1,8 +1,8 @@
 #include "Platform/Linux/StackingGuard.h"
 
 #include "Platform/Linux/X11.h"
+#include "Platform/Linux/XEvents.h"
 
-#include <QCoreApplication>
 #include <QWidget>
 
 #include <algorithm>
@@ -14,9 +14,6 @@ namespace corvane {
 
 namespace {
 
-// The top bit tells events that another client sent.
-constexpr std::uint8_t responseTypeMask = 0x7F;
-
 xcb_window_t native(const QWidget& window) {
     return static_cast<xcb_window_t>(window.internalWinId());
 }
@@ -24,16 +21,16 @@ xcb_window_t native(const QWidget& window) {
 } // namespace
 
 StackingGuard::StackingGuard() {
-    activeWindowAtom_ = x11::atom("_NET_ACTIVE_WINDOW");
     timer_.setInterval(std::chrono::seconds(1));
     connect(&timer_, &QTimer::timeout, this, [this] {
         if (!x11::hasActiveWindowHint()) restore();
         Q_EMIT secondPassed();
     });
-    QCoreApplication::instance()->installNativeEventFilter(this);
+    connect(&XEvents::instance(), &XEvents::propertyChanged, this,
+            [this, activeWindow = x11::atom("_NET_ACTIVE_WINDOW")](xcb_atom_t name) {
+                if (name == activeWindow && !windows_.empty()) restore();
+            });
 }
-
-StackingGuard::~StackingGuard() = default;
 
 void StackingGuard::raise(QWidget& window) {
     const bool isNew = std::erase(windows_, &window) == 0;
@@ -54,15 +51,6 @@ void StackingGuard::release(QWidget& window) {
         x11::placeBelow(native(window), native(*windows_.front()));
     }
     Q_EMIT arrangementChanged();
-}
-
-bool StackingGuard::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
-    if (windows_.empty() || eventType != "xcb_generic_event_t") return false;
-    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & responseTypeMask) != XCB_PROPERTY_NOTIFY) return false;
-    const auto* const change = static_cast<const xcb_property_notify_event_t*>(message);
-    if (change->atom == activeWindowAtom_) restore();
-    return false;
 }
 
 void StackingGuard::restore() {

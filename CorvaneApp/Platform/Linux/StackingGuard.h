@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractNativeEventFilter>
 #include <QObject>
 #include <QTimer>
 
@@ -14,14 +13,11 @@ namespace corvane {
 /// windows over them: puts them in front again when the active window changes and, under a window manager
 /// that does not tell, once a second while a panel is shown. It does not fight for the place each second
 /// elsewhere: a screen locker's window must stay on top. Main thread only.
-class StackingGuard : public QObject, public QAbstractNativeEventFilter {
+class StackingGuard : public QObject {
     Q_OBJECT
 
   public:
     StackingGuard();
-    ~StackingGuard() override;
-    StackingGuard(const StackingGuard&) = delete;
-    StackingGuard& operator=(const StackingGuard&) = delete;
 
     /// Keeps a shown window in front of all others, from the event loop's next turn on, until it is released.
     void raise(QWidget& window);
@@ -32,8 +28,6 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     [[nodiscard]] const std::vector<QWidget*>& windows() const { return windows_; }
     /// To be called when one of them has moved.
     void noteMove() { Q_EMIT arrangementChanged(); }
-
-    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   Q_SIGNALS:
     /// One of the windows has come, moved or gone.
@@ -48,7 +42,6 @@ class StackingGuard : public QObject, public QAbstractNativeEventFilter {
     std::vector<QWidget*> windows_;
     bool isRestoring_ = false; // in the event loop's next turn
     QTimer timer_;
-    quint32 activeWindowAtom_ = 0;
 };
 
 } // namespace corvane

@@ -1,6 +1,7 @@
 #include "Platform/Linux/StatusItem.h"
 
 #include "Platform/Linux/X11.h"
+#include "Platform/Linux/XReply.h"
 #include "Style/StatusIcon.h"
 
 #include <QApplication>
@@ -9,7 +10,6 @@
 #include <xcb/xcb.h>
 
 #include <chrono>
-#include <cstdlib>
 
 namespace corvane {
 
@@ -29,10 +29,9 @@ QWidget* embeddedWindow() {
 xcb_window_t parent(xcb_window_t window) {
     xcb_connection_t* const x = x11::connection();
     if (x == nullptr) return XCB_WINDOW_NONE;
-    xcb_query_tree_reply_t* const reply = xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr);
-    const xcb_window_t result = reply != nullptr ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
-    std::free(reply);
-    return result;
+    const x11::Reply<xcb_query_tree_reply_t> reply(
+        xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
+    return reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 /// Whether a tray has taken that window into one of its own.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractNativeEventFilter>
 #include <QDBusServiceWatcher>
 #include <QObject>
 
@@ -12,22 +11,17 @@ namespace corvane {
 /// embeds windows on the X server. Main thread only.
 ///
 /// Neither a bus that does not answer nor one that is missing holds anything up.
-class TrayHosts : public QObject, public QAbstractNativeEventFilter {
+class TrayHosts : public QObject {
     Q_OBJECT
 
   public:
     TrayHosts();
-    ~TrayHosts() override;
-    TrayHosts(const TrayHosts&) = delete;
-    TrayHosts& operator=(const TrayHosts&) = delete;
 
     /// Whether the session bus has said if there is a host. Until then `hasNotifierHost` is false.
     [[nodiscard]] bool isNotifierKnown() const { return isNotifierKnown_; }
     [[nodiscard]] bool hasNotifierHost() const { return hasNotifierHost_; }
     /// Asks the X server.
     [[nodiscard]] bool hasEmbeddingHost() const;
-
-    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   Q_SIGNALS:
     /// One of the answers above may be another one now. A host that embeds windows is not noticed to go.
@@ -39,8 +33,7 @@ class TrayHosts : public QObject, public QAbstractNativeEventFilter {
     Q_SLOT void hostRegistered();
 
     QDBusServiceWatcher watcher_;
-    std::uint32_t managerMessage_; // X11 atoms
-    std::uint32_t traySelection_;
+    std::uint32_t traySelection_; // an X11 atom
     bool isNotifierKnown_ = false;
     bool hasNotifierHost_ = false;
 };

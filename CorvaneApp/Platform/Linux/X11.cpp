@@ -1,24 +1,19 @@
 #include "Platform/Linux/X11.h"
 
+#include "Platform/Linux/XReply.h"
+
 #include <QGuiApplication>
 #include <QtGui/qguiapplication_platform.h>
 #include <xcb/shape.h>
+#include <xcb/xcb_ewmh.h>
 
 #include <array>
-#include <cstdlib>
 #include <map>
-#include <memory>
 #include <string>
 
 namespace corvane::x11 {
 
 namespace {
-
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
 
 void setShape(xcb_window_t window, xcb_shape_kind_t kind, const std::vector<QRect>& rectangles) {
     xcb_connection_t* const x = connection();
@@ -38,25 +33,62 @@ void setShape(xcb_window_t window, xcb_shape_kind_t kind, const std::vector<QRec
 std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name) {
     constexpr std::uint32_t maxLength = 4096;
     xcb_connection_t* const x = connection();
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
     if (!reply || reply->format != 32) return {};
     const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     return {first, first + xcb_get_property_value_length(reply.get()) / 4};
 }
 
+// The properties that window managers and panels have agreed on; null where there is no X server.
+xcb_ewmh_connection_t* ewmh() {
+    static xcb_ewmh_connection_t shared{};
+    if (connection() == nullptr) return nullptr;
+    if (shared.connection == nullptr &&
+        xcb_ewmh_init_atoms_replies(&shared, xcb_ewmh_init_atoms(connection(), &shared), nullptr) == 0) {
+        shared = {};
+        return nullptr;
+    }
+    return &shared;
+}
+
+std::optional<std::uint32_t> cardinal(xcb_get_property_cookie_t cookie) {
+    std::uint32_t value = 0;
+    if (xcb_ewmh_get_cardinal_reply(ewmh(), cookie, &value, nullptr) == 0) return std::nullopt;
+    return value;
+}
+
+// What the window manager says of the active window: none where it does not tell, XCB_WINDOW_NONE where no
+// window is active.
+std::optional<xcb_window_t> activeWindowHint() {
+    xcb_ewmh_connection_t* const x = ewmh();
+    if (x == nullptr) return std::nullopt;
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (xcb_ewmh_get_active_window_reply(x, xcb_ewmh_get_active_window(x, 0), &window, nullptr) == 0)
+        return std::nullopt;
+    return window;
+}
+
 // What is left of `area` when the strips along the root window's edges that a panel keeps are taken away.
-QRect withoutStruts(QRect area, const std::vector<std::uint32_t>& struts, const QRect& root) {
-    // Left, right, top and bottom, then from where to where each of them reaches.
-    if (struts.size() != 12) return area;
-    const auto at = [&struts](std::size_t i) { return static_cast<int>(struts[i]); };
+QRect withoutStruts(QRect area, xcb_window_t window, const QRect& root) {
+    xcb_ewmh_wm_strut_partial_t kept;
+    if (xcb_ewmh_get_wm_strut_partial_reply(ewmh(), xcb_ewmh_get_wm_strut_partial(ewmh(), window), &kept,
+                                            nullptr) == 0) {
+        return area;
+    }
+    const auto number = [](std::uint32_t value) { return static_cast<int>(value); };
     const auto strip = [](int left, int top, int right, int bottom) {
         return QRect(QPoint(left, top), QPoint(right, bottom));
     };
-    const QRect left = strip(0, at(4), at(0) - 1, at(5)) & area;
-    const QRect right = strip(root.right() + 1 - at(1), at(6), root.right(), at(7)) & area;
-    const QRect top = strip(at(8), 0, at(9), at(2) - 1) & area;
-    const QRect bottom = strip(at(10), root.bottom() + 1 - at(3), at(11), root.bottom()) & area;
+    const QRect left =
+        strip(0, number(kept.left_start_y), number(kept.left) - 1, number(kept.left_end_y)) & area;
+    const QRect right = strip(root.right() + 1 - number(kept.right), number(kept.right_start_y), root.right(),
+                              number(kept.right_end_y)) &
+                        area;
+    const QRect top = strip(number(kept.top_start_x), 0, number(kept.top_end_x), number(kept.top) - 1) & area;
+    const QRect bottom = strip(number(kept.bottom_start_x), root.bottom() + 1 - number(kept.bottom),
+                               number(kept.bottom_end_x), root.bottom()) &
+                         area;
     // A panel of another monitor, between this one and the edge, takes nothing from this one.
     QRect result = area;
     if (!left.isEmpty() && left.width() < area.width()) result.setLeft(left.right() + 1);
@@ -87,7 +119,7 @@ xcb_atom_t atom(const std::string& name) {
     if (x == nullptr) return XCB_ATOM_NONE;
     const auto known = atoms.find(name);
     if (known != atoms.end()) return known->second;
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
     return reply ? atoms.emplace(name, reply->atom).first->second : xcb_atom_t{XCB_ATOM_NONE};
 }
@@ -100,7 +132,7 @@ xcb_window_t compositingManager() {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return XCB_WINDOW_NONE;
     const xcb_atom_t selection = atom("_NET_WM_CM_S0");
-    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
+    const Reply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, selection), nullptr));
     return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
 }
@@ -113,7 +145,7 @@ std::string text(xcb_window_t window, const std::string& name) {
     constexpr std::uint32_t maxLength = 64; // in 32-bit units
     xcb_connection_t* const x = connection();
     if (x == nullptr) return {};
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
     if (!reply || reply->format != 8) return {};
     const auto* const first = static_cast<const char*>(xcb_get_property_value(reply.get()));
@@ -121,13 +153,8 @@ std::string text(xcb_window_t window, const std::string& name) {
 }
 
 std::optional<xcb_window_t> activeWindow() {
-    xcb_connection_t* const x = connection();
-    if (x == nullptr) return std::nullopt;
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        x, xcb_get_property(x, 0, rootWindow(), atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1), nullptr));
-    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 4) return std::nullopt;
-    const auto window = *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
-    return window != XCB_WINDOW_NONE ? std::optional(window) : std::nullopt;
+    const std::optional<xcb_window_t> window = activeWindowHint();
+    return window != XCB_WINDOW_NONE ? window : std::nullopt;
 }
 
 std::optional<QRect> rootGeometry(xcb_window_t window) {
@@ -135,17 +162,17 @@ std::optional<QRect> rootGeometry(xcb_window_t window) {
     if (x == nullptr) return std::nullopt;
     const auto geometryCookie = xcb_get_geometry(x, window);
     const auto placeCookie = xcb_translate_coordinates(x, window, rootWindow(), 0, 0);
-    const ReplyPointer<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(x, geometryCookie, nullptr));
-    const ReplyPointer<xcb_translate_coordinates_reply_t> place(
+    const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(x, geometryCookie, nullptr));
+    const Reply<xcb_translate_coordinates_reply_t> place(
         xcb_translate_coordinates_reply(x, placeCookie, nullptr));
     if (!geometry || !place) return std::nullopt;
     return QRect(place->dst_x, place->dst_y, geometry->width, geometry->height);
 }
 
 std::optional<QRect> freeArea(const QRect& monitor) {
-    if (connection() == nullptr) return std::nullopt;
-    const std::vector<std::uint32_t> workspace = numbers(rootWindow(), "_NET_CURRENT_DESKTOP");
-    const std::string index = std::to_string(workspace.empty() ? 0 : workspace.front());
+    xcb_ewmh_connection_t* const x = ewmh();
+    if (x == nullptr) return std::nullopt;
+    const std::string index = std::to_string(cardinal(xcb_ewmh_get_current_desktop(x, 0)).value_or(0));
     const std::vector<std::uint32_t> areas = numbers(rootWindow(), "_GTK_WORKAREAS_D" + index);
     for (std::size_t i = 0; i + 3 < areas.size(); i += 4) {
         const QRect area(static_cast<int>(areas[i]), static_cast<int>(areas[i + 1]),
@@ -154,41 +181,28 @@ std::optional<QRect> freeArea(const QRect& monitor) {
     }
 
     const std::optional<QRect> root = rootGeometry(rootWindow());
-    const std::vector<std::uint32_t> windows = numbers(rootWindow(), "_NET_CLIENT_LIST");
-    if (!root || windows.empty()) return std::nullopt;
+    xcb_ewmh_get_windows_reply_t windows;
+    if (!root || xcb_ewmh_get_client_list_reply(x, xcb_ewmh_get_client_list(x, 0), &windows, nullptr) == 0)
+        return std::nullopt;
     QRect area = monitor;
-    for (const std::uint32_t window : windows)
-        area = withoutStruts(area, numbers(window, "_NET_WM_STRUT_PARTIAL"), *root);
+    for (std::uint32_t i = 0; i < windows.windows_len; ++i)
+        area = withoutStruts(area, windows.windows[i], *root);
+    xcb_ewmh_get_windows_reply_wipe(&windows);
     return area;
 }
 
 bool hasActiveWindowHint() {
-    xcb_connection_t* const x = connection();
-    if (x == nullptr) return false;
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        x, xcb_get_property(x, 0, rootWindow(), atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1), nullptr));
-    return reply && reply->type == XCB_ATOM_WINDOW;
+    return activeWindowHint().has_value();
 }
 
 void moveToCurrentWorkspace(xcb_window_t window) {
     constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
-    constexpr std::uint32_t fromApplication = 1;
-    xcb_connection_t* const x = connection();
+    xcb_ewmh_connection_t* const x = ewmh();
     if (x == nullptr) return;
-    const std::vector<std::uint32_t> current = numbers(rootWindow(), "_NET_CURRENT_DESKTOP");
-    const std::vector<std::uint32_t> own = numbers(window, "_NET_WM_DESKTOP");
-    if (current.empty() || own.empty() || own.front() == everyWorkspace || own.front() == current.front())
-        return;
-    xcb_client_message_event_t event{};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = window;
-    event.type = atom("_NET_WM_DESKTOP");
-    event.data.data32[0] = current.front();
-    event.data.data32[1] = fromApplication;
-    xcb_send_event(x, 0, rootWindow(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&event));
+    const std::optional<std::uint32_t> current = cardinal(xcb_ewmh_get_current_desktop(x, 0));
+    const std::optional<std::uint32_t> own = cardinal(xcb_ewmh_get_wm_desktop(x, window));
+    if (!current || !own || *own == everyWorkspace || own == current) return;
+    xcb_ewmh_request_change_wm_desktop(x, 0, window, *current, XCB_EWMH_CLIENT_SOURCE_TYPE_NORMAL);
 }
 
 void placeBelow(xcb_window_t window, xcb_window_t sibling) {

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+
+namespace corvane::x11 {
+
+struct FreeReply {
+    void operator()(void* reply) const { std::free(reply); }
+};
+
+/// What an xcb_…_reply function returns; null where the request failed.
+template <typename T>
+using Reply = std::unique_ptr<T, FreeReply>;
+
+} // namespace corvane::x11

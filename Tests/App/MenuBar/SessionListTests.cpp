@@ -1,6 +1,5 @@
-#include "MenuBar/SessionList.h"
-
 #include "App/Support/Sessions.h"
+#include "MenuBar/SessionList.h"
 #include "Style/Tokens.h"
 #include "Support/TestSupport.h"
 

@@ -1,7 +1,6 @@
-#include "MenuBar/SessionRow.h"
-
 #include "App/Support/Sessions.h"
 #include "Controls/Labels.h"
+#include "MenuBar/SessionRow.h"
 #include "Style/Tokens.h"
 #include "Support/TestSupport.h"
 
@@ -110,8 +109,7 @@ TEST_F(SessionRowTest, assistiveTechnologyFindsOneButtonWithoutParts) {
     ASSERT_NE(accessible, nullptr);
     EXPECT_EQ(accessible->role(), QAccessible::Button);
     EXPECT_EQ(accessible->childCount(), 0);
-    EXPECT_EQ(accessible->text(QAccessible::Name).toStdString(),
-              "shop, Claude, Waiting for you \u00B7 1:01");
+    EXPECT_EQ(accessible->text(QAccessible::Name).toStdString(), "shop, Claude, Waiting for you \u00B7 1:01");
     ASSERT_NE(accessible->actionInterface(), nullptr);
     accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(taps.size(), 1U);

@@ -14,7 +14,11 @@ using test::holdsSoon;
 class MacAppearanceTest : public testing::Test {
   protected:
     void TearDown() override { NSApp.appearance = nil; }
-    static void use(NSAppearanceName name) { NSApp.appearance = [NSAppearance appearanceNamed:name]; }
+    static void use(NSAppearanceName name) {
+        NSAppearance* const wanted = [NSAppearance appearanceNamed:name];
+        ASSERT_TRUE(wanted != nil); // without one the application would follow the system
+        NSApp.appearance = wanted;
+    }
 
     MacAppearance appearance;
 };
@@ -24,9 +28,10 @@ TEST_F(MacAppearanceTest, isTheBestMatchOfLightAndDark) {
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::light);
     use(NSAppearanceNameDarkAqua);
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
-    use(NSAppearanceNameAccessibilityHighContrastDarkAqua);
+    // Neither of the two that are asked for. Those of high contrast cannot be asked for by name at all.
+    use(NSAppearanceNameVibrantDark);
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
-    use(NSAppearanceNameAccessibilityHighContrastAqua);
+    use(NSAppearanceNameVibrantLight);
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::light);
 }
 

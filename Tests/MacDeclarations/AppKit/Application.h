@@ -14,8 +14,8 @@ NS_ASSUME_NONNULL_BEGIN
 typedef NSString* NSAppearanceName;
 extern NSAppearanceName const NSAppearanceNameAqua API_AVAILABLE(macos(10.9));
 extern NSAppearanceName const NSAppearanceNameDarkAqua API_AVAILABLE(macos(10.14));
-extern NSAppearanceName const NSAppearanceNameAccessibilityHighContrastAqua API_AVAILABLE(macos(10.14));
-extern NSAppearanceName const NSAppearanceNameAccessibilityHighContrastDarkAqua API_AVAILABLE(macos(10.14));
+extern NSAppearanceName const NSAppearanceNameVibrantDark API_AVAILABLE(macos(10.10));
+extern NSAppearanceName const NSAppearanceNameVibrantLight API_AVAILABLE(macos(10.10));
 
 API_AVAILABLE(macos(10.9))
 @interface NSAppearance : NSObject

@@ -1,5 +1,8 @@
 #include "Packaging/Script.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QXmlStreamReader>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,6 +10,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,7 +58,7 @@ class MacBuildTest : public testing::Test {
                    "-DCMAKE_LIBRARY_ARCHITECTURE=" CORVANE_LIBRARY_ARCHITECTURE, "-DCMAKE_PREFIX_PATH=/usr",
                    "-DCMAKE_FIND_LIBRARY_SUFFIXES=.so", "-DCMAKE_CROSSCOMPILING_EMULATOR=/usr/bin/env",
                    "-DCMAKE_PROJECT_INCLUDE=" CORVANE_SOURCES "/Tests/Packaging/FakeDarwin.cmake",
-                   "-DCORVANE_BUILD_BENCHMARKS=OFF"});
+                   "-DCORVANE_WERROR=ON"});
         if (configured.status != 0) return;
         icon = cmake({"--build", build.string(), "--target", "IconFiles"});
         test::writeFile(build / "bin/Corvane.app/Contents/MacOS/Corvane",
@@ -139,6 +143,24 @@ TEST_F(MacBuildTest, objectiveCCountsReferencesByItselfAndIsHeldToTheOldestSyste
             EXPECT_THAT(line + " ", HasSubstr(flag));
     }
     EXPECT_GT(sources, 15);
+}
+
+TEST_F(MacBuildTest, everySourceThatIsCompiledThereIsCheckedHere) {
+    std::set<std::string> compiled;
+    const std::string tree = CORVANE_SOURCES "/";
+    const auto commands = QJsonDocument::fromJson(
+        QByteArray::fromStdString(test::fileBytes(build / "compile_commands.json").value_or("")));
+    for (const QJsonValue& command : commands.array()) {
+        const std::string file = command.toObject()[QLatin1String("file")].toString().toStdString();
+        // What the build itself writes lies elsewhere.
+        if (file.starts_with(tree)) compiled.insert(file.substr(tree.size()));
+    }
+    const test::Outcome listed =
+        test::runScript(CORVANE_SOURCES "/Scripts/check-mac", {"--list"}, {{"PATH", "/usr/bin:/bin"}});
+    const std::vector<std::string> checked = test::linesOf(listed.output);
+    EXPECT_EQ(std::set<std::string>(checked.begin(), checked.end()), compiled);
+    EXPECT_TRUE(compiled.contains("Benchmarks/SettingsBenchmark.cpp"));
+    EXPECT_TRUE(compiled.contains("Tests/Mac/PanelTests.mm"));
 }
 
 TEST_F(MacBuildTest, thePackageIsADiskImageNamedForVersionAndProcessor) {

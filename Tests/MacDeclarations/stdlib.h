@@ -1,0 +1,4 @@
+// macOS declares this one in unistd.h alone.
+#define mkdtemp corvane_declared_elsewhere_mkdtemp
+#include_next <stdlib.h>
+#undef mkdtemp

@@ -15,6 +15,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
 
@@ -127,12 +128,51 @@ TEST_F(FinishBundleTest, aLibraryThatIsNowhereEndsItBeforeAnythingIsSigned) {
     EXPECT_THAT(calls("codesign"), IsEmpty());
 }
 
-TEST_F(FinishBundleTest, aFrameworkThatWasLeftOutEndsIt) {
-    binary("PlugIns/imageformats/libqpdf.dylib", "dep @rpath/QtPdf.framework/Versions/A/QtPdf\n");
+TEST_F(FinishBundleTest, aFrameworkThatAUsedPluginLacksEndsIt) {
+    binary("PlugIns/imageformats/libqsvg.dylib", "dep @rpath/QtSvg.framework/Versions/A/QtSvg\n");
     const test::Outcome outcome = finish();
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.output,
-                HasSubstr("needs @rpath/QtPdf.framework/Versions/A/QtPdf, which Qt's deployment"));
+                HasSubstr("needs @rpath/QtSvg.framework/Versions/A/QtSvg, which Qt's deployment"));
+}
+
+TEST_F(FinishBundleTest, onlyThePluginsThatTheProgramUsesStay) {
+    const std::string svg = "dep @rpath/QtSvg.framework/Versions/A/QtSvg\n";
+    binary("Frameworks/QtSvg.framework/Versions/A/QtSvg", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
+    binary("PlugIns/styles/libqmacstyle.dylib", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
+    binary("PlugIns/imageformats/libqsvg.dylib", svg);
+    binary("PlugIns/iconengines/libqsvgicon.dylib", svg);
+    // As with all of Homebrew's Qt: the frameworks of the first two are there, that of the third is not.
+    binary("PlugIns/platforms/libqminimal.dylib", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
+    binary("PlugIns/platforminputcontexts/libqtvirtualkeyboardplugin.dylib",
+           "dep @rpath/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard\n");
+    binary("PlugIns/imageformats/libqpdf.dylib", "dep @rpath/QtPdf.framework/Versions/A/QtPdf\n");
+    const test::Outcome outcome = finish();
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    std::vector<std::string> kept;
+    for (const auto& entry : fs::recursive_directory_iterator(contents_ / "PlugIns"))
+        kept.push_back(fs::relative(entry.path(), contents_ / "PlugIns").string());
+    EXPECT_THAT(kept, UnorderedElementsAre("platforms", "platforms/libqcocoa.dylib", "styles",
+                                           "styles/libqmacstyle.dylib", "imageformats",
+                                           "imageformats/libqsvg.dylib", "iconengines",
+                                           "iconengines/libqsvgicon.dylib"));
+    EXPECT_THAT(outcome.output, HasSubstr("7 programs and libraries"));
+}
+
+TEST_F(FinishBundleTest, frameworksThatOnlyPluginsNeededGoWithThem) {
+    binary("PlugIns/platforminputcontexts/libqtvirtualkeyboardplugin.dylib",
+           "dep @rpath/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard\n");
+    binary("Frameworks/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard",
+           "id @rpath/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard\n"
+           "dep @rpath/QtQml.framework/Versions/A/QtQml\n");
+    // What it needs in its turn was left out.
+    binary("Frameworks/QtQml.framework/Versions/A/QtQml",
+           "dep @rpath/QtNetwork.framework/Versions/A/QtNetwork\n");
+    const test::Outcome outcome = finish();
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    EXPECT_FALSE(fs::exists(contents_ / "Frameworks/QtVirtualKeyboard.framework"));
+    EXPECT_FALSE(fs::exists(contents_ / "Frameworks/QtQml.framework"));
+    EXPECT_TRUE(fs::exists(contents_ / "Frameworks/QtCore.framework"));
 }
 
 TEST_F(FinishBundleTest, searchPathsThatLeadOutsideAreTakenOutBeforeSigning) {

@@ -7,11 +7,11 @@
 
 /// Adds the hook to the text of Claude Code's settings file and takes it out again. Pure functions of bytes.
 ///
-/// Everything that the program did not put there keeps its meaning, numbers to the last digit; layout and the
-/// order of keys follow the JSON writer. An entry is the program's own when its `"command"` contains
-/// `HookScript::marker`. Of a key that stands twice the last one counts, as Claude Code reads it. A leading
-/// byte-order mark is read as if it were absent and not written. Bytes that are empty or only white space are
-/// an empty document.
+/// Everything that the program did not put there keeps its meaning, numbers to the last digit and halves of
+/// surrogate pairs as they were escaped; layout and the order of keys follow the JSON writer. An entry is the
+/// program's own when its `"command"` contains `HookScript::marker`. Of a key that stands twice the last one
+/// counts, as Claude Code reads it. A leading byte-order mark is read as if it were absent and not written.
+/// Bytes that are empty or only white space are an empty document.
 ///
 /// A group whose `"hooks"` is not an array of objects is foreign, whatever it holds.
 namespace corvane::ClaudeSettingsEditor {

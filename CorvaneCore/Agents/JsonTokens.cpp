@@ -48,16 +48,18 @@ struct Escape {
 
 Escape unicodeEscape(const char* position, const char* end) {
     constexpr std::ptrdiff_t single = 6; // backslash, u, four digits
+    constexpr std::uint32_t replacementCharacter = 0xFFFD;
     const auto first = fourHexDigits(position + 2, end);
     if (!first) return {};
     const bool isHighSurrogate = *first >= 0xD800 && *first < 0xDC00;
     const bool isLowSurrogate = *first >= 0xDC00 && *first < 0xE000;
-    if (isLowSurrogate) return {};
+    if (isLowSurrogate) return {single, replacementCharacter};
     if (!isHighSurrogate) return {single, *first};
 
-    if (end - position < 2 * single || position[single] != '\\' || position[single + 1] != 'u') return {};
+    const Escape lone{single, replacementCharacter};
+    if (end - position < 2 * single || position[single] != '\\' || position[single + 1] != 'u') return lone;
     const auto second = fourHexDigits(position + single + 2, end);
-    if (!second || *second < 0xDC00 || *second >= 0xE000) return {};
+    if (!second || *second < 0xDC00 || *second >= 0xE000) return lone;
     return {2 * single, 0x10000 + ((*first - 0xD800) << 10) + (*second - 0xDC00)};
 }
 

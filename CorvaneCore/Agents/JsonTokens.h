@@ -15,11 +15,13 @@ namespace corvane::jsontokens {
 /// Whether `token` is a number by the grammar of RFC 8259, of whatever length and size.
 [[nodiscard]] bool isNumber(std::string_view token);
 
-/// Whether every escape in `literal`, the text between the quotes of a string, is a valid one. The two halves
-/// of a character written as a surrogate pair must both be there. Looks at nothing but escapes.
+/// Whether every escape in `literal`, the text between the quotes of a string, is a valid one. Looks at
+/// nothing but escapes.
 [[nodiscard]] bool hasValidEscapes(std::string_view literal);
 
-/// The string that `literal` stands for, in UTF-8. `literal` must have valid escapes.
+/// The string that `literal` stands for, in UTF-8, with U+FFFD for each escape of half a surrogate pair
+/// without the other half, which JavaScript writes for text that was cut inside a character. `literal` must
+/// have valid escapes.
 [[nodiscard]] std::string unescaped(std::string_view literal);
 
 } // namespace corvane::jsontokens

@@ -15,9 +15,9 @@ constexpr Date storedEpoch(978'307'200, 0);
 // Each false when the member is missing or of another type.
 bool readMember(const Json& document, std::string_view key, std::string& field) {
     const Json* const member = document.find(key);
-    const std::string* const value = member == nullptr ? nullptr : member->ifString();
-    if (value == nullptr) return false;
-    field = *value;
+    std::optional<std::string> value = member == nullptr ? std::nullopt : member->text();
+    if (!value) return false;
+    field = *std::move(value);
     return true;
 }
 

@@ -3,8 +3,10 @@
 #include <nlohmann/json.hpp>
 #include <simdjson.h>
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace corvane {
@@ -15,17 +17,44 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// Half of a surrogate pair is no character, so that UTF-8 has no bytes for it. In our strings it is this
+// byte, which UTF-8 never uses, and the four digits of its escape.
+constexpr char loneSurrogate = '\xFF';
+constexpr std::size_t surrogateDigits = 4;
+
+constexpr std::size_t unicodeEscapeSize = 6; // backslash, u, four digits
+
+/// Whether an escape of half a surrogate pair begins at `at`, whose second digit is one of `secondDigits`.
+bool isSurrogate(std::string_view text, std::size_t at, std::string_view secondDigits) {
+    const std::string_view escape = text.substr(std::min(at, text.size()), unicodeEscapeSize);
+    return escape.size() == unicodeEscapeSize && escape.starts_with("\\u") &&
+           (escape[2] == 'd' || escape[2] == 'D') && secondDigits.find(escape[3]) != std::string_view::npos &&
+           escape.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string_view::npos;
+}
+bool isHighSurrogate(std::string_view text, std::size_t at) {
+    return isSurrogate(text, at, "89abAB");
+}
+bool isLowSurrogate(std::string_view text, std::size_t at) {
+    return isSurrogate(text, at, "cdefCDEF");
+}
+
 /// Walks over a document on behalf of the library's reader. Outside strings it shows only the first two
 /// digits of every run of digits: no number is then too large for the reader, which would refuse it, while
-/// whether the document is valid stays the same ("0" and "01" still differ). The numbers' real text is taken
-/// from the document.
+/// whether the document is valid stays the same ("0" and "01" still differ). Inside strings it shows U+FFFD
+/// for half of a surrogate pair, which the reader would refuse too. The real text of both is taken from the
+/// document.
 class Cursor {
   public:
     explicit Cursor(std::string_view text)
         : text_(text) {}
 
     [[nodiscard]] bool atEnd() const { return position_ == text_.size(); }
-    [[nodiscard]] char character() const { return text_[position_]; }
+    [[nodiscard]] char character() const {
+        constexpr std::string_view shown = "\\ufffd";
+        if (!inString_ || halves_.empty()) return text_[position_];
+        const std::size_t inEscape = position_ - halves_.back();
+        return inEscape < shown.size() ? shown[inEscape] : text_[position_];
+    }
 
     void advance() {
         const char passed = text_[position_++];
@@ -34,12 +63,17 @@ class Cursor {
                 escaped_ = false;
             } else if (passed == '\\') {
                 escaped_ = true;
+                noteSurrogate(position_ - 1);
             } else if (passed == '"') {
                 inString_ = false;
             }
             return;
         }
         inString_ = passed == '"';
+        if (inString_) {
+            stringBegin_ = position_;
+            halves_.clear();
+        }
         if (!isDigit(passed)) {
             digits_ = 0;
         } else if (++digits_ == 2) {
@@ -58,12 +92,45 @@ class Cursor {
         return text_.substr(begin, end - begin);
     }
 
+    /// The string whose closing quote the reader has just passed and has read as `shown`.
+    [[nodiscard]] std::string string(const std::string& shown) const {
+        if (halves_.empty()) return shown;
+        std::string whole;
+        std::size_t begin = stringBegin_;
+        for (const std::size_t half : halves_) {
+            whole += unescaped(begin, half);
+            whole += loneSurrogate;
+            whole += text_.substr(half + 2, surrogateDigits);
+            begin = half + unicodeEscapeSize;
+        }
+        return whole + unescaped(begin, position_ - 1);
+    }
+
   private:
+    void noteSurrogate(std::size_t at) {
+        if (at < pairEnd_) return;
+        if (isHighSurrogate(text_, at) && isLowSurrogate(text_, at + unicodeEscapeSize)) {
+            pairEnd_ = at + 2 * unicodeEscapeSize;
+        } else if (isHighSurrogate(text_, at) || isLowSurrogate(text_, at)) {
+            halves_.push_back(at);
+        }
+    }
+
+    /// What a part of a string, which the reader has found to be valid, stands for.
+    [[nodiscard]] std::string unescaped(std::size_t begin, std::size_t end) const {
+        std::string part = "\"";
+        part += text_.substr(begin, end - begin);
+        return nlohmann::json::parse(part += '"').get<std::string>();
+    }
+
     std::string_view text_;
     std::size_t position_ = 0;
     int digits_ = 0;
     bool inString_ = false;
     bool escaped_ = false;
+    std::size_t stringBegin_ = 0;
+    std::size_t pairEnd_ = 0;         // of the surrogate pair passed last
+    std::vector<std::size_t> halves_; // the escapes of halves without their other half, in the present string
 };
 
 /// The cursor as the input iterator that the library wants; its end has no cursor.
@@ -111,14 +178,20 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
     bool number_integer(number_integer_t /*value*/) override { return addNumber(); }
     bool number_unsigned(number_unsigned_t /*value*/) override { return addNumber(); }
     bool number_float(number_float_t /*value*/, const string_t& /*text*/) override { return addNumber(); }
-    bool string(string_t& value) override { return add(Json(value)); }
+    bool string(string_t& value) override { return add(Json(cursor_.string(value))); }
     bool binary(binary_t& /*value*/) override { return false; }
     bool start_object(std::size_t /*size*/) override { return open(Json::Object()); }
     bool start_array(std::size_t /*size*/) override { return open(Json::Array()); }
     bool end_object() override { return close(); }
     bool end_array() override { return close(); }
     bool key(string_t& name) override {
-        open_.back().key = name;
+        // The case of digits tells no keys apart.
+        std::string& key = open_.back().key = cursor_.string(name);
+        for (std::size_t at = key.find(loneSurrogate); at != std::string::npos;
+             at = key.find(loneSurrogate, at + 1)) {
+            for (char& digit : std::span(key).subspan(at + 1, surrogateDigits))
+                if (digit >= 'A' && digit <= 'F') digit = static_cast<char>(digit - 'A' + 'a');
+        }
         return true;
     }
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
@@ -223,7 +296,7 @@ class Writer {
         std::size_t plain = 0; // where the stretch begins that needs no escape
         for (std::size_t i = 0; i < string.size(); ++i) {
             const auto byte = static_cast<unsigned char>(string[i]);
-            if (byte >= 0x20 && byte != '"' && byte != '\\') continue;
+            if (byte >= 0x20 && byte != '"' && byte != '\\' && string[i] != loneSurrogate) continue;
             text_ += string.substr(plain, i - plain);
             plain = i + 1;
             writeEscape(string[i]);
@@ -236,7 +309,9 @@ class Writer {
         constexpr std::string_view special = "\"\\\b\f\n\r\t";
         constexpr std::string_view letters = "\"\\bfnrt";
         constexpr std::string_view hexadecimal = "0123456789abcdef";
-        if (const std::size_t found = special.find(c); found != std::string_view::npos) {
+        if (c == loneSurrogate) {
+            text_ += "\\u"; // its digits follow
+        } else if (const std::size_t found = special.find(c); found != std::string_view::npos) {
             text_ += '\\';
             text_ += letters[found];
         } else {
@@ -307,6 +382,15 @@ std::optional<Json> Json::parse(std::string_view text) {
     Builder builder(cursor);
     if (!nlohmann::json::sax_parse(Characters(cursor), Characters(), &builder)) return std::nullopt;
     return builder.takeRoot();
+}
+
+std::optional<std::string> Json::text() const {
+    const std::string* const string = ifString();
+    if (string == nullptr) return std::nullopt;
+    std::string text = *string;
+    for (std::size_t at = text.find(loneSurrogate); at != std::string::npos; at = text.find(loneSurrogate))
+        text.replace(at, 1 + surrogateDigits, "\xEF\xBF\xBD");
+    return text;
 }
 
 std::string Json::write(Layout layout) const {

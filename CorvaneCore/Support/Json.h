@@ -15,7 +15,9 @@ namespace corvane {
 
 /// A JSON value that loses nothing of the document it was read from but layout, the order of keys and the
 /// earlier of two equal keys. Numbers stay the text that stood in the document, to the last digit and
-/// whatever their size. Strings are UTF-8 and may hold U+0000. A plain value.
+/// whatever their size. Strings are UTF-8 and may hold U+0000. Half of a surrogate pair, which JavaScript
+/// writes as an escape of its own for text that was cut inside a character, is written as it was read. A
+/// plain value.
 class Json {
   public:
     /// A number by its text, which follows JSON's grammar: "-0", "1e999" and 30-digit decimals are kept as
@@ -60,9 +62,8 @@ class Json {
     static Json real(double value);
 
     /// Reads one whole document, strictly: nothing but white space around the value, no comments, valid
-    /// UTF-8, no byte-order mark, no escape of half a surrogate pair. Of equal keys the last one counts. None
-    /// when `text` is anything else or nests deeper than `maximumDepth`. Time and memory grow with the size
-    /// of `text`.
+    /// UTF-8, no byte-order mark. Of equal keys the last one counts. None when `text` is anything else or
+    /// nests deeper than `maximumDepth`. Time and memory grow with the size of `text`.
     [[nodiscard]] static std::optional<Json> parse(std::string_view text);
 
     /// The document's text without a line feed at its end. Keys are sorted by their UTF-8 bytes; slashes and
@@ -73,11 +74,14 @@ class Json {
     /// The value if it is of that type, else null. The pointers live as long as this value is left alone.
     [[nodiscard]] const bool* ifBoolean() const;
     [[nodiscard]] const Number* ifNumber() const;
+    /// Half of a surrogate pair is the byte FF and the four digits of its escape, in values and in keys.
     [[nodiscard]] const std::string* ifString() const;
     [[nodiscard]] const Array* ifArray() const;
     [[nodiscard]] Array* ifArray();
     [[nodiscard]] const Object* ifObject() const;
     [[nodiscard]] Object* ifObject();
+    /// The string in UTF-8, with U+FFFD for each half of a surrogate pair; none when this is no string.
+    [[nodiscard]] std::optional<std::string> text() const;
     /// The member `key`; null when there is none or this is no object.
     [[nodiscard]] const Json* find(std::string_view key) const;
 

@@ -33,7 +33,8 @@ class Generator {
         std::string text = "\"";
         for (std::size_t i = below(6); i > 0; --i) {
             text += oneOf({"a", "Z", " ", "é", "日", "😀", "\\u0000", "\\ud83d\\ude00", "\\/", "/", "\\\"",
-                           "\\\\", "\\n", "\x7F", "\\u00e9", "Corvane/bin/corvane-hook"});
+                           "\\\\", "\\n", "\x7F", "\\u00e9", "\\ud83d", "\\uDE00", "\\ud83dx",
+                           "Corvane/bin/corvane-hook"});
         }
         return text + "\"";
     }

@@ -85,6 +85,18 @@ const std::vector<std::string>& validDocuments() {
         R"({"a":"\\\\"})",
         R"({"a\n\u0061\"":1})",
         R"({"a":"/ \u2028 {}[]:,"})",
+        R"({"a":"\ud800"})",
+        R"({"a":"\udbff "})",
+        R"({"a":"\udc00"})",
+        R"({"a":"\ud800\ud800"})",
+        R"({"a":"\ud800\u0041"})",
+        R"({"a":"\ud800\n"})",
+        R"({"a":"\ud800\ue000"})",
+        R"({"a":"\ud800\udbff"})",
+        R"({"a":"\ud800\\udc00"})",
+        R"({"a":"\udc00\ud800"})",
+        R"({"a":"\ud83dx\ude00"})",
+        R"({"\ud800":1,"a":[{"b":["\uDFFF"]}]})",
         "{\"a\":\"\x7F \xC2\x80 \xEF\xBF\xBF \xF4\x8F\xBF\xBF\"}",
         "{\"a\":\"\xEF\xBB\xBF\"}",
     };
@@ -109,9 +121,8 @@ const std::vector<std::string>& invalidDocuments() {
     R"({"a":1a})", R"({"a":1"b"})", R"({"a":--1})", R"({"a":1-})", R"({"a":1+2})", R"({"a":1 2})", R"({"a":2e1e1})", R"({"a":١})",
     R"({"a":"\x"})", R"({"a":"\a"})", R"({"a":"\0"})", R"({"a":"\'"})", R"({"a":"\U0041"})", R"({"a":"\ "})", R"({"a":"\"})", R"({"a":"\\\"})",
     R"({"a":"\u"})", R"({"a":"\u1"})", R"({"a":"\u12"})", R"({"a":"\u123"})", R"({"a":"\u123g"})", R"({"a":"\u 123"})", R"({"a":"\u+123"})",
-    R"({"a":"\ud800"})", R"({"a":"\udbff "})", R"({"a":"\udc00"})", R"({"a":"\ud800\ud800"})", R"({"a":"\ud800\u0041"})", R"({"a":"\ud800\n"})",
-    R"({"a":"\ud800\ue000"})", R"({"a":"\ud800\udbff"})", R"({"a":"\ud800\\udc00"})", R"({"a":"\ud800\udc0"})", R"({"a":"\udc00\ud800"})", R"({"a":"\ud83dx\ude00"})",
-    R"({"\x":1})", R"({"\ud800":1})", R"({"\u12":1})", R"({"a":{"\q":1}})", R"({"a":[["\q"]]})",
+    R"({"a":"\ud800\udc0"})", R"({"a":"\ud80"})", R"({"a":"\ud800\q"})", R"({"a":"\udc00\u"})", R"({"a":"\ud8g0"})", R"({"\ud800\ud80":1})",
+    R"({"\x":1})", R"({"\u12":1})", R"({"a":{"\q":1}})", R"({"a":[["\q"]]})",
     "{\"a\":\"\n\"}", "{\"a\":\"\t\"}", "{\"a\":\"\x01\"}", "{\"a\":\"\x1F\"}", "{\"a\n\":1}",
     "{\"a\":1\v}", "{\"a\":1\f}", "{\f}", "{\"a\"\0321}", "{\"a\":1\x0C\"b\":2}", "{\xC2\xA0}", "{\"a\":\302\2401}", "{}\xE2\x80\xA8",
     "{\"a\":\"\x80\"}", "{\"a\":\"\xC3\"}", "{\"a\":\"\xC0\x80\"}", "{\"a\":\"\xED\xA0\x80\"}", "{\"a\":\"\xF4\x90\x80\x80\"}",
@@ -201,6 +212,8 @@ TEST(EventPayload, resolvesEscapesInValuesAndNames) {
     EXPECT_EQ(Reading(R"({"cwd":"a\u0000b"})").string("cwd"), std::string("a\0b", 3));
     EXPECT_EQ(Reading("{\"cwd\":\"\xC3\xA4 \xF0\x9F\x98\x80\"}").string("cwd"), "ä 😀");
     EXPECT_EQ(Reading(R"({"cwd":""})").string("cwd"), "");
+    EXPECT_EQ(Reading(R"({"cwd":"\ud83d \uDE00\ud800\ue000\ud800\ud83d\ude00\udbff"})").string("cwd"),
+              "\uFFFD \uFFFD\uFFFD\uE000\uFFFD😀\uFFFD");
 }
 
 TEST(EventPayload, countsTheLastOfDoubledNamesWhateverItsType) {

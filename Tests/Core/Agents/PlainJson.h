@@ -256,11 +256,14 @@ class Reader {
         unsigned second = 0;
         if (!hexadecimal(first)) return false;
         if (first >= 0xD800 && first < 0xDC00) {
-            if (!word("\\u") || !hexadecimal(second) || second < 0xDC00 || second > 0xDFFF) return false;
-            first = 0x10000 + ((first - 0xD800) << 10U) + (second - 0xDC00);
-        } else if (first >= 0xDC00 && first < 0xE000) {
-            return false;
+            const std::size_t before = at_;
+            if (word("\\u") && hexadecimal(second) && second >= 0xDC00 && second < 0xE000) {
+                first = 0x10000 + ((first - 0xD800) << 10U) + (second - 0xDC00);
+            } else {
+                at_ = before;
+            }
         }
+        // A half without its other half becomes three bytes that no other text has.
         append(text, first);
         return true;
     }

@@ -83,9 +83,38 @@ struct ReferenceObject {
 inline std::optional<ReferenceObject> referenceObject(std::string_view json) {
     // The other parser passes over a byte-order mark and takes a zero byte for the end.
     if (json.starts_with("\xEF\xBB\xBF") || json.find('\0') != std::string_view::npos)
+/// `json` with the escape of U+FFFD in place of each escape of half a surrogate pair without the other half,
+/// which the other parser refuses. A backslash outside a string is an error before and after.
+inline std::string withoutLoneSurrogates(std::string_view json) {
+    const auto isUnit = [json](std::size_t at, std::string_view secondDigits) {
+        constexpr std::string_view digits = "0123456789abcdefABCDEF";
+        const std::string_view escape = json.substr(std::min(at, json.size()), 6);
+        return escape.size() == 6 && escape.starts_with("\\u") && (escape[2] == 'd' || escape[2] == 'D') &&
+               secondDigits.find(escape[3]) != std::string_view::npos &&
+               digits.find(escape[4]) != std::string_view::npos &&
+               digits.find(escape[5]) != std::string_view::npos;
+    };
+    constexpr std::string_view high = "89abAB";
+    constexpr std::string_view low = "cdefCDEF";
+    std::string result;
+    for (std::size_t at = 0; at < json.size();) {
+        std::size_t size = json[at] == '\\' ? 2 : 1;
+        bool isLone = false;
+        if (isUnit(at, high) && isUnit(at + 6, low)) {
+            size = 12;
+        } else if (isUnit(at, high) || isUnit(at, low)) {
+            size = 6;
+            isLone = true;
+        }
+        result += isLone ? "\\ufffd" : json.substr(at, size);
+        at += size;
+    }
+    return result;
+}
+
         return ReferenceObject{};
     ReferenceListener listener;
-    const bool accepted = nlohmann::json::sax_parse(json.begin(), json.end(), &listener);
+    const bool accepted = nlohmann::json::sax_parse(withoutLoneSurrogates(json), &listener);
     if (listener.numberTooLarge) return std::nullopt;
     if (!accepted || !listener.topIsObject || listener.deepest > EventPayload::maxDepth)
         return ReferenceObject{};

@@ -67,10 +67,37 @@ TEST(Json, escapesOnlyWhatItMust) {
               "\"\\u0000\\u0001\\u001f\x7F\\b\\f\\n\\r\\t\\\"\\\\/\xC3\xA9\xE2\x80\xA8\xF0\x9F\xA6\x9C\"");
 }
 
-TEST(Json, refusesHalfSurrogatePairsAndBadUtf8) {
+TEST(Json, halvesOfSurrogatePairsAreWrittenAsTheyWereRead) {
     for (const std::string_view text :
-         {R"("\ud800")", R"("\udc00")", R"("\ud800\ud800")", R"("\ud800\udbff")", R"("\ud800\ue000")",
-          R"("\ud800x")", "\"\x80\"", "\"\xC3\"", "\"\xC0\x80\"", "\"\xED\xA0\x80\"",
+         {R"("\ud800")", R"("\uDFff")", R"("\udc00\ud800")", R"("\ud800\ud800")", R"("\ud800\uDBFF")",
+          R"("\ud800x\udc00")", R"("\\\ud800\\udc00")", R"("a\n\ud800\"b")", R"({"\udc00\ud83d":["\ud83d"]})",
+          "\"\\ud800\xEE\x80\x80\"", R"({"a":"\ud83d","b":"dead"})",
+          R"(["\ud83d",12345678901234567890123])"}) {
+        EXPECT_EQ(compact(text), text);
+    }
+    EXPECT_EQ(compact(R"("\ud800\ue000")"), "\"\\ud800\xEE\x80\x80\"") << "the first code point after them";
+    EXPECT_EQ(compact(R"("\ud83d\ud83d\ude00\ude00")"), "\"\\ud83d\xF0\x9F\x98\x80\\ude00\"");
+    EXPECT_EQ(compact(R"("\u00e9\/\ud800\u00e9\/")"), "\"\xC3\xA9/\\ud800\xC3\xA9/\"");
+    EXPECT_EQ(compact("\"\xEF\xBF\xBD\\ufffd\\ud800\""), "\"\xEF\xBF\xBD\xEF\xBF\xBD\\ud800\"");
+}
+
+TEST(Json, theCaseOfDigitsTellsNoHalvesInKeysApart) {
+    EXPECT_EQ(compact(R"({"\uDABC":1,"\udabc":2,"\udabd":3,"DABC":4})"),
+              R"({"DABC":4,"\udabc":2,"\udabd":3})");
+}
+
+TEST(Json, halvesOfSurrogatePairsAreReplacementCharactersInText) {
+    const auto text = [](std::string_view json) { return Json::parse(json).value().text(); };
+    EXPECT_EQ(text(R"("a\ud83d\uDE00\udc00b")"), "a😀\uFFFDb");
+    EXPECT_EQ(text(R"("\ud800\ud800FFFD")"), "\uFFFD\uFFFDFFFD");
+    EXPECT_EQ(text(R"("x")"), "x");
+    EXPECT_EQ(text("1"), std::nullopt);
+}
+
+TEST(Json, refusesBadEscapesAroundHalvesOfSurrogatePairsAndBadUtf8) {
+    for (const std::string_view text :
+         {R"("\ud80")", R"("\ud800\udc0")", R"("\ud800\q")", R"("\ud8g0")", R"("\ud800)", R"("\ud800\")",
+          R"(\ud800)", R"([\ud800])", "\"\x80\"", "\"\xC3\"", "\"\xC0\x80\"", "\"\xED\xA0\x80\"", "\"\xFF\"",
           "\"\xF5\x80\x80\x80\""}) {
         EXPECT_EQ(compact(text), "unreadable") << text;
     }

@@ -38,7 +38,7 @@ struct AgentDescriptor {
     /// One capital letter for the badge.
     std::string_view badge = required<std::string_view>();
 
-    /// The top-level members of a payload that `report` asks for.
+    /// The top-level members of a payload that `report` asks for, strings and arrays alike.
     std::span<const std::string_view> payloadNames = required<std::span<const std::string_view>>();
     /// What a payload says; none for an event that nobody needs to hear of.
     std::optional<AgentReport> (&report)(const EventPayload& payload);
@@ -51,9 +51,10 @@ struct AgentDescriptor {
     /// Whether the configuration file can hold this path of the hook program.
     bool (&canHoldPath)(std::string_view path);
     /// The file's new content, which calls the hook program of `paths`; `current` is none when there is no
-    /// file. Throws ConfigEditError.
+    /// file, and the result where nothing has to change. Throws ConfigEditError.
     std::string (&install)(std::optional<std::string_view> current, const CorvanePaths& paths);
-    /// The file's content without the application's own entries. Throws ConfigEditError.
+    /// The file's content without the application's own entries; `current` where it has none. Throws
+    /// ConfigEditError.
     std::string (&uninstall)(std::string_view current);
     /// Whether the file calls the hook program wherever it should. Never throws for what the file holds.
     bool (&isInstalled)(std::string_view current);

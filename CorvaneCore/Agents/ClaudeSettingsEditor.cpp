@@ -75,7 +75,8 @@ Json ownGroup(std::string_view event, std::string_view command) {
 } // namespace
 
 std::string install(std::optional<std::string_view> current, std::string_view command) {
-    Json document = parseOrThrow(current.value_or(""));
+    const Json before = parseOrThrow(current.value_or(""));
+    Json document = before;
     Json& hooks = document.ifObject()->try_emplace("hooks").first->second;
     if (hooks.ifObject() == nullptr) hooks = Json::Object();
     for (const std::string_view event : events) {
@@ -86,14 +87,19 @@ std::string install(std::optional<std::string_view> current, std::string_view co
         groups.push_back(ownGroup(event, command));
         value = std::move(groups);
     }
-    return write(document);
+    return current && document == before ? std::string(*current) : write(document);
 }
 
 std::string uninstall(std::string_view current) {
     Json document = parseOrThrow(current);
     const auto found = document.ifObject()->find("hooks");
     Json::Object* hooks = found == document.ifObject()->end() ? nullptr : found->second.ifObject();
-    if (hooks == nullptr) return std::string(current);
+    const auto hasOwnGroup = [](const Json::Object::value_type& event) {
+        const Json::Array* groups = arrayOfObjects(&event.second);
+        return groups != nullptr && std::any_of(groups->begin(), groups->end(), containsMarker);
+    };
+    if (hooks == nullptr || std::none_of(hooks->begin(), hooks->end(), hasOwnGroup))
+        return std::string(current);
 
     for (auto event = hooks->begin(); event != hooks->end();) {
         const Json::Array* groups = arrayOfObjects(&event->second);

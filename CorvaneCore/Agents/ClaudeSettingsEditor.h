@@ -25,13 +25,14 @@ inline constexpr std::array<std::string_view, 2> matcherEvents{"Notification", "
 /// The new content of a file that holds `current` (none when there is no file): one group of the program's
 /// own at the end of every event's list, in the place of earlier ones. A group that holds an own entry goes
 /// whole, foreign entries in it included. `"hooks"`, or an event's value under it, of the wrong type is
-/// replaced. `command` is the UTF-8 text of `HookScript::command`. The result ends in one line feed. Throws
+/// replaced. `command` is the UTF-8 text of `HookScript::command`. A document in which all of that is so
+/// already comes back byte for byte; any other is laid out anew and ends in one line feed. Throws
 /// ConfigEditError::unreadable unless `current` is a JSON object.
 [[nodiscard]] std::string install(std::optional<std::string_view> current, std::string_view command);
 
 /// `current` without the program's own entries, under whatever event they stand; groups, events and the
 /// `"hooks"` object that are empty then go too, also those that were empty before. Foreign entries of a group
-/// stay. A document without a `"hooks"` object comes back byte for byte; any other is laid out anew. Throws
+/// stay. A document without own entries comes back byte for byte; any other is laid out anew. Throws
 /// ConfigEditError::unreadable unless `current` is a JSON object.
 [[nodiscard]] std::string uninstall(std::string_view current);
 

@@ -40,7 +40,9 @@ std::string install(std::optional<std::string_view> config, const CorvanePaths& 
 
 std::string uninstall(std::string_view config) {
     requireUtf8(config);
-    return CodexConfigEditor::uninstall(config);
+    // Blank lines at the top of a file that is not ours are no business of ours.
+    return CodexConfigEditor::holdsOwnLines(config) ? CodexConfigEditor::uninstall(config)
+                                                    : std::string(config);
 }
 
 bool isInstalled(std::string_view config) {

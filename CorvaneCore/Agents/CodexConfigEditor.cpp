@@ -33,6 +33,10 @@ bool containsMarker(std::string_view line) {
     return line.find(HookScript::marker) != std::string_view::npos;
 }
 
+bool isOwn(std::string_view line) {
+    return containsMarker(line) || line == comment;
+}
+
 std::string ownLine(std::string_view hookPath) {
     std::string line = "notify = [\"";
     for (const char c : hookPath) {
@@ -83,13 +87,21 @@ std::string install(std::optional<std::string_view> text, std::string_view hookP
     return result;
 }
 
+bool holdsOwnLines(std::string_view text) {
+    std::optional<std::string_view> rest = splitByteOrderMark(text).second;
+    while (const std::optional<std::string_view> line = takeLine(rest)) {
+        if (isOwn(*line)) return true;
+    }
+    return false;
+}
+
 std::string uninstall(std::string_view text) {
     const auto [mark, body] = splitByteOrderMark(text);
     std::string kept;
     bool first = true;
     std::optional<std::string_view> rest = body;
     while (const std::optional<std::string_view> line = takeLine(rest)) {
-        if (containsMarker(*line) || *line == comment) continue;
+        if (isOwn(*line)) continue;
         if (!first) kept += '\n';
         first = false;
         kept += *line;

@@ -34,6 +34,10 @@ inline constexpr std::string_view comment =
 /// Throws ConfigEditError::codexNotifyTaken when another program has the line.
 [[nodiscard]] std::string install(std::optional<std::string_view> text, std::string_view hookPath);
 
+/// Whether `text` has a line that `uninstall` is to remove: with the marker, wherever it stands, or equal to
+/// the comment.
+[[nodiscard]] bool holdsOwnLines(std::string_view text);
+
 /// `text` without every line that holds the marker, wherever it stands, every line equal to the comment, and
 /// blank lines at the top. Gives back what `install` was given, unless that began with blank lines.
 [[nodiscard]] std::string uninstall(std::string_view text);

@@ -388,17 +388,16 @@ TEST(ClaudeSettingsEditor, groupsWithoutReadableEntriesAreForeignAndKept) {
         R"({"hooks":[]},{"hooks":[{}]},{"hooks":[{"command":7}]},)"
         R"({"hooks":["x",{"command":"Corvane/bin/corvane-hook"}]},)"
         R"({"command":"Corvane/bin/corvane-hook"}]}})";
-    const std::string foreign = ClaudeSettingsEditor::uninstall(before);
+    EXPECT_EQ(ClaudeSettingsEditor::uninstall(before), before);
     const std::string kept =
         R"({"hooks":{"Stop":[{},{"hooks":5},{"hooks":{"command":"Corvane/bin/corvane-hook"}},)"
         R"({"hooks":[]},{"hooks":[{}]},{"hooks":[{"command":7}]},)"
         R"({"hooks":["x",{"command":"Corvane/bin/corvane-hook"}]},)"
         R"({"command":"Corvane/bin/corvane-hook"}]}})";
-    std::string compact = foreign;
+    std::string compact = ClaudeSettingsEditor::uninstall(install(before));
     std::erase_if(compact, [](char c) { return c == ' ' || c == '\n'; });
     EXPECT_EQ(compact, kept);
     EXPECT_FALSE(ClaudeSettingsEditor::isInstalled(before));
-    EXPECT_EQ(ClaudeSettingsEditor::uninstall(install(before)), foreign);
 }
 
 TEST(ClaudeSettingsEditor, uninstallKeepsForeignEntriesOfAGroupThatInstallDropsWhole) {
@@ -438,9 +437,10 @@ TEST(ClaudeSettingsEditor, uninstallRemovesOwnEntriesUnderAnyEvent) {
 }
 
 TEST(ClaudeSettingsEditor, uninstallLeavesEventsThatAreNoArraysOfObjects) {
-    EXPECT_EQ(
-        ClaudeSettingsEditor::uninstall(R"({"hooks":{"A":5,"B":["x"],"C":{"d":[]},"E":[{},null],"F":null}})"),
-        R"({
+    EXPECT_EQ(ClaudeSettingsEditor::uninstall(
+                  R"({"hooks":{"A":5,"B":["x"],"C":{"d":[]},"E":[{},null],"F":null,)"
+                  R"("Stop":[{"hooks":[{"command":"/x/Corvane/bin/corvane-hook"}]}]}})"),
+              R"({
   "hooks": {
     "A": 5,
     "B": [
@@ -460,17 +460,39 @@ TEST(ClaudeSettingsEditor, uninstallLeavesEventsThatAreNoArraysOfObjects) {
 }
 
 TEST(ClaudeSettingsEditor, uninstallRemovesEmptyEventsAndAnEmptyHooksObject) {
-    EXPECT_EQ(ClaudeSettingsEditor::uninstall(R"({"hooks":{}})"), "{}\n");
-    EXPECT_EQ(ClaudeSettingsEditor::uninstall(R"({"hooks":{"Foreign":[]},"z":0})"), "{\n  \"z\": 0\n}\n");
+    const std::string own = R"("Stop":[{"hooks":[{"command":"/x/Corvane/bin/corvane-hook"}]}])";
+    EXPECT_EQ(ClaudeSettingsEditor::uninstall("{\"hooks\":{" + own + "}}"), "{}\n");
+    EXPECT_EQ(ClaudeSettingsEditor::uninstall(R"({"hooks":{"Foreign":[],)" + own + R"(},"z":0})"),
+              "{\n  \"z\": 0\n}\n");
 }
 
-TEST(ClaudeSettingsEditor, uninstallGivesDocumentsWithoutAHooksObjectBackByteForByte) {
+TEST(ClaudeSettingsEditor, uninstallGivesDocumentsWithoutOwnEntriesBackByteForByte) {
     for (const std::string_view before :
          {"", " \n", "{}", "{ \"b\" : 1,\r\n\"a\":[ ] }", R"({"hooks":5})", R"({"hooks":null })",
           R"({"hooks":[{"command":"Corvane/bin/corvane-hook"}]})", "\xEF\xBB\xBF{\"a\" : 1}", "\xEF\xBB\xBF",
-          R"({"hooks":{},"hooks":1 })"}) {
+          R"({"hooks":{},"hooks":1 })", R"({"z":1, "hooks" : {}, "a":"\ud83d"})",
+          R"({"hooks":{"Foreign":[],"Stop":[{"hooks":[{"type":"command","command":"say done"}]}]},"a":1})",
+          R"({"hooks":{"Stop":[{"hooks":[]},{"command":"Corvane/bin/corvane-hook"}]}})"}) {
         EXPECT_EQ(ClaudeSettingsEditor::uninstall(before), before);
     }
+}
+
+TEST(ClaudeSettingsEditor, installGivesADocumentWithEverythingInItsPlaceBackByteForByte) {
+    const std::string compact = [] {
+        std::string text = install(R"({"model":"opus","env":{}})");
+        std::erase(text, '\n');
+        text.insert(1, R"( "z" : 1.50,)");
+        return text;
+    }();
+    EXPECT_EQ(install(compact), compact);
+    EXPECT_EQ(install("\xEF\xBB\xBF" + compact), "\xEF\xBB\xBF" + compact);
+
+    std::string oneMissing = compact;
+    oneMissing.replace(oneMissing.find("SessionEnd"), 10, "SessionXnd");
+    EXPECT_NE(install(oneMissing), oneMissing);
+    std::string moved = compact;
+    moved.replace(moved.find("/Users/ada"), 10, "/Users/bob");
+    EXPECT_NE(install(moved), moved);
 }
 
 TEST(ClaudeSettingsEditor, isInstalledOnlyWhenAllFiveEventsHaveAnOwnGroup) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Agents/AgentKind.h"
 #include "Agents/ClaudeSettingsEditor.h"
 #include "Agents/CodexConfigEditor.h"
 #include "Agents/ConfigEditError.h"
 #include "Core/Agents/PlainJson.h"
+#include "Support/Text.h"
 
 #include <optional>
 #include <sstream>
@@ -44,20 +46,26 @@ inline Verdict checkSettings(std::string_view bytes) {
     const std::optional<plain::Value> after = plain::settings(installed);
     if (!after || !plain::equal(*after, plain::afterInstall(*before, command)))
         return "install: wrong document";
-    if (!installed.ends_with("}\n") || installed.ends_with("\n\n")) return "install: wrong end";
+    if (plain::equal(*after, *before)) {
+        if (installed != bytes) return "install: laid a document out anew without a change";
+    } else if (!installed.ends_with("}\n") || installed.ends_with("\n\n")) {
+        return "install: wrong end";
+    }
     if (ClaudeSettingsEditor::install(installed, command) != installed)
         return "a second install changes something";
     if (!ClaudeSettingsEditor::isInstalled(installed)) return "not installed after install";
 
     const std::string removed = ClaudeSettingsEditor::uninstall(installed);
     const std::optional<plain::Value> rest = plain::settings(removed);
-    const plain::Value expected = plain::afterUninstall(plain::foreignAfterInstall(*before));
+    const plain::Value expected = plain::afterUninstall(plain::afterInstall(*before, command));
     if (!rest || !plain::equal(*rest, expected)) return "install and uninstall: wrong document";
     if (ClaudeSettingsEditor::isInstalled(removed)) return "installed after uninstall";
 
     const std::string direct = ClaudeSettingsEditor::uninstall(bytes);
     const std::optional<plain::Value> left = plain::settings(direct);
     if (!left || !plain::equal(*left, plain::afterUninstall(*before))) return "uninstall: wrong document";
+    if (!plain::holdsOwnEntries(*before) && direct != bytes)
+        return "uninstall: laid a document without own entries out anew";
     if (ClaudeSettingsEditor::uninstall(direct) != direct) return "a second uninstall changes something";
     return std::nullopt;
 }
@@ -100,6 +108,11 @@ inline Verdict checkCodexConfig(std::string_view text, std::string_view hookPath
     if (!CodexConfigEditor::isInstalled(installed)) return "not installed after install";
     if (CodexConfigEditor::install(installed, hookPath) != installed)
         return "a second install changes something";
+    const bool ownTraces = text.find(marker) != std::string_view::npos ||
+                           text.find(CodexConfigEditor::comment) != std::string_view::npos;
+    if (!ownTraces && corvane::text::isUtf8(text) && AgentKind::codex.descriptor().uninstall(text) != text) {
+        return "uninstall changed a text without own lines";
+    }
     const std::string removed = CodexConfigEditor::uninstall(installed);
     if (CodexConfigEditor::isInstalled(removed)) return "installed after uninstall";
     // Lines that went from the top may uncover a byte-order mark, which is then no part of a line any more.
@@ -114,8 +127,6 @@ inline Verdict checkCodexConfig(std::string_view text, std::string_view hookPath
         return "install changed the old text";
     }
     const bool blankFirst = text.starts_with('\n') || text.starts_with("\xEF\xBB\xBF\n");
-    const bool ownTraces = text.find(marker) != std::string_view::npos ||
-                           text.find(CodexConfigEditor::comment) != std::string_view::npos;
     if (!blankFirst && !ownTraces && removed != text)
         return "install and uninstall do not give the text back";
 

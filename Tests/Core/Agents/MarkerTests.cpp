@@ -1,6 +1,7 @@
 #include "Agents/ClaudeSettingsEditor.h"
 #include "Agents/CodexConfigEditor.h"
 #include "Agents/ConfigEditError.h"
+#include "Support/Json.h"
 
 #include <gtest/gtest.h>
 
@@ -35,8 +36,8 @@ TEST(ClaudeSettingsEditor, knowsItsOwnEntriesByTheWholeMarkerOnly) {
         const std::string installed =
             ClaudeSettingsEditor::install(before, "\"/h/Corvane/bin/corvane-hook\" claude");
         EXPECT_TRUE(ClaudeSettingsEditor::isInstalled(installed)) << program;
-        EXPECT_EQ(ClaudeSettingsEditor::uninstall(installed), ClaudeSettingsEditor::uninstall(before))
-            << program;
+        EXPECT_EQ(ClaudeSettingsEditor::uninstall(before), before) << program;
+        EXPECT_EQ(Json::parse(ClaudeSettingsEditor::uninstall(installed)), Json::parse(before)) << program;
         for (std::size_t at = 0, i = 0; i < ClaudeSettingsEditor::events.size(); ++i) {
             at = installed.find(std::string(program) + " claude", at);
             ASSERT_NE(at, std::string::npos) << program << " was lost from " << installed;

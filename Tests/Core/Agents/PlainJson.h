@@ -360,10 +360,19 @@ inline Value foreignAfterInstall(Value document) {
     return document;
 }
 
+inline bool holdsOwnEntries(const Value& document) {
+    const Value* hooks = document.member("hooks");
+    return hooks != nullptr && hooks->type == 'o' &&
+           std::any_of(hooks->members.begin(), hooks->members.end(), [](const auto& event) {
+               const std::vector<Value>& groups = event.second.elements;
+               return isListOfObjects(&event.second) && std::any_of(groups.begin(), groups.end(), isOwnGroup);
+           });
+}
+
 /// What an uninstall must leave of `document`.
 inline Value afterUninstall(Value document) {
+    if (!holdsOwnEntries(document)) return document;
     const Value* found = document.member("hooks");
-    if (found == nullptr || found->type != 'o') return document;
     Value hooks;
     hooks.type = 'o';
     for (auto [event, value] : found->members) {

@@ -239,12 +239,17 @@ TEST_F(AgentConnectorTest, disconnectOfAMissingFileCreatesNothing) {
 }
 
 TEST_F(AgentConnectorTest, disconnectWritesNothingWhereNothingIsItsOwn) {
-    writeFile(claudeFile, "{ \"a\" : 1}");
-    writeFile(codexFile, "a = 1\n");
-    for (const AgentKind kind : AgentKind::allCases) {
-        const files::FileState before = files::state(connector.configFile(kind));
-        connector.disconnect(kind);
-        EXPECT_EQ(files::state(connector.configFile(kind)), before);
+    for (const auto& [claude, codex] :
+         {std::pair("{ \"a\" : 1}", "a = 1\n"),
+          std::pair(R"({"z":1, "hooks":{"Stop":[{"hooks":[{"command":"say done"}]}],"X":[]},"a":2})",
+                    "\n\n# mine\nnotify = [\"other\"]\n")}) {
+        writeFile(claudeFile, claude);
+        writeFile(codexFile, codex);
+        for (const AgentKind kind : AgentKind::allCases) {
+            const files::FileState before = files::state(connector.configFile(kind));
+            connector.disconnect(kind);
+            EXPECT_EQ(files::state(connector.configFile(kind)), before);
+        }
     }
 }
 

@@ -18,9 +18,9 @@ namespace {
 using corvane::AgentEvent;
 using corvane::EventPayload;
 
-constexpr std::array<std::string_view, 8> names{
-    "hook_event_name", "notification_type",     "message", "cwd", "session_id", "type",
-    "thread-id",       "last-assistant-message"};
+constexpr std::array<std::string_view, 9> names{
+    "hook_event_name", "notification_type",      "message",       "cwd", "session_id", "type",
+    "thread-id",       "last-assistant-message", "input-messages"};
 
 void require(bool condition, const char* what) {
     if (condition) return;
@@ -39,6 +39,9 @@ void checkPayload(std::string_view json) {
     for (const std::string_view name : names) {
         require(payload.string(name) == (readable ? expected->string(std::string(name)) : std::nullopt),
                 "values differ");
+        require(payload.firstString(name) ==
+                    (readable ? expected->firstString(std::string(name)) : std::nullopt),
+                "first elements differ");
     }
 }
 

@@ -12,10 +12,23 @@ namespace corvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> payloadNames{"type", "cwd", "thread-id", "last-assistant-message"};
+constexpr std::array<std::string_view, 5> payloadNames{"type", "cwd", "thread-id", "last-assistant-message",
+                                                       "input-messages"};
+
+/// Whether a turn is that of the hidden thread in which Codex 0.169's terminal interface lets a model title
+/// the task: it notifies for that too, about a second after the prompt, while the agent still works on it.
+/// Nothing in the payload marks such a thread but its only input, fixed instructions with the user's prompt
+/// in the last paragraph. A prompt of the user's own that merely contains these words is none.
+bool isTitleTurn(const EventPayload& payload) {
+    constexpr std::string_view instructions = "Generate a concise, single-line task title";
+    constexpr std::string_view lastParagraph = "\n\nUser prompt:\n";
+    const std::optional<std::string> input = payload.firstString("input-messages");
+    return input && input->starts_with(instructions) && input->find(lastParagraph) != std::string::npos;
+}
 
 std::optional<AgentReport> report(const EventPayload& payload) {
     if (payload.string("type") != "agent-turn-complete") return std::nullopt;
+    if (isTitleTurn(payload)) return std::nullopt;
     return AgentReport{EventKind::finished, payload.string("thread-id"), payload.string("cwd").value_or(""),
                        payload.string("last-assistant-message").value_or("")};
 }

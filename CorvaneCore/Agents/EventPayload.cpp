@@ -102,7 +102,7 @@ EventPayload::~EventPayload() = default;
 bool EventPayload::read(std::string_view json, std::span<const std::string_view> names) {
     members_.clear();
     for (const std::string_view name : names)
-        members_.push_back({name, std::nullopt});
+        members_.push_back({name, std::nullopt, std::nullopt});
     if (readDocument(json)) return true;
     members_.clear();
     return false;
@@ -124,16 +124,21 @@ bool EventPayload::readDocument(std::string_view json) {
         const std::string_view name = nameLiteral(field);
         const std::string_view value = field.value().raw_json_token();
         if (!jsontokens::hasValidEscapes(name) || !isValidValue(field.value(), 1)) return false;
-        remember(name, value.front() == '"' ? std::optional(stringLiteral(value)) : std::nullopt);
+        remember(name, value, json);
     }
     const bool nothingFollows = document.current_location().error() == simdjson::OUT_OF_BOUNDS;
     return nothingFollows;
 }
 
-void EventPayload::remember(std::string_view nameLiteral, std::optional<std::string_view> valueLiteral) {
-    const auto rememberAs = [this, valueLiteral](std::string_view name) {
+void EventPayload::remember(std::string_view nameLiteral, std::string_view valueToken,
+                            std::string_view json) {
+    const auto rememberAs = [this, valueToken, json](std::string_view name) {
         const auto found = std::ranges::find(members_, name, &Member::name);
-        if (found != members_.end()) found->literal = valueLiteral;
+        if (found == members_.end()) return;
+        *found = {found->name, std::nullopt, std::nullopt};
+        if (valueToken.front() == '"') found->literal = stringLiteral(valueToken);
+        if (valueToken.front() == '[')
+            found->elements = json.substr(static_cast<std::size_t>(valueToken.data() + 1 - json.data()));
     };
     if (nameLiteral.find('\\') == std::string_view::npos) {
         rememberAs(nameLiteral);
@@ -146,6 +151,19 @@ std::optional<std::string> EventPayload::string(std::string_view name) const {
     const auto found = std::ranges::find(members_, name, &Member::name);
     if (found == members_.end() || !found->literal) return std::nullopt;
     return jsontokens::unescaped(*found->literal);
+}
+
+std::optional<std::string> EventPayload::firstString(std::string_view name) const {
+    const auto found = std::ranges::find(members_, name, &Member::name);
+    if (found == members_.end() || !found->elements) return std::nullopt;
+    // The document is valid: a quote here begins an element, and another one ends it.
+    const std::size_t quote = found->elements->find_first_not_of(" \t\n\r");
+    if ((*found->elements)[quote] != '"') return std::nullopt;
+    const std::size_t begin = quote + 1;
+    std::size_t end = found->elements->find_first_of("\"\\", begin);
+    while ((*found->elements)[end] == '\\')
+        end = found->elements->find_first_of("\"\\", end + 2);
+    return jsontokens::unescaped(found->elements->substr(begin, end - begin));
 }
 
 } // namespace corvane

@@ -50,15 +50,20 @@ class EventPayload {
     /// missing or is not a string.
     [[nodiscard]] std::optional<std::string> string(std::string_view name) const;
 
+    /// The first element of the top-level array `name`, one of the names given to `read()`; none when the
+    /// member is missing, is not an array or does not begin with a string.
+    [[nodiscard]] std::optional<std::string> firstString(std::string_view name) const;
+
   private:
     struct Member {
         std::string_view name;
-        std::optional<std::string_view> literal; // what stands between the quotes, escapes included
+        std::optional<std::string_view> literal;  // what stands between the quotes, escapes included
+        std::optional<std::string_view> elements; // what follows an array's opening bracket
     };
     struct Parser; // keeps the library's large header out of this one
 
     bool readDocument(std::string_view json);
-    void remember(std::string_view nameLiteral, std::optional<std::string_view> valueLiteral);
+    void remember(std::string_view nameLiteral, std::string_view valueToken, std::string_view json);
 
     std::unique_ptr<Parser> parser_;
     std::vector<Member> members_;

@@ -28,6 +28,9 @@ class Reading {
     [[nodiscard]] std::optional<std::string> string(std::string_view name) const {
         return payload_.string(name);
     }
+    [[nodiscard]] std::optional<std::string> firstString(std::string_view name) const {
+        return payload_.firstString(name);
+    }
 
   private:
     std::string padded_;
@@ -82,9 +85,6 @@ const std::vector<std::string>& validDocuments() {
         R"({"a":"\"\\\/\b\f\n\r\t"})",
         R"({"a":"\u0000\u001F\u00e4\uFFFF\ud83D\uDE00"})",
         R"({"a":"\\ud800"})",
-        R"({"a":"\\\\"})",
-        R"({"a\n\u0061\"":1})",
-        R"({"a":"/ \u2028 {}[]:,"})",
         R"({"a":"\ud800"})",
         R"({"a":"\udbff "})",
         R"({"a":"\udc00"})",
@@ -97,6 +97,9 @@ const std::vector<std::string>& validDocuments() {
         R"({"a":"\udc00\ud800"})",
         R"({"a":"\ud83dx\ude00"})",
         R"({"\ud800":1,"a":[{"b":["\uDFFF"]}]})",
+        R"({"a":"\\\\"})",
+        R"({"a\n\u0061\"":1})",
+        R"({"a":"/ \u2028 {}[]:,"})",
         "{\"a\":\"\x7F \xC2\x80 \xEF\xBF\xBF \xF4\x8F\xBF\xBF\"}",
         "{\"a\":\"\xEF\xBB\xBF\"}",
     };
@@ -209,11 +212,31 @@ TEST(EventPayload, resolvesEscapesInValuesAndNames) {
     EXPECT_EQ(Reading(R"({"cwd":"\u0024\u00e4\u20aC\ud83D\udE00\ud800\udc00\udbff\udfff\ud7ff\ue000"})")
                   .string("cwd"),
               "$ä€😀\xF0\x90\x80\x80\xF4\x8F\xBF\xBF\xED\x9F\xBF\xEE\x80\x80");
+    EXPECT_EQ(Reading(R"({"cwd":"\ud83d \uDE00\ud800\ue000\ud800\ud83d\ude00\udbff"})").string("cwd"),
+              "\uFFFD \uFFFD\uFFFD\uE000\uFFFD😀\uFFFD");
     EXPECT_EQ(Reading(R"({"cwd":"a\u0000b"})").string("cwd"), std::string("a\0b", 3));
     EXPECT_EQ(Reading("{\"cwd\":\"\xC3\xA4 \xF0\x9F\x98\x80\"}").string("cwd"), "ä 😀");
     EXPECT_EQ(Reading(R"({"cwd":""})").string("cwd"), "");
-    EXPECT_EQ(Reading(R"({"cwd":"\ud83d \uDE00\ud800\ue000\ud800\ud83d\ude00\udbff"})").string("cwd"),
-              "\uFFFD \uFFFD\uFFFD\uE000\uFFFD😀\uFFFD");
+}
+
+TEST(EventPayload, givesTheFirstElementOfAnArrayOfStrings) {
+    const auto first = [](std::string_view value) {
+        return Reading(R"({"cwd":)" + std::string(value) + R"(,"message":["no"]})").firstString("cwd");
+    };
+    EXPECT_EQ(first(R"(["a","b"])"), "a");
+    EXPECT_EQ(first(" [ \t\r\n\"a\" , 1 ] "), "a");
+    EXPECT_EQ(first(R"(["\\\"\u00e4\n]","b"])"), "\\\"ä\n]");
+    EXPECT_EQ(first(R"([""])"), "");
+    EXPECT_EQ(first(R"(["\\"])"), "\\");
+    for (const std::string_view other : {"[]", "[ ]", R"([1,"a"])", R"([["a"]])", R"([null])",
+                                         R"([{"a":"b"}])", R"("a")", R"({"a":["b"]})", "1", "null"}) {
+        EXPECT_EQ(first(other), std::nullopt) << other;
+    }
+    EXPECT_EQ(Reading(R"({"cwd":["a"]})").string("cwd"), std::nullopt);
+    EXPECT_EQ(Reading(R"({"cwd":["a"],"cwd":["b"]})").firstString("cwd"), "b");
+    EXPECT_EQ(Reading(R"({"cwd":["a"],"cwd":"b"})").firstString("cwd"), std::nullopt);
+    EXPECT_EQ(Reading(R"({"message":"a"})").firstString("cwd"), std::nullopt);
+    EXPECT_EQ(Reading(R"({"cwd":["a"],})").firstString("cwd"), std::nullopt);
 }
 
 TEST(EventPayload, countsTheLastOfDoubledNamesWhateverItsType) {

@@ -299,6 +299,37 @@ TEST(AgentEvent, takesTheLastOfDoubledNames) {
     EXPECT_EQ(event->sessionID, "/b") << "a last value that is not a string counts as none";
 }
 
+TEST(AgentEvent, leavesTheThreadOutInWhichCodexTitlesATask) {
+    const std::string_view shape = "Generate a concise, single-line task title of at most 36 characters.";
+    const auto hasEvent = [](std::string_view messages) {
+        return parseCodex(R"({"type":"agent-turn-complete","thread-id":"t","input-messages":)" +
+                          std::string(messages) + "}")
+            .has_value();
+    };
+    const auto quoted = [](std::string_view text) { return "[\"" + std::string(text) + "\"]"; };
+    EXPECT_FALSE(hasEvent(quoted(std::string(shape) + R"(\n\nUser prompt:\nmend the test)")));
+
+    // What users may type themselves.
+    EXPECT_TRUE(hasEvent(quoted(shape)));
+    EXPECT_TRUE(hasEvent(quoted("Explain: " + std::string(shape) + R"(\n\nUser prompt:\nmend the test)")));
+    EXPECT_TRUE(
+        hasEvent(R"(["mend the test",)" + quoted(std::string(shape) + R"(\n\nUser prompt:\nx)").substr(1)));
+    EXPECT_TRUE(hasEvent(R"(["User prompt:"])"));
+    EXPECT_TRUE(hasEvent("[]"));
+    EXPECT_TRUE(hasEvent(R"([7])"));
+    EXPECT_TRUE(hasEvent("null"));
+}
+
+TEST(AgentEvent, isNotLostToHalfOfASurrogatePair) {
+    const auto event = parseClaude(
+        R"({"hook_event_name":"Notification","notification_type":"idle_prompt","cwd":"/w/\ud83d",)"
+        R"("session_id":"s","message":"cut \ud83d","tool":{"\udc00":["\ud800\ue000"]}})");
+    ASSERT_TRUE(event);
+    EXPECT_EQ(event->message, "cut \uFFFD");
+    EXPECT_EQ(event->cwd, "/w/\uFFFD");
+    EXPECT_TRUE(parseCodex(R"({"type":"agent-turn-complete","input-messages":["\ude00"]})"));
+}
+
 struct SampleRow {
     std::string_view file;
     AgentKind source;
@@ -318,7 +349,7 @@ TEST(AgentEvent, readsWhatTheAgentsReallySent) {
         {"claude-UserPromptSubmit.json", AgentKind::claude, EventKind::running},
         {"codex-agent-turn-complete-codex-tui.json", AgentKind::codex, EventKind::finished},
         {"codex-agent-turn-complete-codex_exec.json", AgentKind::codex, EventKind::finished},
-        {"codex-agent-turn-complete-title.json", AgentKind::codex, EventKind::finished},
+        {"codex-agent-turn-complete-title.json", AgentKind::codex, std::nullopt},
     };
     for (const SampleRow& row : rows) {
         const std::string payload = corvane::test::testData("agent-payloads/" + std::string(row.file));

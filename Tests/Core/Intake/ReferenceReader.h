@@ -20,6 +20,7 @@ namespace corvane::test {
 class ReferenceListener : public nlohmann::json_sax<nlohmann::json> {
   public:
     std::map<std::string, std::optional<std::string>> members; // none for values that are no strings
+    std::map<std::string, std::string> firstStrings;           // of arrays that begin with one
     bool topIsObject = false;
     bool numberTooLarge = false;
     std::size_t deepest = 0;
@@ -31,13 +32,20 @@ class ReferenceListener : public nlohmann::json_sax<nlohmann::json> {
     bool number_float(number_float_t /*value*/, const string_t& /*text*/) override {
         return value(std::nullopt);
     }
-    bool string(string_t& text) override { return value(text); }
+    bool string(string_t& text) override {
+        if (depth_ == 2 && atArrayBegin_) firstStrings[name_] = text;
+        return value(text);
+    }
     bool binary(binary_t& /*value*/) override { return false; }
     bool start_object(std::size_t /*count*/) override {
         topIsObject = topIsObject || depth_ == 0;
         return open();
     }
-    bool start_array(std::size_t /*count*/) override { return open(); }
+    bool start_array(std::size_t /*count*/) override {
+        open();
+        atArrayBegin_ = true;
+        return true;
+    }
     bool end_object() override { return close(); }
     bool end_array() override { return close(); }
     bool key(string_t& name) override {
@@ -52,7 +60,11 @@ class ReferenceListener : public nlohmann::json_sax<nlohmann::json> {
 
   private:
     bool value(std::optional<std::string> text) {
-        if (depth_ == 1) members[name_] = std::move(text);
+        atArrayBegin_ = false;
+        if (depth_ == 1) {
+            members[name_] = std::move(text);
+            firstStrings.erase(name_);
+        }
         return true;
     }
     bool open() {
@@ -61,28 +73,16 @@ class ReferenceListener : public nlohmann::json_sax<nlohmann::json> {
         return true;
     }
     bool close() {
+        atArrayBegin_ = false;
         --depth_;
         return true;
     }
 
     std::size_t depth_ = 0;
     std::string name_;
+    bool atArrayBegin_ = false;
 };
 
-struct ReferenceObject {
-    bool readable = false;
-    std::map<std::string, std::optional<std::string>> members;
-
-    [[nodiscard]] std::optional<std::string> string(const std::string& name) const {
-        const auto found = members.find(name);
-        return found == members.end() ? std::nullopt : found->second;
-    }
-};
-
-/// None when the other parser has no say: it refuses numbers that no double can hold.
-inline std::optional<ReferenceObject> referenceObject(std::string_view json) {
-    // The other parser passes over a byte-order mark and takes a zero byte for the end.
-    if (json.starts_with("\xEF\xBB\xBF") || json.find('\0') != std::string_view::npos)
 /// `json` with the escape of U+FFFD in place of each escape of half a surrogate pair without the other half,
 /// which the other parser refuses. A backslash outside a string is an error before and after.
 inline std::string withoutLoneSurrogates(std::string_view json) {
@@ -112,13 +112,32 @@ inline std::string withoutLoneSurrogates(std::string_view json) {
     return result;
 }
 
+struct ReferenceObject {
+    bool readable = false;
+    std::map<std::string, std::optional<std::string>> members;
+    std::map<std::string, std::string> firstStrings;
+
+    [[nodiscard]] std::optional<std::string> string(const std::string& name) const {
+        const auto found = members.find(name);
+        return found == members.end() ? std::nullopt : found->second;
+    }
+    [[nodiscard]] std::optional<std::string> firstString(const std::string& name) const {
+        const auto found = firstStrings.find(name);
+        return found == firstStrings.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+/// None when the other parser has no say: it refuses numbers that no double can hold.
+inline std::optional<ReferenceObject> referenceObject(std::string_view json) {
+    // The other parser passes over a byte-order mark and takes a zero byte for the end.
+    if (json.starts_with("\xEF\xBB\xBF") || json.find('\0') != std::string_view::npos)
         return ReferenceObject{};
     ReferenceListener listener;
     const bool accepted = nlohmann::json::sax_parse(withoutLoneSurrogates(json), &listener);
     if (listener.numberTooLarge) return std::nullopt;
     if (!accepted || !listener.topIsObject || listener.deepest > EventPayload::maxDepth)
         return ReferenceObject{};
-    return ReferenceObject{true, listener.members};
+    return ReferenceObject{true, listener.members, listener.firstStrings};
 }
 
 inline std::optional<EventKind> referenceKind(const ReferenceObject& object) {
@@ -189,6 +208,10 @@ inline std::optional<std::optional<AgentEvent>> referenceEvent(std::string_view 
         return event;
     }
     if (header["source"] == "codex" && object->string("type") == "agent-turn-complete") {
+        const std::string input = object->firstString("input-messages").value_or("");
+        const bool isTitle = input.rfind("Generate a concise, single-line task title", 0) == 0 &&
+                             input.find("\n\nUser prompt:\n") != std::string::npos;
+        if (isTitle) return nothing;
         event.source = AgentKind::codex;
         event.kind = EventKind::finished;
         event.sessionID = object->string("thread-id").value_or(event.cwd);

@@ -58,6 +58,7 @@ AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& ba
         if (self) self->snooze(session);
     };
     refreshConnections();
+    repairHook();
     start();
 }
 
@@ -65,6 +66,16 @@ AppModel::~AppModel() = default;
 
 void AppModel::start() {
     scheduleTick(std::chrono::milliseconds(0));
+}
+
+void AppModel::repairHook() {
+    if (std::ranges::none_of(agents_, [this](AgentKind agent) { return connected_.at(agent); })) return;
+    try {
+        connector_.repairHook();
+    } catch (const std::exception& error) {
+        connectError_ = filled(tr("Couldn't repair the hook that connected agents call: %1").toStdString(),
+                               {localizedDescription(error)});
+    }
 }
 
 void AppModel::scheduleTick(std::chrono::milliseconds delay) {

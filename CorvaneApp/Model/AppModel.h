@@ -33,9 +33,9 @@ class AppModel : public QObject {
     static constexpr std::string_view preferencesKey = "alertPreferences";
     static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
 
-    /// Loads the stored settings, asks which agents are connected and starts the loop, whose first pass runs
-    /// as soon as the event loop does. `defaults`, `banners`, whose callbacks become the model's, what
-    /// `services` refers to and `agents` must outlive the model.
+    /// Loads the stored settings, asks which agents are connected, repairs the hook that these call and
+    /// starts the loop, whose first pass runs as soon as the event loop does. `defaults`, `banners`, whose
+    /// callbacks become the model's, what `services` refers to and `agents` must outlive the model.
     AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners,
              const PlatformServices& services, AgentKinds agents = AgentKind::allCases);
     ~AppModel() override;
@@ -47,8 +47,8 @@ class AppModel : public QObject {
     [[nodiscard]] const std::unordered_map<AgentKind, bool>& connected() const { return connected_; }
     /// The backup that the last successful connect made, if it had to make one.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
-    /// What went wrong in the last connect, disconnect or change of the login item, in words for the user;
-    /// none after a success.
+    /// What went wrong in the last connect, disconnect or change of the login item, or in repairing the hook
+    /// at the start, in words for the user; none after a success.
     [[nodiscard]] const std::optional<std::string>& connectError() const { return connectError_; }
     /// The time of the last pass of the loop; everything that depends on the time uses it.
     [[nodiscard]] Date now() const { return now_; }
@@ -97,6 +97,8 @@ class AppModel : public QObject {
 
   private:
     void start();
+    /// Connected means working: the hook program may have gone with the support folder.
+    void repairHook();
     void scheduleTick(std::chrono::milliseconds delay);
     void tick();
     void perform(const BoardEffect& effect);

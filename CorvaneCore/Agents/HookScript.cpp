@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace corvane::HookScript {
 
@@ -40,6 +41,15 @@ void install(const CorvanePaths& paths) {
 
     if (chmod(program.c_str(), 0755) != 0) {
         throw files::FileError(files::FileError::Operation::write, program, errno);
+    }
+}
+
+bool isInstalled(const CorvanePaths& paths) noexcept {
+    try {
+        const std::filesystem::path program = paths.hookScript();
+        return files::read(program).bytes == contents && access(program.c_str(), X_OK) == 0;
+    } catch (...) {
+        return false;
     }
 }
 

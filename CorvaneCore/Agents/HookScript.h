@@ -19,6 +19,9 @@ inline constexpr std::string_view marker = "Corvane/bin/corvane-hook";
 /// Replaces an earlier one atomically. Throws the file system's error.
 void install(const CorvanePaths& paths);
 
+/// Whether the program is there, has these contents and may be run. Never throws.
+[[nodiscard]] bool isInstalled(const CorvanePaths& paths) noexcept;
+
 /// The command line with which `agent` calls the program: its path in double quotes, a space, the raw value.
 [[nodiscard]] std::string command(AgentKind agent, const CorvanePaths& paths);
 

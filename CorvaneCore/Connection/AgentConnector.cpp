@@ -125,6 +125,10 @@ std::optional<fs::path> AgentConnector::connect(AgentKind kind, Date now) const 
     throwKeepsChanging(file);
 }
 
+void AgentConnector::repairHook() const {
+    if (!HookScript::isInstalled(paths_)) HookScript::install(paths_);
+}
+
 void AgentConnector::disconnect(AgentKind kind) const {
     const fs::path file = configFile(kind);
     for (int i = 0; i < attempts; ++i) {

@@ -51,6 +51,10 @@ class AgentConnector {
     /// file.
     [[nodiscard]] std::optional<std::filesystem::path> connect(AgentKind kind, Date now) const;
 
+    /// Writes the hook program again where it is missing, changed or may not be run. An agent that is
+    /// connected would otherwise call nothing.
+    void repairHook() const;
+
     /// Takes the application's own entries out of the agent's file, without a backup. Does nothing when the
     /// file is missing or cannot be read. The hook program stays.
     void disconnect(AgentKind kind) const;

@@ -1,3 +1,4 @@
+#include "Agents/HookScript.h"
 #include "App/Support/AppModelSupport.h"
 #include "BannerViews.h"
 
@@ -166,6 +167,31 @@ TEST_F(AppModelTest, aFailedRemovalIsToldWithItsReason) {
     ASSERT_TRUE(model().connectError().has_value());
     EXPECT_TRUE(model().connectError()->starts_with("Couldn't remove Corvane from Claude: "))
         << *model().connectError();
+}
+
+TEST_F(AppModelTest, atTheStartTheHookOfAConnectedAgentIsRepaired) {
+    ASSERT_FALSE(AgentConnector(home_.path(), paths_).connect(AgentKind::claude, platform_.time.now()));
+    std::filesystem::remove_all(paths_.support);
+    model();
+    EXPECT_EQ(test::fileBytes(paths_.hookScript()), HookScript::contents);
+    EXPECT_EQ(model().connectError(), std::nullopt);
+}
+
+TEST_F(AppModelTest, atTheStartNoHookIsWrittenForAgentsThatAreNotConnected) {
+    model();
+    EXPECT_FALSE(std::filesystem::exists(paths_.hookScript()));
+}
+
+TEST_F(AppModelTest, aRepairThatFailsIsToldUntilTheNextSuccess) {
+    ASSERT_FALSE(AgentConnector(home_.path(), paths_).connect(AgentKind::claude, platform_.time.now()));
+    std::filesystem::remove_all(paths_.support);
+    test::writeFile(paths_.support, "in the way");
+    ASSERT_TRUE(model().connectError().has_value());
+    EXPECT_TRUE(model().connectError()->starts_with("Couldn't repair the hook that connected agents call: "))
+        << *model().connectError();
+    std::filesystem::remove(paths_.support);
+    model().connectAgent(AgentKind::claude);
+    EXPECT_EQ(model().connectError(), std::nullopt);
 }
 
 TEST_F(AppModelTest, everyChangeIsSignalled) {

@@ -46,8 +46,9 @@ extern NSNotificationName NSApplicationDidChangeScreenParametersNotification;
 - (NSApplicationActivationPolicy)activationPolicy;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activate API_AVAILABLE(macos(14.0));
-- (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps
-    API_DEPRECATED_IN(14.0, "the system decides which application is active");
+// Announced to be deprecated one day, which compilers keep to themselves until then.
+- (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
+- (void)yieldActivationToApplication:(NSRunningApplication*)application API_AVAILABLE(macos(14.0));
 @property(nullable, strong) NSAppearance* appearance API_AVAILABLE(macos(10.14));
 @property(readonly, strong) NSAppearance* effectiveAppearance API_AVAILABLE(macos(10.14));
 @end

@@ -47,9 +47,8 @@ API_AVAILABLE(macos(11.0))
            drawingHandler:(BOOL (^)(NSRect dstRect))drawingHandler API_AVAILABLE(macos(10.8));
 - (instancetype)initWithCGImage:(CGImageRef)cgImage size:(NSSize)size API_AVAILABLE(macos(10.6));
 @property NSSize size;
-// A property, whose name C++ does not let through.
-- (BOOL)isTemplate;
-- (void)setTemplate:(BOOL)isTemplate;
+// Under another name, since C++ keeps this one for itself.
+@property(getter=isTemplate, setter=setTemplate:) BOOL _template;
 - (void)drawInRect:(NSRect)rect API_AVAILABLE(macos(10.9));
 @end
 

@@ -38,8 +38,8 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 
 @interface NSView : NSResponder <NSAccessibility>
 - (instancetype)initWithFrame:(NSRect)frameRect;
-@property(nullable, readonly, assign) NSWindow* window;
-@property(nullable, readonly, assign) NSView* superview;
+@property(nullable, readonly, unsafe_unretained) NSWindow* window;
+@property(nullable, readonly, unsafe_unretained) NSView* superview;
 @property(copy) NSArray<__kindof NSView*>* subviews;
 @property NSRect frame;
 @property NSRect bounds;

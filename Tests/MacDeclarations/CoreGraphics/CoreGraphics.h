@@ -35,10 +35,10 @@ enum __attribute__((flag_enum)) : CGBitmapInfo {
     kCGBitmapByteOrder32Big = (4 << 12),
 };
 
-extern "C" {
-// A constant by the processor's byte order, which is that of all processors that macOS runs on.
-#define kCGBitmapByteOrder32Host kCGBitmapByteOrder32Little
+// By the processor's byte order, which is that of all processors that macOS runs on.
+static const CGBitmapInfo kCGBitmapByteOrder32Host = kCGBitmapByteOrder32Little;
 
+extern "C" {
 extern const CFStringRef _Nonnull kCGColorSpaceSRGB;
 
 CGColorSpaceRef _Nullable CGColorSpaceCreateWithName(CFStringRef _Nullable name);

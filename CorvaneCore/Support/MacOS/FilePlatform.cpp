@@ -27,12 +27,15 @@ bool copyAttributes(const std::filesystem::path& from, int descriptor) {
     const FileDescriptor source(open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!source.isOpen()) return true;
     static_cast<void>(fcopyfile(source.number(), descriptor, nullptr, COPYFILE_XATTR));
-    // Access-control lists only add to or take from the mode for named users; without one there is nothing to
-    // keep.
+    // Access-control lists add to or take from the mode for named users.
     bool accessKept = true;
     if (acl_t list = acl_get_fd_np(source.number(), ACL_TYPE_EXTENDED)) {
         accessKept = acl_set_fd_np(descriptor, list, ACL_TYPE_EXTENDED) == 0;
         acl_free(list);
+    } else if (acl_t empty = acl_init(0)) {
+        // The folder may hand entries of its own down to new files. A file system without lists refuses this.
+        static_cast<void>(acl_set_fd_np(descriptor, empty, ACL_TYPE_EXTENDED));
+        acl_free(empty);
     }
     return accessKept;
 }

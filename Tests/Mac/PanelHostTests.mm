@@ -4,10 +4,12 @@
 #include "Platform/MacOS/PanelHost.h"
 #include "Platform/MacOS/Screens.h"
 
+#include <QResizeEvent>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
 #import <AppKit/AppKit.h>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -65,14 +67,43 @@ TEST_F(MacPanelHostTest, followsTheWindowOffTheScreenAndBack) {
     EXPECT_EQ(frame(), QRect(120, 70, 340, 300));
 }
 
-TEST_F(MacPanelHostTest, growsInPlace) {
+/// The sizes that a widget is given, one after the other.
+class Sizes : public QObject {
+  public:
+    explicit Sizes(QWidget& widget) { widget.installEventFilter(this); }
+    std::vector<QSize> all;
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Resize) all.push_back(static_cast<QResizeEvent*>(event)->size());
+        return false;
+    }
+};
+
+TEST_F(MacPanelHostTest, growsInPlaceAndAtOnce) {
     present({100, 60, 340, 200});
+    const Sizes sizes(window);
     window.setFixedSize(340, 260);
     QPainterPath outline;
     outline.addRect(0, 0, 340, 260);
     host.setGeometry({100, 60, 340, 260}, outline);
     EXPECT_EQ(frame(), QRect(100, 60, 340, 260));
     EXPECT_EQ(window.size(), QSize(340, 260));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(sizes.all, std::vector<QSize>{QSize(340, 260)});
+}
+
+TEST_F(MacPanelHostTest, hearsOfTheMouseWhileTheApplicationIsInactive) {
+    present({100, 60, 340, 200});
+    ASSERT_FALSE(NSApp.active);
+    ASSERT_EQ(native().contentView.trackingAreas.count, 1U);
+    NSTrackingArea* const area = native().contentView.trackingAreas.firstObject;
+    EXPECT_EQ(area.options, NSTrackingActiveAlways | NSTrackingMouseMoved | NSTrackingMouseEnteredAndExited |
+                                NSTrackingInVisibleRect);
+    ASSERT_TRUE(area.owner != nil);
+    EXPECT_TRUE([area.owner respondsToSelector:@selector(mouseMoved:)]);
+    EXPECT_TRUE([area.owner respondsToSelector:@selector(mouseEntered:)]);
+    EXPECT_TRUE([area.owner respondsToSelector:@selector(mouseExited:)]);
 }
 
 } // namespace

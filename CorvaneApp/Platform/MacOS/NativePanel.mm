@@ -1,12 +1,14 @@
 #include "Platform/MacOS/NativePanel.h"
 
 #include "Platform/MacOS/Geometry.h"
+#include "Platform/MacOS/Hover.h"
 #include "Platform/MacOS/PathSegments.h"
 #include "Platform/MacOS/Screens.h"
 
 #include <QEvent>
 #include <QGuiApplication>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
@@ -74,6 +76,53 @@
 - (void)resignKeyWindow {
     [super resignKeyWindow];
     if (self.onKeyboardChange) self.onKeyboardChange();
+}
+
+@end
+
+// Qt's view passes on no movement of the mouse while the application is inactive, which it is nearly always;
+// yet it makes a movement up before a click, so that what was clicked would look hovered over for good.
+@interface CorvaneHover : NSObject
+- (instancetype)initWithPanel:(BannerPanel*)panel content:(QWidget*)content;
+@end
+
+@implementation CorvaneHover {
+    __weak BannerPanel* _panel;
+    QPointer<QWidget> _content;
+    corvane::Hover _hover;
+}
+
+- (instancetype)initWithPanel:(BannerPanel*)panel content:(QWidget*)content {
+    self = [super init];
+    if (self) {
+        _panel = panel;
+        _content = content;
+    }
+    return self;
+}
+
+- (QWindow*)window {
+    return _content.isNull() ? nullptr : _content->windowHandle();
+}
+
+- (void)mouseMoved:(NSEvent*)event {
+    BannerPanel* const panel = _panel;
+    NSView* const view = panel.hostedView;
+    QWindow* const window = [self window];
+    // While the application is active, Qt's view tells of the mouse by itself.
+    if (NSApp.active || !view || window == nullptr) return;
+    // The view is flipped, as all of Qt's are.
+    const NSPoint local = [view convertPoint:event.locationInWindow fromView:nil];
+    const NSPoint global = [panel convertPointToScreen:event.locationInWindow];
+    _hover.move(*window, {local.x, local.y}, {global.x, corvane::desktopTop() - global.y});
+}
+
+- (void)mouseEntered:(NSEvent*)event {
+    [self mouseMoved:event];
+}
+
+- (void)mouseExited:(NSEvent*)event {
+    if (QWindow* const window = [self window]) _hover.leave(*window);
 }
 
 @end
@@ -146,6 +195,7 @@ class FirstPaint : public QObject {
 struct NativePanel::Parts {
     BannerPanel* panel = nil;
     NSVisualEffectView* card = nil;
+    CorvaneHover* hover = nil; // which its tracking area does not keep
     FirstPaint firstPaint;
 };
 
@@ -182,11 +232,19 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
         // Qt's own window, which is never shown, lets go of the view. From then on Qt knows that the view is
         // embedded and leaves the window around it alone.
         view.window.contentView = nil;
-        view.autoresizingMask = NSViewWidthSizable | NSViewHeightSizable;
+        // It is given its size together with the widget's: AppKit would add each difference once more.
+        view.autoresizingMask = NSViewNotSizable;
         [card addSubview:view];
     }
     parts_->panel.hostedView = view;
     view.frame = card.bounds;
+    parts_->hover = [[CorvaneHover alloc] initWithPanel:parts_->panel content:&content];
+    [card addTrackingArea:[[NSTrackingArea alloc]
+                              initWithRect:card.bounds
+                                   options:NSTrackingActiveAlways | NSTrackingMouseMoved |
+                                           NSTrackingMouseEnteredAndExited | NSTrackingInVisibleRect
+                                     owner:parts_->hover
+                                  userInfo:nil]];
     parts_->firstPaint.await(content, parts_->panel);
     // Only now: shown earlier, Qt would make the view a window once more.
     content.show();
@@ -196,11 +254,13 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
 
 void NativePanel::resize(QSize size, const QPainterPath& outline) {
     const NSRect frame = parts_->panel.frame;
-    [parts_->panel setContentSize:NSMakeSize(size.width(), size.height())];
-    // The upper left corner is the one that stays.
-    [parts_->panel setFrameOrigin:NSMakePoint(frame.origin.x, NSMaxY(frame) - size.height())];
+    // In one step. The upper left corner is the one that stays.
+    [parts_->panel
+        setFrame:NSMakeRect(frame.origin.x, NSMaxY(frame) - size.height(), size.width(), size.height())
+         display:NO];
     parts_->card.maskImage = mask(size, outline);
-    parts_->panel.hostedView.frame = parts_->card.bounds;
+    NSView* const view = parts_->panel.hostedView;
+    if (!NSEqualRects(view.frame, parts_->card.bounds)) view.frame = parts_->card.bounds;
     [parts_->panel invalidateShadow];
 }
 

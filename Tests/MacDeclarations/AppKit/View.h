@@ -20,9 +20,30 @@ typedef NS_OPTIONS(unsigned long long, NSEventMask) {
                                              handler:(void (^)(NSEvent* event))block
     API_AVAILABLE(macos(10.6));
 + (void)removeMonitor:(id)eventMonitor API_AVAILABLE(macos(10.6));
+@property(readonly) NSPoint locationInWindow;
+@end
+
+typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
+    NSTrackingMouseEnteredAndExited = 0x01,
+    NSTrackingMouseMoved = 0x02,
+    NSTrackingActiveAlways = 0x80,
+    NSTrackingInVisibleRect = 0x200,
+};
+
+API_AVAILABLE(macos(10.5))
+@interface NSTrackingArea : NSObject <NSCopying>
+- (instancetype)initWithRect:(NSRect)rect
+                     options:(NSTrackingAreaOptions)options
+                       owner:(nullable id)owner
+                    userInfo:(nullable NSDictionary*)userInfo;
+@property(readonly) NSTrackingAreaOptions options;
+@property(nullable, readonly, weak) id owner;
 @end
 
 @interface NSResponder : NSObject
+- (void)mouseMoved:(NSEvent*)event;
+- (void)mouseEntered:(NSEvent*)event;
+- (void)mouseExited:(NSEvent*)event;
 @end
 
 // Of the protocol, what views and windows are asked for here.
@@ -32,8 +53,6 @@ typedef NS_OPTIONS(unsigned long long, NSEventMask) {
 
 typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
     NSViewNotSizable = 0,
-    NSViewWidthSizable = 2,
-    NSViewHeightSizable = 16,
 };
 
 @interface NSView : NSResponder <NSAccessibility>
@@ -47,7 +66,9 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 @property NSAutoresizingMaskOptions autoresizingMask;
 - (void)addSubview:(NSView*)view;
 - (void)removeFromSuperview;
-- (NSRect)convertRect:(NSRect)rect toView:(nullable NSView*)view;
+- (NSPoint)convertPoint:(NSPoint)point fromView:(nullable NSView*)view;
+- (void)addTrackingArea:(NSTrackingArea*)trackingArea API_AVAILABLE(macos(10.5));
+@property(readonly, copy) NSArray<NSTrackingArea*>* trackingAreas API_AVAILABLE(macos(10.5));
 @property(nullable, copy) NSString* toolTip;
 @end
 

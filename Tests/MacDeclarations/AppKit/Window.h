@@ -70,11 +70,10 @@ static const NSWindowLevel NSStatusWindowLevel = 25;
 - (void)resignKeyWindow;
 - (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
 
-- (void)setContentSize:(NSSize)size;
 - (void)setFrame:(NSRect)frameRect display:(BOOL)flag;
 - (void)setFrameOrigin:(NSPoint)point;
 - (void)invalidateShadow;
-- (NSRect)convertRectToScreen:(NSRect)rect API_AVAILABLE(macos(10.7));
+- (NSPoint)convertPointToScreen:(NSPoint)point API_AVAILABLE(macos(10.12));
 
 - (void)orderFrontRegardless;
 - (void)makeKeyAndOrderFront:(nullable id)sender;

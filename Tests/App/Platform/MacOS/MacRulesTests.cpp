@@ -1,10 +1,14 @@
+#include "Controls/Buttons.h"
 #include "Platform/MacOS/Geometry.h"
+#include "Platform/MacOS/Hover.h"
 #include "Platform/MacOS/LoginItemStatus.h"
 #include "Platform/MacOS/PathSegments.h"
 #include "Style/Shapes.h"
 
 #include <QImage>
 #include <QPainter>
+#include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -136,6 +140,55 @@ TEST(MacLoginItem, isLeftAloneWhenItIsAsWanted) {
 TEST(MacLoginItem, isTakenOutAlsoWhenTheUserHasSwitchedItOff) {
     EXPECT_EQ(loginitem::change(Status::enabled, false), Change::unregisterItem);
     EXPECT_EQ(loginitem::change(Status::requiresApproval, false), Change::unregisterItem);
+}
+
+/// Two buttons in a window, and where the mouse is.
+class MacHoverTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        window.resize(300, 100);
+        left.setGeometry(10, 10, 100, 40);
+        right.setGeometry(150, 10, 100, 40);
+        window.show();
+        // This platform's own pointer stands in the corner, and tells the new window of it.
+        QCoreApplication::processEvents();
+    }
+
+    void moveTo(QPoint place) { hover.move(*window.windowHandle(), place, window.mapToGlobal(place)); }
+    void leave() { hover.leave(*window.windowHandle()); }
+
+    QWidget window;
+    BorderedButton left{QStringLiteral("Left"), &window};
+    BorderedButton right{QStringLiteral("Right"), &window};
+    Hover hover;
+};
+
+TEST_F(MacHoverTest, goesFromOneButtonToTheNext) {
+    moveTo({20, 20});
+    EXPECT_TRUE(left.underMouse());
+    EXPECT_FALSE(right.underMouse());
+    moveTo({160, 20});
+    EXPECT_FALSE(left.underMouse());
+    EXPECT_TRUE(right.underMouse());
+    moveTo({130, 80});
+    EXPECT_FALSE(right.underMouse());
+}
+
+TEST_F(MacHoverTest, leavesAButtonThatWasClicked) {
+    moveTo({20, 20});
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {20, 20});
+    leave();
+    EXPECT_FALSE(left.underMouse());
+    EXPECT_FALSE(window.underMouse());
+}
+
+TEST_F(MacHoverTest, comesBack) {
+    moveTo({20, 20});
+    leave();
+    leave();
+    moveTo({160, 20});
+    EXPECT_TRUE(right.underMouse());
+    EXPECT_FALSE(left.underMouse());
 }
 
 } // namespace

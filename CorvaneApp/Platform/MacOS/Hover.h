@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QPointF>
+
+class QWindow;
+
+namespace corvane {
+
+/// Tells a window of Qt's of the mouse where the system's own view passes nothing on. For one window; main
+/// thread only.
+class Hover {
+  public:
+    /// The mouse is at `local` in the window, `global` on the desktop, with no button down.
+    void move(QWindow& window, QPointF local, QPointF global);
+
+    /// The mouse has left the window. Does nothing unless it was there.
+    void leave(QWindow& window);
+
+  private:
+    bool isInside_ = false;
+};
+
+} // namespace corvane

@@ -4,6 +4,7 @@
 #include "Platform/MacOS/Screens.h"
 #include "Platform/MacOS/Sounds.h"
 #include "Platform/MacOS/SystemSymbols.h"
+#include "Platform/Shared/QtScheduler.h"
 #include "Sessions/AlertPreferences.h"
 
 #include <QGuiApplication>
@@ -47,7 +48,8 @@ TEST(MacLoginItem, isOffForAProgramThatIsNoBundleAndIsLeftSo) {
 }
 
 TEST(MacApplications, doNothingForAnIdentifierThatNobodyHas) {
-    MacApplications applications;
+    QtScheduler scheduler;
+    MacApplications applications(scheduler);
     NSRunningApplication* const before = NSWorkspace.sharedWorkspace.frontmostApplication;
     applications.activate("org.corvane.no-such-application");
     applications.activate("");

@@ -61,7 +61,7 @@ class MacPlatform : public Platform {
     MacAppearance appearance_;
     MacAnnouncer announcer_;
     MacSounds sounds_;
-    MacApplications applications_;
+    MacApplications applications_{scheduler_};
     MacLoginItem loginItem_;
     MacFileBrowser fileBrowser_;
     MacStatusItem statusItem_;

@@ -1,8 +1,10 @@
 #include "Controls/Buttons.h"
+#include "Platform/MacOS/BringForward.h"
 #include "Platform/MacOS/Geometry.h"
 #include "Platform/MacOS/Hover.h"
 #include "Platform/MacOS/LoginItemStatus.h"
 #include "Platform/MacOS/PathSegments.h"
+#include "Platform/Recording/RecordingPlatform.h"
 #include "Style/Shapes.h"
 
 #include <QImage>
@@ -12,6 +14,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace corvane {
@@ -189,6 +194,63 @@ TEST_F(MacHoverTest, comesBack) {
     moveTo({160, 20});
     EXPECT_TRUE(right.underMouse());
     EXPECT_FALSE(left.underMouse());
+}
+
+/// Writes down what it is asked.
+class AskedApplication : public OtherApplication {
+  public:
+    [[nodiscard]] bool isActive() const override { return active; }
+    void yield() override { asked.emplace_back("yield"); }
+    [[nodiscard]] bool request() override {
+        asked.emplace_back("request");
+        return sends;
+    }
+    void requestFromFront() override { asked.emplace_back("from the front"); }
+
+    bool active = false;
+    bool sends = true;
+    std::vector<std::string> asked;
+};
+
+using Asked = std::vector<std::string>;
+using std::chrono::milliseconds;
+
+TEST(MacBringForward, offersTheActivationFirstWhereItIsOurs) {
+    recording::Time time;
+    const auto other = std::make_shared<AskedApplication>();
+    bringForward(other, OurState::active, time);
+    EXPECT_EQ(other->asked, (Asked{"yield", "request"}));
+}
+
+TEST(MacBringForward, asksOnceWhereThatWasEnough) {
+    recording::Time time;
+    const auto other = std::make_shared<AskedApplication>();
+    bringForward(other, OurState::inactive, time);
+    other->active = true;
+    time.advance(milliseconds(5000));
+    EXPECT_EQ(other->asked, Asked{"request"});
+}
+
+TEST(MacBringForward, asksInTheOtherWayALittleLaterAndThenGivesUp) {
+    recording::Time time;
+    const auto other = std::make_shared<AskedApplication>();
+    bringForward(other, OurState::inactive, time);
+    time.advance(milliseconds(299));
+    EXPECT_EQ(other->asked, Asked{"request"}) << "the answer is not in yet";
+    time.advance(milliseconds(1));
+    EXPECT_EQ(other->asked, (Asked{"request", "from the front"}));
+    time.advance(milliseconds(60'000));
+    EXPECT_EQ(other->asked.size(), 2U);
+    EXPECT_EQ(time.pendingCount(), 0U);
+}
+
+TEST(MacBringForward, asksInTheOtherWayAtOnceWhereNothingWasSent) {
+    recording::Time time;
+    const auto other = std::make_shared<AskedApplication>();
+    other->sends = false;
+    bringForward(other, OurState::inactive, time);
+    EXPECT_EQ(other->asked, (Asked{"request", "from the front"}));
+    EXPECT_EQ(time.pendingCount(), 0U);
 }
 
 } // namespace

@@ -34,7 +34,9 @@ TEST_F(MacSingleInstanceTest, asksTheFirstToComeForwardWhenAnotherStarts) {
     QSignalSpy spy(&instance, &SingleInstance::reopened);
     MacSingleInstance second(scratch / "made" / "folder");
     EXPECT_FALSE(second.claim());
-    EXPECT_TRUE(holdsSoon([&] { return spy.count() == 1; }));
+    // It has been delivered by then: the second process ends at once.
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(spy.count(), 1);
 }
 
 TEST_F(MacSingleInstanceTest, givesTheLockBackAtTheEnd) {

@@ -14,6 +14,29 @@
 
 namespace corvane {
 
+namespace {
+
+/// Asks the process that has the lock to come forward. A notification of this kind leaves the process from
+/// its run loop, so this waits, for a second at most, until it has come back here as it comes everywhere.
+void askTheFirst() {
+    constexpr NSTimeInterval patience = 1;
+    NSDistributedNotificationCenter* const center = NSDistributedNotificationCenter.defaultCenter;
+    __block bool isDelivered = false;
+    const id<NSObject> token = [center addObserverForName:@(reopenNotification)
+                                                   object:nil
+                                                    queue:nil
+                                               usingBlock:^(NSNotification*) {
+                                                 isDelivered = true;
+                                               }];
+    [center postNotificationName:@(reopenNotification) object:nil userInfo:nil deliverImmediately:YES];
+    NSDate* const limit = [NSDate dateWithTimeIntervalSinceNow:patience];
+    while (!isDelivered && limit.timeIntervalSinceNow > 0)
+        [NSRunLoop.currentRunLoop runMode:NSDefaultRunLoopMode beforeDate:limit];
+    [center removeObserver:token];
+}
+
+} // namespace
+
 MacSingleInstance::MacSingleInstance(std::filesystem::path folder)
     : folder_(std::move(folder)) {}
 
@@ -28,10 +51,7 @@ bool MacSingleInstance::claim() {
     lock_ = files::FileDescriptor(
         open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
     if (lock_.isOpen() && flock(lock_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        [NSDistributedNotificationCenter.defaultCenter postNotificationName:@(reopenNotification)
-                                                                     object:nil
-                                                                   userInfo:nil
-                                                         deliverImmediately:YES];
+        askTheFirst();
         return false;
     }
     const auto tell = [this] { Q_EMIT reopened(); };

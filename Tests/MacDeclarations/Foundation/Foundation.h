@@ -131,6 +131,19 @@ extern "C" Class _Nullable NSClassFromString(NSString* aClassName);
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
 @end
 
+@interface NSDate : NSObject <NSCopying>
++ (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)secs;
+@property(readonly) NSTimeInterval timeIntervalSinceNow;
+@end
+
+typedef NSString* NSRunLoopMode;
+extern NSRunLoopMode const NSDefaultRunLoopMode;
+
+@interface NSRunLoop : NSObject
+@property(class, readonly, strong) NSRunLoop* currentRunLoop;
+- (BOOL)runMode:(NSRunLoopMode)mode beforeDate:(NSDate*)limitDate;
+@end
+
 typedef NSString* NSNotificationName;
 
 @interface NSNotification : NSObject <NSCopying>

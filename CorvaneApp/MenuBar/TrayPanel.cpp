@@ -31,7 +31,8 @@ constexpr int screenMargin = 4;
 constexpr std::chrono::milliseconds focusPatience{150};
 // A menu that led here gives the keyboard back to its own window first, and a busy desktop takes its time.
 constexpr std::chrono::milliseconds firstFocusPatience{1000};
-// Between the focus going away and the press that took it being told.
+// Between the focus going away and the press that took it being told. The press may take the focus by itself,
+// as that of the menu bar's item does since macOS 27: without this the panel would close and open again.
 constexpr std::chrono::milliseconds samePress{300};
 
 /// `value` kept so that `length` from it on lies within the range; at its start where it is too long.

@@ -64,6 +64,9 @@ void MacPanelHost::present() {
     }
     panel_.setOrigin(geometry_.topLeft());
     panel_.orderFrontWithKeyboard();
+    // Once more now that it is on a screen: macOS 26 has misplaced panels under the menu bar at their first
+    // showing.
+    panel_.setOrigin(geometry_.topLeft());
     if (monitor_) return;
     // Later, since closing the panel takes the monitor away, and it may be in the middle of telling.
     const QPointer<MacPanelHost> self(this);

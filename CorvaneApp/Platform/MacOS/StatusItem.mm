@@ -4,6 +4,8 @@
 #include "Platform/MacOS/Screens.h"
 #include "Style/StatusIcon.h"
 
+#include <QMetaObject>
+
 #import <AppKit/AppKit.h>
 #include <algorithm>
 
@@ -41,10 +43,12 @@ NSImage* bell(int waitingCount) {
     return image;
 }
 
+/// By the button's window, which macOS 26 keeps where the item is on the screen, whatever it makes of the
+/// button.
 QRect place(NSStatusBarButton* button) {
     NSWindow* const window = button.window;
     if (!window) return {};
-    const NSRect rect = [window convertRectToScreen:[button convertRect:button.bounds toView:nil]];
+    const NSRect rect = window.frame;
     return geometry::fromNative({rect.origin.x, rect.origin.y, rect.size.width, rect.size.height},
                                 desktopTop());
 }
@@ -68,8 +72,11 @@ void MacStatusItem::show(int waitingCount, const QString& label) {
     if (!parts_->item) {
         parts_->item = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
         parts_->target = [CorvaneStatusTarget new];
+        // Later: on macOS 27 the button takes the keyboard when the mouse goes down, and a panel that had
+        // opened before would lose it again and close.
         parts_->target.onPress = ^{
-          Q_EMIT pressed(place(parts_->item.button));
+          QMetaObject::invokeMethod(
+              this, [this] { Q_EMIT pressed(place(parts_->item.button)); }, Qt::QueuedConnection);
         };
         NSStatusBarButton* const button = parts_->item.button;
         button.target = parts_->target;

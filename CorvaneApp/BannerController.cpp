@@ -46,7 +46,7 @@ void BannerController::showWaiting(const AgentSession& session) {
     const QPointer self(this);
     const std::string id = session.id();
     present(id, [self, session, id, clock = services_.clock] {
-        return std::make_unique<WaitingBanner>(
+        auto banner = std::make_unique<WaitingBanner>(
             session, clock,
             [self, session] {
                 if (self && self->onJump) self->onJump(session);
@@ -57,6 +57,8 @@ void BannerController::showWaiting(const AgentSession& session) {
             [self, id] {
                 if (self) self->dismiss(id);
             });
+        banner->setTerminalMissing(self && self->isTerminalMissing && self->isTerminalMissing(session));
+        return banner;
     });
 }
 

@@ -131,6 +131,10 @@ WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::func
     connect(&second_, &QTimer::timeout, this, [this] { waited_->setText(waitedLabel(clock_())); });
 }
 
+void WaitingBanner::setTerminalMissing(bool isMissing) {
+    jump_->setToolTip(isMissing ? tr("Terminal not found") : QString());
+}
+
 QString WaitingBanner::waitedLabel(Date now) const {
     const SessionStatus::Waiting* const waiting = session().status.ifWaiting();
     if (waiting == nullptr) return {};
@@ -139,6 +143,8 @@ QString WaitingBanner::waitedLabel(Date now) const {
 
 void WaitingBanner::showEvent(QShowEvent* event) {
     BannerCard::showEvent(event);
+    // A banner's window is never the active one.
+    window()->setAttribute(Qt::WA_AlwaysShowToolTips);
     if (session().isWaiting()) second_.start();
 }
 

@@ -56,6 +56,9 @@ class WaitingBanner : public BannerCard {
     WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
                   std::function<void()> onSnooze, std::function<void()> onClose);
 
+    /// Whether the button to the terminal says that it was not found the last time.
+    void setTerminalMissing(bool isMissing);
+
     /// "waiting " and the time since the wait began; empty for a session that does not wait.
     [[nodiscard]] QString waitedLabel(Date now) const;
 

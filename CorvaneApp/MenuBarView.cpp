@@ -98,6 +98,8 @@ void MenuBarView::refresh() {
     const bool losesFocus = (connect_->hasFocus() && isAnyConnected) || (resume_->hasFocus() && !isQuiet);
     if (losesFocus) setFocus();
     const bool rowsChanged = list_->setSessions(sessions, model_.now());
+    for (SessionRow* const row : list_->rows())
+        row->setTerminalMissing(model_.isTerminalMissing(row->session().id()));
     if (isQuiet) quietUntil_->setText(tr("Quiet until %1").arg(shortTime(*until, QLocale())));
     hint_->setVisible(!isAnyConnected);
     connect_->setVisible(!isAnyConnected);

@@ -97,6 +97,10 @@ void SessionRow::setSession(const AgentSession& session, Date now) {
     if (dotColor() != oldColor) update();
 }
 
+void SessionRow::setTerminalMissing(bool isMissing) {
+    setToolTip(isMissing ? tr("Terminal not found") : QString());
+}
+
 QString SessionRow::spokenText() const {
     return tr("%1, %2, %3").arg(name_->text(), QString::fromUtf8(session_.agent.displayName()), statusLine_);
 }

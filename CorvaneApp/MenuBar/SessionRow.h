@@ -30,6 +30,9 @@ class SessionRow : public PushButton {
     /// Shows another state of the same session; what stays the same is not painted anew.
     void setSession(const AgentSession& session, Date now);
 
+    /// Whether the row says that its session's terminal was not found the last time.
+    void setTerminalMissing(bool isMissing);
+
     [[nodiscard]] const AgentSession& session() const { return session_; }
     /// Project, agent and status in one line, for assistive technology.
     [[nodiscard]] QString spokenText() const;

@@ -57,6 +57,9 @@ AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& ba
     banners_.onSnooze = [self](const AgentSession& session) {
         if (self) self->snooze(session);
     };
+    banners_.isTerminalMissing = [self](const AgentSession& session) {
+        return self && self->isTerminalMissing(session.id());
+    };
     refreshConnections();
     repairHook();
     start();
@@ -98,6 +101,7 @@ void AppModel::tick() {
             perform(BoardEffect::showWaiting(session));
     });
     playSounds();
+    std::erase_if(missingTerminals_, [this](const std::string& id) { return !isOnBoard(id); });
     ++ticks_;
     if (ticks_ % ticksPerPruning == 0) prune();
     Q_EMIT changed();
@@ -147,11 +151,28 @@ void AppModel::playSound(EventKind kind) {
 
 void AppModel::jump(const AgentSession& session) {
     banners_.dismiss(session.id());
-    if (const std::optional<std::string> bundleID = TerminalApp::bundleID(session)) {
-        services_.applications.activate(*bundleID);
-    } else {
-        services_.applications.activateTerminal(std::string(session.agent.rawValue()), session.cwd);
-    }
+    services_.applications.activate({.bundleID = TerminalApp::bundleID(session),
+                                     .program = session.terminalProgram,
+                                     .agent = std::string(session.agent.rawValue()),
+                                     .directory = session.cwd},
+                                    [self = QPointer(this), id = session.id()](bool isFound) {
+                                        if (self) self->rememberTerminal(id, isFound);
+                                    });
+}
+
+bool AppModel::isTerminalMissing(std::string_view id) const {
+    return missingTerminals_.contains(id);
+}
+
+bool AppModel::isOnBoard(std::string_view id) const {
+    return std::ranges::any_of(board_.sessions(),
+                               [id](const AgentSession& session) { return session.id() == id; });
+}
+
+void AppModel::rememberTerminal(const std::string& id, bool isFound) {
+    const bool hasChanged =
+        isFound ? missingTerminals_.erase(id) != 0 : isOnBoard(id) && missingTerminals_.insert(id).second;
+    if (hasChanged) Q_EMIT changed();
 }
 
 void AppModel::setPrefs(const AlertPreferences& prefs) {

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -68,8 +69,10 @@ class AppModel : public QObject {
     /// Holds the session's reminders back for five minutes and takes its banner down.
     void snooze(const AgentSession& session);
 
-    /// Takes the session's banner down and brings its terminal to the front, where one is known and runs.
+    /// Takes the session's banner down and brings its terminal to the front, where one is found.
     void jump(const AgentSession& session);
+    /// Whether no terminal was found when the user last wanted to go to this session's.
+    [[nodiscard]] bool isTerminalMissing(std::string_view id) const;
 
     /// Installs the hook and the agent's configuration entry, or takes the entry out again. A failure is told
     /// by `connectError`.
@@ -106,6 +109,8 @@ class AppModel : public QObject {
     void playSounds();
     void playSound(EventKind kind);
     void prune();
+    [[nodiscard]] bool isOnBoard(std::string_view id) const;
+    void rememberTerminal(const std::string& id, bool isFound);
 
     AgentKinds agents_;
     AgentConnector connector_;
@@ -115,6 +120,7 @@ class AppModel : public QObject {
     Banners& banners_;
 
     SessionBoard board_;
+    std::set<std::string, std::less<>> missingTerminals_; ///< sessions by `id`; none that left the board
     std::unordered_map<AgentKind, bool> connected_;
     std::optional<std::filesystem::path> lastBackup_;
     std::optional<std::string> connectError_;

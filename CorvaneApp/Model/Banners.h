@@ -20,6 +20,9 @@ class Banners {
     /// is dismissed. If unset, the button does nothing.
     std::function<void(const AgentSession&)> onJump;
     std::function<void(const AgentSession&)> onSnooze;
+    /// Asked for each waiting banner that is made: whether its session's terminal was looked for in vain. If
+    /// unset, it was not.
+    std::function<bool(const AgentSession&)> isTerminalMissing;
 
     /// Shows the session's waiting banner, or refreshes it in place, and announces it.
     virtual void showWaiting(const AgentSession& session) = 0;

@@ -1,25 +1,36 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace corvane {
 
+/// What is known of the terminal in which a session runs.
+struct Terminal {
+    std::optional<std::string> bundleID; ///< its application's, if known
+    std::string program;                 ///< what it tells the programs in it to be; may be empty
+    std::string agent;                   ///< the program that runs in it
+    std::string directory;               ///< that program's working directory
+
+    bool operator==(const Terminal&) const = default;
+};
+
 /// The other applications that run on this desktop. Main thread only.
 class Applications {
   public:
+    /// Called with whether a terminal was found and brought to the front.
+    using Report = std::function<void(bool isFound)>;
+
     Applications() = default;
     Applications(const Applications&) = delete;
     Applications& operator=(const Applications&) = delete;
     virtual ~Applications() = default;
 
-    /// Brings the first running application with this bundle identifier to the front. Nothing happens when
-    /// none runs; nothing is ever launched.
-    virtual void activate(const std::string& bundleID) = 0;
-
-    /// The same for the terminal in which the program `agent` runs in the working directory `directory`,
-    /// where the system can find that out from the running processes; used when no identifier is known.
-    /// Nothing happens where nothing is found.
-    virtual void activateTerminal(const std::string& agent, const std::string& directory) = 0;
+    /// Brings the terminal to the front: the window in which the agent runs, where the system can find that
+    /// out from the running processes, else a window of the application. Nothing is ever launched. Calls
+    /// `report` once, at once or some seconds later; not at all when this is destroyed before.
+    virtual void activate(const Terminal& terminal, Report report) = 0;
 };
 
 } // namespace corvane

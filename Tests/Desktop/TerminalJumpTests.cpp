@@ -82,9 +82,10 @@ class TerminalJump : public testing::TestWithParam<std::string> {
         ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().isMinimized(window); }));
     }
 
-    /// A session of this project asks for its user, who clicks "Go to Terminal".
-    void goToTerminal(const std::string& project) {
-        desktop.claude("Notification-permission_prompt", project, project, {"TERM_PROGRAM="});
+    /// A session of this project, in a terminal that calls itself `program`, asks for its user, who clicks
+    /// "Go to Terminal".
+    void goToTerminal(const std::string& project, const std::string& program = "") {
+        desktop.claude("Notification-permission_prompt", project, project, {"TERM_PROGRAM=" + program});
         ASSERT_TRUE(desktop.shows(1, 0));
         desktop.click(primaryButton(desktop.screen().banners().front()));
         EXPECT_TRUE(desktop.shows(0, 0));
@@ -169,6 +170,56 @@ TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
     goToTerminal("shop");
     EXPECT_TRUE(becomesActive(terminal));
     expectAgentToRead("minimized");
+}
+
+TEST_P(TerminalJump, aNameThatMatchesNoWindowLeadsToTheAgentsOwn) {
+    // As a fork of an editor calls itself by its parent's name.
+    const std::uint32_t terminal = openXterm("cd shop && TERM_PROGRAM=vscode exec ../bin/claude");
+    openOther();
+    goToTerminal("shop", "vscode");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("here");
+}
+
+TEST_P(TerminalJump, ofTheWindowsOfTheNamedTerminalTheAgentsOwnIsTaken) {
+    const auto openNamed = [this](const std::string& shellCommand) {
+        return open("com.mitchellh.ghostty",
+                    {"xterm", "-class", "com.mitchellh.ghostty", "-e", "sh", "-c", shellCommand});
+    };
+    const std::uint32_t terminal = openNamed("cd shop && TERM_PROGRAM=ghostty exec ../bin/claude");
+    // Another agent in the same folder, in a terminal of another name, and a window of the same name on top.
+    openXterm("cd shop && TERM_PROGRAM=WezTerm exec ../bin/claude");
+    openNamed("exec cat");
+    openOther();
+    goToTerminal("shop", "ghostty");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("own");
+    // Without a process to go by, the name is all there is.
+    openOther();
+    goToTerminal("blog", "ghostty");
+    EXPECT_TRUE(becomesActive(terminal)) << "it was last on top";
+}
+
+TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
+    tmuxSocket = (desktop.home() / "tmux").string();
+    run({"tmux", "-f", "/dev/null", "-S", tmuxSocket, "new-session", "-d", "-s", "work",
+         "cd shop && exec ../bin/claude"});
+    run({"tmux", "-S", tmuxSocket, "split-window", "-t", "work", "exec cat"});
+    run({"tmux", "-S", tmuxSocket, "new-window", "-t", "work", "exec cat"});
+    run({"tmux", "-S", tmuxSocket, "new-session", "-d", "-s", "other", "exec cat"});
+    const std::uint32_t terminal = openXterm("exec tmux -S \"$HOME/tmux\" attach -t work");
+    openOther();
+    goToTerminal("shop", "tmux");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("pane");
+
+    // The only client shows another session by now.
+    run({"tmux", "-S", tmuxSocket, "switch-client", "-t", "other"});
+    run({"sh", "-c", "tmux -S \"$HOME/tmux\" list-clients -t other | grep -q /dev/"});
+    openOther();
+    goToTerminal("shop", "tmux");
+    EXPECT_TRUE(becomesActive(terminal));
+    expectAgentToRead("session");
 }
 
 TEST_P(TerminalJump, withoutARunningAgentNothingHappens) {

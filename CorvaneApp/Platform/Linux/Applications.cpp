@@ -1,5 +1,6 @@
 #include "Platform/Linux/Applications.h"
 
+#include "Platform/Linux/Tmux.h"
 #include "Platform/Linux/XReply.h"
 #include "Style/Utf8.h"
 
@@ -7,11 +8,13 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <xcb/xcb_ewmh.h>
 #include <xcb/xcb_icccm.h>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -145,23 +148,45 @@ class WindowList {
 
 } // namespace
 
-void LinuxApplications::activate(const std::string& bundleID) {
-    WindowList windows;
-    if (const std::optional<xcb_window_t> window = windows.topmost(classes(bundleID)))
-        windows.activate(*window);
+struct LinuxApplications::Search {
+    Terminal terminal;
+    std::vector<pid_t> agents; // that may be the session's
+    std::size_t next = 0;
+    Report report;
+};
+
+void LinuxApplications::activate(const Terminal& terminal, Report report) {
+    auto search = std::make_shared<Search>();
+    search->terminal = terminal;
+    search->agents = processes_.running(terminal.agent, terminal.directory);
+    search->report = std::move(report);
+    // Several agents may run in one directory: the session's own was told of the same terminal, and a service
+    // that an agent has left behind is none.
+    std::stable_partition(search->agents.begin(), search->agents.end(), [&](pid_t process) {
+        return processes_.variable(process, "TERM_PROGRAM").value_or("") == terminal.program;
+    });
+    std::stable_partition(search->agents.begin(), search->agents.end(),
+                          [this](pid_t process) { return processes_.hasTerminal(process); });
+    proceed(search);
 }
 
-void LinuxApplications::activateTerminal(const std::string& agent, const std::string& directory) {
-    for (const pid_t process : processes_.running(agent, directory)) {
-        if (activateWindow(process)) return;
-        // "socket,server's process,session": set for everything that runs inside.
-        const QStringList tmux =
-            QString::fromStdString(processes_.variable(process, "TMUX").value_or("")).split(QLatin1Char(','));
-        if (tmux.size() == 3) {
-            activateTmuxClient(tmux[0].toStdString(), tmux[2].toStdString());
+void LinuxApplications::proceed(const std::shared_ptr<Search>& search) {
+    while (search->next < search->agents.size()) {
+        const pid_t process = search->agents[search->next++];
+        if (activateWindow(process)) {
+            search->report(true);
+            return;
+        }
+        if (const auto socket = tmux::socket(processes_.variable(process, "TMUX").value_or(""))) {
+            askTmux(*socket, process, search);
             return;
         }
     }
+    const std::optional<std::string>& bundleID = search->terminal.bundleID;
+    WindowList windows;
+    const std::optional<xcb_window_t> window = bundleID ? windows.topmost(classes(*bundleID)) : std::nullopt;
+    if (window) windows.activate(*window);
+    search->report(window.has_value());
 }
 
 bool LinuxApplications::activateWindow(pid_t process) const {
@@ -183,21 +208,45 @@ bool LinuxApplications::activateWindow(pid_t process) const {
     return false;
 }
 
-void LinuxApplications::activateTmuxClient(const std::string& socket, const std::string& session) {
-    auto* const tmux = new QProcess(&context_);
-    QObject::connect(tmux, &QProcess::finished, &context_, [this, tmux] {
-        tmux->deleteLater();
-        for (const QByteArray& line : tmux->readAllStandardOutput().split('\n')) {
-            bool isNumber = false;
-            const pid_t client = line.trimmed().toInt(&isNumber);
-            if (isNumber && activateWindow(client)) return;
+void LinuxApplications::askTmux(const std::string& socket, pid_t process,
+                                const std::shared_ptr<Search>& search) {
+    runTmux(tmux::query(socket), [this, socket, process, search](const std::string& output) {
+        const std::vector<tmux::View> views = tmux::views(
+            tmux::parse(output), processes_.variable(process, "TMUX_PANE"), processes_.ancestry(process));
+        const auto view = std::find_if(views.begin(), views.end(), [this](const tmux::View& candidate) {
+            return activateWindow(candidate.client.process);
+        });
+        if (view == views.end()) {
+            proceed(search);
+            return;
         }
+        const std::vector<std::string> selection = tmux::selection(socket, *view);
+        if (!selection.empty()) runTmux(selection, [](const std::string& /*output*/) {});
+        search->report(true);
     });
-    QObject::connect(tmux, &QProcess::errorOccurred, tmux, &QObject::deleteLater);
-    tmux->start(QStringLiteral("tmux"),
-                {QStringLiteral("-S"), QString::fromStdString(socket), QStringLiteral("list-clients"),
-                 QStringLiteral("-t"), QStringLiteral("$") + QString::fromStdString(session),
-                 QStringLiteral("-F"), QStringLiteral("#{client_pid}")});
+}
+
+void LinuxApplications::runTmux(const std::vector<std::string>& arguments,
+                                std::function<void(std::string output)> finished) {
+    constexpr std::chrono::seconds patience{2};
+    auto* const process = new QProcess(&context_);
+    QStringList list;
+    for (const std::string& argument : arguments)
+        list.append(QString::fromStdString(argument));
+    QObject::connect(process, &QProcess::finished, &context_,
+                     [process, finished](int /*code*/, QProcess::ExitStatus status) {
+                         process->deleteLater();
+                         const QByteArray output = process->readAllStandardOutput();
+                         finished(status == QProcess::NormalExit ? output.toStdString() : std::string());
+                     });
+    QObject::connect(process, &QProcess::errorOccurred, &context_,
+                     [process, finished](QProcess::ProcessError error) {
+                         if (error != QProcess::FailedToStart) return; // it finishes after any other
+                         process->deleteLater();
+                         finished({});
+                     });
+    QTimer::singleShot(patience, process, &QProcess::kill);
+    process->start(QStringLiteral("tmux"), list);
 }
 
 } // namespace corvane

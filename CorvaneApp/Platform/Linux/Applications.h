@@ -5,25 +5,38 @@
 
 #include <QObject>
 
+#include <functional>
+#include <memory>
+#include <string>
 #include <sys/types.h>
+#include <vector>
+
+class QProcess;
 
 namespace corvane {
 
-/// Applications by the X11 class of their windows, terminals also by the processes that run in them.
+/// Terminals by the agents that run in them, else applications by the X11 class of their windows.
+///
+/// An agent's window is that of the nearest ancestor of its process that has one. Of a terminal whose windows
+/// share one process, it is the one that the agent was told of by WINDOWID; where the terminal does not tell,
+/// the one that was last on top. Inside tmux, whose server is nobody's child, the way goes through a client;
+/// tmux is asked for it, and told to show the agent's pane, but not waited for.
 class LinuxApplications : public Applications {
   public:
-    void activate(const std::string& bundleID) override;
-
-    /// The window of the nearest ancestor of the agent's process that has one. Of a terminal whose windows
-    /// share one process, it is the one that the agent was told of by WINDOWID; where the terminal does not
-    /// tell, the one that was last on top. Inside tmux, whose server is nobody's child, the way goes through
-    /// the client that shows the agent's session; tmux is asked for it and not waited for.
-    void activateTerminal(const std::string& agent, const std::string& directory) override;
+    void activate(const Terminal& terminal, Report report) override;
 
   private:
+    struct Search;
+
+    /// Goes on with the agents of the search that are left, then with the windows' classes.
+    void proceed(const std::shared_ptr<Search>& search);
     /// Activates the window in which this process runs; whether there is one.
     [[nodiscard]] bool activateWindow(pid_t process) const;
-    void activateTmuxClient(const std::string& socket, const std::string& session);
+    /// Asks the tmux server in which the agent `process` runs, and proceeds without an answer.
+    void askTmux(const std::string& socket, pid_t process, const std::shared_ptr<Search>& search);
+    /// Runs tmux for a few seconds at most. `finished` is called with what it printed, which is nothing when
+    /// it failed.
+    void runTmux(const std::vector<std::string>& arguments, std::function<void(std::string output)> finished);
 
     ProcessTable processes_;
     QObject context_;

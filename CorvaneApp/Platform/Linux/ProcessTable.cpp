@@ -41,8 +41,9 @@ std::string_view lastComponent(std::string_view path) {
     return path.substr(path.find_last_of('/') + 1);
 }
 
-std::optional<pid_t> number(std::string_view text) {
-    pid_t value = 0;
+template <typename Number>
+std::optional<Number> number(std::string_view text) {
+    Number value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
     return value;
@@ -64,7 +65,7 @@ std::vector<pid_t> ProcessTable::running(std::string_view name, const std::strin
     const fs::path resolved = fs::weakly_canonical(directory, error);
     const fs::path wanted = !error && directory.starts_with("/") ? resolved : fs::path(directory);
     for (fs::directory_iterator entry(root_, error), end; !error && entry != end; entry.increment(error)) {
-        const std::optional<pid_t> process = number(entry->path().filename().string());
+        const std::optional<pid_t> process = number<pid_t>(entry->path().filename().string());
         if (!process) continue;
         std::error_code unreadable;
         const fs::path place = fs::read_symlink(file(*process, "cwd"), unreadable);
@@ -94,13 +95,30 @@ std::vector<pid_t> ProcessTable::ancestry(pid_t process) const {
     return line;
 }
 
-std::optional<pid_t> ProcessTable::parent(pid_t process) const {
+std::string ProcessTable::statusField(pid_t process, std::size_t field) const {
+    constexpr std::size_t firstField = 3;
     const std::string status = content(file(process, "stat"));
-    // The name in brackets may itself hold brackets and spaces; the state and the parent follow the last one.
+    // The name in brackets may itself hold brackets and spaces; the other fields follow the last one.
     const std::size_t nameEnd = status.rfind(')');
-    if (nameEnd == std::string::npos || nameEnd + 2 >= status.size()) return std::nullopt;
+    if (nameEnd == std::string::npos || nameEnd + 2 >= status.size()) return {};
     const std::vector<std::string_view> fields = parts(std::string_view(status).substr(nameEnd + 2), ' ');
-    return fields.size() > 1 ? number(fields[1]) : std::nullopt;
+    return fields.size() > field - firstField ? std::string(fields[field - firstField]) : std::string();
+}
+
+std::optional<pid_t> ProcessTable::parent(pid_t process) const {
+    return number<pid_t>(statusField(process, 4));
+}
+
+bool ProcessTable::hasTerminal(pid_t process) const {
+    const std::optional<int> device = number<int>(statusField(process, 7));
+    return device && *device != 0;
+}
+
+std::optional<std::uint64_t> ProcessTable::startTime(pid_t process) const {
+    const std::string state = statusField(process, 3);
+    // A zombie is only a note for its parent.
+    if (state == "Z" || state == "X") return std::nullopt;
+    return number<std::uint64_t>(statusField(process, 22));
 }
 
 std::optional<std::string> ProcessTable::variable(pid_t process, std::string_view name) const {

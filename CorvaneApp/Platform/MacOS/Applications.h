@@ -13,10 +13,8 @@ class MacApplications : public Applications {
     explicit MacApplications(Scheduler& scheduler)
         : scheduler_(scheduler) {}
 
-    void activate(const std::string& bundleID) override;
-
-    /// Does nothing: every terminal here tells its identifier to what runs in it.
-    void activateTerminal(const std::string& agent, const std::string& directory) override;
+    /// By the identifier alone: every terminal here tells it to what runs in it.
+    void activate(const Terminal& terminal, Report report) override;
 
   private:
     Scheduler& scheduler_;

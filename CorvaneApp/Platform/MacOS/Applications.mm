@@ -37,15 +37,15 @@ class RunningApplication : public OtherApplication {
 
 } // namespace
 
-void MacApplications::activate(const std::string& bundleID) {
-    NSString* const identifier = QString::fromStdString(bundleID).toNSString();
+void MacApplications::activate(const Terminal& terminal, Report report) {
+    NSString* const identifier = QString::fromStdString(terminal.bundleID.value_or("")).toNSString();
     NSRunningApplication* const application =
         [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier].firstObject;
-    if (!application) return;
-    bringForward(std::make_shared<RunningApplication>(application),
-                 NSApp.active ? OurState::active : OurState::inactive, scheduler_);
+    if (application) {
+        bringForward(std::make_shared<RunningApplication>(application),
+                     NSApp.active ? OurState::active : OurState::inactive, scheduler_);
+    }
+    report(application != nil);
 }
-
-void MacApplications::activateTerminal(const std::string& /*agent*/, const std::string& /*directory*/) {}
 
 } // namespace corvane

@@ -183,14 +183,28 @@ class PlayedSounds : public Sounds {
 
 class Activations : public Applications {
   public:
-    void activate(const std::string& bundleID) override { activated.push_back(bundleID); }
-
-    void activateTerminal(const std::string& agent, const std::string& directory) override {
-        searched.emplace_back(agent, directory);
+    void activate(const Terminal& terminal, Report report) override {
+        if (terminal.bundleID) {
+            activated.push_back(*terminal.bundleID);
+        } else {
+            searched.emplace_back(terminal.agent, terminal.directory);
+        }
+        last = terminal;
+        if (reportsAtOnce) {
+            report(isFound);
+        } else {
+            pending.push_back(std::move(report));
+        }
     }
 
+    /// The identifiers of the terminals that were to be brought to the front; the agents and directories of
+    /// those without.
     std::vector<std::string> activated;
     std::vector<std::pair<std::string, std::string>> searched;
+    Terminal last;
+    bool isFound = true;
+    bool reportsAtOnce = true;
+    std::vector<Report> pending;
 };
 
 class FakeLoginItem : public LoginItem {

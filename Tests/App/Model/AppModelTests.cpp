@@ -249,6 +249,76 @@ TEST_F(AppModelTest, jumpingToAnUnknownTerminalDismissesAndLooksForTheAgentsProc
               (std::vector<std::pair<std::string, std::string>>{{"claude", "/w/shop"}}));
 }
 
+TEST_F(AppModelTest, jumpingTellsAllThatIsKnownOfTheTerminal) {
+    dropClaude("Notification", "s");
+    pass();
+    click("Go to Terminal");
+    EXPECT_EQ(platform_.applications.last,
+              (Terminal{"com.mitchellh.ghostty", "ghostty", "claude", "/w/shop"}));
+}
+
+TEST_F(AppModelTest, aTerminalThatIsNotFoundIsRememberedUntilItIsOrTheSessionEnds) {
+    dropClaude("Notification", "s");
+    dropClaude("Notification", "other");
+    pass();
+    int changes = 0;
+    QObject::connect(&model(), &AppModel::changed, [&] { ++changes; });
+    const AgentSession session = model().board().sessions().at(0);
+    platform_.applications.reportsAtOnce = false;
+    model().jump(session);
+    EXPECT_FALSE(model().isTerminalMissing("claude:s"));
+    platform_.applications.pending.at(0)(false);
+    EXPECT_TRUE(model().isTerminalMissing("claude:s"));
+    EXPECT_FALSE(model().isTerminalMissing("claude:other"));
+    EXPECT_EQ(changes, 1);
+
+    platform_.applications.reportsAtOnce = true;
+    model().jump(session);
+    EXPECT_FALSE(model().isTerminalMissing("claude:s"));
+    EXPECT_EQ(changes, 2);
+    platform_.applications.isFound = false;
+    model().jump(session);
+    EXPECT_TRUE(model().isTerminalMissing("claude:s"));
+    dropClaude("SessionEnd", "s");
+    pass();
+    EXPECT_FALSE(model().isTerminalMissing("claude:s"));
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_FALSE(model().isTerminalMissing("claude:s")) << "a new session of that name";
+
+    model().sendTestAlert();
+    click("Go to Terminal");
+    EXPECT_FALSE(model().isTerminalMissing("claude:test")) << "it has none";
+}
+
+TEST_F(AppModelTest, theNextBannerSaysThatTheTerminalWasNotFound) {
+    const auto toolTip = [this] {
+        return test::buttonOf(*platform_.panels.standing().front()->content, "Go to Terminal").toolTip();
+    };
+    platform_.applications.isFound = false;
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(toolTip(), QString());
+    click("Go to Terminal");
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(toolTip(), QStringLiteral("Terminal not found"));
+    platform_.applications.isFound = true;
+    click("Go to Terminal");
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(toolTip(), QString());
+}
+
+TEST_F(AppModelTest, aReportThatComesAfterTheModelIsNotHeard) {
+    dropClaude("Notification", "s");
+    pass();
+    platform_.applications.reportsAtOnce = false;
+    click("Go to Terminal");
+    model_.reset();
+    platform_.applications.pending.at(0)(false);
+}
+
 TEST_F(AppModelTest, everySixtiethPassPrunesTheBoard) {
     dropClaude("UserPromptSubmit", "s", SessionBoard::staleAfter + Seconds(1));
     pass(59);

@@ -11,10 +11,20 @@
 #include <chrono>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace corvane::test {
+
+/// The button of this text or accessible name.
+inline QAbstractButton& buttonOf(const QWidget& view, const char* name) {
+    for (auto* const button : view.findChildren<QAbstractButton*>()) {
+        if (button->text() == QLatin1String(name) || button->accessibleName() == QLatin1String(name))
+            return *button;
+    }
+    throw std::runtime_error(std::string("no button ") + name);
+}
 
 /// A model with a home folder, a clock and a desktop of its own.
 class AppModelTest : public testing::Test {
@@ -59,13 +69,7 @@ class AppModelTest : public testing::Test {
     void click(const char* name) {
         const auto standing = platform_.panels.standing();
         ASSERT_FALSE(standing.empty());
-        for (auto* const button : standing.front()->content->findChildren<QAbstractButton*>()) {
-            if (button->text() == QLatin1String(name) || button->accessibleName() == QLatin1String(name)) {
-                button->click();
-                return;
-            }
-        }
-        FAIL() << "no button " << name;
+        buttonOf(*standing.front()->content, name).click();
     }
 
     [[nodiscard]] std::size_t standing() const { return platform_.panels.standing().size(); }

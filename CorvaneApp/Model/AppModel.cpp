@@ -47,6 +47,7 @@ AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& ba
     , defaults_(defaults)
     , services_(services)
     , banners_(banners)
+    , waitWatch_(services.agentProcesses)
     , now_(services.clock())
     , prefs_(AlertPreferences::load(defaults, preferencesKey))
     , hasCompletedOnboarding_(defaults.boolean(onboardingKey)) {
@@ -97,6 +98,7 @@ void AppModel::tick() {
         for (const AgentEvent& event : events) {
             if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
         }
+        endDeadSessions();
         for (const AgentSession& session : board_.dueReminders(now_, prefs_.reminderInterval()))
             perform(BoardEffect::showWaiting(session));
     });
@@ -143,6 +145,17 @@ void AppModel::prune() {
     // Nothing else would ever take their banners down.
     for (const std::string& id : forgotten)
         banners_.dismiss(id);
+}
+
+void AppModel::endDeadSessions() {
+    for (const AgentSession& session : waitWatch_.ended(board_.sessions(), now_)) {
+        AgentEvent event;
+        event.source = session.agent;
+        event.kind = EventKind::ended;
+        event.sessionID = session.sessionID;
+        event.date = now_;
+        if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
+    }
 }
 
 void AppModel::playSound(EventKind kind) {

@@ -2,6 +2,7 @@
 
 #include "Connection/AgentConnector.h"
 #include "Intake/EventInbox.h"
+#include "Model/WaitWatch.h"
 #include "Platform/Platform.h"
 #include "Sessions/AlertPreferences.h"
 #include "Sessions/SessionBoard.h"
@@ -109,6 +110,8 @@ class AppModel : public QObject {
     void playSounds();
     void playSound(EventKind kind);
     void prune();
+    /// Ends the sessions whose agent has gone while it waited.
+    void endDeadSessions();
     [[nodiscard]] bool isOnBoard(std::string_view id) const;
     void rememberTerminal(const std::string& id, bool isFound);
 
@@ -120,6 +123,7 @@ class AppModel : public QObject {
     Banners& banners_;
 
     SessionBoard board_;
+    WaitWatch waitWatch_;
     std::set<std::string, std::less<>> missingTerminals_; ///< sessions by `id`; none that left the board
     std::unordered_map<AgentKind, bool> connected_;
     std::optional<std::filesystem::path> lastBackup_;

@@ -9,6 +9,7 @@
 namespace corvane {
 
 class Activation;
+class AgentProcesses;
 class Announcer;
 class Appearance;
 class Applications;
@@ -41,6 +42,7 @@ struct PlatformServices {
     Announcer& announcer;
     Sounds& sounds;
     Applications& applications;
+    AgentProcesses& agentProcesses;
     LoginItem& loginItem;
     FileBrowser& fileBrowser;
     StatusItem& statusItem;

@@ -222,6 +222,17 @@ TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
     expectAgentToRead("session");
 }
 
+TEST_P(TerminalJump, theBannerGoesWithAnAgentThatIsKilledWhileItWaits) {
+    openXterm("cd shop && exec ../bin/claude");
+    openXterm("cd blog && exec ../bin/claude");
+    desktop.claude("Notification-permission_prompt", "shop", "shop", {"TERM_PROGRAM="});
+    desktop.claude("Notification-permission_prompt", "blog", "blog", {"TERM_PROGRAM="});
+    ASSERT_TRUE(desktop.shows(2, 0));
+    programs.front().reset();
+    EXPECT_TRUE(desktop.shows(1, 0));
+    EXPECT_FALSE(waitUntil(3s, [&] { return desktop.screen().banners().size() != 1; }));
+}
+
 TEST_P(TerminalJump, withoutARunningAgentNothingHappens) {
     openXterm("cd blog && exec ../bin/claude");
     const std::uint32_t other = openOther();

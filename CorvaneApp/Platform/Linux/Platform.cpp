@@ -1,6 +1,7 @@
 #include "Platform/Platform.h"
 
 #include "Platform/Linux/Activation.h"
+#include "Platform/Linux/AgentProcesses.h"
 #include "Platform/Linux/Announcer.h"
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
@@ -58,6 +59,7 @@ class LinuxPlatform : public Platform {
             .announcer = announcer_,
             .sounds = sounds_,
             .applications = applications_,
+            .agentProcesses = agentProcesses_,
             .loginItem = loginItem_,
             .fileBrowser = fileBrowser_,
             .statusItem = statusItem_,
@@ -76,6 +78,7 @@ class LinuxPlatform : public Platform {
     LinuxAnnouncer announcer_;
     LinuxSounds sounds_;
     LinuxApplications applications_;
+    LinuxAgentProcesses agentProcesses_;
     LinuxLoginItem loginItem_{LinuxLoginItem::standardFile(), LinuxLoginItem::runningProgram()};
     LinuxFileBrowser fileBrowser_;
     LinuxStatusItem statusItem_{appearance_};

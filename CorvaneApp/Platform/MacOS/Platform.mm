@@ -2,6 +2,7 @@
 
 #include "Platform/MacOS/Activation.h"
 #include "Platform/MacOS/Activity.h"
+#include "Platform/MacOS/AgentProcesses.h"
 #include "Platform/MacOS/Announcer.h"
 #include "Platform/MacOS/Appearance.h"
 #include "Platform/MacOS/ApplicationDelegate.h"
@@ -43,6 +44,7 @@ class MacPlatform : public Platform {
             .announcer = announcer_,
             .sounds = sounds_,
             .applications = applications_,
+            .agentProcesses = agentProcesses_,
             .loginItem = loginItem_,
             .fileBrowser = fileBrowser_,
             .statusItem = statusItem_,
@@ -62,6 +64,7 @@ class MacPlatform : public Platform {
     MacAnnouncer announcer_;
     MacSounds sounds_;
     MacApplications applications_{scheduler_};
+    MacAgentProcesses agentProcesses_;
     MacLoginItem loginItem_;
     MacFileBrowser fileBrowser_;
     MacStatusItem statusItem_;

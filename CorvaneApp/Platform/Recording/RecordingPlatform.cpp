@@ -105,6 +105,22 @@ bool FakeSystemSymbols::draw(QImage& image, const QString& name, const QRectF& b
     return true;
 }
 
+std::vector<ProcessIdentity> FakeAgentProcesses::running(const std::string& agent,
+                                                         const std::string& directory) const {
+    ++lookCount;
+    std::vector<ProcessIdentity> found;
+    for (const Process& process : processes) {
+        if (process.agent == agent && process.directory == directory) found.push_back(process.identity);
+    }
+    return found;
+}
+
+bool FakeAgentProcesses::isRunning(const ProcessIdentity& process) const {
+    ++lookCount;
+    return std::any_of(processes.begin(), processes.end(),
+                       [&](const Process& each) { return each.identity == process; });
+}
+
 void FakePanelHost::setGeometry(const QRect& newGeometry, const QPainterPath& newOutline) {
     geometry = newGeometry;
     outline = newOutline;
@@ -150,6 +166,7 @@ PlatformServices RecordingPlatform::services() {
         .announcer = announcer,
         .sounds = sounds,
         .applications = applications,
+        .agentProcesses = agentProcesses,
         .loginItem = loginItem,
         .fileBrowser = fileBrowser,
         .statusItem = statusItem,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Activation.h"
+#include "Platform/AgentProcesses.h"
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Applications.h"
@@ -207,6 +208,23 @@ class Activations : public Applications {
     std::vector<Report> pending;
 };
 
+/// A made-up process table.
+class FakeAgentProcesses : public AgentProcesses {
+  public:
+    struct Process {
+        ProcessIdentity identity;
+        std::string agent;
+        std::string directory;
+    };
+
+    [[nodiscard]] std::vector<ProcessIdentity> running(const std::string& agent,
+                                                       const std::string& directory) const override;
+    [[nodiscard]] bool isRunning(const ProcessIdentity& process) const override;
+
+    std::vector<Process> processes;
+    mutable int lookCount = 0; ///< how often either was asked
+};
+
 class FakeLoginItem : public LoginItem {
   public:
     [[nodiscard]] bool isEnabled() const override { return enabled; }
@@ -263,6 +281,7 @@ struct RecordingPlatform {
     Announcements announcer;
     PlayedSounds sounds;
     Activations applications;
+    FakeAgentProcesses agentProcesses;
     FakeLoginItem loginItem;
     Reveals fileBrowser;
     FakeStatusItem statusItem;

@@ -319,6 +319,46 @@ TEST_F(AppModelTest, aReportThatComesAfterTheModelIsNotHeard) {
     platform_.applications.pending.at(0)(false);
 }
 
+TEST_F(AppModelTest, anAgentThatDiesWhileItWaitsEndsItsSession) {
+    platform_.agentProcesses.processes = {{{7, 1}, "claude", "/w/shop"}};
+    dropClaude("Notification", "s");
+    pass();
+    EXPECT_EQ(standing(), 1U);
+    pass(3);
+    EXPECT_EQ(standing(), 1U);
+    platform_.agentProcesses.processes.clear();
+    pass();
+    EXPECT_EQ(standing(), 0U);
+    EXPECT_TRUE(model().board().sessions().empty());
+    EXPECT_EQ(played().size(), 1U);
+}
+
+TEST_F(AppModelTest, noReminderIsShownForAnAgentThatHasDied) {
+    platform_.agentProcesses.processes = {{{7, 1}, "claude", "/w/shop"}};
+    dropClaude("Notification", "s");
+    pass();
+    click("Snooze");
+    platform_.agentProcesses.processes.clear();
+    const std::size_t panels = platform_.panels.all.size();
+    pass(301);
+    EXPECT_EQ(platform_.panels.all.size(), panels);
+    EXPECT_EQ(played().size(), 1U);
+}
+
+TEST_F(AppModelTest, withoutAWaitingSessionNoProcessIsLookedAt) {
+    platform_.agentProcesses.processes = {{{7, 1}, "claude", "/w/shop"}};
+    dropClaude("UserPromptSubmit", "s");
+    dropCodexDone("done");
+    pass(5);
+    EXPECT_EQ(platform_.agentProcesses.lookCount, 0);
+    dropClaude("Notification", "s");
+    pass(10);
+    EXPECT_EQ(platform_.agentProcesses.lookCount, 11) << "once for what runs, and once a pass";
+    dropClaude("PostToolUse", "s");
+    pass(10);
+    EXPECT_EQ(platform_.agentProcesses.lookCount, 11);
+}
+
 TEST_F(AppModelTest, everySixtiethPassPrunesTheBoard) {
     dropClaude("UserPromptSubmit", "s", SessionBoard::staleAfter + Seconds(1));
     pass(59);

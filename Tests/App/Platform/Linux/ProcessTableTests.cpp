@@ -1,10 +1,15 @@
+#include "Platform/Linux/AgentProcesses.h"
 #include "Platform/Linux/ProcessTable.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <unistd.h>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -20,8 +25,9 @@ class ProcessTableTest : public testing::Test {
         test::writeFile(folder / "comm", commandName + "\n");
         test::writeFile(folder / "cmdline", commandLine);
         test::writeFile(folder / "environ", environment);
-        test::writeFile(folder / "stat", std::to_string(process) + " (" + commandName + ") S " +
-                                             std::to_string(parent) + " 1 1 0 -1");
+        test::writeFile(folder / "stat",
+                        std::to_string(process) + " (" + commandName + ") S " + std::to_string(parent) +
+                            " 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 " + std::to_string(process * 100) + " 0 0");
         fs::create_symlink(directory, folder / "cwd");
     }
 
@@ -70,6 +76,48 @@ TEST_F(ProcessTableTest, ancestryEndsWhereNothingCanBeRead) {
     // A number that is used anew while we look may close a circle.
     add(30, 40, "bash", "bash\0"s, "/");
     EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30}));
+}
+
+TEST_F(ProcessTableTest, aProcessIsToldFromALaterOneByItsStart) {
+    add(40, 30, "a) b (c", "claude\0"s, "/w/shop");
+    EXPECT_EQ(table_.startTime(40), 4'000U);
+    EXPECT_EQ(table_.startTime(41), std::nullopt);
+    add(42, 30, "claude", "claude\0"s, "/w/shop");
+    test::writeFile(root_.path() / "42/stat",
+                    "42 (claude) Z 30 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 4200 0 0");
+    EXPECT_EQ(table_.startTime(42), std::nullopt) << "a zombie has ended";
+    test::writeFile(root_.path() / "42/stat", "42 (claude) R 30");
+    EXPECT_EQ(table_.startTime(42), std::nullopt);
+}
+
+TEST_F(ProcessTableTest, servicesBelongToNoTerminal) {
+    add(40, 30, "claude", "claude\0"s, "/w/shop");
+    EXPECT_FALSE(table_.hasTerminal(40));
+    EXPECT_FALSE(table_.hasTerminal(41));
+    test::writeFile(root_.path() / "40/stat", "40 (claude) S 30 40 40 34816 40");
+    EXPECT_TRUE(table_.hasTerminal(40));
+}
+
+TEST_F(ProcessTableTest, theAgentsProcessesAreKnownWhileTheyRun) {
+    add(40, 30, "claude", "claude\0"s, "/w/shop");
+    add(41, 30, "claude", "claude\0"s, "/w/blog");
+    const LinuxAgentProcesses processes(table_);
+    ASSERT_EQ(processes.running("claude", "/w/shop"), (std::vector<ProcessIdentity>{{40, 4'000}}));
+    EXPECT_TRUE(processes.isRunning({40, 4'000}));
+    EXPECT_FALSE(processes.isRunning({40, 3'999}));
+    fs::remove_all(root_.path() / "40");
+    EXPECT_FALSE(processes.isRunning({40, 4'000}));
+    EXPECT_TRUE(processes.running("claude", "/w/shop").empty());
+}
+
+TEST_F(ProcessTableTest, thisProcessIsFoundInTheSystemsOwnTable) {
+    const LinuxAgentProcesses processes;
+    const std::string directory = fs::current_path().string();
+    const ProcessTable table;
+    const std::optional<std::uint64_t> started = table.startTime(getpid());
+    ASSERT_TRUE(started);
+    const std::vector<ProcessIdentity> running = processes.running("AppTests", directory);
+    EXPECT_NE(std::find(running.begin(), running.end(), ProcessIdentity{getpid(), *started}), running.end());
 }
 
 TEST_F(ProcessTableTest, theEnvironmentIsSearchedByWholeNames) {

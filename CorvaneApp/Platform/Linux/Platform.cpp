@@ -11,6 +11,7 @@
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/Sounds.h"
+#include "Platform/Linux/StartupToken.h"
 #include "Platform/Linux/StatusItem.h"
 #include "Platform/Linux/SystemSymbols.h"
 #include "Platform/Linux/WindowShadow.h"
@@ -31,6 +32,7 @@ namespace {
 constexpr const char* windowSystemVariable = "QT_QPA_PLATFORM";
 constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
 bool hasChosenWindowSystem = false;
+StartupToken ownStartup;
 
 /// What Qt printed to before.
 QtMessageHandler printMessage = nullptr;
@@ -45,6 +47,11 @@ void takeMessage(QtMsgType type, const QMessageLogContext& context, const QStrin
 
 class LinuxPlatform : public Platform {
   public:
+    LinuxPlatform() {
+        QObject::connect(&singleInstance_, &LinuxSingleInstance::startedWith, &singleInstance_,
+                         [this](const StartupToken& startup) { activation_.setStartup(startup); });
+    }
+
     PlatformServices services() override {
         return {
             .clock = [] { return Date::fromSystemClock(std::chrono::system_clock::now()); },
@@ -82,7 +89,7 @@ class LinuxPlatform : public Platform {
     LinuxLoginItem loginItem_{LinuxLoginItem::standardFile(), LinuxLoginItem::runningProgram()};
     LinuxFileBrowser fileBrowser_;
     LinuxStatusItem statusItem_{appearance_};
-    LinuxSingleInstance singleInstance_;
+    LinuxSingleInstance singleInstance_{ownStartup};
     // The last to come and the first to go: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };
@@ -107,6 +114,7 @@ bool Platform::prepareProcess() {
                    stderr);
         return false;
     }
+    ownStartup = StartupToken::fromEnvironment();
     printMessage = qInstallMessageHandler(takeMessage);
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
     hasChosenWindowSystem = hasX && !isChosen;

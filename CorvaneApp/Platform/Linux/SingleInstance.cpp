@@ -25,14 +25,18 @@ constexpr int mostAttempts = 20;
 
 } // namespace
 
+LinuxSingleInstance::LinuxSingleInstance(StartupToken startup)
+    : startup_(std::move(startup)) {}
+
 LinuxSingleInstance::~LinuxSingleInstance() = default;
 
 bool LinuxSingleInstance::claim() {
     const Outcome outcome = claimOnBus();
     if (outcome != Outcome::noBus) return outcome == Outcome::first;
     lock_ = std::make_unique<SingleInstanceLock>(SingleInstanceLock::standardFolder());
-    connect(lock_.get(), &SingleInstanceLock::asked, this, &LinuxSingleInstance::tell);
-    return lock_->claim();
+    connect(lock_.get(), &SingleInstanceLock::asked, this,
+            [this](const std::string& message) { tell(StartupToken::fromMessage(message)); });
+    return lock_->claim(startup_.message());
 }
 
 LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
@@ -51,7 +55,7 @@ LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
         QDBusMessage call =
             QDBusMessage::createMethodCall(busName, objectPath, interface, QStringLiteral("Activate"));
         call.setAutoStartService(false);
-        call << QVariantMap();
+        call << startup_.platformData();
         const QDBusMessage answer = bus.call(call, QDBus::Block, static_cast<int>(answerTimeout.count()));
         const QString error = answer.errorName();
         const bool isGone = error == QDBusError::errorString(QDBusError::ServiceUnknown) ||
@@ -64,11 +68,12 @@ LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
     return Outcome::noBus;
 }
 
-void LinuxSingleInstance::Activate(const QVariantMap& /*platformData*/) {
-    tell();
+void LinuxSingleInstance::Activate(const QVariantMap& platformData) {
+    tell(StartupToken::fromPlatformData(platformData));
 }
 
-void LinuxSingleInstance::tell() {
+void LinuxSingleInstance::tell(const StartupToken& startup) {
+    Q_EMIT startedWith(startup);
     isUntold_ = !isSignalConnected(QMetaMethod::fromSignal(&SingleInstance::reopened));
     if (!isUntold_) Q_EMIT reopened();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/SingleInstanceLock.h"
+#include "Platform/Linux/StartupToken.h"
 #include "Platform/SingleInstance.h"
 
 #include <QVariantMap>
@@ -15,6 +16,8 @@ class LinuxSingleInstance : public SingleInstance {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
+    /// `startup` is what this process was started with, for the instance that runs already.
+    explicit LinuxSingleInstance(StartupToken startup = {});
     ~LinuxSingleInstance() override;
 
     [[nodiscard]] bool claim() override;
@@ -30,6 +33,10 @@ class LinuxSingleInstance : public SingleInstance {
                                                  const QVariantMap& platformData);
     // NOLINTEND(readability-identifier-naming)
 
+  Q_SIGNALS:
+    /// What the start that is reported next came with.
+    void startedWith(const StartupToken& startup);
+
   protected:
     void connectNotify(const QMetaMethod& signal) override;
 
@@ -37,9 +44,10 @@ class LinuxSingleInstance : public SingleInstance {
     enum class Outcome { first, second, noBus };
     [[nodiscard]] Outcome claimOnBus();
 
-    /// Emits `reopened`; once somebody connects to it, if nobody has so far.
-    void tell();
+    /// Emits both signals; `reopened` once somebody connects to it, if nobody has so far.
+    void tell(const StartupToken& startup);
 
+    StartupToken startup_;
     std::unique_ptr<SingleInstanceLock> lock_;
     bool isUntold_ = false;
 };

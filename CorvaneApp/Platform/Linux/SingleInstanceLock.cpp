@@ -1,6 +1,7 @@
 #include "Platform/Linux/SingleInstanceLock.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -23,6 +24,7 @@ namespace {
 // A process that has the lock listens soon after; one that is ending gives the lock back soon.
 constexpr std::chrono::seconds patience{5};
 constexpr std::chrono::milliseconds pause{20};
+constexpr std::size_t longestMessage = 4096; // bytes; the rest of a longer one is lost
 
 /// Whether `folder` is a directory, no link, of this user that nobody else can write.
 bool isPrivate(const fs::path& folder) {
@@ -55,7 +57,7 @@ fs::path SingleInstanceLock::standardFolder() {
     return isPrivate(folder) ? folder : fs::path();
 }
 
-bool SingleInstanceLock::claim() {
+bool SingleInstanceLock::claim(const std::string& message) {
     if (path_.empty()) return true;
     folder_ = FileDescriptor(open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     FileDescriptor lock(openat(folder_.number(), "corvane.lock", O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
@@ -69,19 +71,18 @@ bool SingleInstanceLock::claim() {
             return true;
         }
         if (errno != EWOULDBLOCK && errno != EINTR) return true;
-        if (ask() || std::chrono::steady_clock::now() > end) return false;
+        if (ask(message) || std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(pause);
     }
 }
 
 void SingleInstanceLock::listen() {
     unlinkat(folder_.number(), "corvane.socket", 0);
-    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    // Datagrams: each message is there as a whole or not at all, so that no sender can keep this one waiting.
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
     // The folder keeps other users away from it.
-    if (bind(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0 ||
-        ::listen(socket.number(), SOMAXCONN) != 0)
-        return;
+    if (bind(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0) return;
     socket_ = std::move(socket);
     notifier_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, &SingleInstanceLock::answer);
@@ -89,17 +90,19 @@ void SingleInstanceLock::listen() {
 
 void SingleInstanceLock::answer() {
     for (;;) {
-        const FileDescriptor client(accept4(socket_.number(), nullptr, nullptr, SOCK_CLOEXEC));
-        if (client.number() < 0) return;
-        Q_EMIT asked();
+        std::array<char, longestMessage> bytes{};
+        const ssize_t size = recv(socket_.number(), bytes.data(), bytes.size(), 0);
+        if (size < 0) return;
+        Q_EMIT asked(std::string(bytes.data(), static_cast<std::size_t>(size)));
     }
 }
 
-bool SingleInstanceLock::ask() const {
-    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+bool SingleInstanceLock::ask(const std::string& message) const {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
-    // A connection that is made waits until it is noticed, so there is nothing to say or to hear.
-    return ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0;
+    // What was sent waits until it is read. A queue that is full has been filled by others who ask the same.
+    return ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 &&
+           (send(socket.number(), message.data(), message.size(), MSG_NOSIGNAL) >= 0 || errno == EAGAIN);
 }
 
 } // namespace corvane

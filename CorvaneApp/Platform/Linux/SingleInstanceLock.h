@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 namespace corvane {
 
@@ -25,18 +26,19 @@ class SingleInstanceLock : public QObject {
 
     /// Takes the lock. Returns false if another process holds it; that process has been asked to come
     /// forward, unless it did not answer for a few seconds. Returns true if the folder cannot be used at all:
-    /// two instances are better than none.
-    [[nodiscard]] bool claim();
+    /// two instances are better than none. `message` is what that process gets to hear, of at most a few
+    /// thousand bytes.
+    [[nodiscard]] bool claim(const std::string& message = {});
 
   Q_SIGNALS:
     /// Another process tried to take the lock.
-    void asked();
+    void asked(const std::string& message);
 
   private:
     void listen();
     void answer();
     /// Notifies the process that holds the lock; whether that worked.
-    [[nodiscard]] bool ask() const;
+    [[nodiscard]] bool ask(const std::string& message) const;
 
     std::filesystem::path path_;
     files::FileDescriptor folder_;

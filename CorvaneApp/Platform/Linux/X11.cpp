@@ -7,7 +7,9 @@
 #include <xcb/shape.h>
 #include <xcb/xcb_ewmh.h>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <map>
 #include <string>
 
@@ -203,6 +205,40 @@ void moveToCurrentWorkspace(xcb_window_t window) {
     const std::optional<std::uint32_t> own = cardinal(xcb_ewmh_get_wm_desktop(x, window));
     if (!current || !own || *own == everyWorkspace || own == current) return;
     xcb_ewmh_request_change_wm_desktop(x, 0, window, *current, XCB_EWMH_CLIENT_SOURCE_TYPE_NORMAL);
+}
+
+void requestActivation(xcb_window_t window) {
+    xcb_ewmh_connection_t* const x = ewmh();
+    if (x == nullptr) return;
+    xcb_ewmh_request_change_active_window(x, 0, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME,
+                                          XCB_WINDOW_NONE);
+}
+
+void finishStartup(xcb_window_t window, const std::string& startupId) {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, atom("_NET_STARTUP_ID"), atom("UTF8_STRING"), 8,
+                        static_cast<std::uint32_t>(startupId.size()), startupId.data());
+    std::string message = "remove: ID=\"";
+    for (const char character : startupId) {
+        if (character == '"' || character == '\\') message += '\\';
+        message += character;
+    }
+    message += '"';
+    // In pieces as large as an event, the last of which has a zero byte.
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 8;
+    event.window = window;
+    event.type = atom("_NET_STARTUP_INFO_BEGIN");
+    constexpr std::size_t pieceSize = sizeof event.data.data8;
+    for (std::size_t start = 0; start <= message.size(); start += pieceSize) {
+        std::fill(std::begin(event.data.data8), std::end(event.data.data8), std::uint8_t{0});
+        message.copy(reinterpret_cast<char*>(event.data.data8), pieceSize, start);
+        xcb_send_event(x, 0, rootWindow(), XCB_EVENT_MASK_PROPERTY_CHANGE,
+                       reinterpret_cast<const char*>(&event));
+        event.type = atom("_NET_STARTUP_INFO");
+    }
 }
 
 void placeBelow(xcb_window_t window, xcb_window_t sibling) {

@@ -53,6 +53,12 @@ void flush();
 /// Asks the window manager to show a window that stands on another workspace on the current one.
 void moveToCurrentWorkspace(xcb_window_t window);
 
+/// Asks the window manager, as a pager does, to make `window` the active one, in front of all others.
+void requestActivation(xcb_window_t window);
+
+/// Ends the feedback of the start with this identifier, for which `window` has been shown.
+void finishStartup(xcb_window_t window, const std::string& startupId);
+
 /// Puts `window` directly below `sibling`, both being windows that no window manager looks after. Nothing
 /// happens where it is there already. Waits in the connection's buffer.
 void placeBelow(xcb_window_t window, xcb_window_t sibling);

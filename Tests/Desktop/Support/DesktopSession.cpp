@@ -58,6 +58,14 @@ DesktopSession::DesktopSession(const std::string& windowManager, Compositor comp
 )");
     // As a user who has been through the first run.
     writeFile(home_ / ".config/Corvane/Corvane.conf", "[General]\nhasCompletedOnboarding=true\n");
+    // Else it has the user choose where each window goes, and asks for a font that servers may lack.
+    writeFile(home_ / ".twmrc", R"(RandomPlacement
+TitleFont "fixed"
+MenuFont "fixed"
+IconFont "fixed"
+ResizeFont "fixed"
+IconManagerFont "fixed"
+)");
     HookScript::install(paths());
     startBus();
     startServer();

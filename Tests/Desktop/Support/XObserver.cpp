@@ -337,6 +337,32 @@ void XObserver::requestWorkspaceCount(std::uint32_t count) {
     request(root_, "_NET_NUMBER_OF_DESKTOPS", {count});
 }
 
+std::uint32_t XObserver::serverTime() {
+    // The server tells it with each change of a property.
+    const std::uint32_t window = xcb_generate_id(connection_);
+    constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0,
+                        nullptr);
+    xcb_flush(connection_);
+    for (;;) {
+        const ReplyPointer<xcb_generic_event_t> event(xcb_wait_for_event(connection_));
+        if (!event) throw std::runtime_error("the X server has gone");
+        constexpr std::uint8_t typeMask = 0x7F;
+        if ((event->response_type & typeMask) != XCB_PROPERTY_NOTIFY) continue;
+        xcb_destroy_window(connection_, window);
+        return reinterpret_cast<const xcb_property_notify_event_t*>(event.get())->time;
+    }
+}
+
+void XObserver::noteUse(std::uint32_t window) {
+    const std::uint32_t time = serverTime();
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_USER_TIME"),
+                        XCB_ATOM_CARDINAL, 32, 1, &time);
+    roundTrip();
+}
+
 void XObserver::cover(Rect area) {
     const std::uint32_t window = xcb_generate_id(connection_);
     constexpr std::array<std::uint32_t, 2> values{0x223344, 1}; // background pixel, override-redirect

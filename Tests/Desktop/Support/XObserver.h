@@ -106,6 +106,10 @@ class XObserver {
     void requestWorkspace(std::uint32_t index);
     void requestWorkspaceCount(std::uint32_t count);
 
+    /// Notes that the user uses the window at this moment, as toolkits do at each key press: window managers
+    /// give no other program's window the focus for a reason that is older.
+    void noteUse(std::uint32_t window);
+
     /// Puts a window in front of all others that no window manager looks after. It goes with this observer.
     void cover(Rect area);
 
@@ -119,7 +123,8 @@ class XObserver {
     [[nodiscard]] bool isOurs(std::uint32_t window) const;
     [[nodiscard]] std::vector<Banner> mapped(bool bannersOnly) const;
     void request(std::uint32_t window, std::string_view message, std::array<std::uint32_t, 5> data);
-    void roundTrip() const; // returns when all that was asked for has been done
+    [[nodiscard]] std::uint32_t serverTime(); // in milliseconds
+    void roundTrip() const;                   // returns when all that was asked for has been done
 
     xcb_connection_t* connection_;
     std::uint32_t root_ = 0;

@@ -11,8 +11,10 @@
 
 #include <csignal>
 #include <filesystem>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -37,6 +39,20 @@ TEST(SingleInstanceLock, laterClaimsFailAndTheFirstIsNotified) {
     EXPECT_FALSE(third.claim());
     while (asked.count() < 2)
         ASSERT_TRUE(asked.wait());
+}
+
+TEST(SingleInstanceLock, theFirstHearsWhatTheOthersSayInOrder) {
+    const ScratchFolder scratch("single-instance");
+    SingleInstanceLock first(scratch.path());
+    ASSERT_TRUE(first.claim("not sent to anybody"));
+    std::vector<std::string> heard;
+    QObject::connect(&first, &SingleInstanceLock::asked, &first,
+                     [&heard](const std::string& message) { heard.push_back(message); });
+    for (const char* const message : {"one", "", "three"})
+        EXPECT_FALSE(SingleInstanceLock(scratch.path()).claim(message));
+    QSignalSpy asked(&first, &SingleInstanceLock::asked);
+    ASSERT_TRUE(asked.wait());
+    EXPECT_EQ(heard, (std::vector<std::string>{"one", "", "three"}));
 }
 
 TEST(SingleInstanceLock, aClaimSucceedsOnceTheFirstHasGone) {
@@ -164,6 +180,16 @@ TEST_F(LinuxSingleInstanceTest, aSecondStartIsHeardAtOnce) {
     instance.Open({QStringLiteral("file:///notes")}, {});
     instance.ActivateAction(QStringLiteral("new-window"), {}, {});
     EXPECT_EQ(heard, 3);
+}
+
+TEST_F(LinuxSingleInstanceTest, whatTheSecondStartCameWithIsToldBeforeIt) {
+    std::vector<std::string> heardInOrder;
+    QObject::connect(&instance, &LinuxSingleInstance::startedWith, &instance,
+                     [&](const StartupToken& startup) { heardInOrder.push_back(startup.startupId); });
+    QObject::connect(&instance, &SingleInstance::reopened, &instance,
+                     [&] { heardInOrder.emplace_back("reopened"); });
+    instance.Activate({{QStringLiteral("desktop-startup-id"), QStringLiteral("id_TIME1")}});
+    EXPECT_EQ(heardInOrder, (std::vector<std::string>{"id_TIME1", "reopened"}));
 }
 
 TEST_F(LinuxSingleInstanceTest, aSecondStartBeforeAnybodyListensIsHeardOnceSomebodyDoes) {

@@ -2,6 +2,7 @@
 
 #include "Controls/Faded.h"
 #include "Controls/FocusRing.h"
+#include "Controls/PressGuard.h"
 #include "Controls/PrimaryButtonStyle.h"
 #include "Controls/Symbols.h"
 #include "Style/Fonts.h"
@@ -59,6 +60,7 @@ PushButton::PushButton(QWidget* parent)
     : QAbstractButton(parent) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
+    PressGuard::install(*this);
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {

@@ -4,6 +4,7 @@
 #include "Controls/Faded.h"
 #include "Controls/FocusRing.h"
 #include "Controls/Paragraph.h"
+#include "Controls/PressGuard.h"
 #include "Controls/Symbols.h"
 #include "Style/Fonts.h"
 #include "Style/Shapes.h"
@@ -120,6 +121,7 @@ Picker::Picker(const QString& name, const QStringList& choices, QWidget* parent)
     view()->setAccessibleName(name);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
+    PressGuard::install(*this);
     FocusRing::install(*this, QMargins() + FocusRing::distance(), pickerRadius + FocusRing::distance());
 }
 

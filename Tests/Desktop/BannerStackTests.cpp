@@ -57,6 +57,24 @@ TEST_P(BannerStack, bannersBelowCloseTheGapOfOneThatLeaves) {
     EXPECT_EQ(after[1].window, before[2].window);
 }
 
+TEST_P(BannerStack, aDoubleClickOnTheCrossClosesOneBannerOnly) {
+    desktop.startApplication();
+    for (const char* const session : {"a", "b", "c"})
+        desktop.claude("Notification-permission_prompt", session, "shop");
+    ASSERT_TRUE(desktop.shows(3, 0));
+    const Rect cross = closeButton(desktop.screen().banners().front());
+    const auto twice =
+        desktop.run({"xdotool", "mousemove", std::to_string(cross.middleX()), std::to_string(cross.middleY()),
+                     "click", "--repeat", "2", "--delay", "120", "1"},
+                    "xdotool");
+    EXPECT_EQ(twice->wait(10s), 0);
+    ASSERT_TRUE(desktop.shows(2, 0));
+    EXPECT_FALSE(waitUntil(1s, [this] { return desktop.screen().banners().size() < 2; }));
+    // The one that has slid under the pointer can be closed by now.
+    desktop.click(cross);
+    EXPECT_TRUE(desktop.shows(1, 0));
+}
+
 TEST_P(BannerStack, secondAlertOfASessionKeepsTheOneBannerAtItsPlace) {
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");

@@ -99,8 +99,9 @@ void CorvaneApp::openSettings() {
     settingsWindow_->present();
 }
 
-void CorvaneApp::openPanel() {
-    requirePanel().open({});
+void CorvaneApp::openPanel(QRect menu) {
+    const QRect icon = services_.statusItem.place();
+    requirePanel().open(icon.isEmpty() ? menu : icon);
 }
 
 TrayPanel& CorvaneApp::requirePanel() {
@@ -115,7 +116,7 @@ TrayPanel& CorvaneApp::requirePanel() {
 }
 
 CommandHandlers CorvaneApp::commands() {
-    return {[this] { openMainWindow(); }, [this] { openSettings(); }, [this] { openPanel(); },
+    return {[this] { openMainWindow(); }, [this] { openSettings(); }, [this](QRect menu) { openPanel(menu); },
             &QCoreApplication::quit};
 }
 

@@ -8,6 +8,7 @@
 #include "Platform/Platform.h"
 
 #include <QObject>
+#include <QRect>
 
 #include <memory>
 
@@ -43,7 +44,9 @@ class CorvaneApp : public QObject {
 
     void openMainWindow();
     void openSettings();
-    void openPanel();
+    /// Opens it at the tray icon; where that does not tell its place, under `menu`, which led here; without
+    /// either at the pointer.
+    void openPanel(QRect menu = {});
 
   private:
     void followAppearance();

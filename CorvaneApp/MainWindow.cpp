@@ -18,7 +18,7 @@ MainWindow::MainWindow(AppModel& model, Activation& activation, links::Opener op
     : model_(model)
     , activation_(activation)
     , openLink_(std::move(openLink))
-    , commands_(new WindowCommands(*this, handlers)) {
+    , commands_(new WindowCommands(*this, handlers, [this] { return menuPlace(); })) {
     setObjectName(QStringLiteral("main"));
     setWindowRole(QStringLiteral("main"));
     setWindowTitle(tr("Corvane"));
@@ -26,12 +26,12 @@ MainWindow::MainWindow(AppModel& model, Activation& activation, links::Opener op
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     rebuild();
 
-    QMenu* const file = menuBar()->addMenu(tr("&File"));
-    file->addAction(commands_->panel());
-    file->addAction(commands_->settings());
-    file->addSeparator();
-    file->addAction(commands_->close());
-    file->addAction(commands_->quit());
+    file_ = menuBar()->addMenu(tr("&File"));
+    file_->addAction(commands_->panel());
+    file_->addAction(commands_->settings());
+    file_->addSeparator();
+    file_->addAction(commands_->close());
+    file_->addAction(commands_->quit());
     QMenu* const window = menuBar()->addMenu(tr("&Window"));
     window->addAction(commands_->mainWindow());
     window->addSeparator();
@@ -43,6 +43,13 @@ void MainWindow::rebuild() {
     view_->setAccessibleName(windowTitle());
     connect(view_, &OnboardingView::done, this, &QWidget::close);
     setCentralWidget(view_); // the old one goes when the event loop runs next
+}
+
+QRect MainWindow::menuPlace() const {
+    const QMenuBar* const bar = menuBar();
+    const QRect title = bar->isVisible() ? bar->actionGeometry(file_->menuAction()) : QRect();
+    if (title.isEmpty()) return {mapToGlobal(QPoint()), QSize(width(), 1)};
+    return {bar->mapToGlobal(title.topLeft()), title.size()};
 }
 
 void MainWindow::present() {

@@ -4,6 +4,9 @@
 #include "Controls/WindowCommands.h"
 
 #include <QMainWindow>
+#include <QRect>
+
+class QMenu;
 
 namespace corvane {
 
@@ -36,11 +39,16 @@ class MainWindow : public QMainWindow {
     void changeEvent(QEvent* event) override;
 
   private:
+    /// Where the File menu's title is on the desktop; the window's upper edge where a menu bar outside of the
+    /// window has it.
+    [[nodiscard]] QRect menuPlace() const;
+
     AppModel& model_;
     Activation& activation_;
     links::Opener openLink_;
     OnboardingView* view_ = nullptr;
     WindowCommands* commands_;
+    QMenu* file_ = nullptr;
 };
 
 } // namespace corvane

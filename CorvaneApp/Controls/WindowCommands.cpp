@@ -5,6 +5,8 @@
 #include <QAction>
 #include <QWidget>
 
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -22,13 +24,15 @@ QAction* command(QWidget& window, const QString& text, QKeyCombination shortcut,
 
 } // namespace
 
-WindowCommands::WindowCommands(QWidget& window, const CommandHandlers& handlers)
+WindowCommands::WindowCommands(QWidget& window, const CommandHandlers& handlers, MenuPlace menuPlace)
     : QObject(&window)
     , mainWindow_(new ShowMainWindowButton(handlers.openMainWindow, &window))
     , settings_(command(window, tr("Settings…"), Qt::CTRL | Qt::Key_Comma, handlers.openSettings))
     , close_(command(window, tr("Close"), Qt::CTRL | Qt::Key_W, [&window] { window.close(); }))
     , quit_(command(window, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit))
-    , panel_(command(window, tr("Sessions"), QKeyCombination(Qt::Key_unknown), handlers.openPanel)) {
+    , panel_(command(
+          window, tr("Sessions"), QKeyCombination(Qt::Key_unknown),
+          [open = handlers.openPanel, place = std::move(menuPlace)] { open(place ? place() : QRect()); })) {
     window.addAction(mainWindow_);
     settings_->setMenuRole(QAction::PreferencesRole);
     quit_->setMenuRole(QAction::QuitRole);

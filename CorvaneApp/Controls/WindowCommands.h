@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QRect>
 
 #include <functional>
 
@@ -13,7 +14,9 @@ namespace corvane {
 struct CommandHandlers {
     std::function<void()> openMainWindow;
     std::function<void()> openSettings;
-    std::function<void()> openPanel;
+    /// `menu` is where the title of the menu is on the desktop that the command came from; empty if from
+    /// none.
+    std::function<void(QRect menu)> openPanel;
     std::function<void()> quit;
 };
 
@@ -24,8 +27,11 @@ class WindowCommands : public QObject {
     Q_OBJECT
 
   public:
+    /// Where the title of the menu that has the commands is on the desktop.
+    using MenuPlace = std::function<QRect()>;
+
     /// The shortcuts work at once, whether the actions are put in a menu or not.
-    WindowCommands(QWidget& window, const CommandHandlers& handlers);
+    WindowCommands(QWidget& window, const CommandHandlers& handlers, MenuPlace menuPlace = {});
 
     [[nodiscard]] QAction* mainWindow() const { return mainWindow_; }
     [[nodiscard]] QAction* settings() const { return settings_; }

@@ -63,8 +63,10 @@ QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available) {
         origin.setY(middle.y() - size.height() / 2);
     } else {
         origin.setX(middle.x() - size.width() / 2);
-        const bool isAbove = middle.y() > available.center().y();
-        origin.setY(isAbove ? icon.y() - iconGap - size.height() : icon.y() + icon.height() + iconGap);
+        const int below = icon.y() + icon.height() + iconGap;
+        // A menu in the lower half of the screen may have room below it; a bar at the edge has none.
+        const bool isAbove = middle.y() > available.center().y() && below + size.height() > bottom;
+        origin.setY(isAbove ? icon.y() - iconGap - size.height() : below);
     }
     return {kept(origin.x(), size.width(), room.x(), right),
             kept(origin.y(), size.height(), room.y(), bottom)};

@@ -23,6 +23,10 @@ class StatusItem : public QObject {
     /// Whether there is any place on this desktop where the icon can be seen. May change while running.
     [[nodiscard]] virtual bool isAvailable() const = 0;
 
+    /// Where the icon is on the desktop at present, in device-independent pixels; empty where the host does
+    /// not tell, or shows none.
+    [[nodiscard]] virtual QRect place() const = 0;
+
   Q_SIGNALS:
     /// The user pressed the icon. `place` is where it is on the desktop, in device-independent pixels; empty
     /// where the host does not tell.

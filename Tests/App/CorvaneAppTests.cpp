@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
+#include <QMenuBar>
 #include <QtTest/QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,6 +24,10 @@ TEST(TrayPanelPlace, isBelowABarAtTheTop) {
 
 TEST(TrayPanelPlace, isAboveABarAtTheBottom) {
     EXPECT_EQ(panelOrigin({340, 200}, {600, 776, 24, 24}, {0, 0, 1280, 770}), QPoint(441, 566));
+}
+
+TEST(TrayPanelPlace, isBelowAMenuThatHasRoomThere) {
+    EXPECT_EQ(panelOrigin({340, 200}, {600, 500, 40, 20}, {0, 30, 1280, 770}), QPoint(449, 524));
 }
 
 TEST(TrayPanelPlace, isBesideABarThatStandsUpright) {
@@ -255,6 +260,37 @@ TEST_F(CorvaneAppTest, thePanelGrowsInPlaceWhileItIsOpen) {
     EXPECT_GT(after.height(), before.height());
     EXPECT_EQ(after.bottom(), before.bottom()) << "it stands on the bar";
     EXPECT_EQ(after.left(), before.left());
+}
+
+class SessionsCommand : public CorvaneAppTest {
+  protected:
+    void SetUp() override {
+        app().openMainWindow();
+        app().mainWindow()->move(200, 300);
+        file = app().mainWindow()->menuBar()->actions().at(0)->menu();
+        ASSERT_EQ(file->actions().at(0)->text(), QStringLiteral("Sessions"));
+    }
+
+    [[nodiscard]] QRect panel() { return app().panel()->cardGeometry(); }
+
+    QMenu* file = nullptr;
+};
+
+TEST_F(SessionsCommand, opensThePanelAtTheIcon) {
+    tray().iconPlace = {600, 0, 24, 24};
+    file->actions().at(0)->trigger();
+    EXPECT_EQ(panel().left(), 611 - 340 / 2);
+    EXPECT_EQ(panel().top(), 24 + 4);
+}
+
+TEST_F(SessionsCommand, opensThePanelUnderTheMenuWhereTheIconsPlaceIsUnknown) {
+    file->actions().at(0)->trigger();
+    const QMenuBar& bar = *app().mainWindow()->menuBar();
+    const QRect title = bar.actionGeometry(file->menuAction());
+    const QPoint corner = bar.mapToGlobal(title.bottomLeft());
+    EXPECT_EQ(panel().top(), corner.y() + 1 + 4);
+    EXPECT_LE(panel().left(), corner.x());
+    EXPECT_GE(panel().right(), corner.x());
 }
 
 TEST_F(CorvaneAppTest, theAppearanceIsFollowed) {

@@ -59,7 +59,7 @@ class OnboardingViewTest : public testing::Test {
         return std::make_unique<MainWindow>(
             fixture_.model(), fixture_.platform.activation, fixture_.openLink(),
             CommandHandlers{[this] { calls_ += "main "; }, [this] { calls_ += "settings "; },
-                            [this] { calls_ += "panel "; }, [this] { calls_ += "quit "; }});
+                            [this](QRect /*menu*/) { calls_ += "panel "; }, [this] { calls_ += "quit "; }});
     }
 
     static void show(QWidget& window) {

@@ -329,7 +329,7 @@ TEST_F(SettingsViewTest, everyControlIsReachedByKeyboard) {
     SettingsWindow window(
         fixture_.model(), fixture_.platform.activation,
         [this](QWidget* parent) { return fixture_.settings(parent).release(); },
-        CommandHandlers{[] {}, [] {}, [] {}, [] {}});
+        CommandHandlers{[] {}, [] {}, [](QRect /*menu*/) {}, [] {}});
     window.present();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     EXPECT_EQ(window.windowTitle().toStdString(), "Corvane Settings");

@@ -75,6 +75,10 @@ bool LinuxStatusItem::isAvailable() const {
     return isNotifier_ ? hosts_->hasNotifierHost() : hosts_->hasEmbeddingHost();
 }
 
+QRect LinuxStatusItem::place() const {
+    return icon_ && isAvailable() ? icon_->geometry() : QRect();
+}
+
 void LinuxStatusItem::settle() {
     if (!hosts_->isNotifierKnown()) return;
     if (!icon_ && isAvailable()) makeIcon();

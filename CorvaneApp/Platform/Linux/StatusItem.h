@@ -26,6 +26,7 @@ class LinuxStatusItem : public StatusItem {
     void show(int waitingCount, const QString& label) override;
     void setMenu(QMenu* menu) override;
     [[nodiscard]] bool isAvailable() const override;
+    [[nodiscard]] QRect place() const override;
 
   private:
     void settle();

@@ -20,6 +20,7 @@ class MacStatusItem : public StatusItem {
     void setMenu(QMenu* menu) override;
 
     [[nodiscard]] bool isAvailable() const override { return true; }
+    [[nodiscard]] QRect place() const override;
 
     /// The item as the system knows it (an NSStatusItem), for those who look at it from outside; null before
     /// it is first shown.

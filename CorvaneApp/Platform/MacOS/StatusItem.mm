@@ -45,7 +45,7 @@ NSImage* bell(int waitingCount) {
 
 /// By the button's window, which macOS 26 keeps where the item is on the screen, whatever it makes of the
 /// button.
-QRect place(NSStatusBarButton* button) {
+QRect placeOf(NSStatusBarButton* button) {
     NSWindow* const window = button.window;
     if (!window) return {};
     const NSRect rect = window.frame;
@@ -76,7 +76,7 @@ void MacStatusItem::show(int waitingCount, const QString& label) {
         // opened before would lose it again and close.
         parts_->target.onPress = ^{
           QMetaObject::invokeMethod(
-              this, [this] { Q_EMIT pressed(place(parts_->item.button)); }, Qt::QueuedConnection);
+              this, [this] { Q_EMIT pressed(place()); }, Qt::QueuedConnection);
         };
         NSStatusBarButton* const button = parts_->item.button;
         button.target = parts_->target;
@@ -95,6 +95,10 @@ void MacStatusItem::show(int waitingCount, const QString& label) {
 }
 
 void MacStatusItem::setMenu(QMenu* /*menu*/) {}
+
+QRect MacStatusItem::place() const {
+    return parts_->item ? placeOf(parts_->item.button) : QRect();
+}
 
 void* MacStatusItem::handle() const {
     return (__bridge void*)parts_->item;

@@ -254,12 +254,14 @@ class FakeStatusItem : public StatusItem {
     }
     void setMenu(QMenu* newMenu) override { menu = newMenu; }
     [[nodiscard]] bool isAvailable() const override { return available; }
+    [[nodiscard]] QRect place() const override { return iconPlace; }
 
     int waitingCount = -1;
     QString label;
     int showCount = 0;
     QMenu* menu = nullptr;
     bool available = true;
+    QRect iconPlace;
 };
 
 class FakeSingleInstance : public SingleInstance {

@@ -7,8 +7,11 @@
 #include "Platform/Screens.h"
 #include "Platform/Shared/MainThread.h"
 
+#include <QGuiApplication>
 #include <QPointer>
 #include <QScopeGuard>
+#include <QStyleHints>
+#include <QWidget>
 
 #include <algorithm>
 #include <chrono>
@@ -155,10 +158,65 @@ void BannerController::layOut() {
     int top = frame->top() + screenMargin;
     for (const Entry& entry : panels_) {
         const QSize size = entry.panel->size();
-        entry.panel->setOrigin({frame->left() + (frame->width() - size.width()) / 2, top});
-        top += size.height() + bannerSpacing;
+        const QPoint origin(frame->left() + (frame->width() - size.width()) / 2, top);
+        const QRect place = clearPlace({origin, size}, *frame);
+        entry.panel->setOrigin(place.topLeft());
+        top = place.top() + size.height() + bannerSpacing;
     }
     restack();
+}
+
+QRect BannerController::clearPlace(QRect place, const QRect& frame) const {
+    const QRect wanted = place;
+    // What one moves the banner to may be another's, so that they are all looked at again.
+    for (std::size_t i = 0; i < occupied_.size();) {
+        if (!occupied_[i].intersects(place)) {
+            ++i;
+            continue;
+        }
+        place.moveTop(occupied_[i].bottom() + 1);
+        i = 0;
+    }
+    return place.bottom() <= frame.bottom() ? place : wanted;
+}
+
+void BannerController::keepClearOf(const std::vector<OpenPopup>& popups) {
+    requireMainThread();
+    std::vector<QRect> areas;
+    std::vector<QWidget*> windows;
+    for (const OpenPopup& popup : popups) {
+        // Presses on a shadow around the content are the window's own, so all of it is left clear.
+        const QRect content = popup.place.marginsRemoved(popup.window->contentsMargins());
+        areas.push_back(popup.place | content.adjusted(0, 0, 0, bannerSpacing));
+        windows.push_back(popup.window);
+    }
+    services_.panels.keepBelow(windows);
+    const bool hasClosed = areas.size() < wantedClear_.size();
+    wantedClear_ = std::move(areas);
+    ++clearChanges_;
+    if (hasClosed) {
+        occupyLater();
+    } else {
+        occupy();
+    }
+}
+
+void BannerController::occupy() {
+    occupied_ = wantedClear_;
+    if (!isUpdating_) layOut();
+}
+
+// The press that closes a menu may be one on a banner, and no banner may move away from under it.
+void BannerController::occupyLater() {
+    const milliseconds delay(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    services_.scheduler.after(delay, [self = QPointer(this), change = clearChanges_] {
+        if (!self || self->clearChanges_ != change) return;
+        if (QGuiApplication::mouseButtons() == Qt::NoButton) {
+            self->occupy();
+        } else {
+            self->occupyLater();
+        }
+    });
 }
 
 void BannerController::restack() {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Controls/PopupWatch.h"
 #include "Model/Banners.h"
 #include "Platform/FloatingPanel.h"
 #include "Platform/Platform.h"
 #include "Sessions/SessionBoard.h"
 
 #include <QObject>
+#include <QRect>
 
 #include <chrono>
 #include <cstddef>
@@ -45,6 +47,12 @@ class BannerController : public QObject, public Banners {
     /// fades and nothing is announced.
     void rebuild();
 
+    /// Keeps the banners clear of these open windows, the application's own panel and menus: below them on
+    /// the screen where they would lie over them, and below them in the stacking order. To be called again
+    /// whenever one of them opens, closes or moves. Banners return to their places a moment after a window
+    /// has closed.
+    void keepClearOf(const std::vector<OpenPopup>& popups);
+
     /// The identifier of a session's done banner.
     [[nodiscard]] static std::string doneID(const AgentSession& session);
 
@@ -62,16 +70,22 @@ class BannerController : public QObject, public Banners {
     /// Brings the screen up to date with `panels_`.
     void updateScreen();
     void layOut();
+    /// Where a banner goes that would be at `place`: lower, where something is to be kept clear; back at
+    /// `place` where there is no room for it lower down in `frame`.
+    [[nodiscard]] QRect clearPlace(QRect place, const QRect& frame) const;
+    void occupy();
+    void occupyLater();
     void restack();
     void fadeIn(FloatingPanel& panel);
     void fadeOut(std::shared_ptr<FloatingPanel> panel);
-    /// Has the view's accessible name spoken: the title, a comma and the subtitle.
-
     [[nodiscard]] std::vector<Entry>::iterator entry(std::string_view id);
 
     PlatformServices services_;
-    std::vector<Entry> panels_; // the newest first
-    bool isUpdating_ = false;   // the screen waits for the end of `update`
+    std::vector<Entry> panels_;   // the newest first
+    std::vector<QRect> occupied_; // what the banners keep clear of at present
+    std::vector<QRect> wantedClear_;
+    std::size_t clearChanges_ = 0; // of the line above
+    bool isUpdating_ = false;      // the screen waits for the end of `update`
 };
 
 } // namespace corvane

@@ -52,6 +52,7 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
             [this](QRect place) { requirePanel().toggle(place); });
     label_ = std::make_unique<MenuBarLabel>(model_, services_.statusItem, services_.singleInstance,
                                             [this] { openMainWindow(); });
+    connect(&popups_, &PopupWatch::changed, this, [this] { banners_.keepClearOf(popups_.open()); });
 }
 
 CorvaneApp::~CorvaneApp() {
@@ -111,6 +112,7 @@ TrayPanel& CorvaneApp::requirePanel() {
                                    parent);
         });
         new WindowCommands(*panel_, commands());
+        popups_.add(*panel_, [this] { return panel_->windowGeometry(); });
     }
     return *panel_;
 }

@@ -2,6 +2,7 @@
 
 #include "BannerController.h"
 #include "Controls/Links.h"
+#include "Controls/PopupWatch.h"
 #include "Controls/Symbols.h"
 #include "Controls/WindowCommands.h"
 #include "Model/AppModel.h"
@@ -60,6 +61,7 @@ class CorvaneApp : public QObject {
     links::Opener openLink_;
     BannerController banners_;
     AppModel model_;
+    PopupWatch popups_;
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<MenuBarLabel> label_;
     std::unique_ptr<MainWindow> mainWindow_;

@@ -143,6 +143,7 @@ void TrayPanel::arrange() {
     const QSize card = view_->sizeHint();
     cardOrigin_ = panelOrigin(card, icon_, screen->availableGeometry());
     view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
+    setContentsMargins(margins_);
     setFixedSize(card.grownBy(margins_));
     const QPoint cardPlace(margins_.left(), margins_.top());
     host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()),

@@ -42,6 +42,9 @@ class TrayPanel : public QWidget {
     /// Where the card is on the desktop, without the room for its shadow.
     [[nodiscard]] QRect cardGeometry() const;
 
+    /// The same with that room.
+    [[nodiscard]] QRect windowGeometry() const { return cardGeometry().marginsAdded(margins_); }
+
     /// Makes the content anew, at the present text size.
     void rebuild();
 

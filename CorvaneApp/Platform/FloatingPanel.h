@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <memory>
+#include <vector>
 
 namespace corvane {
 
@@ -58,6 +59,11 @@ class FloatingPanels {
     virtual ~FloatingPanels() = default;
 
     [[nodiscard]] virtual std::unique_ptr<FloatingPanel> make() = 0;
+
+    /// Keeps all panels, those that are made later too, below these open windows of the application rather
+    /// than above everything. To be called again, without a window, when they have closed. Nothing happens
+    /// where the system keeps menus above panels by itself.
+    virtual void keepBelow(const std::vector<QWidget*>& windows) = 0;
 };
 
 } // namespace corvane

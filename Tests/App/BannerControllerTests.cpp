@@ -5,7 +5,10 @@
 #include "Sessions/AlertText.h"
 
 #include <QAbstractButton>
+#include <QGuiApplication>
+#include <QStyleHints>
 #include <QThread>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -64,6 +67,89 @@ TEST_F(BannerControllerTest, bannersStackWithTheNewestOnTop) {
     EXPECT_EQ(platform_.panels.all[2]->origin.y(), 38);
     EXPECT_EQ(platform_.panels.all[1]->origin, QPoint((1280 - 360) / 2, 38 + 96 + 8));
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38 + 96 + 8 + 64 + 8);
+}
+
+TEST_F(BannerControllerTest, bannersMoveBelowAnOpenWindowThatTheyWouldCover) {
+    controller_.showWaiting(waiting("a"));
+    controller_.showWaiting(waiting("b"));
+    QWidget menu;
+    menu.setGeometry(800, 60, 200, 100); // beside the middle, as high as both banners
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    const auto& all = platform_.panels.all;
+    EXPECT_EQ(all[1]->origin, QPoint(380, 60 + 100 + 8));
+    EXPECT_EQ(all[0]->origin, QPoint(380, 60 + 100 + 8 + 96 + 8));
+    EXPECT_EQ(platform_.panels.above, std::vector<QWidget*>{&menu});
+}
+
+TEST_F(BannerControllerTest, bannersStayWhereTheyCoverNothing) {
+    controller_.showWaiting(waiting("a"));
+    QWidget menu;
+    menu.setGeometry(901, 38, 200, 100);
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    EXPECT_EQ(platform_.panels.all[0]->origin, QPoint(380, 38));
+}
+
+TEST_F(BannerControllerTest, aShadowThatIsWiderThanTheGapIsKeptClearToo) {
+    controller_.showWaiting(waiting("a"));
+    QWidget panel;
+    panel.setContentsMargins(24, 16, 24, 32);
+    panel.setGeometry(400, 30, 388, 300);
+    controller_.keepClearOf({{&panel, panel.geometry()}});
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 300);
+}
+
+TEST_F(BannerControllerTest, aBannerThatComesWhileAMenuIsOpenKeepsClearOfIt) {
+    QWidget menu;
+    menu.setGeometry(500, 30, 200, 300);
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    controller_.showWaiting(waiting("a"));
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 300 + 8);
+}
+
+TEST_F(BannerControllerTest, bannersKeepClearOfAllThatIsOpen) {
+    controller_.showWaiting(waiting("a"));
+    QWidget menu;
+    menu.setGeometry(500, 30, 200, 100);
+    QWidget submenu;
+    submenu.setGeometry(700, 120, 100, 200);
+    controller_.keepClearOf({{&submenu, submenu.geometry()}, {&menu, menu.geometry()}});
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 120 + 200 + 8);
+}
+
+TEST_F(BannerControllerTest, withoutRoomBelowABannerStaysBehind) {
+    controller_.showWaiting(waiting("a"));
+    QWidget menu;
+    menu.setGeometry(500, 30, 200, 700);
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38);
+}
+
+TEST_F(BannerControllerTest, bannersReturnAMomentAfterTheWindowHasClosed) {
+    controller_.showWaiting(waiting("a"));
+    QWidget menu;
+    menu.setGeometry(500, 30, 200, 100);
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    controller_.keepClearOf({});
+    EXPECT_TRUE(platform_.panels.above.empty());
+    const int lowered = 30 + 100 + 8;
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), lowered)
+        << "the press that closed it may be on the banner";
+    const milliseconds interval(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    platform_.time.advance(interval - milliseconds(1));
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), lowered);
+    platform_.time.advance(milliseconds(1));
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38);
+}
+
+TEST_F(BannerControllerTest, bannersDoNotReturnWhileAnotherWindowHasOpenedMeanwhile) {
+    controller_.showWaiting(waiting("a"));
+    QWidget menu;
+    menu.setGeometry(500, 30, 200, 100);
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    controller_.keepClearOf({});
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    platform_.time.advance(milliseconds(5000));
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 100 + 8);
 }
 
 TEST_F(BannerControllerTest, olderCardsLieAboveTheShadowsOfNewerOnes) {

@@ -262,6 +262,24 @@ TEST_F(CorvaneAppTest, thePanelGrowsInPlaceWhileItIsOpen) {
     EXPECT_EQ(after.left(), before.left());
 }
 
+TEST_F(CorvaneAppTest, bannersKeepClearOfThePanelAndOfTheMenu) {
+    app();
+    waits("a");
+    const auto banner = [this] { return world.platform.panels.all.at(0)->origin; };
+    const QPoint usual = banner();
+    Q_EMIT tray().pressed({640, 0, 24, 24});
+    EXPECT_GT(banner().y(), app().panel()->cardGeometry().bottom());
+    EXPECT_EQ(world.platform.panels.above, std::vector<QWidget*>{app().panel()});
+    Q_EMIT tray().pressed({640, 0, 24, 24});
+    pass();
+    EXPECT_EQ(banner(), usual);
+    tray().menu->popup({640, 24});
+    EXPECT_GT(banner().y(), tray().menu->geometry().bottom());
+    tray().menu->close();
+    pass();
+    EXPECT_EQ(banner(), usual);
+}
+
 class SessionsCommand : public CorvaneAppTest {
   protected:
     void SetUp() override {

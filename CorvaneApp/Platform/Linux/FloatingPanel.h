@@ -2,6 +2,7 @@
 
 #include "Platform/FloatingPanel.h"
 #include "Platform/Linux/PanelDamage.h"
+#include "Platform/Linux/PopupPresses.h"
 #include "Platform/Linux/StackingGuard.h"
 
 namespace corvane {
@@ -14,9 +15,11 @@ class LinuxFloatingPanels : public FloatingPanels {
 
     /// A panel must not outlive this object.
     [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+    void keepBelow(const std::vector<QWidget*>& windows) override { guard_.keepBelow(windows); }
 
   private:
     StackingGuard guard_;
+    PopupPresses presses_{guard_};
     PanelDamage damage_;
 };
 

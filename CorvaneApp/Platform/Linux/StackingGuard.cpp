@@ -36,10 +36,20 @@ void StackingGuard::raise(QWidget& window) {
     const bool isNew = std::erase(windows_, &window) == 0;
     windows_.push_back(&window);
     // Whenever one is shown, all are raised one after the other: only the order at the end counts.
-    if (!std::exchange(isRestoring_, true))
-        QMetaObject::invokeMethod(this, &StackingGuard::restore, Qt::QueuedConnection);
+    restoreSoon();
     if (!timer_.isActive()) timer_.start();
     if (isNew) Q_EMIT arrangementChanged();
+}
+
+void StackingGuard::keepBelow(const std::vector<QWidget*>& others) {
+    above_.assign(others.begin(), others.end());
+    // A window that is about to open has no place among the others so far.
+    if (!windows_.empty()) restoreSoon();
+}
+
+void StackingGuard::restoreSoon() {
+    if (!std::exchange(isRestoring_, true))
+        QMetaObject::invokeMethod(this, &StackingGuard::restore, Qt::QueuedConnection);
 }
 
 void StackingGuard::release(QWidget& window) {
@@ -60,16 +70,22 @@ void StackingGuard::restore() {
             window->raise();
         return;
     }
+    std::vector<xcb_window_t> above;
+    for (const QPointer<QWidget>& window : above_) {
+        if (window && window->isVisible()) above.push_back(native(*window));
+    }
     // From the front on, each directly below the one before: the server leaves a window alone that is there
     // already. Raised one after the other, each of them would be in front for a moment.
-    const QWidget* above = nullptr;
+    const QWidget* next = nullptr;
     for (QWidget* const window : std::ranges::reverse_view(windows_)) {
-        if (above == nullptr) {
+        if (next != nullptr) {
+            x11::placeBelow(native(*window), native(*next));
+        } else if (above.empty()) {
             window->raise();
         } else {
-            x11::placeBelow(native(*window), native(*above));
+            x11::placeBelowAll(native(*window), above);
         }
-        above = window;
+        next = window;
     }
     x11::flush();
 }

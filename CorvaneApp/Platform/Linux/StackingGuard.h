@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <vector>
@@ -24,6 +25,10 @@ class StackingGuard : public QObject {
     /// Puts the window behind those that are still kept in front. To be called before it is destroyed.
     void release(QWidget& window);
 
+    /// Has the windows stay below `others`, which are open and unlike them may be managed, instead of in
+    /// front, until this is called without any.
+    void keepBelow(const std::vector<QWidget*>& others);
+
     /// The windows that are kept in front, the frontmost last.
     [[nodiscard]] const std::vector<QWidget*>& windows() const { return windows_; }
     /// To be called when one of them has moved.
@@ -38,8 +43,11 @@ class StackingGuard : public QObject {
 
   private:
     void restore();
+    /// Has it run once in the event loop's next turn.
+    void restoreSoon();
 
     std::vector<QWidget*> windows_;
+    std::vector<QPointer<QWidget>> above_;
     bool isRestoring_ = false; // in the event loop's next turn
     QTimer timer_;
 };

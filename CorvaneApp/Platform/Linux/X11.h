@@ -50,6 +50,10 @@ void flush();
 /// Whether the window manager tells which window is active.
 [[nodiscard]] bool hasActiveWindowHint();
 
+/// The child of the root window that holds `window`: the frame that the window manager has put around it,
+/// else the window itself. None when the window is gone.
+[[nodiscard]] xcb_window_t topLevel(xcb_window_t window);
+
 /// Asks the window manager to show a window that stands on another workspace on the current one.
 void moveToCurrentWorkspace(xcb_window_t window);
 
@@ -62,6 +66,10 @@ void finishStartup(xcb_window_t window, const std::string& startupId);
 /// Puts `window` directly below `sibling`, both being windows that no window manager looks after. Nothing
 /// happens where it is there already. Waits in the connection's buffer.
 void placeBelow(xcb_window_t window, xcb_window_t sibling);
+
+/// Puts `window`, which no window manager looks after, below all of `others`, wherever their frames are, if
+/// one of them is there.
+void placeBelowAll(xcb_window_t window, const std::vector<xcb_window_t>& others);
 
 /// Reports all of a shown window, `size` in device pixels, to the compositing manager as changed, without
 /// drawing anything. Waits in the connection's buffer.

@@ -8,6 +8,7 @@ namespace corvane {
 class MacFloatingPanels : public FloatingPanels {
   public:
     [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+    void keepBelow(const std::vector<QWidget*>& /*windows*/) override {}
 };
 
 /// The NSPanel behind a panel that MacFloatingPanels has made.

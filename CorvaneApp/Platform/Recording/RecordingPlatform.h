@@ -76,6 +76,11 @@ class Panels : public FloatingPanels {
   public:
     [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
 
+    void keepBelow(const std::vector<QWidget*>& windows) override { above = windows; }
+
+    /// The windows that the panels are to stay below.
+    std::vector<QWidget*> above;
+
     /// In the order in which they were made; a record outlives its panel.
     std::vector<std::shared_ptr<PanelRecord>> all;
 

@@ -136,7 +136,7 @@ bool XObserver::isOurs(std::uint32_t window) const {
            property(window, "_NET_WM_NAME") == "Corvane";
 }
 
-std::vector<Banner> XObserver::mapped(bool bannersOnly) const {
+std::vector<Banner> XObserver::mapped(Kinds kinds) const {
     const ReplyPointer<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root_), nullptr));
     if (!tree) throw std::runtime_error("the X server has gone");
@@ -156,9 +156,10 @@ std::vector<Banner> XObserver::mapped(bool bannersOnly) const {
             continue;
         const Rect frame{place->x, place->y, place->width, place->height};
         const std::optional<Banner> banner = bannerOf(window, frame);
-        if (banner && attributes->override_redirect != 0) {
-            result.push_back(*banner);
-        } else if (!bannersOnly) {
+        const bool isPopup = attributes->override_redirect != 0;
+        if (banner && isPopup) {
+            if (kinds != Kinds::menus) result.push_back(*banner);
+        } else if (kinds == Kinds::all || (kinds == Kinds::menus && isPopup)) {
             result.push_back({window, BannerKind::waiting, frame, frame, false});
         }
     }
@@ -166,9 +167,38 @@ std::vector<Banner> XObserver::mapped(bool bannersOnly) const {
 }
 
 std::vector<Banner> XObserver::banners() const {
-    std::vector<Banner> result = mapped(true);
+    std::vector<Banner> result = mapped(Kinds::banners);
     std::ranges::sort(result, {}, [](const Banner& banner) { return banner.card.y; });
     return result;
+}
+
+std::vector<Rect> XObserver::menus() const {
+    std::vector<Rect> result;
+    for (const Banner& menu : mapped(Kinds::menus))
+        result.push_back(menu.frame);
+    return result;
+}
+
+std::uint32_t XObserver::frame(std::uint32_t window) const {
+    for (;;) {
+        const ReplyPointer<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+        if (!tree || tree->parent == XCB_WINDOW_NONE) return XCB_WINDOW_NONE;
+        if (tree->parent == root_) return window;
+        window = tree->parent;
+    }
+}
+
+bool XObserver::isAbove(std::uint32_t upper, std::uint32_t lower) const {
+    const std::uint32_t upperFrame = frame(upper);
+    const std::uint32_t lowerFrame = frame(lower);
+    const ReplyPointer<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root_), nullptr));
+    if (!tree) throw std::runtime_error("the X server has gone");
+    const xcb_window_t* const first = xcb_query_tree_children(tree.get());
+    const xcb_window_t* const end = first + xcb_query_tree_children_length(tree.get());
+    const xcb_window_t* const found = std::find(first, end, lowerFrame);
+    return found != end && std::find(found, end, upperFrame) != end;
 }
 
 double XObserver::opacity(std::uint32_t window) const {
@@ -177,7 +207,7 @@ double XObserver::opacity(std::uint32_t window) const {
 }
 
 std::size_t XObserver::windowCount() const {
-    return mapped(false).size();
+    return mapped(Kinds::all).size();
 }
 
 Picture XObserver::screen() const {

@@ -49,6 +49,12 @@ class XObserver {
     /// screen first.
     [[nodiscard]] std::vector<Banner> banners() const;
 
+    /// The places of the application's open menus: its other override-redirect windows.
+    [[nodiscard]] std::vector<Rect> menus() const;
+
+    /// Whether `upper`, or the frame around it, lies above `lower` in the stacking order.
+    [[nodiscard]] bool isAbove(std::uint32_t upper, std::uint32_t lower) const;
+
     /// How opaque a compositor is to draw a window, 0 to 1.
     [[nodiscard]] double opacity(std::uint32_t window) const;
 
@@ -121,7 +127,10 @@ class XObserver {
     [[nodiscard]] std::string property(std::uint32_t window, std::string_view name) const;
     [[nodiscard]] std::vector<std::uint32_t> cardinals(std::uint32_t window, std::string_view name) const;
     [[nodiscard]] bool isOurs(std::uint32_t window) const;
-    [[nodiscard]] std::vector<Banner> mapped(bool bannersOnly) const;
+    enum class Kinds { banners, menus, all };
+    [[nodiscard]] std::vector<Banner> mapped(Kinds kinds) const;
+    /// The child of the root window that holds `window`.
+    [[nodiscard]] std::uint32_t frame(std::uint32_t window) const;
     void request(std::uint32_t window, std::string_view message, std::array<std::uint32_t, 5> data);
     [[nodiscard]] std::uint32_t serverTime(); // in milliseconds
     void roundTrip() const;                   // returns when all that was asked for has been done

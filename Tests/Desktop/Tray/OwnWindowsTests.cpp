@@ -1,0 +1,157 @@
+// The application's own panel and menus, and the banners that come while they are open: no click lands in
+// anything but what the user sees.
+
+#include "Desktop/Support/BannerLook.h"
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool overlap(Rect a, Rect b) {
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
+/// With the tray in the middle of the upper edge, where the banners are.
+class OwnWindows : public testing::Test {
+  protected:
+    void SetUp() override {
+        trayer =
+            desktop.run({"trayer", "--edge", "top", "--align", "center", "--widthtype", "pixel", "--width",
+                         "120", "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true"},
+                        "trayer");
+        desktop.startApplication();
+        ASSERT_TRUE(hasIcon());
+        desktop.claude("Notification-permission_prompt", "a", "shop");
+        ASSERT_TRUE(waitUntil(5s, [this] { return desktop.inbox().empty(); }));
+        desktop.claude("Notification-permission_prompt", "b", "shop");
+        ASSERT_TRUE(desktop.shows(2, 0, 5s));
+        before = desktop.screen().banners();
+    }
+
+    /// Waits until the bell, found by its colour, stays at its place.
+    bool hasIcon() {
+        int looks = 0;
+        return waitUntil(10s, [&] {
+            const std::optional<Rect> found = bell();
+            looks = found && *found == icon ? looks + 1 : 0;
+            icon = found.value_or(Rect());
+            return looks == 10;
+        });
+    }
+
+    [[nodiscard]] std::optional<Rect> bell() {
+        const Picture screen = desktop.screen().screen();
+        for (int x = 560; x < 720; ++x) {
+            for (int y = 0; y < 26; ++y) {
+                if (screen.at(x, y).isNear({0x1D1D1F}, 3)) return Rect{x, y, 2, 2};
+            }
+        }
+        return std::nullopt;
+    }
+
+    void rightClick(Rect area) {
+        EXPECT_EQ(desktop
+                      .run({"xdotool", "mousemove", std::to_string(area.middleX()),
+                            std::to_string(area.middleY()), "click", "3"},
+                           "xdotool")
+                      ->wait(10s),
+                  0);
+    }
+
+    /// Presses and lets go as slowly as a hand does.
+    void pressLikeAHand(Rect area) {
+        EXPECT_EQ(desktop
+                      .run({"xdotool", "mousemove", std::to_string(area.middleX()),
+                            std::to_string(area.middleY()), "mousedown", "1", "sleep", "0.1", "mouseup", "1"},
+                           "xdotool")
+                      ->wait(10s),
+                  0);
+    }
+
+    [[nodiscard]] std::vector<std::uint32_t> windows() { return desktop.screen().managedWindows("corvane"); }
+
+    /// Whether both banners come to stand clear of `area`, below it.
+    [[nodiscard]] bool areBelow(Rect area) {
+        return waitUntil(5s, [&] {
+            const std::vector<Banner> banners = desktop.screen().banners();
+            return banners.size() == 2 && std::ranges::all_of(banners, [&](const Banner& banner) {
+                       return !overlap(banner.card, area) && banner.card.y >= area.y + area.height;
+                   });
+        });
+    }
+
+    DesktopSession desktop;
+    std::unique_ptr<ChildProcess> trayer;
+    Rect icon;
+    std::vector<Banner> before;
+};
+
+TEST_F(OwnWindows, bannersMoveBelowThePanelWhoseButtonsTakeTheirClicks) {
+    desktop.click(icon);
+    ASSERT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; }));
+    const Rect panel = desktop.screen().geometry(windows().front());
+    ASSERT_TRUE(overlap(panel, before.front().card)) << "the panel is to be where the banners were";
+    ASSERT_TRUE(areBelow(panel));
+    for (const Banner& banner : desktop.screen().banners())
+        EXPECT_TRUE(desktop.screen().isAbove(windows().front(), banner.window));
+    // One that comes now keeps clear of the panel as well.
+    desktop.claude("PostToolUse-Bash", "b", "shop");
+    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    desktop.claude("Notification-permission_prompt", "b", "shop");
+    ASSERT_TRUE(areBelow(panel));
+
+    // "Settings…" in the footer: the shadow, the padding, "Quit", the gap, and half of its own width.
+    desktop.click({panel.x + panel.width - 24 - 12 - 26 - 16 - 30, panel.y + panel.height - 32 - 20, 2, 2});
+    EXPECT_TRUE(waitUntil(5s, [this] {
+        const auto present = windows();
+        return present.size() == 1 && desktop.screen().geometry(present.front()).width > 400;
+    })) << "the settings take the place of the panel";
+    EXPECT_TRUE(desktop.shows(2, 0, 5s)) << "the banners return";
+}
+
+TEST_F(OwnWindows, aClickOnABannersButtonLandsInItWhileThePanelIsOpen) {
+    desktop.click(icon);
+    ASSERT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; }));
+    ASSERT_TRUE(areBelow(desktop.screen().geometry(windows().front())));
+    desktop.click(snoozeButton(desktop.screen().banners().front()));
+    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    EXPECT_EQ(windows().size(), 1U) << "the panel stays open";
+}
+
+TEST_F(OwnWindows, bannersMoveBelowTheMenuAndAClickOnTheirButtonsLandsInThem) {
+    rightClick(icon);
+    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; }));
+    const Rect menu = desktop.screen().menus().front();
+    ASSERT_TRUE(overlap(menu, before.front().card) || overlap(menu, before.back().card));
+    ASSERT_TRUE(areBelow(menu));
+    pressLikeAHand(snoozeButton(desktop.screen().banners().front()));
+    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().empty(); }));
+    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    EXPECT_TRUE(windows().empty()) << "no entry of the menu was chosen";
+    EXPECT_TRUE(desktop.shows(1, 0, 5s)) << "the other banner returns";
+}
+
+TEST_F(OwnWindows, anEntryOfTheMenuTakesItsClick) {
+    rightClick(icon);
+    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; }));
+    const Rect menu = desktop.screen().menus().front();
+    ASSERT_TRUE(areBelow(menu));
+    // The first entry.
+    desktop.click({menu.middleX(), menu.y + 14, 2, 2});
+    EXPECT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; })) << "the main window";
+    EXPECT_TRUE(desktop.shows(2, 0, 5s)) << "the banners return";
+}
+
+} // namespace
+} // namespace corvane::test

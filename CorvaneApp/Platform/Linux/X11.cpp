@@ -252,8 +252,7 @@ xcb_window_t topLevel(xcb_window_t window) {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return XCB_WINDOW_NONE;
     while (window != XCB_WINDOW_NONE) {
-        const ReplyPointer<xcb_query_tree_reply_t> tree(
-            xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
+        const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
         if (!tree || tree->parent == XCB_WINDOW_NONE) return XCB_WINDOW_NONE;
         if (tree->parent == tree->root) return window;
         window = tree->parent;
@@ -267,7 +266,7 @@ void placeBelowAll(xcb_window_t window, const std::vector<xcb_window_t>& others)
     std::vector<xcb_window_t> frames;
     for (const xcb_window_t other : others)
         frames.push_back(topLevel(other));
-    const ReplyPointer<xcb_query_tree_reply_t> tree(
+    const Reply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(x, xcb_query_tree(x, rootWindow()), nullptr));
     if (!tree) return;
     const xcb_window_t* const first = xcb_query_tree_children(tree.get());
@@ -277,7 +276,7 @@ void placeBelowAll(xcb_window_t window, const std::vector<xcb_window_t>& others)
     if (lowest == end) return;
     const std::array<std::uint32_t, 2> values{*lowest, XCB_STACK_MODE_BELOW};
     // The frame may go at the same time, which is no error to report.
-    const ReplyPointer<xcb_generic_error_t> ignored(xcb_request_check(
+    const Reply<xcb_generic_error_t> ignored(xcb_request_check(
         x, xcb_configure_window_checked(x, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
                                         values.data())));
 }

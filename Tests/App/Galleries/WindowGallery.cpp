@@ -79,7 +79,7 @@ bool saveMenus(const QDir& folder, const test::Variant& variant) {
     world.waits("a", "shop");
     world.runs("b", "infra-terraform");
     MainWindow window(world.model(), world.platform.activation, [](const QUrl& /*url*/) {},
-                      {nothing, nothing, nothing, nothing});
+                      {nothing, nothing, [](QRect /*place*/) {}, nothing});
     window.resize(window.sizeHint());
     const auto save = [&](const QImage& image, const char* name) {
         return image.save(

@@ -176,6 +176,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Couldn&apos;t repair the hook that connected agents call: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Couldn&apos;t remove Corvane from %1: %2</source>
         <translation type="unfinished"></translation>
     </message>

@@ -168,15 +168,15 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
 <context>
     <name>corvane::AppModel</name>
     <message>
+        <source>Couldn&apos;t repair the hook that connected agents call: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1 — %2. Nothing was changed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Couldn&apos;t connect %1: %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Couldn&apos;t repair the hook that connected agents call: %1</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -435,6 +435,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
 <context>
     <name>corvane::SessionRow</name>
     <message>
+        <source>Terminal not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>%1, %2, %3</source>
         <translation type="unfinished"></translation>
     </message>
@@ -510,6 +514,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Terminal not found</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -10,6 +10,7 @@
 #include "Style/Translations.h"
 
 #include <QEvent>
+#include <QHideEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -70,10 +71,12 @@ AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
     , glyph_(new AgentGlyph(agent, false, this))
     , title_(paragraph(fonts::system(titleSize, QFont::DemiBold), 0, TextColor::onSurface, this))
     , detail_(paragraph(fonts::system(detailSize), detailLineHeight, TextColor::secondary, this))
+    , runningAgents_(paragraph(fonts::system(detailSize), detailLineHeight, TextColor::secondary, this))
     , connectedWord_(paragraph(fonts::system(wordSize), 0, TextColor::onSurface, this))
     , connect_(new PrimaryButton(tr("Connect"), {}, this))
     , remove_(new BorderedButton(tr("Remove"), this)) {
     title_->setText(inUserWords(agent.descriptor().cardTitle));
+    runningAgents_->setText(inUserWords(agent.descriptor().cardRunningAgents));
     connectedWord_->setText(tr("Connected"));
     // A window has several cards: the button alone does not say which agent it is for.
     connect_->setAccessibleDescription(title_->text());
@@ -81,25 +84,27 @@ AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
     connect(connect_, &QAbstractButton::clicked, this, [this] { model_.connectAgent(agent_); });
     connect(remove_, &QAbstractButton::clicked, this, [this] { model_.disconnectAgent(agent_); });
     connect(&model, &AppModel::changed, this, &AgentCard::refresh);
-    isConnected_ = !model.connected().at(agent);
-    refresh();
+    setState(model.connected().at(agent) ? Connected::yes : Connected::no);
 }
 
-QString AgentCard::detail(bool connected) const {
+QString AgentCard::detail() const {
     const QString file = abbreviated(model_.connector().configFile(agent_), model_.connector().home());
     const AgentDescriptor& agent = agent_.descriptor();
-    return inUserWords(connected ? agent.cardSummary : agent.cardOffer).arg(file);
+    return inUserWords(isConnected() ? agent.cardSummary : agent.cardOffer).arg(file);
 }
 
 void AgentCard::refresh() {
-    const bool isConnected = model_.connected().at(agent_);
-    if (isConnected == isConnected_) return;
-    isConnected_ = isConnected;
+    const bool connected = model_.connected().at(agent_);
+    if (connected != isConnected()) setState(connected ? Connected::justNow : Connected::no);
+}
 
-    detail_->setText(detail(isConnected));
-    connectedWord_->setVisible(isConnected);
-    QWidget* const shown = isConnected ? static_cast<QWidget*>(remove_) : connect_;
-    QWidget* const hidden = isConnected ? static_cast<QWidget*>(connect_) : remove_;
+void AgentCard::setState(Connected state) {
+    state_ = state;
+    detail_->setText(detail());
+    runningAgents_->setVisible(state == Connected::justNow);
+    connectedWord_->setVisible(isConnected());
+    QWidget* const shown = isConnected() ? static_cast<QWidget*>(remove_) : connect_;
+    QWidget* const hidden = isConnected() ? static_cast<QWidget*>(connect_) : remove_;
     const bool hadFocus = hidden->hasFocus();
     shown->show();
     // The keyboard's place stays on the card.
@@ -110,8 +115,14 @@ void AgentCard::refresh() {
     Q_EMIT heightChanged();
 }
 
+void AgentCard::hideEvent(QHideEvent* event) {
+    Card::hideEvent(event);
+    // Not for a window that is only minimized.
+    if (state_ == Connected::justNow && !event->spontaneous()) setState(Connected::yes);
+}
+
 int AgentCard::trailingWidth() const {
-    if (!isConnected_) return connect_->sizeHint().width();
+    if (!isConnected()) return connect_->sizeHint().width();
     return checkSide + checkGap + connectedWord_->naturalWidth() + spacing + remove_->sizeHint().width();
 }
 
@@ -119,10 +130,14 @@ int AgentCard::textWidth(int width) const {
     return width - 2 * padding - glyphSide - 2 * spacing - trailingWidth();
 }
 
+int AgentCard::textHeight(int width) const {
+    const int height = title_->heightForWidth(width) + lineSpacing + detail_->heightForWidth(width);
+    return state_ == Connected::justNow ? height + lineSpacing + runningAgents_->heightForWidth(width)
+                                        : height;
+}
+
 int AgentCard::heightForWidth(int width) const {
-    const int text = textWidth(width);
-    return std::max<int>(smallestHeight, 2 * padding + title_->heightForWidth(text) + lineSpacing +
-                                             detail_->heightForWidth(text));
+    return std::max<int>(smallestHeight, 2 * padding + textHeight(textWidth(width)));
 }
 
 QRect AgentCard::checkBox() const {
@@ -144,11 +159,14 @@ void AgentCard::layOut() {
     const int text = textWidth(width());
     const int titleHeight = title_->heightForWidth(text);
     const int detailHeight = detail_->heightForWidth(text);
-    const int top = (height() - titleHeight - lineSpacing - detailHeight) / 2;
+    const int top = (height() - textHeight(text)) / 2;
     title_->setGeometry(mirrored(textLeft, top, {text, titleHeight}));
-    detail_->setGeometry(mirrored(textLeft, top + titleHeight + lineSpacing, {text, detailHeight}));
+    const int detailTop = top + titleHeight + lineSpacing;
+    detail_->setGeometry(mirrored(textLeft, detailTop, {text, detailHeight}));
+    runningAgents_->setGeometry(mirrored(textLeft, detailTop + detailHeight + lineSpacing,
+                                         {text, runningAgents_->heightForWidth(text)}));
 
-    const QSize button = isConnected_ ? remove_->sizeHint() : connect_->sizeHint();
+    const QSize button = isConnected() ? remove_->sizeHint() : connect_->sizeHint();
     const QRect buttonPlace = centred(width() - padding - button.width(), button);
     remove_->setGeometry(buttonPlace);
     connect_->setGeometry(buttonPlace);
@@ -177,7 +195,7 @@ void AgentCard::paintEvent(QPaintEvent* event) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(Tokens::divider(look));
     painter.drawEllipse(seat);
-    if (isConnected_) {
+    if (isConnected()) {
         symbols::paint(painter, QStringLiteral("checkmark.circle.fill"), checkBox(),
                        Tokens::secondary.color(look));
     }

@@ -10,7 +10,8 @@ namespace corvane {
 class AgentGlyph;
 class AppModel;
 
-/// One agent: what connecting it means, whether it is connected, and the button that changes that. Follows
+/// One agent: what connecting it means, whether it is connected, and the button that changes that. After it
+/// was connected, a line says whether agents that already run report too, until the card is hidden. Follows
 /// the model.
 class AgentCard : public Card {
     Q_OBJECT
@@ -36,22 +37,30 @@ class AgentCard : public Card {
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
   private:
+    enum class Connected { no, yes, justNow };
+
+    [[nodiscard]] bool isConnected() const { return state_ != Connected::no; }
     void refresh();
+    void setState(Connected state);
     void layOut();
     /// The width of the texts between the badge and the right side.
     [[nodiscard]] int textWidth(int width) const;
+    /// The height of the texts at their width.
+    [[nodiscard]] int textHeight(int width) const;
     [[nodiscard]] int trailingWidth() const;
-    [[nodiscard]] QString detail(bool connected) const;
+    [[nodiscard]] QString detail() const;
     [[nodiscard]] QRect checkBox() const;
 
     AgentKind agent_;
     AppModel& model_;
-    bool isConnected_ = false;
+    Connected state_ = Connected::no;
     AgentGlyph* glyph_;
     Paragraph* title_;
     Paragraph* detail_;
+    Paragraph* runningAgents_;
     Paragraph* connectedWord_;
     PrimaryButton* connect_;
     BorderedButton* remove_;

@@ -65,6 +65,8 @@ struct AgentDescriptor {
     Phrase cardOffer = required<Phrase>();
     /// What the agent alerts for once it is connected; "%1" is the configuration file.
     Phrase cardSummary = required<Phrase>();
+    /// Whether agents that already run when it is connected report too.
+    Phrase cardRunningAgents = required<Phrase>();
 };
 
 } // namespace corvane

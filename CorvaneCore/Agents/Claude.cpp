@@ -72,6 +72,9 @@ constinit const AgentDescriptor agents::claude{
                               "Adds a small hook to %1. A backup is saved first; Remove puts it back."),
     .cardSummary = translatable(
         "corvane::AgentCard", "Alerts when Claude waits for approval, waits for your reply, or finishes. %1"),
+    // Claude Code 2.1 watches the file.
+    .cardRunningAgents =
+        translatable("corvane::AgentCard", "Sessions that are already running report from now on."),
 };
 
 } // namespace corvane

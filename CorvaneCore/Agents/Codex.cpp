@@ -85,6 +85,9 @@ constinit const AgentDescriptor agents::codex{
         translatable("corvane::AgentCard",
                      "Adds one notify line to %1. Codex only reports when it finishes, not approvals."),
     .cardSummary = translatable("corvane::AgentCard", "Alerts when Codex finishes a turn. %1"),
+    // Codex 0.169 reads the file whenever a conversation begins.
+    .cardRunningAgents =
+        translatable("corvane::AgentCard", "Conversations that are already open don't report; new ones do."),
 };
 
 } // namespace corvane

@@ -60,6 +60,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Sessions that are already running report from now on.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Codex</source>
         <translation type="unfinished"></translation>
     </message>
@@ -69,6 +73,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>Alerts when Codex finishes a turn. %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Conversations that are already open don&apos;t report; new ones do.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

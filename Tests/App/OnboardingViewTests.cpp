@@ -100,7 +100,7 @@ TEST_F(OnboardingViewTest, connectingAndRemovingChangesTheCard) {
                                   "Claude Code",
                                   "Alerts when Claude waits for approval, waits for your reply, or finishes. "
                                   "~/.claude/settings.json",
-                                  "Connected"}));
+                                  "Sessions that are already running report from now on.", "Connected"}));
     EXPECT_EQ(buttons(*claude), std::vector<std::string>{"Remove"});
 
     AgentCard* const codex = card(*view, AgentKind::codex);
@@ -108,11 +108,34 @@ TEST_F(OnboardingViewTest, connectingAndRemovingChangesTheCard) {
     button(*codex, "Connect")->click();
     EXPECT_EQ(texts(*codex),
               (std::vector<std::string>{"Codex", "Alerts when Codex finishes a turn. ~/.codex/config.toml",
+                                        "Conversations that are already open don't report; new ones do.",
                                         "Connected"}));
 
     button(*claude, "Remove")->click();
     EXPECT_FALSE(fixture_.model().connected().at(AgentKind::claude));
     EXPECT_EQ(buttons(*claude), std::vector<std::string>{"Connect"});
+}
+
+TEST_F(OnboardingViewTest, theLineAboutRunningAgentsStaysUntilTheCardIsHidden) {
+    fixture_.model().connectAgent(AgentKind::codex);
+    const auto view = fixture_.onboarding();
+    AgentCard* const codex = card(*view, AgentKind::codex);
+    const std::vector<std::string> connectedBefore{
+        "Codex", "Alerts when Codex finishes a turn. ~/.codex/config.toml", "Connected"};
+    EXPECT_EQ(texts(*codex), connectedBefore);
+    view->show();
+    const int width = 200; // more lines than the least height has room for
+    const int height = codex->heightForWidth(width);
+
+    button(*codex, "Remove")->click();
+    EXPECT_EQ(texts(*codex).size(), 2U);
+    button(*codex, "Connect")->click();
+    EXPECT_EQ(texts(*codex).size(), connectedBefore.size() + 1);
+    EXPECT_GT(codex->heightForWidth(width), height);
+    view->hide();
+    view->show();
+    EXPECT_EQ(texts(*codex), connectedBefore);
+    EXPECT_EQ(codex->heightForWidth(width), height);
 }
 
 TEST_F(OnboardingViewTest, aHomeThatOccursTwiceInThePathIsShortenedTwice) {
@@ -208,8 +231,8 @@ TEST_F(OnboardingViewTest, partsStandWhereTheyAreDesigned) {
     const QRect remove = button(*claude, "Remove")->geometry();
     EXPECT_EQ(remove.right(), 499);
     EXPECT_EQ(remove.top(), 24);
-    EXPECT_EQ(texts.at(2)->geometry().right() + 1 + 12, remove.left());
-    EXPECT_EQ(texts.at(1)->geometry().right() + 1 + 12 + 18 + 6, texts.at(2)->geometry().left());
+    EXPECT_EQ(texts.back()->geometry().right() + 1 + 12, remove.left());
+    EXPECT_EQ(texts.at(1)->geometry().right() + 1 + 12 + 18 + 6, texts.back()->geometry().left());
 }
 
 TEST_F(OnboardingViewTest, rightToLeftMirrorsEveryPart) {

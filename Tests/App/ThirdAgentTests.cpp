@@ -74,6 +74,7 @@ constinit const AgentDescriptor gullDescriptor{
     .cardTitle = {"Gull", "Gull Agent"},
     .cardOffer = {"Gull", "Adds one line to %1."},
     .cardSummary = {"Gull", "Alerts when Gull asks or finishes. %1"},
+    .cardRunningAgents = {"Gull", "Gulls that fly already report too."},
 };
 
 constexpr AgentKind gull(gullDescriptor);
@@ -157,7 +158,7 @@ TEST_F(ThirdAgent, isConnectedAndRemovedByItsCardInItsOwnFileOnly) {
                                        {AgentKind::claude, false}, {AgentKind::codex, false}, {gull, true}}));
     EXPECT_EQ(texts(*cards[2]),
               (std::vector<std::string>{"G", "Gull Agent", "Alerts when Gull asks or finishes. ~/.gull/hooks",
-                                        "Connected"}));
+                                        "Gulls that fly already report too.", "Connected"}));
     ASSERT_TRUE(model().lastBackup().has_value());
     EXPECT_EQ(model().lastBackup()->parent_path(), gullFile_.parent_path());
     expectOthersUntouched();

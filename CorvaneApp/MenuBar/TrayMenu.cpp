@@ -15,6 +15,9 @@ namespace corvane {
 
 namespace {
 
+// A host on the message bus tells that it opens the menu; not all of them tell that they have closed it. The
+// model changes once a second, and now and then in between.
+constexpr int longestOpening = 60;
 constexpr double longestName = 40; // code points; a menu is as wide as its longest entry
 
 double codePoints(std::string_view text) {
@@ -34,6 +37,13 @@ QString entry(const AgentSession& session, Date now) {
         .replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// When the session's status began, at which no time has run yet.
+Date statusBegin(const AgentSession& session) {
+    if (const SessionStatus::Waiting* const waiting = session.status.ifWaiting()) return waiting->since;
+    if (const SessionStatus::Done* const done = session.status.ifDone()) return done->at;
+    return session.lastEvent;
+}
+
 } // namespace
 
 TrayMenu::TrayMenu(AppModel& model, const Actions& actions)
@@ -47,8 +57,26 @@ TrayMenu::TrayMenu(AppModel& model, const Actions& actions)
     connect(resume_, &QAction::triggered, &model_, &AppModel::resumeAlerts);
     connect(addAction(tr("Settings…")), &QAction::triggered, this, actions.openSettings);
     connect(addAction(tr("Quit")), &QAction::triggered, this, actions.quit);
-    connect(&model_, &AppModel::changed, this, &TrayMenu::refresh);
+    connect(&model_, &AppModel::changed, this, &TrayMenu::follow);
+    connect(this, &QMenu::aboutToShow, this, &TrayMenu::noteOpening);
+    connect(this, &QMenu::aboutToHide, this, [this] { openChanges_ = 0; });
+    follow();
+}
+
+void TrayMenu::noteOpening() {
+    openChanges_ = longestOpening;
     refresh();
+}
+
+void TrayMenu::follow() {
+    std::vector<std::string> content{model_.prefs().isQuiet(model_.now()) ? "quiet" : ""};
+    for (const AgentSession& session : model_.board().sorted()) {
+        content.push_back(session.id());
+        content.push_back(entry(session, statusBegin(session)).toStdString());
+    }
+    const bool hasChanged = std::exchange(content_, std::move(content)) != content_;
+    if (hasChanged || openChanges_ > 0) refresh();
+    openChanges_ = std::max(0, openChanges_ - 1);
 }
 
 QAction* TrayMenu::makeEntry(const QString& id) {

@@ -11,7 +11,8 @@ namespace corvane {
 class AppModel;
 
 /// The tray's menu, for hosts that show nothing else and for a click with the other button: what the panel
-/// offers, as text. Follows the model by itself. Main thread only.
+/// offers, as text. Follows the model by itself: what there is at once, the times that run only while it is
+/// open, since a host on the message bus is told of every change, seen or not. Main thread only.
 class TrayMenu : public QMenu {
     Q_OBJECT
 
@@ -27,10 +28,15 @@ class TrayMenu : public QMenu {
 
   private:
     [[nodiscard]] QAction* makeEntry(const QString& id);
+    /// Brings what there is up to date, and where that has changed, or the menu is open, the times too.
+    void follow();
     void refresh();
+    void noteOpening();
 
     AppModel& model_;
-    QAction* sessionsEnd_; // the divider below the sessions
+    std::vector<std::string> content_; // what it shows, without the times that run
+    int openChanges_ = 0;              // of the model, for which it still counts as open
+    QAction* sessionsEnd_;             // the divider below the sessions
     std::vector<QAction*> sessions_;
     QAction* quiet_;
     QAction* resume_;

@@ -182,6 +182,7 @@ TEST_F(CorvaneAppTest, theMenuOffersWhatThePanelDoes) {
               (std::vector<std::string>{"Open Corvane", "-", "Quiet for 1 hour", "Settings…", "Quit"}));
     waits("a");
     pass(4);
+    Q_EMIT tray().menu->aboutToShow();
     EXPECT_EQ(entries(),
               (std::vector<std::string>{"Open Corvane", "-", "R&&D · Claude · Waiting for you · 0:05", "-",
                                         "Quiet for 1 hour", "Settings…", "Quit"}));

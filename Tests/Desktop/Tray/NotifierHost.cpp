@@ -139,6 +139,29 @@ bool NotifierHost::choose(const std::string& label) {
     return false;
 }
 
+void NotifierHost::openMenu() const {
+    const QString path = property("Menu").value<QDBusObjectPath>().path();
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(items_.first(), path, menuInterface, QStringLiteral("AboutToShow"));
+    call << 0;
+    bus_.call(call);
+}
+
+int NotifierHost::broadcasts() {
+    if (counted_ != items_.first()) {
+        counted_ = items_.first();
+        broadcasts_ = 0;
+        // By the interface, which may not be left open.
+        for (const QString& interface : {menuInterface, itemInterface})
+            bus_.connect(counted_, QString(), interface, QString(), this, SLOT(countBroadcast(QDBusMessage)));
+    }
+    return broadcasts_;
+}
+
+void NotifierHost::countBroadcast(const QDBusMessage& /*message*/) {
+    ++broadcasts_;
+}
+
 WatcherAdaptor::WatcherAdaptor(NotifierHost& host)
     : QDBusAbstractAdaptor(&host)
     , host_(host) {

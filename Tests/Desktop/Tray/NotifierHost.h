@@ -2,6 +2,7 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QStringList>
@@ -48,6 +49,13 @@ class NotifierHost : public QObject {
     /// Chooses the entry of this label; false when there is none.
     bool choose(const std::string& label);
 
+    /// Tells the first item's menu that it is about to be shown.
+    void openMenu() const;
+
+    /// How many signals have come from the first item since this was called first: broadcasts about the item,
+    /// its menu or anything else.
+    [[nodiscard]] int broadcasts();
+
     // The watcher's interface.
     [[nodiscard]] bool hasHost() const { return hasHost_; }
     void add(const QString& service);
@@ -60,7 +68,11 @@ class NotifierHost : public QObject {
   private:
     QDBusConnection bus_;
     QDBusServiceWatcher leaving_;
+    Q_SLOT void countBroadcast(const QDBusMessage& message);
+
     QStringList items_;
+    QString counted_; // the item whose broadcasts are counted
+    int broadcasts_ = 0;
     bool hasHost_ = true;
 };
 

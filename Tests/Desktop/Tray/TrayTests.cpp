@@ -140,6 +140,37 @@ TEST_P(ManagedTray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
     EXPECT_TRUE(hasWindows(0));
 }
 
+TEST_F(Tray, theMenuIsSilentOnTheBusWhileItIsClosedAndRightWhenItOpens) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    ASSERT_EQ(host->broadcasts(), 0);
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    EXPECT_TRUE(eventually([this] { return host->broadcasts() > 0; })) << "the session is told of";
+    ASSERT_TRUE(desktop.shows(1, 0));
+    ASSERT_TRUE(eventually([this] { return host->toolTip() == "1 agent waiting for you"; }));
+
+    const auto pass = [](std::chrono::milliseconds time) {
+        waitUntil(time, [] {
+            QCoreApplication::processEvents();
+            return false;
+        });
+    };
+    pass(500ms);
+    const int before = host->broadcasts();
+    pass(4s);
+    EXPECT_EQ(host->broadcasts(), before);
+    const auto session = [this] {
+        const std::vector<NotifierHost::Entry> entries = host->menu();
+        return entries.size() > 2 ? entries[2].label : std::string();
+    };
+    EXPECT_TRUE(session().ends_with("0:00") || session().ends_with("0:01")) << session();
+    host->openMenu();
+    const std::string seconds = session().substr(session().size() - 1);
+    EXPECT_GE(std::stoi(seconds), 4) << session();
+}
+
 TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();

@@ -4,8 +4,10 @@
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
 
+#include <QApplication>
 #include <QFocusEvent>
 #include <QFocusFrame>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace corvane {
@@ -21,6 +23,21 @@ bool isFromKeyboard(Qt::FocusReason reason) {
 bool isReturn(Qt::FocusReason reason) {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
            reason == Qt::MenuBarFocusReason;
+}
+
+// Not a modifier by itself, and no command that the window has for it.
+bool isForTheControl(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Escape:
+        return false;
+    default:
+        return (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+    }
 }
 
 // A QFocusFrame for its place outside of the accessible tree and of the clicks; where it lies is set from
@@ -80,7 +97,11 @@ bool FocusRing::isShown() const {
     return frame_ && frame_->isVisibleTo(control_.parentWidget());
 }
 
-bool FocusRing::eventFilter(QObject* /*object*/, QEvent* event) {
+bool FocusRing::eventFilter(QObject* object, QEvent* event) {
+    if (object != &control_) {
+        if (event->type() == QEvent::MouseButtonPress) hide();
+        return false;
+    }
     switch (event->type()) {
     case QEvent::FocusIn: {
         const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
@@ -93,6 +114,9 @@ bool FocusRing::eventFilter(QObject* /*object*/, QEvent* event) {
     }
     case QEvent::FocusOut:
         if (!isReturn(static_cast<QFocusEvent*>(event)->reason())) hide();
+        break;
+    case QEvent::KeyPress:
+        if (control_.hasFocus() && isForTheControl(*static_cast<QKeyEvent*>(event))) show();
         break;
     case QEvent::MouseButtonPress:
     case QEvent::Hide:
@@ -117,10 +141,13 @@ void FocusRing::show() {
     if (!frame_) frame_ = new Frame(control_.parentWidget(), radius_, shape_);
     follow();
     frame_->show();
+    // While it shows, presses anywhere count.
+    qApp->installEventFilter(this);
 }
 
 void FocusRing::hide() {
     if (frame_) frame_->hide();
+    qApp->removeEventFilter(this);
 }
 
 void FocusRing::follow() {

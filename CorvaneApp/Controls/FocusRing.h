@@ -10,7 +10,8 @@ class QWidget;
 namespace corvane {
 
 /// The ring around a control that has the keyboard's focus. It shows when the focus came by Tab, an arrow or
-/// a shortcut and never after a click. Main thread only; belongs to its control and goes with it.
+/// a shortcut, goes at a click anywhere in the application, and comes back with the next key. Main thread
+/// only; belongs to its control and goes with it.
 ///
 /// The ring is a widget of its own beside the control, so that it may lie outside of it and moves nothing. It
 /// takes no clicks and assistive technology does not see it.

@@ -53,6 +53,23 @@ TEST_F(ControlsTest, theRingComesWithTabAndGoesWithAClick) {
     EXPECT_FALSE(hasRing(button));
 }
 
+TEST_F(ControlsTest, theRingGoesWithAClickAnywhereAndComesBackWithTheNextKey) {
+    auto* const toggle = add<Switch>(QStringLiteral("Play sounds"), reduceMotion_);
+    show();
+    QTest::keyClick(&window_, Qt::Key_Tab);
+    ASSERT_TRUE(hasRing(toggle));
+    QTest::mouseClick(&window_, Qt::LeftButton, {}, QPoint(5, 5));
+    EXPECT_TRUE(toggle->hasFocus());
+    EXPECT_FALSE(hasRing(toggle));
+    for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_Escape})
+        QTest::keyClick(toggle, key);
+    QTest::keyClick(toggle, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_FALSE(hasRing(toggle));
+    QTest::keyClick(toggle, Qt::Key_Space);
+    EXPECT_TRUE(toggle->isChecked());
+    EXPECT_TRUE(hasRing(toggle));
+}
+
 TEST_F(ControlsTest, aClickAloneBringsNoFocusAndNoRing) {
     auto* const button = add<BorderedButton>(QStringLiteral("Done"));
     show();

@@ -1,6 +1,7 @@
 #include "Platform/MacOS/LoginItem.h"
 
 #include "Platform/MacOS/LoginItemStatus.h"
+#include "Style/Translations.h"
 
 #include <QString>
 
@@ -38,7 +39,7 @@ void MacLoginItem::setEnabled(bool enabled) {
         [SMAppService openSystemSettingsLoginItems];
     if (isDone) return;
     const QString text = QString::fromNSString(error.localizedDescription);
-    throw LoginItemError(text.isEmpty() ? "The system gave no reason." : text.toStdString());
+    throw LoginItemError(loginitem::reason(text.toStdString(), translations::words));
 }
 
 } // namespace corvane

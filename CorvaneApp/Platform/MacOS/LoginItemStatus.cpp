@@ -25,4 +25,9 @@ Change change(Status status, bool wanted) {
     return isRegistered ? Change::unregisterItem : Change::none;
 }
 
+std::string reason(const std::string& systems, Words words) {
+    return systems.empty() ? words(translatable("corvane::LoginItem", "The system gave no reason."))
+                           : systems;
+}
+
 } // namespace corvane::loginitem

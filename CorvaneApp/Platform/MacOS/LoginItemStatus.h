@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Support/Words.h"
+
 #include <cstdint>
+#include <string>
 
 /// What the system's answers about the login item mean.
 namespace corvane::loginitem {
@@ -24,5 +27,8 @@ enum class Change : std::uint8_t { none, registerItem, unregisterItem };
 
 /// To register twice, or to take out what is not in, is an error for the system: nothing is to be done then.
 [[nodiscard]] Change change(Status status, bool wanted);
+
+/// Why a change failed, in words for the user: the system's own, or ours where it has none.
+[[nodiscard]] std::string reason(const std::string& systems, Words words);
 
 } // namespace corvane::loginitem

@@ -253,5 +253,11 @@ TEST(MacBringForward, asksInTheOtherWayAtOnceWhereNothingWasSent) {
     EXPECT_EQ(time.pendingCount(), 0U);
 }
 
+TEST(MacLoginItem, aFailureWithoutAReasonIsToldInTheUsersWords) {
+    const Words words = [](const Phrase& phrase) { return "<" + std::string(phrase.key) + ">"; };
+    EXPECT_EQ(loginitem::reason("", words), "<The system gave no reason.>");
+    EXPECT_EQ(loginitem::reason("Not allowed.", words), "Not allowed.");
+}
+
 } // namespace
 } // namespace corvane

@@ -6,6 +6,7 @@
 #include "Controls/PrimaryButtonStyle.h"
 #include "Controls/Symbols.h"
 #include "Style/Fonts.h"
+#include "Style/ReadingDirection.h"
 #include "Style/Shapes.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
@@ -118,6 +119,7 @@ void ShapedButton::paintText(QPainter& painter, const QColor& color) {
     const int start = shapedPadding + leadingWidth();
     const QRect textRect(start, 0, width() - start - shapedPadding, height());
     painter.setPen(color);
+    painter.setLayoutDirection(readingDirection(text(), layoutDirection()));
     painter.drawText(QStyle::visualRect(layoutDirection(), rect(), textRect),
                      Qt::AlignCenter | Qt::TextSingleLine, text());
 }
@@ -242,6 +244,7 @@ void PlainButton::paintEvent(QPaintEvent* /*event*/) {
     }
     if (symbol_.isEmpty()) {
         painter.setPen(color);
+        painter.setLayoutDirection(readingDirection(text(), layoutDirection()));
         painter.drawText(rect().marginsRemoved(clickMargins()), Qt::AlignCenter | Qt::TextSingleLine, text());
     } else {
         symbols::paint(painter, symbol_, rect().marginsRemoved(clickMargins()), color);
@@ -267,6 +270,7 @@ void LinkButton::paintEvent(QPaintEvent* /*event*/) {
     const QColor color = Tokens::primary.color(look);
     const QRect content = rect().marginsRemoved(clickMargins());
     painter.setPen(color);
+    painter.setLayoutDirection(readingDirection(text(), layoutDirection()));
     painter.drawText(content, Qt::AlignCenter | Qt::TextSingleLine, text());
     if (isHot() || look.isHighContrast()) {
         const int baseline = content.top() + fontMetrics().ascent();

@@ -2,11 +2,13 @@
 
 #include "Controls/FocusRing.h"
 #include "Style/Fonts.h"
+#include "Style/ReadingDirection.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
 
 #include <QAccessible>
 #include <QEvent>
+#include <QStyle>
 #include <QTextBlock>
 #include <QTextDocument>
 
@@ -87,7 +89,8 @@ void ErrorText::focusOutEvent(QFocusEvent* event) {
 void ErrorText::layOut() {
     setLineHeight(*document());
     QTextOption option = document()->defaultTextOption();
-    option.setTextDirection(layoutDirection());
+    option.setTextDirection(readingDirection(message_, layoutDirection()));
+    option.setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute);
     document()->setDefaultTextOption(option);
 
     QTextCharFormat format;

@@ -1,5 +1,7 @@
 #include "Controls/Paragraph.h"
 
+#include "Style/ReadingDirection.h"
+
 #include <QPainter>
 #include <QStyle>
 #include <QTextLayout>
@@ -45,7 +47,7 @@ int Paragraph::lay(QTextLayout& layout, int width) const {
     layout.setText(text);
     layout.setFont(font());
     QTextOption option(QStyle::visualAlignment(layoutDirection(), style_.alignment) & ~Qt::AlignAbsolute);
-    option.setTextDirection(layoutDirection());
+    option.setTextDirection(readingDirection(text, layoutDirection()));
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
 

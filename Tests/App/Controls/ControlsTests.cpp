@@ -1,6 +1,7 @@
 #include "App/Support/Pictures.h"
 #include "Controls/Controls.h"
 #include "Controls/FocusRing.h"
+#include "Controls/Paragraph.h"
 #include "Style/Tokens.h"
 
 #include <QAbstractItemView>
@@ -8,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace corvane {
 namespace {
@@ -68,6 +71,41 @@ TEST_F(ControlsTest, theRingGoesWithAClickAnywhereAndComesBackWithTheNextKey) {
     QTest::keyClick(toggle, Qt::Key_Space);
     EXPECT_TRUE(toggle->isChecked());
     EXPECT_TRUE(hasRing(toggle));
+}
+
+/// Where the ink begins, and how high the first letter stands.
+QPoint firstInk(const QImage& picture) {
+    QPoint first(-1, picture.height());
+    for (int x = 0; x < picture.width() && (first.x() < 0 || x < first.x() + 4); ++x) {
+        for (int y = 0; y < picture.height(); ++y) {
+            if (picture.pixelColor(x, y).lightness() > 128) continue;
+            if (first.x() < 0) first.setX(x);
+            first.setY(std::min(first.y(), y));
+        }
+    }
+    return first;
+}
+
+TEST_F(ControlsTest, anEnglishParagraphKeepsItsFullStopAtItsEndInARightToLeftInterface) {
+    Paragraph::Style style;
+    style.font = window_.font();
+    Paragraph paragraph(QStringLiteral("Taps you when it needs you."), style, nullptr);
+    paragraph.resize(paragraph.sizeHint());
+    const QPoint leftToRight = firstInk(test::pictureOf(paragraph, ColorScheme::light, 1));
+    paragraph.setLayoutDirection(Qt::RightToLeft);
+    const QPoint rightToLeft = firstInk(test::pictureOf(paragraph, ColorScheme::light, 1));
+    EXPECT_NEAR(rightToLeft.x(), leftToRight.x(), 1);
+    EXPECT_EQ(rightToLeft.y(), leftToRight.y()) << "a full stop is lower";
+    // It begins at the layout's leading edge all the same.
+    paragraph.resize(paragraph.width() + 50, paragraph.height());
+    EXPECT_NEAR(firstInk(test::pictureOf(paragraph, ColorScheme::light, 1)).x(), leftToRight.x() + 50, 1);
+}
+
+TEST_F(ControlsTest, aButtonsEllipsisStaysAtItsEndInARightToLeftInterface) {
+    auto* const button = add<BorderedButton>(QStringLiteral("Settings…"));
+    const QImage leftToRight = test::pictureOf(*button, ColorScheme::light, 1);
+    button->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(test::pictureOf(*button, ColorScheme::light, 1), leftToRight);
 }
 
 TEST_F(ControlsTest, aClickAloneBringsNoFocusAndNoRing) {

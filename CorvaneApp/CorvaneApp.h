@@ -2,6 +2,7 @@
 
 #include "BannerController.h"
 #include "Controls/Links.h"
+#include "Controls/PopupCards.h"
 #include "Controls/PopupWatch.h"
 #include "Controls/Symbols.h"
 #include "Controls/WindowCommands.h"
@@ -58,6 +59,7 @@ class CorvaneApp : public QObject {
 
     PlatformServices services_;
     symbols::SystemScope symbolScope_{services_.systemSymbols};
+    PopupCards popupCards_{services_.windowShadow};
     links::Opener openLink_;
     BannerController banners_;
     AppModel model_;

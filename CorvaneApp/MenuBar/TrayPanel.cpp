@@ -40,12 +40,8 @@ int kept(int value, int length, int start, int end) {
     return std::max(start, std::min(value, end - length));
 }
 
-QPainterPath outline(QSize size, bool isBlended) {
-    const QRectF card(QPointF(0, 0), QSizeF(size));
-    if (isBlended) return shapes::continuousRoundedRect(card, radius);
-    QPainterPath square;
-    square.addRect(card);
-    return square;
+QPainterPath outline(QSize size) {
+    return shapes::continuousRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), radius);
 }
 
 } // namespace
@@ -146,32 +142,36 @@ void TrayPanel::arrange() {
     setContentsMargins(margins_);
     setFixedSize(card.grownBy(margins_));
     const QPoint cardPlace(margins_.left(), margins_.top());
-    host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()),
-                       outline(card, isBlended_).translated(cardPlace));
+    host_->setGeometry(QRect(cardOrigin_ - cardPlace, size()), outline(card).translated(cardPlace));
+    if (isVisible()) cut();
 }
 
-void TrayPanel::paintCard(QPainter& painter, QSize card, bool isBlended, Look look) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(outline(card, isBlended), Tokens::surface.color(look));
+void TrayPanel::cut() {
+    shadow_.cut(*this, outline(view_->size()).translated(view_->pos()));
+}
+
+void TrayPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    cut();
+}
+
+void TrayPanel::paintCard(QPainter& painter, QSize card, Look look) {
     constexpr qreal edge = 1;
-    QPen pen(Tokens::hairline(look), edge);
-    pen.setJoinStyle(Qt::MiterJoin);
-    const QRectF rect(QPointF(0, 0), QSizeF(card));
-    if (isBlended) {
-        painter.strokePath(shapes::insideStroke(rect, radius, edge), pen);
-    } else {
-        painter.setPen(pen);
-        painter.drawRect(rect.adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2));
-    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(outline(card), Tokens::surface.color(look));
+    painter.strokePath(shapes::insideStroke(QRectF(QPointF(0, 0), QSizeF(card)), radius, edge),
+                       QPen(Tokens::hairline(look), edge));
 }
 
 void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     const Look look = Tokens::look(palette());
     const QSize card = view_->size();
     QPainter painter(this);
-    if (isBlended_ && !look.isHighContrast()) shadow_.paint(painter, *this, outline(card, isBlended_), card);
+    // The pixels of cut corners are covered in part: the rest of them would be black.
+    if (!isBlended_) painter.fillRect(rect(), Tokens::divider(look));
+    if (isBlended_ && !look.isHighContrast()) shadow_.paint(painter, *this, outline(card), card);
     painter.translate(view_->pos());
-    paintCard(painter, card, isBlended_, look);
+    paintCard(painter, card, look);
 }
 
 // A click beside the card, on its shadow, is one outside of the panel, even where the icon lies below. It

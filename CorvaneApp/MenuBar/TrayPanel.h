@@ -36,9 +36,8 @@ class TrayPanel : public QWidget {
     TrayPanel(AppModel& model, const PlatformServices& services, MakeView makeView);
 
     [[nodiscard]] TrayPanelView& view() const { return *view_; }
-    /// Paints the ground of a panel's card of this size at the painter's origin, with round corners only
-    /// where windows are blended.
-    static void paintCard(QPainter& painter, QSize card, bool isBlended, Look look);
+    /// Paints the ground of a panel's card of this size at the painter's origin.
+    static void paintCard(QPainter& painter, QSize card, Look look);
     /// Where the card is on the desktop, without the room for its shadow.
     [[nodiscard]] QRect cardGeometry() const;
 
@@ -55,12 +54,15 @@ class TrayPanel : public QWidget {
     void toggle(QRect icon);
 
   protected:
+    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void arrange();
+    /// Gives the window the card's shape, where nothing blends it.
+    void cut();
     void followKeyboard();
     void closeForKeyboard();
     /// Closes because of something that may be a press on the icon, of which will be told next.

@@ -29,6 +29,11 @@ class WindowShadow {
     /// its own coordinates; the card lies at `margins` in `window`.
     virtual void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
                        QSize cardSize) = 0;
+
+    /// Cuts the window to `outline`, in the window's coordinates, where windows are not blended: what is not
+    /// drawn would be black there. Lifts the cut where they are. The window must be one of the system's
+    /// already; its next size and the next time it is shown take another call.
+    virtual void cut(QWidget& window, const QPainterPath& outline) = 0;
 };
 
 } // namespace corvane

@@ -1,9 +1,13 @@
 #include "Style/CorvaneStyle.h"
 
+#include "Style/ReadingDirection.h"
 #include "Style/Shapes.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
 
+#include <QComboBox>
+#include <QFrame>
+#include <QMenu>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -13,8 +17,18 @@ namespace corvane {
 
 namespace {
 
-constexpr Scaled itemRadius{6.0};
+constexpr Scaled popupRadius{12.0};
 constexpr Scaled popupMargin{4};
+constexpr Scaled itemRadius{8.0}; // concentric with the card's corner
+constexpr Scaled itemPadding{8};
+constexpr Scaled itemHeight{28};
+constexpr Scaled itemLeading{8}; // above and below a font that is higher
+constexpr Scaled iconSide{16};
+constexpr Scaled iconInset{4}; // of the ink of an icon in its square
+constexpr Scaled iconGap{4};
+constexpr Scaled shortcutGap{24};
+constexpr Scaled tickSide{14};
+constexpr Scaled tickGap{8};
 constexpr Scaled separatorHeight{9}; // a line, and as much room on both sides as around the items
 constexpr Scaled separatorInset{8};
 constexpr Scaled scrollBarExtent{8};
@@ -59,6 +73,26 @@ void drawChoice(QPainter& painter, const QStyleOption& item, const QRect& rect) 
     painter.restore();
 }
 
+/// The width before an entry's text, from the entry's padding on.
+int leading(bool hasIcon) {
+    return hasIcon ? iconSide - iconInset + iconGap : 0;
+}
+
+/// Behind the present choice of a list.
+void drawTick(QPainter& painter, const QRectF& box, const QColor& color) {
+    constexpr qreal grid = 24;
+    QPainterPath tick(QPointF(4.5, 12.75));
+    tick.lineTo(9.5, 17.75);
+    tick.lineTo(19.5, 6.75);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(box.topLeft());
+    painter.scale(box.width() / grid, box.height() / grid);
+    constexpr qreal stroke = 2.5;
+    painter.strokePath(tick, QPen(color, stroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.restore();
+}
+
 QRect along(const QStyleOptionSlider& bar, int start, int length) {
     const QRect rect = bar.orientation == Qt::Vertical ? QRect(0, start, bar.rect.width(), length)
                                                        : QRect(start, 0, length, bar.rect.height());
@@ -70,12 +104,33 @@ QRect along(const QStyleOptionSlider& bar, int start, int length) {
 CorvaneStyle::CorvaneStyle()
     : QProxyStyle(QStringLiteral("Fusion")) {}
 
+QPainterPath CorvaneStyle::popupOutline(const QRectF& card) {
+    return shapes::continuousRoundedRect(card, popupRadius);
+}
+
+int CorvaneStyle::menuPadding() {
+    return popupMargin;
+}
+
+int CorvaneStyle::menuTextWidth(int menuWidth, MenuIcon icon) {
+    return menuWidth - 2 * (popupMargin + itemPadding) - leading(icon == MenuIcon::shown);
+}
+
+void CorvaneStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    // Before they have a window, which keeps what it was made with.
+    if (qobject_cast<QMenu*>(widget) != nullptr || widget->inherits("QComboBoxPrivateContainer"))
+        widget->setAttribute(Qt::WA_TranslucentBackground);
+}
+
 int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* returnData) const {
     switch (hint) {
     // Opens over the picker, with the present choice below the pointer.
     case SH_ComboBox_Popup:
         return 1;
+    case SH_ComboBox_PopupFrameStyle:
+        return QFrame::NoFrame;
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
         return 0;
@@ -87,10 +142,21 @@ int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
 QSize CorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                                      const QWidget* widget) const {
     const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-    const QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
-    const bool isSeparator = type == CT_MenuItem && item != nullptr &&
-                             item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty();
-    return isSeparator ? QSize(result.width(), separatorHeight) : result;
+    if (type == CT_MenuItem && item != nullptr) return menuItemSize(*item, size, widget);
+    return QProxyStyle::sizeFromContents(type, option, size, widget);
+}
+
+QSize CorvaneStyle::menuItemSize(const QStyleOptionMenuItem& item, const QSize& contents,
+                                 const QWidget* widget) {
+    if (item.menuItemType == QStyleOptionMenuItem::Separator) return {contents.width(), separatorHeight};
+    const int height = std::max<int>(itemHeight, item.fontMetrics.height() + itemLeading);
+    int width = 2 * itemPadding + leading(!item.icon.isNull());
+    if (qobject_cast<const QComboBox*>(widget) != nullptr) {
+        width += item.fontMetrics.horizontalAdvance(item.text) + tickGap + tickSide;
+    } else {
+        width += contents.width() + (item.text.contains(QLatin1Char('\t')) ? int(shortcutGap) : 0);
+    }
+    return {width, height};
 }
 
 int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
@@ -100,6 +166,8 @@ int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     case PM_MenuHMargin:
     case PM_MenuVMargin:
         return popupMargin;
+    case PM_MenuPanelWidth:
+        return 0;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -161,6 +229,8 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
         drawMenuBarItem(*item, *painter, widget);
     } else if (element == CE_MenuItem && item != nullptr) {
         drawMenuItem(*item, *painter, widget);
+    } else if (element == CE_MenuEmptyArea) {
+        return; // the card is there already
     } else {
         QProxyStyle::drawControl(element, option, painter, widget);
     }
@@ -178,29 +248,71 @@ void CorvaneStyle::drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter& p
 
 void CorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& item, QPainter& painter,
                                 const QWidget* widget) const {
-    const bool isSeparator = item.menuItemType == QStyleOptionMenuItem::Separator;
-    if (isSeparator && item.text.isEmpty()) {
-        const QRect& rect = item.rect;
+    const Look look = Tokens::look(item.palette);
+    const QRect& rect = item.rect;
+    if (item.menuItemType == QStyleOptionMenuItem::Separator) {
         painter.fillRect(rect.left() + separatorInset, rect.center().y(), rect.width() - 2 * separatorInset,
-                         1, Tokens::divider(Tokens::look(item.palette)));
+                         1, Tokens::divider(look));
         return;
     }
-    QStyleOptionMenuItem plain(item);
-    if (!isSeparator && (item.state & State_Selected) != 0) {
-        drawChoice(painter, item, item.rect);
-        plain.state &= ~(State_Selected | State_Sunken);
+    const bool isEnabled = (item.state & State_Enabled) != 0;
+    if (isEnabled && (item.state & State_Selected) != 0) drawChoice(painter, item, rect);
+    // Qt leaves it out of the rows of a picker's list.
+    const Qt::LayoutDirection direction = widget != nullptr ? widget->layoutDirection() : item.direction;
+    const auto placed = [&](const QRect& part) { return visualRect(direction, item.rect, part); };
+
+    const QRect inner = rect.adjusted(itemPadding, 0, -itemPadding, 0);
+    if (!item.icon.isNull()) {
+        const QRect box(inner.left() - iconInset, rect.top() + (rect.height() - iconSide) / 2, iconSide,
+                        iconSide);
+        item.icon.paint(&painter, placed(box));
     }
-    QProxyStyle::drawControl(CE_MenuItem, &plain, &painter, widget);
+    int end = inner.right() + 1;
+    if (qobject_cast<const QComboBox*>(widget) != nullptr) {
+        end -= tickSide;
+        if (item.checked) {
+            const QRect box(end, rect.top() + (rect.height() - tickSide) / 2, tickSide, tickSide);
+            drawTick(painter, placed(box), Tokens::primary.color(look));
+        }
+        end -= tickGap;
+    }
+
+    int flags =
+        static_cast<int>(visualAlignment(direction, Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter) |
+        Qt::TextSingleLine | Qt::TextShowMnemonic;
+    if (styleHint(SH_UnderlineShortcut, &item, widget, nullptr) == 0) flags |= Qt::TextHideMnemonic;
+    const QColor dimmed = Tokens::textSecondary(look);
+    const qsizetype tab = item.text.indexOf(QLatin1Char('\t'));
+    const int start = inner.left() + leading(!item.icon.isNull());
+    painter.save();
+    painter.setFont(item.font);
+    painter.setLayoutDirection(readingDirection(item.text, direction));
+    painter.setPen(isEnabled ? Tokens::onSurface.color(look) : dimmed);
+    painter.drawText(placed({start, rect.top(), end - start, rect.height()}), flags,
+                     tab < 0 ? item.text : item.text.left(tab));
+    if (tab >= 0) {
+        const QString shortcut = item.text.mid(tab + 1);
+        const int width = item.fontMetrics.horizontalAdvance(shortcut);
+        painter.setPen(dimmed);
+        painter.drawText(placed({end - width, rect.top(), width, rect.height()}), flags, shortcut);
+    }
+    painter.restore();
 }
 
 void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
     switch (element) {
     case PE_PanelMenu: {
-        // Filled lines stay on the edge at every scale.
-        const QColor edge = Tokens::controlBorder(Tokens::look(option->palette));
-        painter->fillRect(option->rect, edge);
-        painter->fillRect(option->rect.adjusted(1, 1, -1, -1), option->palette.color(QPalette::Base));
+        const Look look = Tokens::look(option->palette);
+        const QMargins room = widget != nullptr ? widget->contentsMargins() : QMargins();
+        const QRectF card = option->rect.marginsRemoved(room);
+        constexpr qreal edge = 1;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->fillPath(popupOutline(card), Tokens::surface.color(look));
+        painter->strokePath(shapes::insideStroke(card, popupRadius, edge),
+                            QPen(Tokens::hairline(look), edge));
+        painter->restore();
         return;
     }
     case PE_FrameMenu: // part of the panel

@@ -1,19 +1,32 @@
 #pragma once
 
+#include <QPainterPath>
 #include <QProxyStyle>
 
 class QStyleOptionMenuItem;
 
 namespace corvane {
 
-/// The style of what the toolkit draws: menus, the pickers' popups and the scroll bars of long messages. The
-/// same on every desktop, in the palette's colours. Give it to QApplication::setStyle before the first widget
+/// The style of what the toolkit draws: menus, the pickers' lists and the scroll bars of long messages. The
+/// same on every desktop, in the palette's colours. Menus and lists are cards within their contents' margins,
+/// in which a shadow has its room. Give it to QApplication::setStyle before the first widget
 /// is made.
 class CorvaneStyle : public QProxyStyle {
     Q_OBJECT
 
   public:
     CorvaneStyle();
+
+    enum class MenuIcon { none, shown };
+
+    /// The outline of a menu's card, and the room inside of it around the entries.
+    [[nodiscard]] static QPainterPath popupOutline(const QRectF& card);
+    [[nodiscard]] static int menuPadding();
+    /// The room for an entry's text in a menu whose card has this width.
+    [[nodiscard]] static int menuTextWidth(int menuWidth, MenuIcon icon);
+
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
@@ -30,6 +43,8 @@ class CorvaneStyle : public QProxyStyle {
                        const QWidget* widget) const override;
 
   private:
+    [[nodiscard]] static QSize menuItemSize(const QStyleOptionMenuItem& item, const QSize& contents,
+                                            const QWidget* widget);
     void drawMenuBarItem(const QStyleOptionMenuItem& item, QPainter& painter, const QWidget* widget) const;
     void drawMenuItem(const QStyleOptionMenuItem& item, QPainter& painter, const QWidget* widget) const;
 };

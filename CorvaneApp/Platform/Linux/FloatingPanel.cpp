@@ -5,7 +5,6 @@
 #include "Platform/Shared/MainThread.h"
 #include "Style/Tokens.h"
 
-#include <QBitmap>
 #include <QEasingCurve>
 #include <QPaintEvent>
 #include <QPainter>
@@ -126,19 +125,9 @@ class PanelWindow : public QWidget {
         const QRectF card(QPointF(card_->pos()) * arrangedRatio_, QSizeF(card_->size()) * arrangedRatio_);
         x11::setInputShape(nativeWindow(), {card.toAlignedRect()});
         // Without blending, whatever is not drawn would be black.
-        x11::setBoundingShape(nativeWindow(), blended_ ? QRegion() : outlineInPixels());
+        x11::setBoundingShape(nativeWindow(),
+                              blended_ ? QRegion() : inPixels(card_->outline(), arrangedRatio_));
         x11::flush();
-    }
-
-    /// The card's shape in device pixels: the mask knows no finer ones.
-    [[nodiscard]] QRegion outlineInPixels() const {
-        QBitmap bitmap((QSizeF(card_->size()) * arrangedRatio_).toSize());
-        bitmap.clear();
-        QPainter painter(&bitmap);
-        painter.scale(arrangedRatio_, arrangedRatio_);
-        painter.fillPath(card_->outline(), Qt::color1);
-        painter.end();
-        return bitmap;
     }
 
     [[nodiscard]] xcb_window_t nativeWindow() const { return static_cast<xcb_window_t>(internalWinId()); }

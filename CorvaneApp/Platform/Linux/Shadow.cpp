@@ -1,5 +1,6 @@
 #include "Platform/Linux/Shadow.h"
 
+#include <QBitmap>
 #include <QPainter>
 
 #include <algorithm>
@@ -118,6 +119,15 @@ QImage cardShadow(const QPainterPath& outline, QSize cardSize, ColorScheme schem
         }
     }
     return image;
+}
+
+QRegion inPixels(const QPainterPath& outline, qreal devicePixelRatio) {
+    const QPainterPath shape = QTransform::fromScale(devicePixelRatio, devicePixelRatio).map(outline);
+    const QPoint end = shape.boundingRect().toAlignedRect().bottomRight();
+    QBitmap bitmap(end.x() + 1, end.y() + 1);
+    bitmap.clear();
+    QPainter(&bitmap).fillPath(shape, Qt::color1);
+    return bitmap;
 }
 
 } // namespace corvane

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QMargins>
 #include <QPainterPath>
+#include <QRegion>
 #include <QSize>
 
 namespace corvane {
@@ -17,5 +18,8 @@ inline constexpr QMargins shadowMargins{24, 16, 24, 32};
 /// result.
 [[nodiscard]] QImage cardShadow(const QPainterPath& outline, QSize cardSize, ColorScheme scheme,
                                 qreal devicePixelRatio);
+
+/// The outline as device pixels: what a window can be cut to.
+[[nodiscard]] QRegion inPixels(const QPainterPath& outline, qreal devicePixelRatio);
 
 } // namespace corvane

@@ -25,4 +25,11 @@ void LinuxWindowShadow::paint(QPainter& painter, const QWidget& window, const QP
     painter.drawImage(QPoint(), last_.image);
 }
 
+void LinuxWindowShadow::cut(QWidget& window, const QPainterPath& outline) {
+    if (window.internalWinId() == 0) return;
+    x11::setBoundingShape(static_cast<xcb_window_t>(window.internalWinId()),
+                          isBlended() ? QRegion() : inPixels(outline, window.devicePixelRatioF()));
+    x11::flush();
+}
+
 } // namespace corvane

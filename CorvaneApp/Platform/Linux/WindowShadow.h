@@ -14,6 +14,7 @@ class LinuxWindowShadow : public WindowShadow {
     [[nodiscard]] QMargins margins() const override;
     void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
                QSize cardSize) override;
+    void cut(QWidget& window, const QPainterPath& outline) override;
 
   private:
     /// The shadow that was painted last: it takes a while to make, and a card keeps its size for long.

@@ -11,6 +11,7 @@ class MacWindowShadow : public WindowShadow {
     [[nodiscard]] QMargins margins() const override { return {}; }
     void paint(QPainter& /*painter*/, const QWidget& /*window*/, const QPainterPath& /*outline*/,
                QSize /*cardSize*/) override {}
+    void cut(QWidget& /*window*/, const QPainterPath& /*outline*/) override {}
 };
 
 } // namespace corvane

@@ -107,11 +107,16 @@ class FakeWindowShadow : public WindowShadow {
                QSize /*cardSize*/) override {
         painted.push_back(outline);
     }
+    void cut(QWidget& /*window*/, const QPainterPath& outline) override {
+        lastCut = blended ? QPainterPath() : outline;
+    }
 
     bool blended = true;
     QMargins room{10, 11, 12, 13};
     /// The outlines of the cards whose shadows were to be painted.
     std::vector<QPainterPath> painted;
+    /// What the last window was cut to; empty where it was left whole.
+    QPainterPath lastCut;
 };
 
 /// Draws those that it knows as a full box.

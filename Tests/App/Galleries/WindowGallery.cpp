@@ -4,19 +4,18 @@
 #include "App/Support/LargeText.h"
 #include "App/Support/PanelStates.h"
 #include "App/Support/Pictures.h"
+#include "App/Support/PopupStates.h"
 #include "App/Support/WindowStates.h"
+#include "Controls/PopupCards.h"
 #include "MainWindow.h"
-#include "MenuBar/TrayMenu.h"
 #include "Platform/Linux/Shadow.h"
-#include "Style/CorvaneStyle.h"
+#include "Platform/Linux/WindowShadow.h"
 #include "Style/Shapes.h"
 #include "Style/StatusIcon.h"
 #include "Style/Translations.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QMenu>
-#include <QMenuBar>
 
 #include <cstdio>
 
@@ -65,31 +64,28 @@ bool savePanels(const QDir& folder, const test::Variant& variant) {
     return true;
 }
 
-QImage pictureOfMenu(QMenu& menu, const test::Variant& variant) {
-    menu.resize(menu.sizeHint());
-    menu.setActiveAction(menu.actions().front()); // as under the pointer
-    return test::pictureOf(menu, variant.look, variant.ratio);
+bool savePopups(const QDir& folder, const test::Variant& variant) {
+    QApplication::setPalette(Tokens::palette(variant.look));
+    bool isSaved = true;
+    for (const test::PopupState& state : test::popupStates()) {
+        const QString name =
+            QStringLiteral("%1-%2.png").arg(QString::fromStdString(state.name), variant.name);
+        state.show([&](QWidget& popup) {
+            const QImage image = test::popupPicture(popup, variant.ratio, QColor(0xC7, 0xD9, 0xE8));
+            isSaved = image.save(folder.filePath(name)) && isSaved;
+        });
+    }
+    return isSaved;
 }
 
-bool saveMenus(const QDir& folder, const test::Variant& variant) {
-    QApplication::setPalette(Tokens::palette(variant.look));
+bool saveMainWindow(const QDir& folder, const test::Variant& variant) {
     const auto nothing = [] {};
     test::MenuBarWorld world;
-    world.connect();
-    world.waits("a", "shop");
-    world.runs("b", "infra-terraform");
     MainWindow window(world.model(), world.platform.activation, [](const QUrl& /*url*/) {},
                       {nothing, nothing, [](QRect /*place*/) {}, nothing});
     window.resize(window.sizeHint());
-    const auto save = [&](const QImage& image, const char* name) {
-        return image.save(
-            folder.filePath(QStringLiteral("%1-%2.png").arg(QLatin1String(name), variant.name)));
-    };
-    TrayMenu tray(world.model(), {nothing, nothing, nothing});
-    return save(test::pictureOf(window, variant.look, variant.ratio), "main-window") &&
-           save(pictureOfMenu(*window.menuBar()->actions().at(0)->menu(), variant), "menu-file") &&
-           save(pictureOfMenu(*window.menuBar()->actions().at(1)->menu(), variant), "menu-window") &&
-           save(pictureOfMenu(tray, variant), "menu-tray");
+    return test::pictureOf(window, variant.look, variant.ratio)
+        .save(folder.filePath(QStringLiteral("main-window-%1.png").arg(variant.name)));
 }
 
 /// Every size and badge on a bar of this appearance, and below each size the same enlarged.
@@ -125,13 +121,16 @@ int main(int argc, char** argv) {
         std::fputs("usage: WindowGallery FOLDER\n", stderr);
         return 2;
     }
-    QApplication::setStyle(new CorvaneStyle);
+    const test::ApplicationStyle style;
+    LinuxWindowShadow shadow;
+    const PopupCards popupCards(shadow);
     translations::install(*QCoreApplication::instance());
     const QDir folder(QString::fromLocal8Bit(argv[1]));
     folder.mkpath(QStringLiteral("."));
     for (const test::Variant& variant : test::galleryVariants()) {
         const test::LargeText size(variant.textScale);
-        if (!saveWindows(folder, variant) || !savePanels(folder, variant) || !saveMenus(folder, variant))
+        if (!saveWindows(folder, variant) || !savePanels(folder, variant) || !savePopups(folder, variant) ||
+            !saveMainWindow(folder, variant))
             return 1;
     }
     return trayIcons(ColorScheme::light).save(folder.filePath(QStringLiteral("tray-icons-light.png"))) &&

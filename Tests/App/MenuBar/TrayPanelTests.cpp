@@ -1,8 +1,11 @@
 #include "App/Support/MenuBarSupport.h"
+#include "MenuBar/SessionList.h"
 #include "MenuBar/TrayPanel.h"
 #include "MenuBarView.h"
 #include "Style/Tokens.h"
 
+#include <QImage>
+#include <QScrollBar>
 #include <gtest/gtest.h>
 
 namespace corvane {
@@ -63,13 +66,31 @@ TEST_F(TrayPanelTest, hasTheShadowOfItsRoundCardPainted) {
     EXPECT_FALSE(shadow().painted[0].contains(QPointF(1, 1)));
 }
 
-TEST_F(TrayPanelTest, isSquareAndWithoutShadowWhereWindowsAreNotBlended) {
+TEST_F(TrayPanelTest, isCutRoundAndWithoutShadowWhereWindowsAreNotBlended) {
     shadow().blended = false;
     panel_.open({300, 10, 22, 22});
-    (void)panel_.grab();
+    panel_.setPalette(Tokens::palette(ColorScheme::light));
+    const QImage picture = panel_.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(0, 0), Tokens::divider(ColorScheme::light))
+        << "black in part of the corners";
     EXPECT_TRUE(shadow().painted.empty());
     EXPECT_EQ(panel_.size(), panel_.view().size());
-    EXPECT_TRUE(host().outline.contains(QPointF(1, 1)));
+    EXPECT_EQ(shadow().lastCut.boundingRect().toAlignedRect(), panel_.rect());
+    EXPECT_FALSE(shadow().lastCut.contains(QPointF(1, 1)));
+
+    // It follows the panel's size.
+    const int height = panel_.height();
+    world_.connect();
+    world_.runs("a");
+    world_.runs("b");
+    world_.runs("c");
+    ASSERT_NE(panel_.height(), height);
+    EXPECT_EQ(shadow().lastCut.boundingRect().toAlignedRect(), panel_.rect());
+
+    panel_.hide();
+    shadow().blended = true;
+    panel_.open({300, 10, 22, 22});
+    EXPECT_TRUE(shadow().lastCut.isEmpty());
 }
 
 TEST_F(TrayPanelTest, looksWhetherWindowsAreBlendedEachTimeItOpens) {

@@ -84,28 +84,37 @@ QImage doubled(QWidget& widget, Look look) {
     return test::pictureOf(widget, look, 2);
 }
 
-TEST(CorvaneStyle, aMenuHasOneEvenEdgeAllAround) {
+TEST(CorvaneStyle, aMenuIsARoundCardWithOneEvenEdge) {
     CorvaneStyle style;
     QMenu menu;
     menu.setStyle(&style);
     menu.addAction(QStringLiteral("Quit"));
     menu.resize(menu.sizeHint());
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
-        const QImage picture = doubled(menu, scheme);
-        const QColor edge = Tokens::controlBorder(scheme);
+        menu.setPalette(Tokens::palette(scheme));
+        QImage picture(menu.size() * 2, QImage::Format_RGB32);
+        picture.setDevicePixelRatio(2);
+        const QColor desktop = Tokens::secondary.color(scheme);
+        picture.fill(desktop);
+        menu.render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
         const QColor surface = Tokens::surface.color(scheme);
         const int middle = picture.height() / 2;
         const int right = picture.width() - 1;
+        const int bottom = picture.height() - 1;
+        const QColor edge = picture.pixelColor(0, middle);
+        EXPECT_NE(edge, surface);
+        EXPECT_NE(edge, desktop);
         for (const int depth : {0, 1}) {
             EXPECT_EQ(picture.pixelColor(depth, middle), edge);
             EXPECT_EQ(picture.pixelColor(right - depth, middle), edge);
-            EXPECT_EQ(picture.pixelColor(20, depth), edge);
-            EXPECT_EQ(picture.pixelColor(20, picture.height() - 1 - depth), edge);
+            EXPECT_EQ(picture.pixelColor(40, depth), edge);
+            EXPECT_EQ(picture.pixelColor(40, bottom - depth), edge);
         }
         EXPECT_EQ(picture.pixelColor(2, middle), surface);
         EXPECT_EQ(picture.pixelColor(right - 2, middle), surface);
-        EXPECT_EQ(picture.pixelColor(20, 2), surface);
-        EXPECT_EQ(picture.pixelColor(20, picture.height() - 3), surface);
+        for (const QPoint corner :
+             {QPoint(2, 2), QPoint(right - 2, 2), QPoint(2, bottom - 2), QPoint(right - 2, bottom - 2)})
+            EXPECT_EQ(picture.pixelColor(corner), desktop);
     }
 }
 

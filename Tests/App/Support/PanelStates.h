@@ -111,7 +111,7 @@ inline std::vector<PanelState> panelStates() {
 /// Paints the panel's card with this content at the painter's origin.
 inline void paintPanel(QPainter& painter, MenuBarView& view, Look look) {
     view.setPalette(Tokens::palette(look));
-    TrayPanel::paintCard(painter, view.size(), true, look);
+    TrayPanel::paintCard(painter, view.size(), look);
     painter.setLayoutDirection(view.layoutDirection()); // as Qt 6.8 does by itself, and as on a screen
     view.render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
 }

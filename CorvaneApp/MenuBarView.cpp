@@ -189,6 +189,10 @@ int MenuBarView::layOut(bool isTrial) const {
     return y + footerHeight + padding;
 }
 
+void MenuBarView::prepareToOpen() {
+    list_->showFromTop();
+}
+
 void MenuBarView::orderTabs() {
     std::vector<QWidget*> order{contact_, connect_};
     order.insert(order.end(), list_->rows().begin(), list_->rows().end());

@@ -41,6 +41,7 @@ class MenuBarView : public TrayPanelView {
 
     /// The fixed width, and the height that the content needs at present.
     [[nodiscard]] QSize sizeHint() const override;
+    void prepareToOpen() override;
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

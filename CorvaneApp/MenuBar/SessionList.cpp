@@ -23,14 +23,15 @@ constexpr Scaled thumbMargin{3};
 constexpr Scaled thumbRadius{3};
 constexpr Scaled shortestThumb{32};
 constexpr Scaled fadeHeight{16};
-// How long the thumb stays after the list has scrolled by itself or by the keyboard.
+// How long the thumb stays after the list was opened, or has scrolled by itself or by the keyboard.
 constexpr std::chrono::milliseconds thumbTime{1000};
 
-/// The last lines of the list, fading into its ground.
+/// The first or the last lines of the list, fading into its ground.
 class Fade : public QWidget {
   public:
-    explicit Fade(QWidget* parent)
-        : QWidget(parent) {
+    Fade(Qt::Edge edge, QWidget* parent)
+        : QWidget(parent)
+        , edge_(edge) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
     }
 
@@ -40,10 +41,13 @@ class Fade : public QWidget {
         QColor clear = surface;
         clear.setAlpha(0);
         QLinearGradient gradient(0, 0, 0, height());
-        gradient.setColorAt(0, clear);
-        gradient.setColorAt(1, surface);
+        gradient.setColorAt(0, edge_ == Qt::TopEdge ? surface : clear);
+        gradient.setColorAt(1, edge_ == Qt::TopEdge ? clear : surface);
         QPainter(this).fillRect(rect(), gradient);
     }
+
+  private:
+    Qt::Edge edge_;
 };
 
 /// Shows where the list is, and scrolls it when dragged.
@@ -109,7 +113,8 @@ class Thumb : public QWidget {
 SessionList::SessionList(std::function<void(const AgentSession&)> onTap, QWidget* parent)
     : QScrollArea(parent)
     , onTap_(std::move(onTap))
-    , fade_(new Fade(this))
+    , upperFade_(new Fade(Qt::TopEdge, this))
+    , lowerFade_(new Fade(Qt::BottomEdge, this))
     , thumb_(new Thumb(*verticalScrollBar(), this))
     , thumbTimer_(new QTimer(this)) {
     setFrameShape(NoFrame);
@@ -172,6 +177,12 @@ bool SessionList::setSessions(const std::vector<AgentSession>& sessions, Date no
         row->deleteLater(); // it may be the one that is being pressed
     }
     return true;
+}
+
+void SessionList::showFromTop() {
+    verticalScrollBar()->setValue(0);
+    thumbTimer_->start(thumbTime);
+    updateOverlays();
 }
 
 int SessionList::wantedHeight() const {
@@ -242,9 +253,13 @@ void SessionList::updateOverlays() {
     const QScrollBar& bar = *verticalScrollBar();
     // The card's edge stays as it is.
     constexpr int edge = 1;
-    fade_->setGeometry(edge, height() - fadeHeight, width() - 2 * edge, fadeHeight);
-    fade_->setVisible(bar.value() < bar.maximum() && !Tokens::look(palette()).isHighContrast());
-    fade_->raise();
+    const bool fades = !Tokens::look(palette()).isHighContrast();
+    upperFade_->setGeometry(edge, 0, width() - 2 * edge, fadeHeight);
+    upperFade_->setVisible(fades && bar.value() > bar.minimum());
+    lowerFade_->setGeometry(edge, height() - fadeHeight, width() - 2 * edge, fadeHeight);
+    lowerFade_->setVisible(fades && bar.value() < bar.maximum());
+    for (QWidget* const fade : {upperFade_, lowerFade_})
+        fade->raise();
     static_cast<Thumb*>(thumb_)->follow(rect(), layoutDirection());
     thumb_->setVisible(bar.maximum() > 0 && (underMouse() || thumbTimer_->isActive()));
     thumb_->raise();

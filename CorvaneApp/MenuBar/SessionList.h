@@ -12,8 +12,8 @@ class QTimer;
 namespace corvane {
 
 /// The sessions below one another. Up to six are seen whole; further ones are reached by scrolling, with a
-/// thumb that lies over the list while the pointer is there or it scrolls, and a fade while more lies below,
-/// but for high contrast.
+/// thumb that lies over the list while the pointer is there or it scrolls, and a fade at each edge beyond
+/// which there is more, but for high contrast.
 class SessionList : public QScrollArea {
     Q_OBJECT
 
@@ -27,6 +27,9 @@ class SessionList : public QScrollArea {
     /// keyboard's place; where the row with the keyboard's place leaves, the one that follows it gets it, or
     /// else the last one. True when rows came, moved or left.
     bool setSessions(const std::vector<AgentSession>& sessions, Date now);
+
+    /// Scrolls to the top, and shows the thumb for a moment where there is more than fits.
+    void showFromTop();
 
     /// From top to bottom.
     [[nodiscard]] const std::vector<SessionRow*>& rows() const { return rows_; }
@@ -51,7 +54,8 @@ class SessionList : public QScrollArea {
 
     std::function<void(const AgentSession&)> onTap_;
     std::vector<SessionRow*> rows_;
-    QWidget* fade_;
+    QWidget* upperFade_;
+    QWidget* lowerFade_;
     QWidget* thumb_;
     QTimer* thumbTimer_;
 };

@@ -113,6 +113,7 @@ void TrayPanel::open(QRect icon) {
     hadKeyboard_ = false;
     // No control has the keyboard's place at first; Tab and the arrows give it to one.
     view_->setFocus();
+    view_->prepareToOpen();
     host_->present();
     arrange();
 }

@@ -11,6 +11,9 @@ class TrayPanelView : public QWidget {
   public:
     using QWidget::QWidget;
 
+    /// Called each time the panel is about to be shown.
+    virtual void prepareToOpen() {}
+
   Q_SIGNALS:
     /// The content needs another height.
     void heightChanged();

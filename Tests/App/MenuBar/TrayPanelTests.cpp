@@ -93,6 +93,22 @@ TEST_F(TrayPanelTest, isCutRoundAndWithoutShadowWhereWindowsAreNotBlended) {
     EXPECT_TRUE(shadow().lastCut.isEmpty());
 }
 
+TEST_F(TrayPanelTest, opensAtTheTopOfItsListAndShowsThatThereIsMore) {
+    world_.connect();
+    for (const char* const session : {"a", "b", "c", "d", "e", "f", "g", "h"})
+        world_.runs(session, session);
+    panel_.setPalette(Tokens::palette(ColorScheme::light));
+    panel_.open({300, 10, 22, 22});
+    SessionList& list = static_cast<MenuBarView&>(panel_.view()).list();
+    QScrollBar& bar = *list.verticalScrollBar();
+    bar.setValue(bar.maximum());
+    panel_.hide();
+    panel_.open({300, 10, 22, 22});
+    EXPECT_EQ(bar.value(), 0);
+    const QImage picture = list.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(picture.width() - 6, 20), Tokens::scrollThumb(ColorScheme::light));
+}
+
 TEST_F(TrayPanelTest, looksWhetherWindowsAreBlendedEachTimeItOpens) {
     panel_.open({300, 10, 22, 22});
     panel_.hide();

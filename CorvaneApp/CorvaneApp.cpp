@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QFont>
 
+#include <optional>
 #include <utility>
 
 namespace corvane {

@@ -8,13 +8,14 @@
 #include "Model/AppModel.h"
 #include "Style/Fonts.h"
 #include "Style/TextScale.h"
+#include "Style/Times.h"
 
-#include <QDateTime>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QStyle>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace corvane {
@@ -34,19 +35,7 @@ Paragraph* paragraph(const QString& text, QWidget* parent) {
     return new Paragraph(text, {fonts::system(textFontSize), paragraphLine}, parent);
 }
 
-bool isAnyAgentConnected(const AppModel& model) {
-    return std::any_of(model.connected().begin(), model.connected().end(),
-                       [](const auto& agent) { return agent.second; });
-}
-
 } // namespace
-
-QString shortTime(Date date, const QLocale& locale) {
-    const QTime time = QDateTime::fromSecsSinceEpoch(date.seconds()).time();
-    // The locale of no country has seconds in its shortest format.
-    if (locale.language() == QLocale::C) return time.toString(QStringLiteral("HH:mm"));
-    return locale.toString(time, QLocale::ShortFormat);
-}
 
 MenuBarView::MenuBarView(AppModel& model, Actions actions, QWidget* parent)
     : TrayPanelView(parent)
@@ -88,11 +77,10 @@ MenuBarView::MenuBarView(AppModel& model, Actions actions, QWidget* parent)
 }
 
 void MenuBarView::refresh() {
-    const bool isAnyConnected = isAnyAgentConnected(model_);
-    const std::vector<AgentSession> sessions =
-        isAnyConnected ? model_.board().sorted() : std::vector<AgentSession>();
-    const std::optional<Date> until = model_.prefs().quietUntil;
-    const bool isQuiet = until && *until > model_.now();
+    const bool isAnyConnected = model_.isAnyAgentConnected();
+    const std::vector<AgentSession> sessions = model_.listedSessions();
+    const std::optional<Date> until = model_.quietUntil();
+    const bool isQuiet = until.has_value();
 
     // What goes must not take the focus anywhere by itself.
     const bool losesFocus = (connect_->hasFocus() && isAnyConnected) || (resume_->hasFocus() && !isQuiet);
@@ -100,7 +88,7 @@ void MenuBarView::refresh() {
     const bool rowsChanged = list_->setSessions(sessions, model_.now());
     for (SessionRow* const row : list_->rows())
         row->setTerminalMissing(model_.isTerminalMissing(row->session().id()));
-    if (isQuiet) quietUntil_->setText(tr("Quiet until %1").arg(shortTime(*until, QLocale())));
+    if (isQuiet) quietUntil_->setText(times::quietUntil(*until));
     hint_->setVisible(!isAnyConnected);
     connect_->setVisible(!isAnyConnected);
     nothingRuns_->setVisible(isAnyConnected && sessions.empty());

@@ -2,9 +2,6 @@
 
 #include "Controls/Links.h"
 #include "MenuBar/TrayPanelView.h"
-#include "Support/Date.h"
-
-#include <QLocale>
 
 #include <functional>
 
@@ -70,8 +67,5 @@ class MenuBarView : public TrayPanelView {
     PlainButton* quit_;
     int height_ = -1;
 };
-
-/// The time of day of `date` in the present time zone, as short as `locale` has it.
-[[nodiscard]] QString shortTime(Date date, const QLocale& locale);
 
 } // namespace corvane

@@ -3,6 +3,7 @@
 #include "Controls/Divider.h"
 #include "Controls/Faded.h"
 #include "Controls/FocusRing.h"
+#include "Controls/Labels.h"
 #include "Controls/Paragraph.h"
 #include "Controls/PressGuard.h"
 #include "Controls/Symbols.h"
@@ -198,7 +199,22 @@ void FormGroup::addRow(const QString& label, QWidget* control) {
     words->setBuddy(control);
     // In reading order.
     control->raise();
-    rows_.push_back({words, control, divider});
+    rows_.push_back({words, control, divider, nullptr});
+}
+
+void FormGroup::setNote(QWidget* control, const QString& note) {
+    const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                  [control](const Row& each) { return each.control == control; });
+    if (row->note == nullptr) {
+        if (note.isEmpty()) return;
+        row->note = new LineLabel({}, fonts::system(labelSize), LineLabel::Emphasis::secondary,
+                                  LineLabel::Truncation::none, this);
+        row->note->stackUnder(control);
+    }
+    if (row->note->text() == note) return;
+    row->note->setText(note);
+    row->note->setVisible(!note.isEmpty());
+    layOut();
 }
 
 QSize FormGroup::sizeHint() const {
@@ -235,7 +251,14 @@ void FormGroup::layOut() {
         } else {
             row.control->setGeometry(place);
         }
-        row.label->setGeometry(mirrored({rowPadding, top, left - 2 * rowPadding, rowHeight}));
+        int end = left - rowPadding;
+        if (row.note != nullptr && !row.note->isHidden()) {
+            const QSize note = row.note->sizeHint();
+            end -= note.width();
+            row.note->setGeometry(mirrored({QPoint(end, top + (rowHeight - note.height()) / 2), note}));
+            end -= rowPadding;
+        }
+        row.label->setGeometry(mirrored({rowPadding, top, end - rowPadding, rowHeight}));
         top += rowHeight;
     }
 }

@@ -10,6 +10,7 @@
 
 namespace corvane {
 
+class LineLabel;
 class Paragraph;
 
 /// Whether the user asked for less movement; asked anew each time.
@@ -79,6 +80,9 @@ class FormGroup : public Card {
     /// Takes `control` over into a new row at the bottom.
     void addRow(const QString& label, QWidget* control);
 
+    /// What stands beside `control`, one of the rows'; nothing where `note` is empty.
+    void setNote(QWidget* control, const QString& note);
+
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:
@@ -92,6 +96,7 @@ class FormGroup : public Card {
         Paragraph* label;
         QWidget* control;
         QWidget* divider;
+        LineLabel* note;
     };
     std::vector<Row> rows_;
 };

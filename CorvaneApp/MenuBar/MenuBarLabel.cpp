@@ -4,7 +4,9 @@
 #include "Platform/SingleInstance.h"
 #include "Platform/StatusItem.h"
 #include "Style/StatusIcon.h"
+#include "Style/Times.h"
 
+#include <optional>
 #include <utility>
 
 namespace corvane {
@@ -26,8 +28,12 @@ void MenuBarLabel::appear() {
 }
 
 void MenuBarLabel::update() {
-    const auto count = static_cast<int>(model_.board().waitingCount());
-    if (std::exchange(shownCount_, count) != count) statusItem_.show(count, statusicon::label(count));
+    const int count = model_.listedWaitingCount();
+    const QString label = statusicon::label(count);
+    const std::optional<Date> quiet = model_.quietUntil();
+    const QString toolTip = quiet ? label + QLatin1Char('\n') + times::quietUntil(*quiet) : label;
+    const bool isOther = std::exchange(shownCount_, count) != count;
+    if (std::exchange(shownToolTip_, toolTip) != toolTip || isOther) statusItem_.show(count, label, toolTip);
 }
 
 } // namespace corvane

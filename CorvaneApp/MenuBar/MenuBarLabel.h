@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 #include <functional>
 
@@ -31,6 +32,7 @@ class MenuBarLabel : public QObject {
     StatusItem& statusItem_;
     std::function<void()> openWindow_;
     int shownCount_ = -1;
+    QString shownToolTip_;
 };
 
 } // namespace corvane

@@ -24,7 +24,6 @@ namespace corvane {
 namespace {
 
 constexpr std::chrono::seconds loopInterval{1};
-constexpr Seconds snoozeDuration{300};
 constexpr Seconds quietDuration{3600};
 constexpr int ticksPerPruning = 60;
 
@@ -234,6 +233,7 @@ void AppModel::sendTestAlert() {
 void AppModel::connectAgent(AgentKind agent) {
     try {
         lastBackup_ = connector_.connect(agent, services_.clock());
+        lastConnected_ = agent;
         connectError_ = std::nullopt;
     } catch (const ConfigEditError& error) {
         switch (error.kind()) {
@@ -277,6 +277,30 @@ void AppModel::setOpensAtLogin(bool on) {
 
 bool AppModel::opensAtLogin() const {
     return services_.loginItem.isEnabled();
+}
+
+void AppModel::playSample(const std::string& sound) {
+    services_.sounds.play(sound);
+}
+
+bool AppModel::isAnyAgentConnected() const {
+    return std::any_of(connected_.begin(), connected_.end(), [](const auto& agent) { return agent.second; });
+}
+
+std::vector<AgentSession> AppModel::listedSessions() const {
+    return isAnyAgentConnected() ? board_.sorted() : std::vector<AgentSession>();
+}
+
+int AppModel::listedWaitingCount() const {
+    return isAnyAgentConnected() ? static_cast<int>(board_.waitingCount()) : 0;
+}
+
+std::optional<std::filesystem::path> AppModel::backupInUse() const {
+    return lastConnected_ && connected_.at(*lastConnected_) ? lastBackup_ : std::nullopt;
+}
+
+std::optional<Date> AppModel::quietUntil() const {
+    return prefs_.isQuiet(now_) ? prefs_.quietUntil : std::nullopt;
 }
 
 void AppModel::refreshConnections() {

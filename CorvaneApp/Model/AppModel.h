@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace corvane {
 
@@ -34,6 +35,8 @@ class AppModel : public QObject {
   public:
     static constexpr std::string_view preferencesKey = "alertPreferences";
     static constexpr std::string_view onboardingKey = "hasCompletedOnboarding";
+    /// How long `snooze` holds reminders back.
+    static constexpr Seconds snoozeDuration{300};
 
     /// Loads the stored settings, asks which agents are connected, repairs the hook that these call and
     /// starts the loop, whose first pass runs as soon as the event loop does. `defaults`, `banners`, whose
@@ -47,14 +50,23 @@ class AppModel : public QObject {
     [[nodiscard]] const SessionBoard& board() const { return board_; }
     /// Whether each agent's configuration called the hook when last asked.
     [[nodiscard]] const std::unordered_map<AgentKind, bool>& connected() const { return connected_; }
+    [[nodiscard]] bool isAnyAgentConnected() const;
+    /// What the panel, the menu and the icon show: the board's sessions in its order, and how many of them
+    /// wait. None while no agent is connected, since all three lead to connecting one then.
+    [[nodiscard]] std::vector<AgentSession> listedSessions() const;
+    [[nodiscard]] int listedWaitingCount() const;
     /// The backup that the last successful connect made, if it had to make one.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
+    /// That backup while the agent whose configuration it holds is connected.
+    [[nodiscard]] std::optional<std::filesystem::path> backupInUse() const;
     /// What went wrong in the last connect, disconnect or change of the login item, or in repairing the hook
     /// at the start, in words for the user; none after a success.
     [[nodiscard]] const std::optional<std::string>& connectError() const { return connectError_; }
     /// The time of the last pass of the loop; everything that depends on the time uses it.
     [[nodiscard]] Date now() const { return now_; }
     [[nodiscard]] const AlertPreferences& prefs() const { return prefs_; }
+    /// When the present quiet time ends; none while alerts are not silenced.
+    [[nodiscard]] std::optional<Date> quietUntil() const;
     [[nodiscard]] bool hasCompletedOnboarding() const { return hasCompletedOnboarding_; }
     /// Whether it has been decided in this run if the main window shows at launch.
     [[nodiscard]] bool launchWindowHandled() const { return launchWindowHandled_; }
@@ -93,6 +105,9 @@ class AppModel : public QObject {
     /// Alerts with a made-up session, in quiet time too.
     void sendTestAlert();
 
+    /// Plays a sound for a user who is choosing one, in quiet time too.
+    void playSample(const std::string& sound);
+
     void refreshConnections();
 
   Q_SIGNALS:
@@ -127,6 +142,7 @@ class AppModel : public QObject {
     std::set<std::string, std::less<>> missingTerminals_; ///< sessions by `id`; none that left the board
     std::unordered_map<AgentKind, bool> connected_;
     std::optional<std::filesystem::path> lastBackup_;
+    std::optional<AgentKind> lastConnected_; // whose configuration that is
     std::optional<std::string> connectError_;
     Date now_;
     AlertPreferences prefs_;

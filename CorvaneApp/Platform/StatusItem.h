@@ -14,8 +14,8 @@ class StatusItem : public QObject {
 
   public:
     /// Shows the plain bell for zero waiting agents, else the bell with its badge, with the number from two
-    /// on. `label` is what assistive technology and the tooltip say.
-    virtual void show(int waitingCount, const QString& label) = 0;
+    /// on. `label` is what assistive technology says, `toolTip` what shows under the pointer.
+    virtual void show(int waitingCount, const QString& label, const QString& toolTip) = 0;
 
     /// The menu for hosts that show menus only. Owned by the caller, who keeps its actions up to date.
     virtual void setMenu(QMenu* menu) = 0;

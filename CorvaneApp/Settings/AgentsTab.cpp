@@ -33,7 +33,7 @@ AgentsTab::AgentsTab(AppModel& model, FileBrowser& fileBrowser, QWidget* parent)
     for (AgentCard* const card : cards_)
         connect(card, &AgentCard::heightChanged, this, &AgentsTab::layOut);
     connect(backup_, &QAbstractButton::clicked, this, [this, &fileBrowser] {
-        if (const auto& backup = model_.lastBackup()) fileBrowser.reveal(*backup);
+        if (const auto backup = model_.backupInUse()) fileBrowser.reveal(*backup);
     });
     connect(test_, &QAbstractButton::clicked, this, [this] { model_.sendTestAlert(); });
     connect(&model, &AppModel::changed, this, &AgentsTab::refresh);
@@ -41,7 +41,7 @@ AgentsTab::AgentsTab(AppModel& model, FileBrowser& fileBrowser, QWidget* parent)
 }
 
 void AgentsTab::refresh() {
-    const bool hasBackup = model_.lastBackup().has_value();
+    const bool hasBackup = model_.backupInUse().has_value();
     const QString message = QString::fromStdString(model_.connectError().value_or(std::string()));
     if (hasBackup != backup_->isHidden() && message == error_->message()) return;
     backup_->setVisible(hasBackup);

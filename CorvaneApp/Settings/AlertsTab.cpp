@@ -3,12 +3,15 @@
 #include "Controls/ErrorText.h"
 #include "Model/AppModel.h"
 #include "Style/TextScale.h"
+#include "Style/Times.h"
 #include "Style/Utf8.h"
 
 #include <QEvent>
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <optional>
+#include <string>
 
 namespace corvane {
 
@@ -73,14 +76,19 @@ AlertsTab::AlertsTab(AppModel& model, const ReduceMotion& reduceMotion, QWidget*
         });
         return control;
     };
-    waitingSound_ =
-        addPicker(tr("Waiting sound"), soundNames(), changePrefs([](AlertPreferences& prefs, std::size_t i) {
-                      prefs.waitingSound = AlertPreferences::soundChoices.at(i);
-                  }));
-    doneSound_ =
-        addPicker(tr("Finished sound"), soundNames(), changePrefs([](AlertPreferences& prefs, std::size_t i) {
-                      prefs.doneSound = AlertPreferences::soundChoices.at(i);
-                  }));
+    const auto addSoundPicker = [&](const QString& label, auto change) {
+        return addPicker(label, soundNames(), [this, change](std::size_t index) {
+            const std::string sound(AlertPreferences::soundChoices.at(index));
+            change(sound);
+            model_.playSample(sound);
+        });
+    };
+    waitingSound_ = addSoundPicker(
+        tr("Waiting sound"),
+        changePrefs([](AlertPreferences& prefs, const std::string& sound) { prefs.waitingSound = sound; }));
+    doneSound_ = addSoundPicker(
+        tr("Finished sound"),
+        changePrefs([](AlertPreferences& prefs, const std::string& sound) { prefs.doneSound = sound; }));
     QStringList reminders;
     for (const std::int64_t minutes : AlertPreferences::reminderChoices)
         reminders.append(minutes == 0 ? tr("Off") : tr("Every %1 min").arg(minutes));
@@ -88,9 +96,9 @@ AlertsTab::AlertsTab(AppModel& model, const ReduceMotion& reduceMotion, QWidget*
         addPicker(tr("Remind me again"), reminders, changePrefs([](AlertPreferences& prefs, std::size_t i) {
                       prefs.reminderMinutes = AlertPreferences::reminderChoices.at(i);
                   }));
-    auto* const start = new BorderedButton(tr("Start"), pickers_);
-    pickers_->addRow(tr("Quiet for 1 hour"), start);
-    connect(start, &QAbstractButton::clicked, this, [this] { model_.quietForAnHour(); });
+    start_ = new BorderedButton(tr("Start"), pickers_);
+    pickers_->addRow(tr("Quiet for 1 hour"), start_);
+    connect(start_, &QAbstractButton::clicked, this, [this] { model_.quietForAnHour(); });
 
     error_ = new ErrorText(this);
     connect(&model, &AppModel::changed, this, &AlertsTab::refresh);
@@ -104,7 +112,12 @@ void AlertsTab::refresh() {
     soundsOn_->setChecked(prefs.soundsOn);
     waitingSound_->setCurrentIndex(indexOf(AlertPreferences::soundChoices, prefs.waitingSound));
     doneSound_->setCurrentIndex(indexOf(AlertPreferences::soundChoices, prefs.doneSound));
+    for (Picker* const picker : {waitingSound_, doneSound_})
+        picker->setEnabled(prefs.soundsOn);
     reminder_->setCurrentIndex(indexOf(AlertPreferences::reminderChoices, prefs.reminderMinutes));
+
+    const std::optional<Date> quietUntil = model_.quietUntil();
+    pickers_->setNote(start_, quietUntil ? times::quietUntil(*quietUntil) : QString());
 
     const QString message = QString::fromStdString(model_.connectError().value_or(std::string()));
     if (message == error_->message()) return;

@@ -39,6 +39,7 @@ class AlertsTab : public QWidget {
     Picker* waitingSound_;
     Picker* doneSound_;
     Picker* reminder_;
+    BorderedButton* start_;
     ErrorText* error_;
 };
 

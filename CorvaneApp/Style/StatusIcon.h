@@ -23,7 +23,7 @@ namespace corvane::statusicon {
 /// What the badge says: nothing for none and one, else the number, "99+" above 99.
 [[nodiscard]] QString badgeText(int waitingCount);
 
-/// What assistive technology and the tooltip say, such as "3 agents waiting for you".
+/// What assistive technology says, such as "3 agents waiting for you".
 [[nodiscard]] QString label(int waitingCount);
 
 /// The appearance of the bar that holds the tray: dark on the desktops in `desktops` (the value of

@@ -4,6 +4,7 @@
 #include "Controls/Paragraph.h"
 #include "MenuBar/SessionList.h"
 #include "MenuBarView.h"
+#include "Style/Times.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -164,7 +165,7 @@ TEST_F(MenuBarViewTest, quietLineStandsWhileItIsQuietAndLeavesByItself) {
     view();
     const int height = view().height();
     world.model().quietForAnHour();
-    const QString until = shortTime(*world.model().prefs().quietUntil, QLocale());
+    const QString until = times::shortTime(*world.model().prefs().quietUntil, QLocale());
     EXPECT_EQ(texts(),
               (std::vector<std::string>{
                   "Corvane", "Custom feature? Contact us",
@@ -189,10 +190,10 @@ TEST_F(MenuBarViewTest, resumeEndsTheQuiet) {
 
 TEST_F(MenuBarViewTest, shortTimeIsThatOfTheCountry) {
     const Date date(QDateTime(QDate(2026, 3, 1), QTime(14, 30, 59)).toSecsSinceEpoch(), 0);
-    EXPECT_EQ(shortTime(date, QLocale(QLocale::German, QLocale::Germany)), QStringLiteral("14:30"));
-    EXPECT_TRUE(
-        shortTime(date, QLocale(QLocale::English, QLocale::UnitedStates)).startsWith(QStringLiteral("2:30")));
-    EXPECT_EQ(shortTime(date, QLocale::c()), QStringLiteral("14:30"));
+    EXPECT_EQ(times::shortTime(date, QLocale(QLocale::German, QLocale::Germany)), QStringLiteral("14:30"));
+    EXPECT_TRUE(times::shortTime(date, QLocale(QLocale::English, QLocale::UnitedStates))
+                    .startsWith(QStringLiteral("2:30")));
+    EXPECT_EQ(times::shortTime(date, QLocale::c()), QStringLiteral("14:30"));
 }
 
 TEST_F(MenuBarViewTest, everyButtonDoesWhatItSays) {

@@ -1,16 +1,20 @@
 #include "App/Support/WindowStates.h"
 #include "Controls/ErrorText.h"
+#include "Controls/Labels.h"
 #include "Controls/Paragraph.h"
 #include "Settings/AgentCard.h"
 #include "Settings/SettingsTabBar.h"
 #include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
+#include "Style/Times.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QStackedWidget>
 #include <QTest>
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace corvane {
 namespace {
@@ -191,6 +195,62 @@ TEST_F(SettingsViewTest, startingQuietTimeGoesToTheModel) {
     start->click();
     EXPECT_EQ(fixture_.model().prefs().quietUntil, fixture_.model().now() + Seconds(3600));
     EXPECT_EQ(QAccessible::queryAccessibleInterface(start)->text(QAccessible::Name).toStdString(), "Start");
+}
+
+TEST_F(SettingsViewTest, quietTimeIsToldBesideItsButtonWhileItLasts) {
+    const auto seen = [this] {
+        std::vector<std::string> result;
+        for (const auto* const line : alerts().findChildren<LineLabel*>()) {
+            if (!line->isHidden()) result.push_back(line->text().toStdString());
+        }
+        return result;
+    };
+    EXPECT_TRUE(seen().empty());
+    named<BorderedButton>(alerts(), "Quiet for 1 hour")->click();
+    const std::string until = times::quietUntil(*fixture_.model().quietUntil()).toStdString();
+    EXPECT_EQ(seen(), std::vector<std::string>{until});
+    const auto* const line = alerts().findChild<LineLabel*>();
+    const auto* const start = named<BorderedButton>(alerts(), "Quiet for 1 hour");
+    EXPECT_EQ(line->geometry().right() + 1 + 12, start->x());
+    EXPECT_NEAR(line->geometry().center().y(), start->geometry().center().y(), 1);
+    fixture_.model().resumeAlerts();
+    EXPECT_TRUE(seen().empty());
+}
+
+TEST_F(SettingsViewTest, aChosenSoundIsHeardInQuietTimeTooAndNoneCanBeChosenWhileSoundsAreOff) {
+    fixture_.model().quietForAnHour();
+    for (const auto& [name, sound] :
+         {std::pair{"Waiting sound", "Hero"}, std::pair{"Finished sound", "Pop"}}) {
+        auto* const picker = named<Picker>(alerts(), name);
+        EXPECT_TRUE(picker->isEnabled());
+        const int index = picker->findText(QString::fromLatin1(sound));
+        picker->setCurrentIndex(index);
+        EXPECT_TRUE(fixture_.platform.sounds.played.empty());
+        for (int times = 1; times <= 2; ++times) { // the same one once more
+            Q_EMIT picker->activated(index);
+            EXPECT_EQ(std::exchange(fixture_.platform.sounds.played, {}), std::vector<std::string>{sound});
+        }
+    }
+    named<Switch>(alerts(), "Play sounds")->click();
+    EXPECT_FALSE(named<Picker>(alerts(), "Waiting sound")->isEnabled());
+    EXPECT_FALSE(named<Picker>(alerts(), "Finished sound")->isEnabled());
+    EXPECT_TRUE(named<Picker>(alerts(), "Remind me again")->isEnabled());
+}
+
+TEST_F(SettingsViewTest, aBackupIsOfferedWhileItsAgentIsConnected) {
+    auto* const link = agents().findChild<LinkButton*>();
+    fixture_.connectClaude();
+    EXPECT_FALSE(link->isHidden());
+    fixture_.model().disconnectAgent(AgentKind::claude);
+    EXPECT_TRUE(link->isHidden());
+    EXPECT_TRUE(fixture_.model().lastBackup());
+
+    // That of an agent that is gone is none of the other's.
+    fixture_.connectClaude();
+    EXPECT_FALSE(link->isHidden());
+    test::writeFile(fixture_.home / ".claude/settings.json", "{}\n");
+    fixture_.model().refreshConnections();
+    EXPECT_TRUE(link->isHidden());
 }
 
 TEST_F(SettingsViewTest, aStoredValueThatIsNoChoiceShowsNoSelection) {

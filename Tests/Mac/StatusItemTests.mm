@@ -16,7 +16,7 @@ using test::holdsSoon;
 
 class MacStatusItemTest : public testing::Test {
   protected:
-    void show(int count) { item.show(count, statusicon::label(count)); }
+    void show(int count) { item.show(count, statusicon::label(count), statusicon::label(count)); }
     [[nodiscard]] NSStatusItem* native() const { return (__bridge NSStatusItem*)item.handle(); }
     [[nodiscard]] QString title() const { return QString::fromNSString(native().button.title); }
     [[nodiscard]] QString label() const { return QString::fromNSString(native().button.accessibilityLabel); }

@@ -53,9 +53,10 @@ LinuxStatusItem::LinuxStatusItem(Appearance& appearance)
 
 LinuxStatusItem::~LinuxStatusItem() = default;
 
-void LinuxStatusItem::show(int waitingCount, const QString& label) {
+void LinuxStatusItem::show(int waitingCount, const QString& label, const QString& toolTip) {
     waitingCount_ = waitingCount;
     label_ = label;
+    toolTip_ = toolTip;
     if (!hosts_) {
         hosts_ = std::make_unique<TrayHosts>();
         connect(hosts_.get(), &TrayHosts::changed, this, &LinuxStatusItem::settle);
@@ -114,7 +115,7 @@ void LinuxStatusItem::update() {
     const ColorScheme bar =
         statusicon::barScheme(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), appearance_.colorScheme());
     icon_->setIcon(statusicon::icon(waitingCount_, bar));
-    icon_->setToolTip(label_);
+    icon_->setToolTip(toolTip_);
     // The window that is embedded has no name of its own.
     if (QWidget* const window = embeddedWindow()) {
         window->setWindowTitle(label_);

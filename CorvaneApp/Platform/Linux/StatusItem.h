@@ -23,7 +23,7 @@ class LinuxStatusItem : public StatusItem {
     explicit LinuxStatusItem(Appearance& appearance);
     ~LinuxStatusItem() override;
 
-    void show(int waitingCount, const QString& label) override;
+    void show(int waitingCount, const QString& label, const QString& toolTip) override;
     void setMenu(QMenu* menu) override;
     [[nodiscard]] bool isAvailable() const override;
     [[nodiscard]] QRect place() const override;
@@ -43,6 +43,7 @@ class LinuxStatusItem : public StatusItem {
     QPointer<QMenu> menu_;
     int waitingCount_ = 0;
     QString label_;
+    QString toolTip_;
 };
 
 } // namespace corvane

@@ -14,7 +14,7 @@ class MacStatusItem : public StatusItem {
     MacStatusItem();
     ~MacStatusItem() override;
 
-    void show(int waitingCount, const QString& label) override;
+    void show(int waitingCount, const QString& label, const QString& toolTip) override;
 
     /// Not used: a press always opens the panel.
     void setMenu(QMenu* menu) override;

@@ -68,7 +68,7 @@ MacStatusItem::~MacStatusItem() {
     if (parts_->item) [NSStatusBar.systemStatusBar removeStatusItem:parts_->item];
 }
 
-void MacStatusItem::show(int waitingCount, const QString& label) {
+void MacStatusItem::show(int waitingCount, const QString& label, const QString& toolTip) {
     if (!parts_->item) {
         parts_->item = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
         parts_->target = [CorvaneStatusTarget new];
@@ -90,7 +90,7 @@ void MacStatusItem::show(int waitingCount, const QString& label) {
     button.title = hasCount ? QString::number(waitingCount).toNSString() : @"";
     button.imagePosition = hasCount ? NSImageLeading : NSImageOnly;
     button.imageHugsTitle = YES;
-    button.toolTip = label.toNSString();
+    button.toolTip = toolTip.toNSString();
     [button setAccessibilityLabel:label.toNSString()];
 }
 

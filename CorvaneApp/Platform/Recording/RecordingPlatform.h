@@ -257,9 +257,10 @@ class Reveals : public FileBrowser {
 
 class FakeStatusItem : public StatusItem {
   public:
-    void show(int count, const QString& text) override {
+    void show(int count, const QString& text, const QString& tip) override {
         waitingCount = count;
         label = text;
+        toolTip = tip;
         ++showCount;
     }
     void setMenu(QMenu* newMenu) override { menu = newMenu; }
@@ -268,6 +269,7 @@ class FakeStatusItem : public StatusItem {
 
     int waitingCount = -1;
     QString label;
+    QString toolTip;
     int showCount = 0;
     QMenu* menu = nullptr;
     bool available = true;

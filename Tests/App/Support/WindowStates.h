@@ -121,6 +121,11 @@ inline std::vector<WindowState> windowStates() {
              fixture.model().setPrefs(prefs);
              return settings(fixture, Tab::alerts);
          }},
+        {"settings-alerts-quiet",
+         [settings](ModelFixture& fixture) {
+             fixture.model().quietForAnHour();
+             return settings(fixture, Tab::alerts);
+         }},
         {"settings-alerts-right-to-left",
          [settings](ModelFixture& fixture) {
              auto view = settings(fixture, Tab::alerts);

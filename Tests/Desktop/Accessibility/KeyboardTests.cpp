@@ -130,6 +130,10 @@ TEST_P(Keyboard, reachesEverySetting) {
     EXPECT_TRUE(desktop.press("Tab", "focus\tcheck box\tPlay sounds\t"));
     EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tPlay sounds\t"));
     EXPECT_TRUE(stores(R"(\"soundsOn\":false)"));
+    // Without sounds there is none to choose.
+    EXPECT_TRUE(desktop.press("Tab", "focus\tcombo box\tRemind me again\t"));
+    EXPECT_TRUE(desktop.press("shift+Tab", "focus\tcheck box\tPlay sounds\t"));
+    EXPECT_TRUE(desktop.press("space", "checked\tcheck box\tPlay sounds\t"));
     EXPECT_TRUE(desktop.press("Tab", "focus\tcombo box\tWaiting sound\t"));
     opensTheWaitingSounds();
     EXPECT_TRUE(desktop.press("Down", "focus\tlist item\tPing\t"));

@@ -2,8 +2,10 @@
 
 #include "Controls/AgentGlyph.h"
 #include "Controls/Buttons.h"
+#include "Controls/ForeignText.h"
 #include "Controls/Labels.h"
 #include "Controls/Symbols.h"
+#include "Model/AppModel.h"
 #include "Sessions/AlertText.h"
 #include "Style/Fonts.h"
 #include "Style/Shapes.h"
@@ -43,11 +45,27 @@ LineLabel* titleLabel(const AlertText& text, QWidget* parent) {
                          LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
 }
 
-LineLabel* subtitleLabel(const AlertText& text, QWidget* parent) {
-    auto* const label = new LineLabel(fromUtf8(text.subtitle), fonts::monospaced(subtitleSize),
-                                      LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
-    label->setReadsInOwnDirection();
+/// The project and the message, each by itself, so that neither turns around what the other says.
+QString drawnSubtitle(const AlertText& text, const AgentSession& session) {
+    const std::string name = session.repoName();
+    if (text.subtitle.size() <= name.size()) return foreign::line(fromUtf8(text.subtitle));
+    const QString separator = QStringLiteral(" · ");
+    const QString message = fromUtf8(text.subtitle).mid(fromUtf8(name).size() + separator.size());
+    const QString project = foreign::isolated(fromUtf8(name));
+    return project.isEmpty() ? foreign::line(message) : project + separator + foreign::isolated(message);
+}
+
+LineLabel* subtitleLabel(const AlertText& text, const AgentSession& session, QWidget* parent) {
+    auto* const label = new LineLabel({}, fonts::monospaced(subtitleSize), LineLabel::Emphasis::normal,
+                                      LineLabel::Truncation::middle, parent);
+    label->setText(fromUtf8(text.subtitle), drawnSubtitle(text, session));
+    label->setHidden(foreign::isBlank(fromUtf8(text.subtitle)));
     return label;
+}
+
+/// The height of a line of a column with the space below it; none where it is left out.
+int lineAdvance(const LineLabel& line) {
+    return line.isHidden() ? 0 : line.sizeHint().height() + lineSpacing;
 }
 
 void setAccessibleText(QWidget& banner, const AlertText& text) {
@@ -55,7 +73,9 @@ void setAccessibleText(QWidget& banner, const AlertText& text) {
     constexpr int longestName = 4096;
     const std::string pattern =
         translations::words(translatable("corvane::BannerCard", "%1, %2")); // title and subtitle, as spoken
-    QString name = fromUtf8(filled(pattern, {text.title, text.subtitle})).left(longestName);
+    const bool isTitleAll = foreign::isBlank(fromUtf8(text.subtitle));
+    QString name =
+        fromUtf8(isTitleAll ? text.title : filled(pattern, {text.title, text.subtitle})).left(longestName);
     if (name.back().isHighSurrogate()) name.chop(1);
     banner.setAccessibleName(name);
 }
@@ -97,6 +117,12 @@ void BannerCard::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
+void BannerCard::showEvent(QShowEvent* event) {
+    PanelContent::showEvent(event);
+    // A banner's window is never the active one.
+    window()->setAttribute(Qt::WA_AlwaysShowToolTips);
+}
+
 QRect BannerCard::mirrored(const QRect& rect) const {
     return QStyle::visualRect(layoutDirection(), this->rect(), rect);
 }
@@ -113,13 +139,14 @@ WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::func
 
     glyph_ = new AgentGlyph(session.agent, true, this);
     title_ = titleLabel(text, this);
-    subtitle_ = subtitleLabel(text, this);
+    subtitle_ = subtitleLabel(text, session, this);
     waited_ = new LineLabel(waitedLabel(clock_()), fonts::system(smallSize, QFont::Medium),
                             LineLabel::Emphasis::secondary, LineLabel::Truncation::none, this,
                             LineLabel::Content::clock);
     waited_->setBackdrop([this] { return fillColor(); });
     jump_ = new PrimaryButton(tr("Go to Terminal"), QStringLiteral("terminal"), this);
     snooze_ = PlainButton::withText(tr("Snooze"), smallSize, this);
+    snooze_->setToolTip(tr("For %1 minutes").arg(static_cast<int>(AppModel::snoozeDuration.count() / 60)));
     close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);
 
     connect(jump_, &QAbstractButton::clicked, this, std::move(onJump));
@@ -185,11 +212,11 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     const int titleHeight = title_->sizeHint().height();
     const int subtitleHeight = subtitle_->sizeHint().height();
     const int waitedHeight = waited_->sizeHint().height();
-    int top = (height() - titleHeight - subtitleHeight - waitedHeight - 2 * lineSpacing) / 2;
+    int top = (height() - titleHeight - lineSpacing - lineAdvance(*subtitle_) - waitedHeight) / 2;
     title_->setGeometry(mirrored({textLeft, top, textWidth, titleHeight}));
     top += titleHeight + lineSpacing;
     subtitle_->setGeometry(mirrored({textLeft, top, textWidth, subtitleHeight}));
-    top += subtitleHeight + lineSpacing;
+    top += lineAdvance(*subtitle_);
     waited_->setGeometry(mirrored({textLeft, top, textWidth, waitedHeight}));
 }
 
@@ -210,7 +237,7 @@ DoneBanner::DoneBanner(const AgentSession& session, std::function<void()> onClos
     setAccessibleText(*this, text);
 
     title_ = titleLabel(text, this);
-    subtitle_ = subtitleLabel(text, this);
+    subtitle_ = subtitleLabel(text, session, this);
     close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);
     connect(close_, &QAbstractButton::clicked, this, std::move(onClose));
 }
@@ -237,7 +264,7 @@ void DoneBanner::resizeEvent(QResizeEvent* event) {
     const int textWidth = crossLeft - rowSpacing - textLeft;
     const int titleHeight = title_->sizeHint().height();
     const int subtitleHeight = subtitle_->sizeHint().height();
-    int top = (height() - titleHeight - subtitleHeight - lineSpacing) / 2;
+    int top = (height() - titleHeight - lineAdvance(*subtitle_)) / 2;
     title_->setGeometry(mirrored({textLeft, top, textWidth, titleHeight}));
     top += titleHeight + lineSpacing;
     subtitle_->setGeometry(mirrored({textLeft, top, textWidth, subtitleHeight}));

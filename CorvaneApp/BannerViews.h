@@ -35,6 +35,7 @@ class BannerCard : public PanelContent {
     [[nodiscard]] const AgentSession& session() const { return session_; }
 
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
     /// Mirrors a rectangle in right-to-left layouts.
     [[nodiscard]] QRect mirrored(const QRect& rect) const;

@@ -4,6 +4,7 @@
 #include <unicode/locid.h>
 #include <unicode/utext.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -25,9 +26,22 @@ struct Boundaries {
     std::vector<std::size_t> tails;
 };
 
+// The marks around an isolated part are none of its characters: they stay with its first and its last one.
+bool isWithinMarks(std::string_view text, std::size_t position) {
+    constexpr std::array isolate{'\xE2', '\x81', '\xA8'}; // U+2068; a literal may not leave it open
+    constexpr std::string_view popIsolate = "\u2069";
+    return text.substr(0, position).ends_with(std::string_view(isolate.data(), isolate.size())) ||
+           text.substr(position).starts_with(popIsolate);
+}
+
 Boundaries boundaries(std::string_view text) {
     Boundaries result;
     result.tails.push_back(text.size());
+    const auto add = [text](std::vector<std::size_t>& side, std::int32_t found) {
+        const auto position = static_cast<std::size_t>(found);
+        if (position == 0 || position == text.size() || !isWithinMarks(text, position))
+            side.push_back(position);
+    };
 
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::BreakIterator> characters(
@@ -40,13 +54,13 @@ Boundaries boundaries(std::string_view text) {
         while (result.heads.size() <= longestSide) {
             const std::int32_t position = characters->next();
             if (position == icu::BreakIterator::DONE) break;
-            result.heads.push_back(static_cast<std::size_t>(position));
+            add(result.heads, position);
         }
         characters->last();
         while (result.tails.size() <= longestSide) {
             const std::int32_t position = characters->previous();
             if (position == icu::BreakIterator::DONE) break;
-            result.tails.push_back(static_cast<std::size_t>(position));
+            add(result.tails, position);
         }
     }
     utext_close(utext);

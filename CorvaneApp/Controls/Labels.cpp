@@ -1,31 +1,22 @@
 #include "Controls/Labels.h"
 
 #include "Controls/Elision.h"
+#include "Controls/ForeignText.h"
+#include "Style/ReadingDirection.h"
 #include "Style/Tokens.h"
 #include "Style/Utf8.h"
 
 #include <QAccessibleWidget>
-#include <QEvent>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 
 #include <utility>
 
 namespace corvane {
 
 namespace {
-
-// A line break or a control character inside a project's name must not break the line.
-QString singleLine(QString text) {
-    for (QChar& character : text) {
-        const QChar::Category category = character.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph) {
-            character = QLatin1Char(' ');
-        }
-    }
-    return text;
-}
 
 class AccessibleLine : public QAccessibleWidget {
   public:
@@ -52,20 +43,22 @@ QAccessibleInterface* accessibleLine(const QString& /*className*/, QObject* obje
 
 } // namespace
 
-LineLabel::LineLabel(QString text, const QFont& font, Emphasis emphasis, Truncation truncation,
+LineLabel::LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
                      QWidget* parent, Content content)
     : QWidget(parent)
-    , text_(std::move(text))
     , emphasis_(emphasis)
     , truncation_(truncation)
     , content_(content) {
     QAccessible::installFactory(accessibleLine);
     setFont(font);
+    setText(text);
 }
 
-void LineLabel::setText(const QString& text) {
-    if (text_ == text) return;
+void LineLabel::setText(const QString& text, const QString& drawn) {
+    QString line = drawn.isNull() ? foreign::line(text) : drawn;
+    if (text_ == text && line_ == line) return;
     text_ = text;
+    line_ = std::move(line);
     shownWidth_ = -1;
     updateGeometry();
     update();
@@ -76,9 +69,15 @@ void LineLabel::setBackdrop(std::function<QColor()> color) {
     setAttribute(Qt::WA_OpaquePaintEvent, backdrop_ != nullptr);
 }
 
-void LineLabel::setReadsInOwnDirection() {
-    readsInOwnDirection_ = true;
-    update();
+bool LineLabel::isCut() const {
+    return shownText() != line_;
+}
+
+bool LineLabel::event(QEvent* event) {
+    // Not a tool tip of the widget's own, which would be its description for assistive technology too.
+    if (event->type() != QEvent::ToolTip || !isCut()) return QWidget::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), foreign::toolTip(text_), this);
+    return true;
 }
 
 void LineLabel::changeEvent(QEvent* event) {
@@ -87,13 +86,13 @@ void LineLabel::changeEvent(QEvent* event) {
 }
 
 QString LineLabel::shownText() const {
-    if (truncation_ == Truncation::none) return singleLine(text());
+    if (truncation_ == Truncation::none) return line_;
     if (shownWidth_ != width()) {
         const QFontMetricsF metrics(font(), this);
         const auto measure = [&metrics](std::string_view part) {
             return metrics.horizontalAdvance(fromUtf8(part));
         };
-        shown_ = fromUtf8(text::elidingMiddle(singleLine(text()).toStdString(), width(), measure));
+        shown_ = fromUtf8(text::elidingMiddle(line_.toStdString(), width(), measure));
         shownWidth_ = width();
     }
     return shown_;
@@ -101,8 +100,7 @@ QString LineLabel::shownText() const {
 
 QSize LineLabel::sizeHint() const {
     const QFontMetrics metrics(font(), this);
-    return {truncation_ == Truncation::none ? metrics.horizontalAdvance(singleLine(text())) : 0,
-            metrics.height()};
+    return {truncation_ == Truncation::none ? metrics.horizontalAdvance(line_) : 0, metrics.height()};
 }
 
 QSize LineLabel::minimumSizeHint() const {
@@ -120,9 +118,7 @@ void LineLabel::paintEvent(QPaintEvent* /*event*/) {
     }
     painter.setPen(emphasis_ == Emphasis::normal ? Tokens::onSurface.color(look)
                                                  : Tokens::textSecondary(look));
-    if (readsInOwnDirection_) {
-        painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    }
+    painter.setLayoutDirection(readingDirection(text_, layoutDirection()));
     const Qt::Alignment alignment =
         QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute;
     painter.drawText(rect(), static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, line);

@@ -8,8 +8,9 @@
 namespace corvane {
 
 /// A single line of text in one of the application's colours. `text()`, and with it the accessible name, is
-/// always the whole text. Assistive technology is not told when the text changes, only asked for it: a line
-/// that changes each second would otherwise chatter.
+/// always the whole text, and a tool tip tells it where it is cut. The text is read in the direction of its
+/// first strong letter and begins at the layout's leading edge. Assistive technology is not told when the
+/// text changes, only asked for it: a line that changes each second would otherwise chatter.
 class LineLabel : public QWidget {
     Q_OBJECT
 
@@ -20,23 +21,21 @@ class LineLabel : public QWidget {
     /// notification with it, but not its clocks.
     enum class Content { words, clock };
 
-    LineLabel(QString text, const QFont& font, Emphasis emphasis, Truncation truncation, QWidget* parent,
-              Content content = Content::words);
+    LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
+              QWidget* parent, Content content = Content::words);
 
     [[nodiscard]] const QString& text() const { return text_; }
-    void setText(const QString& text);
+    /// `drawn` is the same text as it is to be drawn, where that is another one.
+    void setText(const QString& text, const QString& drawn = {});
     [[nodiscard]] Content content() const { return content_; }
 
     /// Lets the label paint its own backdrop in place of what is there, so that a change of its text repaints
     /// nothing but itself. `color` is asked at every paint.
     void setBackdrop(std::function<QColor()> color);
 
-    /// Has the text read in the direction of its first strong letter, as a user's own names should, rather
-    /// than in the layout's. It begins at the layout's leading edge all the same.
-    void setReadsInOwnDirection();
-
-    /// The text as it is drawn at the present width.
+    /// The text as it is drawn at the present width, and whether that is not all of it.
     [[nodiscard]] QString shownText() const;
+    [[nodiscard]] bool isCut() const;
 
     /// The font's own height. A text that may be cut asks for no width, so that a very long one costs
     /// nothing.
@@ -44,15 +43,16 @@ class LineLabel : public QWidget {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
     QString text_;
+    QString line_; // what is drawn where there is room
     Emphasis emphasis_;
     Truncation truncation_;
     Content content_;
-    bool readsInOwnDirection_ = false;
     std::function<QColor()> backdrop_;
     // What was drawn last, since finding out what fits takes time: a message can be long.
     mutable QString shown_;

@@ -1,18 +1,23 @@
 #include "MenuBar/SessionRow.h"
 
 #include "Controls/FocusRing.h"
+#include "Controls/ForeignText.h"
 #include "Controls/Labels.h"
+#include "MenuBar/StatusDot.h"
 #include "Sessions/AlertText.h"
 #include "Style/Fonts.h"
 #include "Style/Shapes.h"
 #include "Style/TextScale.h"
+#include "Style/Times.h"
 #include "Style/Tokens.h"
 #include "Style/Translations.h"
 
 #include <QAccessibleWidget>
-#include <QEvent>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QStringList>
 #include <QStyle>
+#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -22,7 +27,6 @@ namespace corvane {
 namespace {
 
 constexpr Scaled padding{12};
-constexpr Scaled dotSide{8};
 constexpr Scaled gap{8};
 constexpr Scaled lineGap{1};
 constexpr Scaled nameFontSize{13.0};
@@ -38,7 +42,8 @@ class AccessibleRow : public QAccessibleWidget {
         : QAccessibleWidget(&row, QAccessible::Button) {}
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name ? row().spokenText() : QAccessibleWidget::text(kind);
+        if (kind == QAccessible::Name) return row().spokenText();
+        return kind == QAccessible::Description ? row().note() : QAccessibleWidget::text(kind);
     }
 
     // The lines' words are the row's name already.
@@ -76,7 +81,6 @@ SessionRow::SessionRow(const AgentSession& session, Date now, std::function<void
     , status_(new LineLabel({}, fonts::system(statusFontSize), LineLabel::Emphasis::secondary,
                             LineLabel::Truncation::none, this, LineLabel::Content::clock)) {
     QAccessible::installFactory(accessibleRow);
-    name_->setReadsInOwnDirection();
     for (LineLabel* const line : {name_, status_})
         line->setAttribute(Qt::WA_TransparentForMouseEvents);
     FocusRing::install(*this, -highlightInset, highlightRadius);
@@ -90,10 +94,16 @@ SessionRow::SessionRow(const AgentSession& session, Date now, std::function<void
 
 void SessionRow::setSession(const AgentSession& session, Date now) {
     const QColor oldColor = dotColor();
+    const bool wasNameHidden = name_->isHidden();
     session_ = session;
     statusLine_ = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
     name_->setText(QString::fromStdString(session.repoName()));
     status_->setText(QString::fromUtf8(session.agent.displayName()) + QStringLiteral(" · ") + statusLine_);
+    const bool isSnoozed = session.isWaiting() && session.snoozedUntil && *session.snoozedUntil > now;
+    note_ = isSnoozed ? tr("Snoozed until %1").arg(times::shortTime(*session.snoozedUntil, QLocale()))
+                      : QString();
+    name_->setHidden(foreign::isBlank(name_->text()));
+    if (name_->isHidden() != wasNameHidden) arrange();
     if (dotColor() != oldColor) update();
 }
 
@@ -102,17 +112,25 @@ void SessionRow::setTerminalMissing(bool isMissing) {
 }
 
 QString SessionRow::spokenText() const {
-    return tr("%1, %2, %3").arg(name_->text(), QString::fromUtf8(session_.agent.displayName()), statusLine_);
+    const QString agent = QString::fromUtf8(session_.agent.displayName());
+    if (name_->isHidden()) return tr("%1, %2").arg(agent, statusLine_);
+    return tr("%1, %2, %3").arg(name_->text(), agent, statusLine_);
 }
 
 QColor SessionRow::dotColor() const {
-    const Look look = Tokens::look(palette());
-    if (session_.status.isWaiting()) return Tokens::primary.color(look);
-    return session_.status.isDone() ? Tokens::secondary.color(look) : Tokens::runningDot(look);
+    return statusdot::color(session_.status, Tokens::look(palette()));
 }
 
-bool SessionRow::isRunning() const {
-    return !session_.status.isWaiting() && !session_.status.isDone();
+bool SessionRow::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return PushButton::event(event);
+    QStringList lines;
+    if (name_->isCut()) lines.append(name_->text());
+    if (!note_.isEmpty()) lines.append(note_);
+    for (QString& line : lines)
+        line = foreign::toolTip(line);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), lines.join(QStringLiteral("<br>")),
+                       this);
+    return true;
 }
 
 QSize SessionRow::sizeHint() const {
@@ -131,11 +149,12 @@ void SessionRow::changeEvent(QEvent* event) {
 
 void SessionRow::arrange() {
     const int nameHeight = name_->sizeHint().height();
+    const int nameAdvance = name_->isHidden() ? 0 : nameHeight + lineGap;
     const int statusHeight = status_->sizeHint().height();
-    const int left = padding + dotSide + gap;
-    const int top = (height() - nameHeight - lineGap - statusHeight) / 2;
+    const int left = padding + statusdot::side + gap;
+    const int top = (height() - nameAdvance - statusHeight) / 2;
     const QRect name(left, top, width() - left - padding, nameHeight);
-    const QRect status(left, name.bottom() + 1 + lineGap, name.width(), statusHeight);
+    const QRect status(left, top + nameAdvance, name.width(), statusHeight);
     name_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), name));
     status_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), status));
 }
@@ -149,17 +168,10 @@ void SessionRow::paintEvent(QPaintEvent* /*event*/) {
             shapes::continuousRoundedRect(QRectF(rect().marginsRemoved(highlightInset)), highlightRadius),
             isDown() ? Tokens::pressedFill(look) : Tokens::hoverFill(look));
     }
-    QRectF dot = QStyle::visualRect(layoutDirection(), rect(),
-                                    QRect(padding, (height() - dotSide) / 2, dotSide, dotSide));
-    painter.setPen(Qt::NoPen);
-    if (look.isHighContrast() && isRunning()) {
-        constexpr qreal ringWidth = 1;
-        constexpr qreal inset = ringWidth / 2;
-        dot.adjust(inset, inset, -inset, -inset);
-        painter.setPen(QPen(Tokens::textSecondary(look), ringWidth));
-    }
-    painter.setBrush(dotColor());
-    painter.drawEllipse(dot);
+    const QRectF dot = QStyle::visualRect(
+        layoutDirection(), rect(),
+        QRect(padding, (height() - statusdot::side) / 2, statusdot::side, statusdot::side));
+    statusdot::paint(painter, dot, session_.status, look);
 }
 
 } // namespace corvane

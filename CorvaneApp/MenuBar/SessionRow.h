@@ -36,23 +36,26 @@ class SessionRow : public PushButton {
     [[nodiscard]] const AgentSession& session() const { return session_; }
     /// Project, agent and status in one line, for assistive technology.
     [[nodiscard]] QString spokenText() const;
+    /// What a tool tip adds to that; empty while there is nothing to add.
+    [[nodiscard]] const QString& note() const { return note_; }
     [[nodiscard]] QColor dotColor() const;
 
     [[nodiscard]] QSize sizeHint() const override;
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
     void arrange();
-    [[nodiscard]] bool isRunning() const;
 
     AgentSession session_;
     LineLabel* name_;
     LineLabel* status_;
     QString statusLine_;
+    QString note_;
 };
 
 } // namespace corvane

@@ -1,12 +1,24 @@
 #include "MenuBar/TrayMenu.h"
 
 #include "Controls/Elision.h"
+#include "Controls/ForeignText.h"
+#include "MenuBar/StatusDot.h"
 #include "Model/AppModel.h"
 #include "Sessions/AlertText.h"
+#include "Style/CorvaneStyle.h"
+#include "Style/TextScale.h"
+#include "Style/Times.h"
+#include "Style/Tokens.h"
 #include "Style/Translations.h"
+#include "Style/Utf8.h"
+
+#include <QEvent>
+#include <QFontMetricsF>
+#include <QVariant>
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,23 +30,41 @@ namespace {
 // A host on the message bus tells that it opens the menu; not all of them tell that they have closed it. The
 // model changes once a second, and now and then in between.
 constexpr int longestOpening = 60;
-constexpr double longestName = 40; // code points; a menu is as wide as its longest entry
+constexpr Scaled menuWidth{TrayMenu::largestWidth};
+constexpr const char* shownDot = "shownDot"; // a property of the entries
 
-double codePoints(std::string_view text) {
-    return static_cast<double>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
+/// What the entry says, with the name cut to what the widest menu has room for.
+QString entry(const AgentSession& session, Date now, const QFontMetricsF& metrics) {
+    const QString separator = QStringLiteral(" · ");
+    QString own = fromUtf8(session.agent.displayName()) + separator +
+                  fromUtf8(AlertText::statusLine(session, now, translations::words));
+    const QString whole = foreign::line(fromUtf8(session.repoName())).simplified();
+    if (whole.isEmpty()) return own;
+    const double room = CorvaneStyle::menuTextWidth(menuWidth, CorvaneStyle::MenuIcon::shown) -
+                        metrics.horizontalAdvance(separator + own);
+    const auto measure = [&metrics](std::string_view text) {
+        return metrics.horizontalAdvance(fromUtf8(text));
+    };
+    const QString name = fromUtf8(text::elidingMiddle(whole.toStdString(), room, measure));
+    // A single ampersand would mark a key.
+    return QString(foreign::isolated(name) + separator + own).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
-QString entry(const AgentSession& session, Date now) {
-    const std::string whole = QString::fromStdString(session.repoName()).simplified().toStdString();
-    const QString name = QString::fromStdString(text::elidingMiddle(whole, longestName, codePoints));
-    const QString agent = QString::fromUtf8(session.agent.displayName());
-    const QString status = QString::fromStdString(AlertText::statusLine(session, now, translations::words));
-    // A single ampersand would mark a key.
-    return QStringList{name, agent, status}
-        .join(QStringLiteral(" · "))
-        .replace(QLatin1Char('&'), QLatin1String("&&"));
+/// Tells the entries' dots apart.
+int dotNumber(const SessionStatus& status, Look look) {
+    constexpr int looks = 4;
+    const int kind = status.isWaiting() ? 0 : status.isDone() ? 1 : 2;
+    return kind * looks + (look.scheme == ColorScheme::dark ? 2 : 0) + (look.isHighContrast() ? 1 : 0);
+}
+
+void showDot(QAction& action, const SessionStatus& status, Look look) {
+    const int number = dotNumber(status, look);
+    const QVariant before = action.property(shownDot);
+    // A new icon is sent to the tray's host, whether it looks different or not.
+    if (before.isValid() && before.toInt() == number) return;
+    action.setProperty(shownDot, number);
+    action.setIconVisibleInMenu(true);
+    action.setIcon(statusdot::icon(status, look));
 }
 
 /// When the session's status began, at which no time has run yet.
@@ -47,12 +77,17 @@ Date statusBegin(const AgentSession& session) {
 } // namespace
 
 TrayMenu::TrayMenu(AppModel& model, const Actions& actions)
-    : model_(model) {
+    : model_(model)
+    , actions_(actions) {
     connect(addAction(tr("Open Corvane")), &QAction::triggered, this, actions.openMainWindow);
+    connect_ = addAction(tr("Connect Claude Code"));
+    connect(connect_, &QAction::triggered, this, &TrayMenu::connectAgent);
     addSeparator();
     sessionsEnd_ = addSeparator();
     quiet_ = addAction(tr("Quiet for 1 hour"));
     connect(quiet_, &QAction::triggered, &model_, &AppModel::quietForAnHour);
+    quietUntil_ = addAction(QString());
+    quietUntil_->setEnabled(false);
     resume_ = addAction(tr("Resume"));
     connect(resume_, &QAction::triggered, &model_, &AppModel::resumeAlerts);
     connect(addAction(tr("Settings…")), &QAction::triggered, this, actions.openSettings);
@@ -69,10 +104,13 @@ void TrayMenu::noteOpening() {
 }
 
 void TrayMenu::follow() {
-    std::vector<std::string> content{model_.prefs().isQuiet(model_.now()) ? "quiet" : ""};
-    for (const AgentSession& session : model_.board().sorted()) {
+    const std::optional<Date> quietUntil = model_.quietUntil();
+    const QFontMetricsF metrics(font(), this);
+    std::vector<std::string> content{quietUntil ? times::quietUntil(*quietUntil).toStdString() : "",
+                                     model_.isAnyAgentConnected() ? "connected" : ""};
+    for (const AgentSession& session : model_.listedSessions()) {
         content.push_back(session.id());
-        content.push_back(entry(session, statusBegin(session)).toStdString());
+        content.push_back(entry(session, statusBegin(session), metrics).toStdString());
     }
     const bool hasChanged = std::exchange(content_, std::move(content)) != content_;
     if (hasChanged || openChanges_ > 0) refresh();
@@ -91,8 +129,31 @@ QAction* TrayMenu::makeEntry(const QString& id) {
     return action;
 }
 
+void TrayMenu::connectAgent() {
+    model_.connectAgent(AgentKind::claude);
+    // A menu has no place for what went wrong; the window has.
+    if (model_.connectError()) actions_.openMainWindow();
+}
+
+void TrayMenu::changeEvent(QEvent* event) {
+    QMenu::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) refreshSessions();
+}
+
 void TrayMenu::refresh() {
-    const std::vector<AgentSession> sessions = model_.board().sorted();
+    refreshSessions();
+    const std::optional<Date> quietUntil = model_.quietUntil();
+    connect_->setVisible(!model_.isAnyAgentConnected());
+    quiet_->setVisible(!quietUntil);
+    if (quietUntil) quietUntil_->setText(times::quietUntil(*quietUntil));
+    quietUntil_->setVisible(quietUntil.has_value());
+    resume_->setVisible(quietUntil.has_value());
+}
+
+void TrayMenu::refreshSessions() {
+    const std::vector<AgentSession> sessions = model_.listedSessions();
+    const QFontMetricsF metrics(font(), this);
+    const Look look = Tokens::look(palette());
     // An entry stays that of its session, also while the menu is open and the order changes.
     std::vector<QAction*> former = std::exchange(sessions_, {});
     for (const AgentSession& session : sessions) {
@@ -106,7 +167,8 @@ void TrayMenu::refresh() {
             action = *found;
             former.erase(found);
         }
-        action->setText(entry(session, model_.now()));
+        action->setText(entry(session, model_.now(), metrics));
+        showDot(*action, session.status, look);
         sessions_.push_back(action);
     }
     for (QAction* const action : former) {
@@ -123,9 +185,6 @@ void TrayMenu::refresh() {
         below = sessions_[i];
     }
     sessionsEnd_->setVisible(!sessions.empty());
-    const bool isQuiet = model_.prefs().isQuiet(model_.now());
-    quiet_->setVisible(!isQuiet);
-    resume_->setVisible(isQuiet);
 }
 
 } // namespace corvane

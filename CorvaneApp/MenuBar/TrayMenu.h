@@ -26,19 +26,30 @@ class TrayMenu : public QMenu {
     /// `model` must outlive the menu.
     TrayMenu(AppModel& model, const Actions& actions);
 
+    /// At the ordinary text size.
+    static constexpr int largestWidth = 380;
+
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
     [[nodiscard]] QAction* makeEntry(const QString& id);
+    void connectAgent();
     /// Brings what there is up to date, and where that has changed, or the menu is open, the times too.
     void follow();
     void refresh();
+    void refreshSessions();
     void noteOpening();
 
     AppModel& model_;
+    Actions actions_;
     std::vector<std::string> content_; // what it shows, without the times that run
     int openChanges_ = 0;              // of the model, for which it still counts as open
-    QAction* sessionsEnd_;             // the divider below the sessions
+    QAction* connect_;
+    QAction* sessionsEnd_; // the divider below the sessions
     std::vector<QAction*> sessions_;
     QAction* quiet_;
+    QAction* quietUntil_;
     QAction* resume_;
 };
 

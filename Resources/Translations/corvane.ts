@@ -345,6 +345,13 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
 </context>
 <context>
+    <name>corvane::LoginItem</name>
+    <message>
+        <source>The system gave no reason.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>corvane::MainWindow</name>
     <message>
         <source>Corvane</source>
@@ -412,10 +419,6 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <source>Quit</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>Quiet until %1</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>corvane::OnboardingView</name>
@@ -443,7 +446,15 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
 <context>
     <name>corvane::SessionRow</name>
     <message>
+        <source>Snoozed until %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Terminal not found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -487,6 +498,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Connect Claude Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Quiet for 1 hour</source>
         <translation type="unfinished"></translation>
     </message>
@@ -521,6 +536,10 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>For %1 minutes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Close</source>
         <translation type="unfinished"></translation>
     </message>
@@ -549,6 +568,13 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>Sessions</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::times</name>
+    <message>
+        <source>Quiet until %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -1,5 +1,9 @@
 #include "App/Support/BannerViewsSupport.h"
+#include "App/Support/DirectionMarks.h"
+#include "App/Support/ToolTips.h"
+#include "Model/AppModel.h"
 
+#include <QAbstractButton>
 #include <QFontMetricsF>
 
 #include <string>
@@ -21,8 +25,8 @@ TEST_F(BannerViewsTest, aLongSubtitleLosesItsMiddleAndKeepsItsName) {
     render(*banner);
     const auto* const subtitle = banner->findChildren<LineLabel*>().at(1);
     const std::string shown = subtitle->shownText().toStdString();
-    EXPECT_TRUE(shown.starts_with("a-proj")) << shown;
-    EXPECT_TRUE(shown.ends_with("tool")) << shown;
+    EXPECT_TRUE(shown.starts_with(test::firstStrongIsolate() + "a-proj")) << shown;
+    EXPECT_TRUE(shown.ends_with("tool\u2069")) << shown;
     EXPECT_NE(shown.find("…"), std::string::npos);
     EXPECT_TRUE(subtitle->text().endsWith(QStringLiteral("and_a_tool")));
     EXPECT_LE(QFontMetricsF(subtitle->font()).horizontalAdvance(subtitle->shownText()), subtitle->width());
@@ -135,6 +139,63 @@ TEST_F(BannerViewsTest, aLineBreakInAProjectsNameStaysOnTheLine) {
     const auto banner = doneBanner(session);
     render(*banner);
     EXPECT_EQ(banner->findChildren<LineLabel*>().at(1)->shownText().toStdString(), "two lines");
+}
+
+TEST_F(BannerViewsTest, aProjectsNameCannotTurnTheMessageAround) {
+    AgentSession session = waitingSession("s", start);
+    session.cwd = "/w/ab" + test::rightToLeftOverride() + "cd";
+    session.message = "run\u2069 it";
+    const auto banner = waitingBanner(session);
+    render(*banner);
+    const auto* const shown = banner->findChildren<LineLabel*>().at(1);
+    EXPECT_EQ(shown->shownText(), QString::fromUtf8("\u2068abcd\u2069 · \u2068run it\u2069"));
+    EXPECT_EQ(shown->text(), QString::fromStdString("ab" + test::rightToLeftOverride() + "cd · run\u2069 it"))
+        << "what is spoken stays as it is";
+}
+
+TEST_F(BannerViewsTest, aNameThatShowsNothingLeavesNoEmptyPlace) {
+    AgentSession session = waitingSession("s", start);
+    session.cwd = "/w/" + test::rightToLeftOverride() + " ";
+    session.message = "may I?";
+    const auto withMessage = waitingBanner(session);
+    render(*withMessage);
+    EXPECT_EQ(withMessage->findChildren<LineLabel*>().at(1)->shownText(), QStringLiteral("may I?"));
+
+    session.message.clear();
+    const auto without = waitingBanner(session);
+    render(*without);
+    EXPECT_TRUE(without->findChildren<LineLabel*>().at(1)->isHidden());
+    EXPECT_EQ(without->accessibleName(), QStringLiteral("Claude is waiting for you"));
+    const QRect title = without->findChildren<LineLabel*>().at(0)->geometry();
+    const QRect waited = without->findChildren<LineLabel*>().at(2)->geometry();
+    EXPECT_EQ(waited.top(), title.bottom() + 1 + 2);
+
+    AgentSession finished = doneSession("s", start);
+    finished.cwd = session.cwd;
+    const auto done = doneBanner(finished);
+    render(*done);
+    EXPECT_EQ(done->accessibleName(), QStringLiteral("Claude finished"));
+    EXPECT_EQ(done->findChildren<LineLabel*>().at(0)->geometry().center().y(), done->rect().center().y());
+}
+
+TEST_F(BannerViewsTest, aSubtitleThatIsCutIsWholeInItsToolTip) {
+    AgentSession session = waitingSession("s", start);
+    session.cwd = "/w/<img src=x>-" + std::string(80, 'a');
+    session.message = "<b>may I?</b>";
+    const auto banner = waitingBanner(session);
+    render(*banner);
+    EXPECT_EQ(test::toolTip(*banner->findChildren<LineLabel*>().at(1)),
+              "<img src=x>-" + std::string(80, 'a') + " · <b>may I?</b>");
+    EXPECT_EQ(test::toolTip(*banner->findChildren<LineLabel*>().at(0)), "");
+}
+
+TEST_F(BannerViewsTest, snoozeTellsForHowLongInAWindowThatIsNeverActive) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    banner->show();
+    EXPECT_TRUE(banner->window()->testAttribute(Qt::WA_AlwaysShowToolTips));
+    const auto buttons = banner->findChildren<QAbstractButton*>();
+    EXPECT_EQ(test::toolTip(*buttons.at(1)), "For 5 minutes");
+    EXPECT_EQ(AppModel::snoozeDuration, Seconds(5 * 60));
 }
 
 } // namespace

@@ -121,8 +121,13 @@ TEST_P(ComposedTexts, everyEntryOfTheTraysMenuIsTranslated) {
     world.waits("a");
     world.runs("b");
     const TrayMenu menu(world.model(), {[] {}, [] {}, [] {}});
-    for (const QAction* const entry : menu.actions())
-        EXPECT_TRUE(entry->isSeparator() || isMadeUp(entry->text())) << entry->text().toStdString();
+    for (const bool isQuiet : {false, true}) {
+        if (isQuiet) world.model().quietForAnHour();
+        for (const QAction* const entry : menu.actions()) {
+            EXPECT_TRUE(!entry->isVisible() || entry->isSeparator() || isMadeUp(entry->text()))
+                << entry->text().toStdString();
+        }
+    }
 }
 
 TEST_P(ComposedTexts, theTraysLabelIsTranslatedWithItsNumber) {

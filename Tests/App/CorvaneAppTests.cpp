@@ -4,6 +4,7 @@
 #include "MenuBar/TrayPanel.h"
 #include "MenuBar/TrayPanelView.h"
 #include "Settings/SettingsWindow.h"
+#include "Style/Times.h"
 
 #include <QAction>
 #include <QApplication>
@@ -161,7 +162,7 @@ TEST_F(CorvaneAppTest, closingWindowsNeverQuits) {
 }
 
 TEST_F(CorvaneAppTest, theTrayTellsHowManyWait) {
-    app();
+    app().model().connectAgent(AgentKind::claude);
     pass(0);
     EXPECT_EQ(tray().waitingCount, 0);
     waits("a");
@@ -175,23 +176,46 @@ TEST_F(CorvaneAppTest, theTrayTellsHowManyWait) {
     EXPECT_EQ(tray().showCount, shows) << "only when the number changes";
 }
 
-TEST_F(CorvaneAppTest, theMenuOffersWhatThePanelDoes) {
+TEST_F(CorvaneAppTest, theTrayCountsNobodyWhileThePanelOnlyOffersToConnect) {
     app();
+    waits("a");
+    EXPECT_EQ(tray().waitingCount, 0);
+    EXPECT_EQ(tray().label, QStringLiteral("Corvane"));
+    app().model().connectAgent(AgentKind::claude);
+    EXPECT_EQ(tray().waitingCount, 1);
+    app().model().disconnectAgent(AgentKind::claude);
+    EXPECT_EQ(tray().waitingCount, 0);
+}
+
+TEST_F(CorvaneAppTest, theTraysToolTipTellsQuietTime) {
+    app().model().connectAgent(AgentKind::claude);
+    waits("a");
+    EXPECT_EQ(tray().toolTip, tray().label);
+    app().model().quietForAnHour();
+    EXPECT_EQ(tray().label, QStringLiteral("1 agent waiting for you"));
+    EXPECT_EQ(tray().toolTip,
+              QStringLiteral("1 agent waiting for you\n") + times::quietUntil(*app().model().quietUntil()));
+    pass(3601);
+    EXPECT_EQ(tray().toolTip, tray().label);
+}
+
+TEST_F(CorvaneAppTest, theMenuOffersWhatThePanelDoes) {
+    app().model().connectAgent(AgentKind::claude);
     pass(0);
     EXPECT_EQ(entries(),
               (std::vector<std::string>{"Open Corvane", "-", "Quiet for 1 hour", "Settings…", "Quit"}));
     waits("a");
     pass(4);
     Q_EMIT tray().menu->aboutToShow();
-    EXPECT_EQ(entries(),
-              (std::vector<std::string>{"Open Corvane", "-", "R&&D · Claude · Waiting for you · 0:05", "-",
-                                        "Quiet for 1 hour", "Settings…", "Quit"}));
+    EXPECT_EQ(entries(), (std::vector<std::string>{"Open Corvane", "-",
+                                                   "\u2068R&&D\u2069 · Claude · Waiting for you · 0:05", "-",
+                                                   "Quiet for 1 hour", "Settings…", "Quit"}));
     choose("Quiet for 1 hour");
     EXPECT_TRUE(app().model().prefs().isQuiet(app().model().now()));
-    EXPECT_EQ(entries().at(4), "Resume");
+    EXPECT_EQ(entries().at(5), "Resume");
     choose("Resume");
     EXPECT_FALSE(app().model().prefs().isQuiet(app().model().now()));
-    choose("R&&D · Claude · Waiting for you · 0:05");
+    choose("\u2068R&&D\u2069 · Claude · Waiting for you · 0:05");
     EXPECT_FALSE(world.platform.applications.activated.empty());
     choose("Settings…");
     ASSERT_NE(app().settingsWindow(), nullptr);

@@ -214,7 +214,8 @@ TEST_F(ThirdAgent, isHeardThroughItsHookLineAndSeenOnBannerPanelAndMenu) {
     EXPECT_EQ(rows.front()->spokenText().toStdString(), "shop, Gull, Waiting for your reply · 0:01");
 
     const TrayMenu menu(model(), {[] {}, [] {}, [] {}});
-    EXPECT_EQ(menu.actions().at(2)->text().toStdString(), "shop · Gull · Waiting for your reply · 0:01");
+    EXPECT_EQ(menu.actions().at(3)->text().toStdString(),
+              "\u2068shop\u2069 · Gull · Waiting for your reply · 0:01");
 
     // The terminal is looked for by the program's name.
     button(banner, "Go to Terminal").click();

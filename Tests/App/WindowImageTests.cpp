@@ -2,7 +2,9 @@
 #include "App/Support/PanelStates.h"
 #include "App/Support/PictureComparison.h"
 #include "App/Support/Pictures.h"
+#include "App/Support/PopupStates.h"
 #include "App/Support/WindowStates.h"
+#include "Controls/PopupCards.h"
 #include "Settings/AgentCard.h"
 
 #include <QApplication>
@@ -64,6 +66,31 @@ TEST(WindowImages, thePanelLooksAsItDid) {
                 QStringLiteral("panel-%1-%2.png").arg(QString::fromStdString(state.name), variant.name));
         }
     }
+}
+
+TEST(WindowImages, everyMenuAndListLooksAsItDid) {
+    const test::ApplicationStyle style;
+    recording::FakeWindowShadow shadow; // which draws nothing: the shadow's own tests look at it
+    const PopupCards popupCards(shadow);
+    const QPalette before = QApplication::palette();
+    for (const test::PopupState& state : test::popupStates()) {
+        std::vector<test::Variant> variants = test::legibleVariants();
+        for (const test::Variant& variant : test::ordinaryVariants()) {
+            if (variant.ratio == 1) variants.push_back(variant);
+        }
+        for (const test::Variant& variant : variants) {
+            // The application itself enlarges the menus' font.
+            if (variant.textScale != 1 && state.name.starts_with("menu")) continue;
+            const test::LargeText size(variant.textScale);
+            QApplication::setPalette(Tokens::palette(variant.look));
+            state.show([&](QWidget& popup) {
+                expectAsItWas(
+                    test::popupPicture(popup, variant.ratio, Tokens::background.color(variant.look)),
+                    QStringLiteral("%1-%2.png").arg(QString::fromStdString(state.name), variant.name));
+            });
+        }
+    }
+    QApplication::setPalette(before);
 }
 
 TEST(WindowImages, aCardThatMovesByAPixelIsNoticed) {

@@ -1,7 +1,12 @@
+#include "App/Support/DirectionMarks.h"
 #include "App/Support/MenuBarSupport.h"
 #include "MenuBar/TrayMenu.h"
+#include "Style/CorvaneStyle.h"
+#include "Style/Times.h"
+#include "Style/Tokens.h"
 
 #include <QAction>
+#include <QImage>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,12 +19,19 @@ namespace {
 
 class TrayMenuTest : public testing::Test {
   protected:
+    TrayMenuTest() {
+        menu_.setStyle(&style_);
+        world_.connect();
+    }
+
     /// The entries of the sessions: those between the first two separators.
     std::vector<QAction*> sessions() {
         std::vector<QAction*> found;
         const QList<QAction*> actions = menu_.actions();
-        for (qsizetype i = 2; i < actions.size() && !actions[i]->isSeparator(); ++i)
-            found.push_back(actions[i]);
+        auto at =
+            std::find_if(actions.begin(), actions.end(), [](QAction* each) { return each->isSeparator(); });
+        for (++at; at != actions.end() && !(*at)->isSeparator(); ++at)
+            found.push_back(*at);
         return found;
     }
 
@@ -37,8 +49,32 @@ class TrayMenuTest : public testing::Test {
 
     [[nodiscard]] std::string text(std::size_t index) { return sessions().at(index)->text().toStdString(); }
 
+    /// The texts of the visible entries; a divider is "-".
+    std::vector<std::string> entries() {
+        std::vector<std::string> found;
+        for (const QAction* const action : menu_.actions()) {
+            if (action->isVisible())
+                found.push_back(action->isSeparator() ? "-" : action->text().toStdString());
+        }
+        return found;
+    }
+    QAction* entry(const char* text) {
+        for (QAction* const action : menu_.actions()) {
+            if (action->isVisible() && action->text() == QString::fromUtf8(text)) return action;
+        }
+        return nullptr;
+    }
+
+    /// What a session of this folder is listed as.
+    QString listed(const std::string& folder) {
+        world_.runs("a", folder);
+        return sessions().at(0)->text();
+    }
+
+    CorvaneStyle style_;
     test::MenuBarWorld world_;
-    TrayMenu menu_{world_.model(), {[] {}, [] {}, [] {}}};
+    int windowsOpened_ = 0;
+    TrayMenu menu_{world_.model(), {[this] { ++windowsOpened_; }, [] {}, [] {}}};
 };
 
 TEST_F(TrayMenuTest, anEntryStaysThatOfItsSessionWhenTheOrderChanges) {
@@ -69,37 +105,41 @@ TEST_F(TrayMenuTest, anEntryGoesWithItsSessionAndTheOthersStay) {
     const std::vector<QAction*> after = sessions();
     ASSERT_EQ(after.size(), 2U);
     for (const QAction* const action : after)
-        EXPECT_FALSE(action->text().startsWith(QStringLiteral("second")));
+        EXPECT_FALSE(action->text().contains(QStringLiteral("second")));
     for (QAction* const action : after)
         EXPECT_NE(std::find(before.begin(), before.end(), action), before.end());
 }
 
 TEST_F(TrayMenuTest, nothingChangesWhileItIsClosedAndOnlyTimePasses) {
+    world_.connect();
     world_.waits("a");
     world_.codexDone("b", "other");
     EXPECT_EQ(changesWhile([this] { world_.pass(150); }), 0);
 }
 
 TEST_F(TrayMenuTest, theTimesAreRightWhenItOpens) {
+    world_.connect();
     world_.waits("a");
     world_.codexDone("b", "other");
     world_.pass(150);
     Q_EMIT menu_.aboutToShow();
-    EXPECT_EQ(text(0), "shop · Claude · Waiting for you · 2:32");
-    EXPECT_EQ(text(1), "other · Codex · Done 2 min ago");
+    EXPECT_EQ(text(0), "\u2068shop\u2069 · Claude · Waiting for you · 2:32");
+    EXPECT_EQ(text(1), "\u2068other\u2069 · Codex · Done 2 min ago");
 }
 
 TEST_F(TrayMenuTest, theTimesRunWhileItIsOpen) {
+    world_.connect();
     world_.waits("a");
     Q_EMIT menu_.aboutToShow();
     world_.pass(5);
-    EXPECT_EQ(text(0), "shop · Claude · Waiting for you · 0:06");
+    EXPECT_EQ(text(0), "\u2068shop\u2069 · Claude · Waiting for you · 0:06");
     Q_EMIT menu_.aboutToHide();
     EXPECT_EQ(changesWhile([this] { world_.pass(5); }), 0);
 }
 
 // As under hosts that tell of the opening only.
 TEST_F(TrayMenuTest, theTimesStandStillAMinuteAfterTheLastOpening) {
+    world_.connect();
     world_.waits("a");
     Q_EMIT menu_.aboutToShow();
     world_.pass(70);
@@ -107,10 +147,11 @@ TEST_F(TrayMenuTest, theTimesStandStillAMinuteAfterTheLastOpening) {
 }
 
 TEST_F(TrayMenuTest, whatThereIsIsFollowedWhileItIsClosed) {
+    world_.connect();
     world_.runs("a");
-    EXPECT_EQ(text(0), "shop · Claude · Running");
+    EXPECT_EQ(text(0), "\u2068shop\u2069 · Claude · Running");
     world_.waits("a");
-    EXPECT_EQ(text(0).substr(0, 33), "shop · Claude · Waiting for you");
+    EXPECT_EQ(text(0).substr(0, 39), "\u2068shop\u2069 · Claude · Waiting for you");
     world_.ends("a");
     EXPECT_TRUE(sessions().empty());
     world_.model().quietForAnHour();
@@ -125,18 +166,100 @@ TEST_F(TrayMenuTest, whatThereIsIsFollowedWhileItIsClosed) {
     EXPECT_TRUE(isShown("Quiet for 1 hour"));
 }
 
-TEST_F(TrayMenuTest, aLongNameIsCutBetweenCharacters) {
+TEST_F(TrayMenuTest, aLongNameIsCutBetweenCharactersSoThatTheMenuStaysNarrow) {
     std::string name;
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 120; ++i)
         name += "👩‍🚀";
-    world_.runs("a", name);
-    const QString text = sessions().at(0)->text();
-    const QString cut = text.left(text.indexOf(QStringLiteral(" · ")));
-    EXPECT_LE(cut.toUcs4().size(), 40);
+    const QString text = listed(name);
+    const QString cut =
+        text.left(text.indexOf(QStringLiteral(" · "))).mid(1).chopped(1); // without its isolate
     EXPECT_FALSE(cut.contains(QChar(QChar::ReplacementCharacter)));
     // Three code points a character, and the dots.
     EXPECT_EQ(cut.toUcs4().size() % 3, 1) << cut.toStdString();
+    EXPECT_GT(cut.toUcs4().size(), 15);
     EXPECT_TRUE(cut.contains(QStringLiteral("…")));
+    EXPECT_LE(menu_.sizeHint().width(), 380);
+    EXPECT_GT(menu_.sizeHint().width(), 350);
+}
+
+TEST_F(TrayMenuTest, whatFitsIsNotCut) {
+    std::string marked = "e";
+    for (int i = 0; i < 60; ++i) // a folder's name is at most 255 bytes long
+        marked += "\u0301";
+    EXPECT_TRUE(
+        listed(marked).startsWith(QString::fromStdString(test::firstStrongIsolate() + marked + "\u2069 · ")));
+}
+
+TEST_F(TrayMenuTest, aNameReachesNoFurtherThanItself) {
+    // Overrides and isolates would turn around or swallow what follows.
+    EXPECT_EQ(listed("a" + test::rightToLeftOverride() + "b" + test::rightToLeftIsolate() + "c\u2069d"),
+              QString::fromUtf8("\u2068abcd\u2069 · Claude · Running"));
+}
+
+TEST_F(TrayMenuTest, aNameIsOneLineOfPlainText) {
+    EXPECT_EQ(listed("a\\tb\\u0007c & d"), QString::fromUtf8("\u2068a b c && d\u2069 · Claude · Running"));
+}
+
+TEST_F(TrayMenuTest, aNameThatShowsNothingIsLeftOut) {
+    EXPECT_EQ(listed(test::rightToLeftOverride() + " "), QStringLiteral("Claude · Running"));
+}
+
+TEST_F(TrayMenuTest, withoutAConnectedAgentItOffersToConnectOneAndListsNothing) {
+    world_.model().disconnectAgent(AgentKind::claude);
+    world_.waits("a", "shop");
+    EXPECT_EQ(entries(), (std::vector<std::string>{"Open Corvane", "Connect Claude Code", "-",
+                                                   "Quiet for 1 hour", "Settings…", "Quit"}));
+    entry("Connect Claude Code")->trigger();
+    EXPECT_TRUE(world_.model().connected().at(AgentKind::claude));
+    EXPECT_EQ(windowsOpened_, 0);
+    EXPECT_EQ(entries(), (std::vector<std::string>{"Open Corvane", "-",
+                                                   "\u2068shop\u2069 · Claude · Waiting for you · 0:01", "-",
+                                                   "Quiet for 1 hour", "Settings…", "Quit"}));
+}
+
+TEST_F(TrayMenuTest, theWindowTellsWhyConnectingFailed) {
+    world_.model().disconnectAgent(AgentKind::claude);
+    test::writeFile(world_.home / ".claude/settings.json", "no JSON");
+    entry("Connect Claude Code")->trigger();
+    EXPECT_TRUE(world_.model().connectError());
+    EXPECT_EQ(windowsOpened_, 1);
+}
+
+TEST_F(TrayMenuTest, resumeStandsBelowTheTimeAtWhichQuietEnds) {
+    world_.model().quietForAnHour();
+    const QString until = times::quietUntil(*world_.model().quietUntil());
+    EXPECT_EQ(entries(), (std::vector<std::string>{"Open Corvane", "-", until.toStdString(), "Resume",
+                                                   "Settings…", "Quit"}));
+    EXPECT_FALSE(entry(until.toUtf8().constData())->isEnabled());
+    world_.pass(3601);
+    EXPECT_EQ(entries(),
+              (std::vector<std::string>{"Open Corvane", "-", "Quiet for 1 hour", "Settings…", "Quit"}));
+}
+
+/// The colour in the middle of an entry's icon.
+QColor dot(const QAction& action) {
+    return action.icon().pixmap(16, 16).toImage().pixelColor(8, 8);
+}
+
+TEST_F(TrayMenuTest, aDotTellsEachSessionsStatus) {
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        menu_.setPalette(Tokens::palette(scheme));
+        world_.runs("a", "shop");
+        EXPECT_EQ(dot(*sessions().at(0)), Tokens::runningDot(scheme));
+        const qint64 icon = sessions().at(0)->icon().cacheKey();
+        world_.pass(5);
+        EXPECT_EQ(sessions().at(0)->icon().cacheKey(), icon) << "hosts are sent each new icon";
+        world_.waits("a", "shop");
+        EXPECT_EQ(dot(*sessions().at(0)), Tokens::primary.color(scheme));
+        world_.claude("Stop", "a");
+        EXPECT_EQ(dot(*sessions().at(0)), Tokens::secondary.color(scheme));
+    }
+    const QImage icon = sessions().at(0)->icon().pixmap(16, 16).toImage();
+    EXPECT_EQ(icon.pixelColor(3, 8).alpha(), 0);
+    EXPECT_GT(icon.pixelColor(4, 8).alpha(), 128);
+    EXPECT_GT(icon.pixelColor(11, 8).alpha(), 128);
+    EXPECT_EQ(icon.pixelColor(12, 8).alpha(), 0);
+    EXPECT_TRUE(entry("Quit")->icon().isNull());
 }
 
 } // namespace

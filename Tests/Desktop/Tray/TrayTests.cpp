@@ -55,6 +55,13 @@ class Tray : public testing::Test {
         });
     }
 
+    /// Connects the agent, which has no configuration so far.
+    void connect(AgentKind agent) {
+        const AgentConnector connector(desktop.home());
+        EXPECT_EQ(connector.connect(agent, Date::fromSystemClock(std::chrono::system_clock::now())),
+                  std::nullopt);
+    }
+
     void key(const char* name) { EXPECT_EQ(desktop.run({"xdotool", "key", name}, "xdotool")->wait(10s), 0); }
 
     DesktopSession desktop;
@@ -62,6 +69,7 @@ class Tray : public testing::Test {
 };
 
 TEST_F(Tray, registersWhereAWatcherLivesAndTellsItsStateInTheToolTip) {
+    connect(AgentKind::claude);
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -172,6 +180,7 @@ TEST_F(Tray, theMenuIsSilentOnTheBusWhileItIsClosedAndRightWhenItOpens) {
 }
 
 TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
+    connect(AgentKind::claude);
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -181,8 +190,9 @@ TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
     std::vector<std::string> labels;
     for (const auto& entry : host->menu())
         labels.push_back(entry.label.substr(0, entry.label.find(" · 0:")));
-    EXPECT_EQ(labels, (std::vector<std::string>{"Open Corvane", "-", "shop · Claude · Waiting for you", "-",
-                                                "Quiet for 1 hour", "Settings…", "Quit"}));
+    EXPECT_EQ(labels,
+              (std::vector<std::string>{"Open Corvane", "-", "\u2068shop\u2069 · Claude · Waiting for you",
+                                        "-", "Quiet for 1 hour", "Settings…", "Quit"}));
     ASSERT_TRUE(host->choose("Open Corvane"));
     EXPECT_TRUE(hasWindows(1));
     ASSERT_TRUE(host->choose("Settings…"));
@@ -194,9 +204,7 @@ TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
 
 // A row of the panel leads to the terminal in which the session's agent runs.
 TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
-    const AgentConnector connector(desktop.home());
-    EXPECT_EQ(connector.connect(AgentKind::codex, Date::fromSystemClock(std::chrono::system_clock::now())),
-              std::nullopt);
+    connect(AgentKind::codex);
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();

@@ -1,5 +1,6 @@
 #include "App/Support/Sessions.h"
 #include "Controls/Labels.h"
+#include "Controls/PressGuard.h"
 #include "MenuBar/SessionRow.h"
 #include "Style/Tokens.h"
 #include "Support/TestSupport.h"
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,6 +34,15 @@ AgentSession runningSession() {
 
 class SessionRowTest : public testing::Test {
   protected:
+    SessionRowTest() {
+        // The pointer has been elsewhere, so that a press counts at once.
+        PressGuard::setSurroundings(
+            {[] { return QPoint(-1000, -1000); }, [] { return std::chrono::milliseconds(0); }});
+    }
+    ~SessionRowTest() override { PressGuard::setSurroundings({}); }
+    SessionRowTest(const SessionRowTest&) = delete;
+    SessionRowTest& operator=(const SessionRowTest&) = delete;
+
     SessionRow& row(const AgentSession& session, Date now) {
         row_ = std::make_unique<SessionRow>(
             session, now, [this](const AgentSession& tapped) { taps.push_back(tapped); }, nullptr);

@@ -80,7 +80,7 @@ inline std::vector<PopupState> popupStates() {
     const auto windowMenu = [nothing](const Draw& draw, int index) {
         MenuBarWorld world;
         MainWindow window(world.model(), world.platform.activation, [](const QUrl& /*url*/) {},
-                          {nothing, nothing, nothing, nothing});
+                          {nothing, nothing, [](QRect /*place*/) {}, nothing});
         window.show();
         open(*window.menuBar()->actions().at(index)->menu(), draw);
     };

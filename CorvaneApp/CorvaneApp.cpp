@@ -1,5 +1,6 @@
 #include "CorvaneApp.h"
 
+#include "ApplicationMenuBar.h"
 #include "MainWindow.h"
 #include "MenuBar/MenuBarLabel.h"
 #include "MenuBar/TrayMenu.h"
@@ -7,6 +8,7 @@
 #include "MenuBarView.h"
 #include "Platform/Appearance.h"
 #include "Platform/StatusItem.h"
+#include "Settings/SettingsTabBar.h"
 #include "Settings/SettingsWindow.h"
 #include "SettingsView.h"
 #include "Style/TextScale.h"
@@ -42,6 +44,8 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
     , banners_(services)
     , model_(connector, defaults, banners_, services) {
     QApplication::setQuitOnLastWindowClosed(false);
+    if (services_.menuBars == MenuBars::ofApplication)
+        menuBar_ = std::make_unique<ApplicationMenuBar>(commands());
     followAppearance();
     connect(&services_.appearance, &Appearance::changed, this, &CorvaneApp::followAppearance);
 
@@ -84,7 +88,8 @@ void CorvaneApp::rebuildViews() {
 
 void CorvaneApp::openMainWindow() {
     if (!mainWindow_)
-        mainWindow_ = std::make_unique<MainWindow>(model_, services_.activation, openLink_, commands());
+        mainWindow_ = std::make_unique<MainWindow>(model_, services_.activation, openLink_, commands(),
+                                                   services_.menuBars);
     mainWindow_->present();
 }
 
@@ -99,6 +104,11 @@ void CorvaneApp::openSettings() {
             },
             commands());
     settingsWindow_->present();
+}
+
+void CorvaneApp::openAbout() {
+    openSettings();
+    settingsWindow_->view().tabs().setCurrentIndex(SettingsView::aboutTab);
 }
 
 void CorvaneApp::openPanel(QRect menu) {
@@ -120,7 +130,7 @@ TrayPanel& CorvaneApp::requirePanel() {
 
 CommandHandlers CorvaneApp::commands() {
     return {[this] { openMainWindow(); }, [this] { openSettings(); }, [this](QRect menu) { openPanel(menu); },
-            &QCoreApplication::quit};
+            &QCoreApplication::quit, [this] { openAbout(); }};
 }
 
 } // namespace corvane

@@ -16,6 +16,7 @@
 
 namespace corvane {
 
+class ApplicationMenuBar;
 class MainWindow;
 class MenuBarLabel;
 class SettingsWindow;
@@ -43,9 +44,12 @@ class CorvaneApp : public QObject {
     [[nodiscard]] MainWindow* mainWindow() const { return mainWindow_.get(); }
     [[nodiscard]] SettingsWindow* settingsWindow() const { return settingsWindow_.get(); }
     [[nodiscard]] TrayPanel* panel() const { return panel_.get(); }
+    /// Null where windows have menus of their own.
+    [[nodiscard]] const ApplicationMenuBar* menuBar() const { return menuBar_.get(); }
 
     void openMainWindow();
     void openSettings();
+    void openAbout();
     /// Opens it at the tray icon; where that does not tell its place, under `menu`, which led here; without
     /// either at the pointer.
     void openPanel(QRect menu = {});
@@ -66,6 +70,7 @@ class CorvaneApp : public QObject {
     PopupWatch popups_;
     std::unique_ptr<TrayMenu> menu_;
     std::unique_ptr<MenuBarLabel> label_;
+    std::unique_ptr<ApplicationMenuBar> menuBar_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<SettingsWindow> settingsWindow_;
     std::unique_ptr<TrayPanel> panel_;

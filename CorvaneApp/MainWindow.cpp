@@ -14,7 +14,7 @@
 namespace corvane {
 
 MainWindow::MainWindow(AppModel& model, Activation& activation, links::Opener openLink,
-                       const CommandHandlers& handlers)
+                       const CommandHandlers& handlers, MenuBars menuBars)
     : model_(model)
     , activation_(activation)
     , openLink_(std::move(openLink))
@@ -25,16 +25,20 @@ MainWindow::MainWindow(AppModel& model, Activation& activation, links::Opener op
     setContextMenuPolicy(Qt::NoContextMenu);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     rebuild();
+    if (menuBars == MenuBars::ofWindows) file_ = addMenus(*menuBar(), *commands_);
+}
 
-    file_ = menuBar()->addMenu(tr("&File"));
-    file_->addAction(commands_->panel());
-    file_->addAction(commands_->settings());
-    file_->addSeparator();
-    file_->addAction(commands_->close());
-    file_->addAction(commands_->quit());
-    QMenu* const window = menuBar()->addMenu(tr("&Window"));
-    window->addAction(commands_->mainWindow());
+QMenu* MainWindow::addMenus(QMenuBar& bar, const WindowCommands& commands) {
+    QMenu* const file = bar.addMenu(tr("&File"));
+    file->addAction(commands.panel());
+    file->addAction(commands.settings());
+    file->addSeparator();
+    file->addAction(commands.close());
+    file->addAction(commands.quit());
+    QMenu* const window = bar.addMenu(tr("&Window"));
+    window->addAction(commands.mainWindow());
     window->addSeparator();
+    return file;
 }
 
 void MainWindow::rebuild() {
@@ -46,8 +50,10 @@ void MainWindow::rebuild() {
 }
 
 QRect MainWindow::menuPlace() const {
-    const QMenuBar* const bar = menuBar();
-    const QRect title = bar->isVisible() ? bar->actionGeometry(file_->menuAction()) : QRect();
+    // Where there is no bar, asking for it would make one.
+    const QMenuBar* const bar = file_ == nullptr ? nullptr : menuBar();
+    const QRect title =
+        bar != nullptr && bar->isVisible() ? bar->actionGeometry(file_->menuAction()) : QRect();
     if (title.isEmpty()) return {mapToGlobal(QPoint()), QSize(width(), 1)};
     return {bar->mapToGlobal(title.topLeft()), title.size()};
 }

@@ -2,11 +2,14 @@
 
 #include "Controls/Links.h"
 #include "Controls/WindowCommands.h"
+#include "Platform/Platform.h"
 
 #include <QMainWindow>
 #include <QRect>
 
 class QMenu;
+
+class QMenuBar;
 
 namespace corvane {
 
@@ -14,8 +17,9 @@ class Activation;
 class AppModel;
 class OnboardingView;
 
-/// The window "main", fixed to its content, with the application's menus. Closing it never quits. Asks the
-/// agents' connection state anew whenever it comes to the user's sight. Main thread only.
+/// The window "main", fixed to its content, with the application's menus where windows have any. Closing it
+/// never quits. Asks the agents' connection state anew whenever it comes to the user's sight. Main thread
+/// only.
 ///
 /// Whether it opens at launch is for the entry to decide; `present` opens it whenever it is called.
 class MainWindow : public QMainWindow {
@@ -24,7 +28,10 @@ class MainWindow : public QMainWindow {
   public:
     /// `model` and `activation` must outlive the window.
     MainWindow(AppModel& model, Activation& activation, links::Opener openLink,
-               const CommandHandlers& handlers);
+               const CommandHandlers& handlers, MenuBars menuBars = MenuBars::ofWindows);
+
+    /// Puts the menus with `commands` into `bar`; the first of them.
+    static QMenu* addMenus(QMenuBar& bar, const WindowCommands& commands);
 
     [[nodiscard]] OnboardingView& view() const { return *view_; }
 

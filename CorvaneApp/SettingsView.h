@@ -17,6 +17,8 @@ class SettingsView : public SettingsPages {
   public:
     /// At the ordinary text size.
     static constexpr QSize contentSize{560, 440};
+    /// The index of the tab "About".
+    static constexpr int aboutTab = 2;
 
     /// What is passed by reference must outlive the view.
     SettingsView(AppModel& model, FileBrowser& fileBrowser, const ReduceMotion& reduceMotion,

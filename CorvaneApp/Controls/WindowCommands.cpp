@@ -11,31 +11,40 @@ namespace corvane {
 
 namespace {
 
-QAction* command(QWidget& window, const QString& text, QKeyCombination shortcut,
+QAction* command(QObject& parent, const QString& text, QKeyCombination shortcut,
                  const std::function<void()>& handler) {
-    auto* const action = new QAction(text, &window);
+    auto* const action = new QAction(text, &parent);
     if (shortcut.key() != Qt::Key_unknown) action->setShortcut(shortcut);
     // Some systems move actions to another menu, going by their text unless they are told.
     action->setMenuRole(QAction::NoRole);
-    QObject::connect(action, &QAction::triggered, &window, handler);
-    window.addAction(action);
+    QObject::connect(action, &QAction::triggered, &parent, handler);
     return action;
 }
 
 } // namespace
 
 WindowCommands::WindowCommands(QWidget& window, const CommandHandlers& handlers, MenuPlace menuPlace)
-    : QObject(&window)
-    , mainWindow_(new ShowMainWindowButton(handlers.openMainWindow, &window))
-    , settings_(command(window, tr("Settings…"), Qt::CTRL | Qt::Key_Comma, handlers.openSettings))
-    , close_(command(window, tr("Close"), Qt::CTRL | Qt::Key_W, [&window] { window.close(); }))
-    , quit_(command(window, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit))
+    : WindowCommands(
+          static_cast<QObject&>(window), handlers, [&window] { window.close(); }, std::move(menuPlace)) {
+    window.addActions({mainWindow_, settings_, close_, quit_, panel_});
+}
+
+WindowCommands::WindowCommands(QObject& menus, const CommandHandlers& handlers,
+                               const std::function<void()>& close, MenuPlace menuPlace)
+    : QObject(&menus)
+    , mainWindow_(new ShowMainWindowButton(handlers.openMainWindow, &menus))
+    , settings_(command(menus, tr("Settings…"), Qt::CTRL | Qt::Key_Comma, handlers.openSettings))
+    , close_(command(menus, tr("Close"), Qt::CTRL | Qt::Key_W, close))
+    , quit_(command(menus, tr("Quit"), Qt::CTRL | Qt::Key_Q, handlers.quit))
     , panel_(command(
-          window, tr("Sessions"), QKeyCombination(Qt::Key_unknown),
+          menus, tr("Sessions"), QKeyCombination(Qt::Key_unknown),
           [open = handlers.openPanel, place = std::move(menuPlace)] { open(place ? place() : QRect()); })) {
-    window.addAction(mainWindow_);
     settings_->setMenuRole(QAction::PreferencesRole);
     quit_->setMenuRole(QAction::QuitRole);
+}
+
+WindowCommands* WindowCommands::of(const QWidget& window) {
+    return window.findChild<WindowCommands*>({}, Qt::FindDirectChildrenOnly);
 }
 
 } // namespace corvane

@@ -18,11 +18,12 @@ struct CommandHandlers {
     /// none.
     std::function<void(QRect menu)> openPanel;
     std::function<void()> quit;
+    std::function<void()> openAbout = {}; // where the application's own menus have it
 };
 
-/// The commands of one window, with their shortcuts: Ctrl+0 opens the main window, Ctrl+comma the settings,
-/// Ctrl+W closes the window and Ctrl+Q quits (Command in place of Ctrl on macOS). Main thread only; belongs
-/// to the window.
+/// The commands of one window or of the application's menus, with their shortcuts: Ctrl+0 opens the main
+/// window, Ctrl+comma the settings, Ctrl+W closes the window and Ctrl+Q quits (Command in place of Ctrl on
+/// macOS). Main thread only; belongs to the window or the menus.
 class WindowCommands : public QObject {
     Q_OBJECT
 
@@ -32,6 +33,13 @@ class WindowCommands : public QObject {
 
     /// The shortcuts work at once, whether the actions are put in a menu or not.
     WindowCommands(QWidget& window, const CommandHandlers& handlers, MenuPlace menuPlace = {});
+
+    /// For menus, which belong to no window: "Close" calls `close`.
+    WindowCommands(QObject& menus, const CommandHandlers& handlers, const std::function<void()>& close,
+                   MenuPlace menuPlace = {});
+
+    /// Those of `window`; null if it has none.
+    [[nodiscard]] static WindowCommands* of(const QWidget& window);
 
     [[nodiscard]] QAction* mainWindow() const { return mainWindow_; }
     [[nodiscard]] QAction* settings() const { return settings_; }

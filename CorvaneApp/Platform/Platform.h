@@ -3,6 +3,7 @@
 #include "Support/CorvanePaths.h"
 #include "Support/Date.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -28,6 +29,10 @@ class WindowShadow;
 /// Tells the present time.
 using Clock = std::function<Date()>;
 
+/// Where the system shows menus: in a bar of each main window, or in one that all of the application's
+/// windows share.
+enum class MenuBars : std::uint8_t { ofWindows, ofApplication };
+
 /// Everything that the application asks of the system it runs on. The referents outlive whoever holds this.
 struct PlatformServices {
     Clock clock;
@@ -47,6 +52,7 @@ struct PlatformServices {
     FileBrowser& fileBrowser;
     StatusItem& statusItem;
     SingleInstance& singleInstance;
+    MenuBars menuBars;
 };
 
 /// The running system's own services. Made once, on the main thread, after the QApplication.

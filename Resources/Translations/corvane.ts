@@ -197,6 +197,13 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
 </context>
 <context>
+    <name>corvane::ApplicationMenuBar</name>
+    <message>
+        <source>About Corvane</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>corvane::BannerCard</name>
     <message>
         <source>%1, %2</source>

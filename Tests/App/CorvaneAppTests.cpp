@@ -1,8 +1,11 @@
 #include "App/Support/MenuBarSupport.h"
+#include "ApplicationMenuBar.h"
 #include "CorvaneApp.h"
 #include "MainWindow.h"
 #include "MenuBar/TrayPanel.h"
 #include "MenuBar/TrayPanelView.h"
+#include "Settings/SettingsPages.h"
+#include "Settings/SettingsTabBar.h"
 #include "Settings/SettingsWindow.h"
 #include "Style/Times.h"
 
@@ -14,6 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <optional>
 
 namespace corvane {
@@ -334,6 +338,92 @@ TEST_F(SessionsCommand, opensThePanelUnderTheMenuWhereTheIconsPlaceIsUnknown) {
     EXPECT_EQ(panel().top(), corner.y() + 1 + 4);
     EXPECT_LE(panel().left(), corner.x());
     EXPECT_GE(panel().right(), corner.x());
+}
+
+/// On a system with one menu bar for all windows.
+class ApplicationMenuBarTest : public CorvaneAppTest {
+  protected:
+    void SetUp() override { world.platform.menuBars = MenuBars::ofApplication; }
+
+    std::vector<QAction*> items() {
+        std::vector<QAction*> result;
+        for (const QAction* const menu : app().menuBar()->bar().actions()) {
+            for (QAction* const action : menu->menu()->actions()) {
+                if (!action->isSeparator()) result.push_back(action);
+            }
+        }
+        return result;
+    }
+
+    void choose(const char* text) {
+        for (QAction* const action : items()) {
+            if (action->text() == QString::fromUtf8(text)) return action->trigger();
+        }
+        FAIL() << "no entry " << text;
+    }
+
+    static void activate(QWidget& window) {
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+};
+
+TEST_F(ApplicationMenuBarTest, belongsToNoWindowAndHasAllCommands) {
+    std::vector<std::string> texts;
+    std::map<std::string, QAction::MenuRole> roles;
+    for (const QAction* const action : items()) {
+        texts.push_back(action->text().toStdString() + " " +
+                        action->shortcut().toString(QKeySequence::PortableText).toStdString());
+        if (action->menuRole() != QAction::NoRole) roles[action->text().toStdString()] = action->menuRole();
+    }
+    EXPECT_EQ(texts, (std::vector<std::string>{"Sessions ", "Settings… Ctrl+,", "Close Ctrl+W", "Quit Ctrl+Q",
+                                               "About Corvane ", "Corvane Ctrl+0"}));
+    EXPECT_EQ(roles, (std::map<std::string, QAction::MenuRole>{{"About Corvane", QAction::AboutRole},
+                                                               {"Settings…", QAction::PreferencesRole},
+                                                               {"Quit", QAction::QuitRole}}));
+    EXPECT_EQ(app().menuBar()->bar().parent(), nullptr);
+    app().openMainWindow();
+    EXPECT_EQ(app().mainWindow()->findChild<QMenuBar*>(), nullptr);
+}
+
+TEST_F(ApplicationMenuBarTest, closesTheActiveWindow) {
+    app().openMainWindow();
+    app().openSettings();
+    activate(*app().settingsWindow());
+    choose("Close");
+    EXPECT_FALSE(app().settingsWindow()->isVisible());
+    EXPECT_TRUE(app().mainWindow()->isVisible());
+    activate(*app().mainWindow());
+    choose("Close");
+    EXPECT_FALSE(app().mainWindow()->isVisible());
+    choose("Close");
+}
+
+TEST_F(ApplicationMenuBarTest, leavesWindowsWithoutCommands) {
+    QWidget banner;
+    app();
+    banner.show();
+    activate(banner);
+    choose("Close");
+    EXPECT_TRUE(banner.isVisible());
+}
+
+TEST_F(ApplicationMenuBarTest, opensWindowsAndTheTabAboutTheApplication) {
+    choose("Corvane");
+    EXPECT_TRUE(app().mainWindow()->isVisible());
+    choose("Settings…");
+    const SettingsTabBar& tabs = app().settingsWindow()->view().tabs();
+    EXPECT_EQ(tabs.currentIndex(), 0);
+    choose("About Corvane");
+    EXPECT_EQ(tabs.tabText(tabs.currentIndex()), QStringLiteral("About"));
+    choose("Sessions");
+    EXPECT_TRUE(app().panel()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, windowsWithMenusOfTheirOwnNeedNoOther) {
+    EXPECT_EQ(app().menuBar(), nullptr);
+    app().openMainWindow();
+    EXPECT_NE(app().mainWindow()->findChild<QMenuBar*>(), nullptr);
 }
 
 TEST_F(CorvaneAppTest, theAppearanceIsFollowed) {

@@ -71,6 +71,7 @@ class LinuxPlatform : public Platform {
             .fileBrowser = fileBrowser_,
             .statusItem = statusItem_,
             .singleInstance = singleInstance_,
+            .menuBars = MenuBars::ofWindows,
         };
     }
 

@@ -49,6 +49,7 @@ class MacPlatform : public Platform {
             .fileBrowser = fileBrowser_,
             .statusItem = statusItem_,
             .singleInstance = singleInstance_,
+            .menuBars = MenuBars::ofApplication,
         };
     }
 

@@ -171,6 +171,7 @@ PlatformServices RecordingPlatform::services() {
         .fileBrowser = fileBrowser,
         .statusItem = statusItem,
         .singleInstance = singleInstance,
+        .menuBars = menuBars,
     };
 }
 

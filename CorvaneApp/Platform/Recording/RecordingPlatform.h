@@ -300,6 +300,7 @@ struct RecordingPlatform {
     Reveals fileBrowser;
     FakeStatusItem statusItem;
     FakeSingleInstance singleInstance;
+    MenuBars menuBars = MenuBars::ofWindows;
 
     [[nodiscard]] PlatformServices services();
 };

@@ -16,6 +16,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QStyleHints>
 
 #include <optional>
 #include <utility>
@@ -44,6 +45,9 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
     , banners_(services)
     , model_(connector, defaults, banners_, services) {
     QApplication::setQuitOnLastWindowClosed(false);
+    // macOS has Tab pass over buttons unless the user turns keyboard navigation on, and only the mouse would
+    // be left to connect an agent or to answer a banner.
+    QGuiApplication::styleHints()->setTabFocusBehavior(Qt::TabFocusAllControls);
     if (services_.menuBars == MenuBars::ofApplication)
         menuBar_ = std::make_unique<ApplicationMenuBar>(commands());
     followAppearance();

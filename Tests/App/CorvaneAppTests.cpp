@@ -1,5 +1,6 @@
 #include "App/Support/MenuBarSupport.h"
 #include "ApplicationMenuBar.h"
+#include "Controls/Buttons.h"
 #include "CorvaneApp.h"
 #include "MainWindow.h"
 #include "MenuBar/TrayPanel.h"
@@ -13,6 +14,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStyleHints>
 #include <QtTest/QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -289,6 +291,13 @@ TEST_F(CorvaneAppTest, thePanelGrowsInPlaceWhileItIsOpen) {
     EXPECT_GT(after.height(), before.height());
     EXPECT_EQ(after.bottom(), before.bottom()) << "it stands on the bar";
     EXPECT_EQ(after.left(), before.left());
+}
+
+TEST_F(CorvaneAppTest, tabReachesButtonsWhereTheSystemLeavesThemOut) {
+    QGuiApplication::styleHints()->setTabFocusBehavior(Qt::TabFocusTextControls);
+    app().openPanel();
+    QTest::keyClick(app().panel(), Qt::Key_Tab);
+    EXPECT_NE(qobject_cast<PushButton*>(app().panel()->focusWidget()), nullptr);
 }
 
 TEST_F(CorvaneAppTest, bannersKeepClearOfThePanelAndOfTheMenu) {

@@ -51,8 +51,15 @@ TEST(MacApplications, doNothingForAnIdentifierThatNobodyHas) {
     QtScheduler scheduler;
     MacApplications applications(scheduler);
     NSRunningApplication* const before = NSWorkspace.sharedWorkspace.frontmostApplication;
-    applications.activate("org.corvane.no-such-application");
-    applications.activate("");
+    int foundCount = 0;
+    const auto report = [&](bool isFound) { foundCount += isFound ? 1 : 0; };
+    Terminal terminal;
+    applications.activate(terminal, report);
+    terminal.bundleID = "";
+    applications.activate(terminal, report);
+    terminal.bundleID = "org.corvane.no-such-application";
+    applications.activate(terminal, report);
+    EXPECT_EQ(foundCount, 0);
     NSRunningApplication* const after = NSWorkspace.sharedWorkspace.frontmostApplication;
     EXPECT_EQ(before.processIdentifier, after.processIdentifier);
 }

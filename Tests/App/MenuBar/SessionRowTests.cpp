@@ -48,6 +48,7 @@ class SessionRowTest : public testing::Test {
             session, now, [this](const AgentSession& tapped) { taps.push_back(tapped); }, nullptr);
         row_->setPalette(Tokens::palette(ColorScheme::light));
         row_->resize(340, row_->sizeHint().height());
+        row_->move(200, 200); // not below the pointer, where a press would come too soon
         row_->show();
         return *row_;
     }

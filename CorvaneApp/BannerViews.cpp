@@ -170,8 +170,6 @@ QString WaitingBanner::waitedLabel(Date now) const {
 
 void WaitingBanner::showEvent(QShowEvent* event) {
     BannerCard::showEvent(event);
-    // A banner's window is never the active one.
-    window()->setAttribute(Qt::WA_AlwaysShowToolTips);
     if (session().isWaiting()) second_.start();
 }
 

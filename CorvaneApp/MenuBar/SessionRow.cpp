@@ -43,7 +43,8 @@ class AccessibleRow : public QAccessibleWidget {
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
         if (kind == QAccessible::Name) return row().spokenText();
-        return kind == QAccessible::Description ? row().note() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Description ? row().notes().join(QStringLiteral(", "))
+                                                : QAccessibleWidget::text(kind);
     }
 
     // The lines' words are the row's name already.
@@ -100,15 +101,22 @@ void SessionRow::setSession(const AgentSession& session, Date now) {
     name_->setText(QString::fromStdString(session.repoName()));
     status_->setText(QString::fromUtf8(session.agent.displayName()) + QStringLiteral(" · ") + statusLine_);
     const bool isSnoozed = session.isWaiting() && session.snoozedUntil && *session.snoozedUntil > now;
-    note_ = isSnoozed ? tr("Snoozed until %1").arg(times::shortTime(*session.snoozedUntil, QLocale()))
-                      : QString();
+    snoozeNote_ = isSnoozed ? tr("Snoozed until %1").arg(times::shortTime(*session.snoozedUntil, QLocale()))
+                            : QString();
     name_->setHidden(foreign::isBlank(name_->text()));
     if (name_->isHidden() != wasNameHidden) arrange();
     if (dotColor() != oldColor) update();
 }
 
 void SessionRow::setTerminalMissing(bool isMissing) {
-    setToolTip(isMissing ? tr("Terminal not found") : QString());
+    isTerminalMissing_ = isMissing;
+}
+
+QStringList SessionRow::notes() const {
+    QStringList notes;
+    if (!snoozeNote_.isEmpty()) notes.append(snoozeNote_);
+    if (isTerminalMissing_) notes.append(tr("Terminal not found"));
+    return notes;
 }
 
 QString SessionRow::spokenText() const {
@@ -125,7 +133,7 @@ bool SessionRow::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return PushButton::event(event);
     QStringList lines;
     if (name_->isCut()) lines.append(name_->text());
-    if (!note_.isEmpty()) lines.append(note_);
+    lines += notes();
     for (QString& line : lines)
         line = foreign::toolTip(line);
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), lines.join(QStringLiteral("<br>")),

@@ -6,6 +6,7 @@
 
 #include <QColor>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <string>
@@ -36,8 +37,8 @@ class SessionRow : public PushButton {
     [[nodiscard]] const AgentSession& session() const { return session_; }
     /// Project, agent and status in one line, for assistive technology.
     [[nodiscard]] QString spokenText() const;
-    /// What a tool tip adds to that; empty while there is nothing to add.
-    [[nodiscard]] const QString& note() const { return note_; }
+    /// The lines that a tool tip adds to that.
+    [[nodiscard]] QStringList notes() const;
     [[nodiscard]] QColor dotColor() const;
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -55,7 +56,8 @@ class SessionRow : public PushButton {
     LineLabel* name_;
     LineLabel* status_;
     QString statusLine_;
-    QString note_;
+    QString snoozeNote_;
+    bool isTerminalMissing_ = false;
 };
 
 } // namespace corvane

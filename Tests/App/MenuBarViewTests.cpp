@@ -224,19 +224,6 @@ TEST_F(MenuBarViewTest, tapOnARowTakesTheBannerDownAndBringsTheTerminalForward) 
     EXPECT_FALSE(world.platform.applications.activated.empty());
 }
 
-TEST_F(MenuBarViewTest, aRowSaysThatItsTerminalWasNotFoundTheLastTime) {
-    world.connect();
-    world.waits("w");
-    const SessionRow& row = *view().list().rows().front();
-    EXPECT_EQ(row.toolTip(), QString());
-    world.platform.applications.isFound = false;
-    view().list().rows().front()->click();
-    EXPECT_EQ(row.toolTip(), QStringLiteral("Terminal not found"));
-    world.platform.applications.isFound = true;
-    view().list().rows().front()->click();
-    EXPECT_EQ(row.toolTip(), QString());
-}
-
 TEST_F(MenuBarViewTest, figuresAreTheBindingOnes) {
     world.connect();
     world.waits("w");

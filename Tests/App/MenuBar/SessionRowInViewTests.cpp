@@ -39,6 +39,21 @@ class SessionRowInViewTest : public testing::Test {
     std::unique_ptr<MenuBarView> view_;
 };
 
+TEST_F(SessionRowInViewTest, theToolTipSaysThatTheTerminalWasNotFoundTheLastTime) {
+    world.connect();
+    world.waits("w");
+    SessionRow& row = *view().list().rows().front();
+    EXPECT_EQ(test::toolTip(row), "");
+    world.platform.applications.isFound = false;
+    row.click();
+    EXPECT_EQ(test::toolTip(row), "Terminal not found");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&row)->text(QAccessible::Description).toStdString(),
+              "Terminal not found");
+    world.platform.applications.isFound = true;
+    row.click();
+    EXPECT_EQ(test::toolTip(row), "");
+}
+
 TEST_F(SessionRowInViewTest, aNameThatIsCutIsWholeInItsToolTipAsPlainText) {
     world.connect();
     const std::string name = "<img src=x> " + std::string(80, 'a') + " <b>&amp;<br>";

@@ -96,10 +96,8 @@ QPainterPath BannerCard::outline() const {
 
 QColor BannerCard::fillColor() const {
     const Look look = Tokens::look(palette());
-    QColor fill = Tokens::surface.color(look);
-    if (look.isHighContrast()) return fill;
-    if (isBlended()) fill.setAlphaF(static_cast<float>(Tokens::bannerFillOpacity));
-    if (isOnMaterial()) fill.setAlpha(0);
+    QColor fill = Tokens::cardFill(look, isBlurredBehind());
+    if (isOnMaterial() && !look.isHighContrast()) fill.setAlpha(0);
     return fill;
 }
 

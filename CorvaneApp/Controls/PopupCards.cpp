@@ -101,9 +101,11 @@ bool PopupCards::eventFilter(QObject* object, QEvent* event) {
             placeList(*popup, *picker);
         }
         cut(*popup);
+        if (menu != nullptr) blur(*menu);
         break;
     case QEvent::Resize:
         cut(*popup);
+        if (menu != nullptr) blur(*menu);
         break;
     case QEvent::Paint:
         paintGround(*popup);
@@ -190,6 +192,12 @@ void PopupCards::paintGround(QWidget& popup) {
 
 void PopupCards::cut(QWidget& popup) {
     shadow_.cut(popup, CorvaneStyle::popupOutline(card(popup)));
+}
+
+void PopupCards::blur(QMenu& menu) {
+    const bool isBlurred = shadow_.isBlurredBehind();
+    menu.setProperty(CorvaneStyle::blurredBehindProperty, isBlurred);
+    shadow_.setBlurBehind(menu, isBlurred ? CorvaneStyle::popupOutline(card(menu)) : QPainterPath());
 }
 
 bool PopupCards::pressBeside(QMenu& menu, const QMouseEvent& event) {

@@ -37,6 +37,8 @@ class PopupCards : public QObject {
     /// What lies below the card.
     void paintGround(QWidget& popup);
     void cut(QWidget& popup);
+    /// Has what lies behind a menu blurred where the desktop can. A list's rows are opaque.
+    void blur(QMenu& menu);
     /// A press on the shadow is one beside the menu. Whether it was one.
     bool pressBeside(QMenu& menu, const QMouseEvent& event);
 

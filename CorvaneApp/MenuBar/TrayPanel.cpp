@@ -83,6 +83,7 @@ TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView
     rebuild();
     keyboardLoss_.setSingleShot(true);
     connect(&keyboardLoss_, &QTimer::timeout, this, &TrayPanel::closeForKeyboard);
+    connect(&model_, &AppModel::changed, this, &TrayPanel::followDesktop);
     connect(host_.get(), &PanelHost::keyboardChanged, this, &TrayPanel::followKeyboard);
     connect(host_.get(), &PanelHost::pressedElsewhere, this, &TrayPanel::closeForPress);
 }
@@ -107,6 +108,7 @@ void TrayPanel::open(QRect icon) {
     // The agents write their own files.
     model_.refreshConnections();
     isBlended_ = shadow_.isBlended();
+    isBlurredBehind_ = shadow_.isBlurredBehind();
     margins_ = shadow_.margins();
     arrange();
     keyboardLoss_.stop();
@@ -148,7 +150,20 @@ void TrayPanel::arrange() {
 }
 
 void TrayPanel::cut() {
-    shadow_.cut(*this, outline(view_->size()).translated(view_->pos()));
+    const QPainterPath card = outline(view_->size()).translated(view_->pos());
+    shadow_.cut(*this, card);
+    shadow_.setBlurBehind(*this, isBlurredBehind_ ? card : QPainterPath());
+}
+
+void TrayPanel::followDesktop() {
+    const bool isBlended = shadow_.isBlended();
+    const bool isBlurredBehind = shadow_.isBlurredBehind();
+    if (!isVisible() || (isBlended == isBlended_ && isBlurredBehind == isBlurredBehind_)) return;
+    isBlended_ = isBlended;
+    isBlurredBehind_ = isBlurredBehind;
+    margins_ = shadow_.margins();
+    arrange();
+    update();
 }
 
 void TrayPanel::showEvent(QShowEvent* event) {
@@ -156,10 +171,10 @@ void TrayPanel::showEvent(QShowEvent* event) {
     cut();
 }
 
-void TrayPanel::paintCard(QPainter& painter, QSize card, Look look) {
+void TrayPanel::paintCard(QPainter& painter, QSize card, Look look, Fill fill) {
     constexpr qreal edge = 1;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(outline(card), Tokens::surface.color(look));
+    painter.fillPath(outline(card), Tokens::cardFill(look, fill == Fill::overBlur));
     painter.strokePath(shapes::insideStroke(QRectF(QPointF(0, 0), QSizeF(card)), radius, edge),
                        QPen(Tokens::hairline(look), edge));
 }
@@ -172,7 +187,7 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     if (!isBlended_) painter.fillRect(rect(), Tokens::divider(look));
     if (isBlended_ && !look.isHighContrast()) shadow_.paint(painter, *this, outline(card), card);
     painter.translate(view_->pos());
-    paintCard(painter, card, look);
+    paintCard(painter, card, look, isBlurredBehind_ ? Fill::overBlur : Fill::opaque);
 }
 
 // A click beside the card, on its shadow, is one outside of the panel, even where the icon lies below. It

@@ -36,8 +36,10 @@ class TrayPanel : public QWidget {
     TrayPanel(AppModel& model, const PlatformServices& services, MakeView makeView);
 
     [[nodiscard]] TrayPanelView& view() const { return *view_; }
-    /// Paints the ground of a panel's card of this size at the painter's origin.
-    static void paintCard(QPainter& painter, QSize card, Look look);
+    /// Paints the ground of a panel's card of this size at the painter's origin; translucent where the
+    /// desktop blurs what lies behind it.
+    enum class Fill { opaque, overBlur };
+    static void paintCard(QPainter& painter, QSize card, Look look, Fill fill = Fill::opaque);
     /// Where the card is on the desktop, without the room for its shadow.
     [[nodiscard]] QRect cardGeometry() const;
 
@@ -61,8 +63,10 @@ class TrayPanel : public QWidget {
 
   private:
     void arrange();
-    /// Gives the window the card's shape, where nothing blends it.
+    /// Gives the window the card's shape, where nothing blends it, and the blur behind it that shape.
     void cut();
+    /// Follows a compositor that comes, goes or turns an effect on while the panel is open.
+    void followDesktop();
     void followKeyboard();
     void closeForKeyboard();
     /// Closes because of something that may be a press on the icon, of which will be told next.
@@ -77,6 +81,7 @@ class TrayPanel : public QWidget {
     QPoint cardOrigin_;
     QMargins margins_;
     bool isBlended_ = false;
+    bool isBlurredBehind_ = false;
     QTimer keyboardLoss_;
     bool hadKeyboard_ = false; // since it was opened
     QElapsedTimer closedByPress_;

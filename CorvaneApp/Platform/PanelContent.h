@@ -15,13 +15,13 @@ class PanelContent : public QWidget {
     /// The card's outline in the view's coordinates.
     [[nodiscard]] virtual QPainterPath outline() const = 0;
 
-    /// Whether the desktop blends the panel with what lies below it; where not, the card is drawn opaque.
-    void setBlended(bool blended) {
-        if (blended_ == blended) return;
-        blended_ = blended;
+    /// Whether the desktop blurs what lies behind the card; where not, the card is drawn opaque.
+    void setBlurredBehind(bool blurredBehind) {
+        if (blurredBehind_ == blurredBehind) return;
+        blurredBehind_ = blurredBehind;
         update();
     }
-    [[nodiscard]] bool isBlended() const { return blended_; }
+    [[nodiscard]] bool isBlurredBehind() const { return blurredBehind_; }
 
     /// Whether the panel itself has the system's translucent material in the card's shape: the view leaves
     /// its own ground out then.
@@ -33,7 +33,7 @@ class PanelContent : public QWidget {
     [[nodiscard]] bool isOnMaterial() const { return onMaterial_; }
 
   private:
-    bool blended_ = true;
+    bool blurredBehind_ = false;
     bool onMaterial_ = false;
 };
 

@@ -25,6 +25,13 @@ class WindowShadow {
     /// system draws the shadow or windows are not blended.
     [[nodiscard]] virtual QMargins margins() const = 0;
 
+    /// Whether the desktop blurs what lies behind the regions that windows ask for. May change while running.
+    [[nodiscard]] virtual bool isBlurredBehind() const = 0;
+
+    /// Asks for the blur behind `outline`, in the coordinates of `window`, which has been shown; an empty one
+    /// ends it. Nothing happens where the desktop does not blur.
+    virtual void setBlurBehind(const QWidget& window, const QPainterPath& outline) = 0;
+
     /// Paints the shadow of the card into that room, where windows are blended. `outline` is the card's, in
     /// its own coordinates; the card lies at `margins` in `window`.
     virtual void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,

@@ -309,7 +309,8 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         constexpr qreal edge = 1;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->fillPath(popupOutline(card), Tokens::surface.color(look));
+        const bool isBlurred = widget != nullptr && widget->property(blurredBehindProperty).toBool();
+        painter->fillPath(popupOutline(card), Tokens::cardFill(look, isBlurred));
         painter->strokePath(shapes::insideStroke(card, popupRadius, edge),
                             QPen(Tokens::hairline(look), edge));
         painter->restore();

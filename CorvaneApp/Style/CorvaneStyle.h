@@ -17,6 +17,9 @@ class CorvaneStyle : public QProxyStyle {
   public:
     CorvaneStyle();
 
+    /// Set to true on a menu behind which the desktop blurs what lies there: its card is translucent.
+    static constexpr const char* blurredBehindProperty = "corvaneBlurredBehind";
+
     enum class MenuIcon { none, shown };
 
     /// The outline of a menu's card, and the room inside of it around the entries.

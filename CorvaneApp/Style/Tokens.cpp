@@ -72,6 +72,12 @@ QColor textSecondaryOnBackground(Look look) {
     return onBackgroundMixed(look, textShares);
 }
 
+QColor cardFill(Look look, bool isBlurredBehind) {
+    QColor fill = surface.color(look);
+    if (isBlurredBehind && !look.isHighContrast()) fill.setAlphaF(static_cast<float>(blurredFillOpacity));
+    return fill;
+}
+
 QColor divider(Look look) {
     return onSurfaceMixed(look, dividerShares);
 }

@@ -55,8 +55,9 @@ inline constexpr Token error{0xB3261E, 0xF2B8B5};      ///< error indication
 inline constexpr double disabledOpacity = 0.45;
 inline constexpr double pressedOpacity = 0.8;
 
-/// Opacity of a banner's fill where the desktop blends windows; with high contrast it is opaque.
-inline constexpr double bannerFillOpacity = 0.96;
+/// Opacity of a card's fill where the desktop blurs what lies behind it. Elsewhere, and with high contrast,
+/// it is opaque: text below would show through.
+inline constexpr double blurredFillOpacity = 0.82;
 
 /// `a` and `b` mixed channel by channel, with the share `share` (0 to 1) of `a`. Halves are
 /// rounded to the even value.
@@ -65,6 +66,8 @@ inline constexpr double bannerFillOpacity = 0.96;
 /// Dimmed text, on `surface` and on `background`.
 [[nodiscard]] QColor textSecondary(Look look);
 [[nodiscard]] QColor textSecondaryOnBackground(Look look);
+/// What a card is filled with, by whether the desktop blurs what lies behind it.
+[[nodiscard]] QColor cardFill(Look look, bool isBlurredBehind);
 /// The line between parts of a view and around a card, on `surface` and on `background`.
 [[nodiscard]] QColor divider(Look look);
 [[nodiscard]] QColor dividerOnBackground(Look look);

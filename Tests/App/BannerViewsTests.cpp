@@ -139,7 +139,6 @@ TEST_F(BannerViewsTest, aStandingBannerFollowsASwitchOfAppearance) {
     const QPalette before = QApplication::palette();
     QApplication::setPalette(Tokens::palette(ColorScheme::light));
     const auto banner = waitingBanner(waitingSession("s", start));
-    banner->setBlended(false);
     banner->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(banner.get()));
     QCoreApplication::processEvents();
@@ -160,9 +159,9 @@ TEST_F(BannerViewsTest, aStandingBannerFollowsASwitchOfAppearance) {
 }
 
 TEST_F(BannerViewsTest, theWaitedLinesBackdropIsTheCardsOwn) {
-    for (const bool blended : {true, false}) {
+    for (const bool blurred : {true, false}) {
         const auto banner = waitingBanner(waitingSession("s", start));
-        banner->setBlended(blended);
+        banner->setBlurredBehind(blurred);
         const QImage image = render(*banner);
         const QRect line = banner->findChildren<LineLabel*>().at(2)->geometry();
         EXPECT_EQ(image.pixelColor(line.right(), line.center().y()),
@@ -204,7 +203,6 @@ TEST_F(BannerViewsTest, snoozeAndCrossStandWhereTheyBelong) {
 
 TEST_F(BannerViewsTest, doneBannerPartsStandWhereTheyBelong) {
     const auto banner = doneBanner(doneSession("s", start));
-    banner->setBlended(false);
     const QImage image = render(*banner, 2);
     const auto labels = banner->findChildren<LineLabel*>();
     for (const auto* const label : labels) {
@@ -257,7 +255,6 @@ TEST_F(BannerViewsTest, onlyTheWaitingBannerHasTheColouredOutline) {
         for (PanelContent* const banner :
              {static_cast<PanelContent*>(waiting.get()), static_cast<PanelContent*>(done.get())}) {
             banner->setPalette(Tokens::palette(scheme));
-            banner->setBlended(false);
         }
         EXPECT_EQ(render(*waiting).pixelColor(260, 0), Tokens::primary.color(scheme));
         EXPECT_NE(render(*done).pixelColor(180, 0), Tokens::primary.color(scheme));
@@ -269,11 +266,11 @@ TEST_F(BannerViewsTest, onlyTheWaitingBannerHasTheColouredOutline) {
     }
 }
 
-TEST_F(BannerViewsTest, theCardIsOpaqueUnlessTheDesktopBlendsIt) {
+TEST_F(BannerViewsTest, theCardIsOpaqueUnlessTheDesktopBlursWhatLiesBehindIt) {
     const auto banner = doneBanner(doneSession("s", start));
-    EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 245);
-    banner->setBlended(false);
     EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 255);
+    banner->setBlurredBehind(true);
+    EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 209);
 }
 
 TEST_F(BannerViewsTest, theGroundIsLeftToTheMaterialWhereThePanelHasOne) {
@@ -285,12 +282,11 @@ TEST_F(BannerViewsTest, theGroundIsLeftToTheMaterialWhereThePanelHasOne) {
     const QRect line = waiting->findChildren<LineLabel*>().at(2)->geometry();
     EXPECT_EQ(image.pixelColor(line.right(), line.center().y()).alpha(), 0);
     waiting->setOnMaterial(false);
-    EXPECT_EQ(render(*waiting).pixelColor(260, 5).alpha(), 245);
+    EXPECT_EQ(render(*waiting).pixelColor(260, 5).alpha(), 255);
 }
 
 TEST_F(BannerViewsTest, symbolsAreDrawnInTheirColour) {
     const auto banner = doneBanner(doneSession("s", start));
-    banner->setBlended(false);
     // The disc's left part, beside the check mark, and the card around it.
     EXPECT_EQ(render(*banner).pixelColor(18, 32), Tokens::secondary.color(ColorScheme::light));
     EXPECT_EQ(render(*banner).pixelColor(13, 32), Tokens::surface.color(ColorScheme::light));

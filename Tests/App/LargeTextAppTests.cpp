@@ -169,6 +169,7 @@ TEST_F(ChangingDesktop, anotherContrastMakesNothingAnew) {
     app().openMainWindow();
     const OnboardingView* const before = &app().mainWindow()->view();
     app().model().sendTestAlert();
+    static_cast<BannerCard&>(*banner().content).setBlurredBehind(true);
     setContrast(Contrast::high);
     EXPECT_TRUE(Tokens::look(QApplication::palette()).isHighContrast());
     EXPECT_TRUE(Tokens::look(app().mainWindow()->view().palette()).isHighContrast());

@@ -70,12 +70,15 @@ class PanelWindow : public QWidget {
     [[nodiscard]] bool isBlended() const { return blended_; }
     [[nodiscard]] QMargins margins() const { return blended_ ? shadowMargins : QMargins(); }
 
-    /// Looks whether windows are blended, since a compositor may come or go, and at the scale, which another
-    /// screen may change. Whether anything was different.
+    /// Looks whether windows are blended and what lies behind them is blurred, since a compositor may come,
+    /// go or turn an effect on, and at the scale, which another screen may change. Whether anything was
+    /// different.
     bool followDesktop() {
         const bool blended = x11::isComposited();
-        if (blended == blended_ && devicePixelRatioF() == arrangedRatio_) return false;
+        const bool blurred = x11::blursBehind();
+        if (blended == blended_ && blurred == blurred_ && devicePixelRatioF() == arrangedRatio_) return false;
         blended_ = blended;
+        blurred_ = blurred;
         layOut();
         update();
         return true;
@@ -118,12 +121,15 @@ class PanelWindow : public QWidget {
   private:
     void layOut() {
         if (card_ == nullptr) return;
-        card_->setBlended(blended_);
+        card_->setBlurredBehind(blurred_);
         card_->move(margins().left(), margins().top());
         setFixedSize(card_->size().grownBy(margins()));
         arrangedRatio_ = devicePixelRatioF();
         const QRectF card(QPointF(card_->pos()) * arrangedRatio_, QSizeF(card_->size()) * arrangedRatio_);
         x11::setInputShape(nativeWindow(), {card.toAlignedRect()});
+        x11::setBlurRegion(nativeWindow(),
+                           blurred_ ? inPixels(card_->outline().translated(card_->pos()), arrangedRatio_)
+                                    : QRegion());
         // Without blending, whatever is not drawn would be black.
         x11::setBoundingShape(nativeWindow(),
                               blended_ ? QRegion() : inPixels(card_->outline(), arrangedRatio_));
@@ -136,6 +142,7 @@ class PanelWindow : public QWidget {
     PanelDamage& damage_;
     PanelContent* card_ = nullptr;
     bool blended_ = x11::isComposited();
+    bool blurred_ = x11::blursBehind();
     qreal arrangedRatio_ = 1;
     QPoint place_; // without the slide
 };

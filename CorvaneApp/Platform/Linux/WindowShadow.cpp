@@ -16,6 +16,18 @@ QMargins LinuxWindowShadow::margins() const {
     return isBlended() ? shadowMargins : QMargins();
 }
 
+bool LinuxWindowShadow::isBlurredBehind() const {
+    return x11::blursBehind();
+}
+
+void LinuxWindowShadow::setBlurBehind(const QWidget& window, const QPainterPath& outline) {
+    const WId id = window.internalWinId();
+    if (id == 0) return;
+    x11::setBlurRegion(static_cast<xcb_window_t>(id),
+                       outline.isEmpty() ? QRegion() : inPixels(outline, window.devicePixelRatioF()));
+    x11::flush();
+}
+
 void LinuxWindowShadow::paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
                               QSize cardSize) {
     const ColorScheme scheme = Tokens::scheme(window.palette());

@@ -12,6 +12,8 @@ class LinuxWindowShadow : public WindowShadow {
   public:
     [[nodiscard]] bool isBlended() const override;
     [[nodiscard]] QMargins margins() const override;
+    [[nodiscard]] bool isBlurredBehind() const override;
+    void setBlurBehind(const QWidget& window, const QPainterPath& outline) override;
     void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
                QSize cardSize) override;
     void cut(QWidget& window, const QPainterPath& outline) override;

@@ -17,6 +17,8 @@ namespace corvane::x11 {
 
 namespace {
 
+constexpr const char* blurRegionName = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+
 void setShape(xcb_window_t window, xcb_shape_kind_t kind, const std::vector<QRect>& rectangles) {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return;
@@ -141,6 +143,31 @@ xcb_window_t compositingManager() {
 
 bool isComposited() {
     return connection() == nullptr || compositingManager() != XCB_WINDOW_NONE;
+}
+
+bool blursBehind() {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr || compositingManager() == XCB_WINDOW_NONE) return false;
+    // Its mere presence on the root window is the announcement.
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        x, xcb_get_property(x, 0, rootWindow(), atom(blurRegionName), XCB_ATOM_ANY, 0, 0), nullptr));
+    return reply && reply->type != XCB_ATOM_NONE;
+}
+
+void setBlurRegion(xcb_window_t window, const QRegion& region) {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    if (region.isEmpty()) {
+        xcb_delete_property(x, window, atom(blurRegionName));
+        return;
+    }
+    std::vector<std::uint32_t> values;
+    for (const QRect& rectangle : region) {
+        for (const int value : {rectangle.x(), rectangle.y(), rectangle.width(), rectangle.height()})
+            values.push_back(static_cast<std::uint32_t>(value));
+    }
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, atom(blurRegionName), XCB_ATOM_CARDINAL, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
 }
 
 std::string text(xcb_window_t window, const std::string& name) {

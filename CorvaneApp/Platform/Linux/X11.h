@@ -34,6 +34,13 @@ void flush();
 /// systems.
 [[nodiscard]] bool isComposited();
 
+/// Whether the compositing manager blurs what lies behind the regions that windows ask for. May change while
+/// it runs. False on other window systems.
+[[nodiscard]] bool blursBehind();
+
+/// Asks for the blur behind `region` of the window, in its device pixels; an empty one ends it.
+void setBlurRegion(xcb_window_t window, const QRegion& region);
+
 /// A window's property as text; empty when it has none.
 [[nodiscard]] std::string text(xcb_window_t window, const std::string& name);
 

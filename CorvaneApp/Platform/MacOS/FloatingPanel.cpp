@@ -38,7 +38,6 @@ class MacFloatingPanel : public FloatingPanel {
             old->deleteLater();
         }
         size_ = size;
-        content_->setBlended(true);
         content_->setOnMaterial(true);
         content_->setFixedSize(size);
         panel_.setContent(*content_, size, content_->outline());

@@ -9,6 +9,8 @@ class MacWindowShadow : public WindowShadow {
   public:
     [[nodiscard]] bool isBlended() const override { return true; }
     [[nodiscard]] QMargins margins() const override { return {}; }
+    [[nodiscard]] bool isBlurredBehind() const override { return false; }
+    void setBlurBehind(const QWidget& /*window*/, const QPainterPath& /*outline*/) override {}
     void paint(QPainter& /*painter*/, const QWidget& /*window*/, const QPainterPath& /*outline*/,
                QSize /*cardSize*/) override {}
     void cut(QWidget& /*window*/, const QPainterPath& /*outline*/) override {}

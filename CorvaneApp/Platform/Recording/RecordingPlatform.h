@@ -103,6 +103,8 @@ class FakeWindowShadow : public WindowShadow {
   public:
     [[nodiscard]] bool isBlended() const override { return blended; }
     [[nodiscard]] QMargins margins() const override { return blended ? room : QMargins(); }
+    [[nodiscard]] bool isBlurredBehind() const override { return blurred; }
+    void setBlurBehind(const QWidget& /*window*/, const QPainterPath& outline) override { behind = outline; }
     void paint(QPainter& /*painter*/, const QWidget& /*window*/, const QPainterPath& outline,
                QSize /*cardSize*/) override {
         painted.push_back(outline);
@@ -112,6 +114,9 @@ class FakeWindowShadow : public WindowShadow {
     }
 
     bool blended = true;
+    bool blurred = false;
+    /// The outline behind which the last window asked for the blur.
+    QPainterPath behind;
     QMargins room{10, 11, 12, 13};
     /// The outlines of the cards whose shadows were to be painted.
     std::vector<QPainterPath> painted;

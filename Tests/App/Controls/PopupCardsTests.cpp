@@ -59,6 +59,24 @@ TEST_F(PopupCardsTest, aMenuHasRoomForItsShadowAndItsCardWhereTheMenuBelongs) {
     EXPECT_TRUE(shadow_.lastCut.isEmpty());
 }
 
+TEST_F(PopupCardsTest, aMenuIsTranslucentOverABlurOfItsShapeOnlyWhereTheDesktopBlurs) {
+    const auto fill = [this] {
+        const QRect card = PopupCards::card(menu_);
+        QImage image(menu_.size(), QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        menu_.render(&image);
+        return image.pixelColor(card.topLeft() + QPoint(card.width() / 2, 2)).alpha();
+    };
+    menu_.popup({200, 100});
+    EXPECT_EQ(fill(), 255);
+    EXPECT_TRUE(shadow_.behind.isEmpty());
+    menu_.close();
+    shadow_.blurred = true;
+    menu_.popup({200, 100});
+    EXPECT_EQ(fill(), 209);
+    EXPECT_EQ(shadow_.behind.boundingRect().toAlignedRect(), PopupCards::card(menu_));
+}
+
 TEST_F(PopupCardsTest, aMenuStaysOnTheScreen) {
     const QRect screen = menu_.screen()->geometry();
     menu_.popup(screen.bottomRight());

@@ -117,6 +117,36 @@ TEST_F(TrayPanelTest, looksWhetherWindowsAreBlendedEachTimeItOpens) {
     EXPECT_EQ(panel_.size(), panel_.view().size());
 }
 
+TEST_F(TrayPanelTest, isOpaqueUnlessTheDesktopBlursBehindIt) {
+    const auto fill = [this] {
+        QImage image(panel_.size(), QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        panel_.render(&image, {}, {}, QWidget::DrawWindowBackground);
+        return image.pixelColor(panel_.view().pos() + QPoint(30, 6));
+    };
+    panel_.open({300, 10, 22, 22});
+    EXPECT_EQ(fill(), Tokens::surface.color(ColorScheme::light));
+    EXPECT_TRUE(shadow().behind.isEmpty());
+
+    // While it is open.
+    shadow().blurred = true;
+    world_.pass();
+    EXPECT_EQ(fill().alpha(), 209);
+    EXPECT_EQ(shadow().behind.boundingRect().toAlignedRect(), panel_.view().geometry());
+    EXPECT_FALSE(shadow().behind.contains(QPointF(panel_.view().pos()) + QPointF(1, 1))) << "round";
+    shadow().blurred = false;
+    world_.pass();
+    EXPECT_EQ(fill().alpha(), 255);
+    EXPECT_TRUE(shadow().behind.isEmpty());
+}
+
+TEST_F(TrayPanelTest, followsACompositorThatGoesWhileItIsOpen) {
+    panel_.open({300, 10, 22, 22});
+    shadow().blended = false;
+    world_.pass();
+    EXPECT_EQ(panel_.size(), panel_.view().size());
+}
+
 TEST_F(TrayPanelTest, hasNoShadowAtHighContrast) {
     panel_.setPalette(Tokens::palette({ColorScheme::light, Contrast::high}));
     panel_.open({300, 10, 22, 22});

@@ -23,9 +23,6 @@ constexpr std::array palettes{
 
 // How far a channel (0 to 255) may be off.
 constexpr int exact = 6;
-// The fill lets 4 % of what lies below through, and of an older card's shadow even less falls on the newer
-// one above it.
-constexpr int blended = 12;
 constexpr int padding = 16;
 constexpr int margin = 8;
 
@@ -67,10 +64,10 @@ std::optional<std::string> waitingFault(const Picture& screen, const Rect& card,
         std::array{right, card.middleY()},
     };
     for (const auto& [x, y] : edges) {
-        if (auto fault = colorFault(screen, "the outline", x, y, palette.primary, blended)) return fault;
+        if (auto fault = colorFault(screen, "the outline", x, y, palette.primary, exact)) return fault;
     }
     for (const int y : {card.y + 5, card.bottom() - 6}) {
-        if (auto fault = colorFault(screen, "the fill", card.middleX(), y, palette.surface, blended))
+        if (auto fault = colorFault(screen, "the fill", card.middleX(), y, palette.surface, exact))
             return fault;
     }
     constexpr int glyphSide = 36;
@@ -87,7 +84,7 @@ std::optional<std::string> waitingFault(const Picture& screen, const Rect& card,
 
 std::optional<std::string> doneFault(const Picture& screen, const Rect& card, const Palette& palette) {
     for (const int y : {card.y + 5, card.bottom() - 6}) {
-        if (auto fault = colorFault(screen, "the fill", card.middleX(), y, palette.surface, blended))
+        if (auto fault = colorFault(screen, "the fill", card.middleX(), y, palette.surface, exact))
             return fault;
     }
     if (screen.at(card.middleX(), card.y).isNear(palette.primary, exact))

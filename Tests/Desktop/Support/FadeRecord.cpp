@@ -10,9 +10,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A light card's fill, and how much of it covers what is below.
+// A light card's fill, which lets nothing of what is below through.
 constexpr double surface = 255;
-constexpr double cover = 0.96;
 constexpr double invisible = 0.02;
 constexpr double full = 0.98;
 
@@ -35,7 +34,7 @@ std::vector<FadeSample> recordFade(const XObserver& screen, Rect card, Color wal
         sample.isMapped = !banners.empty();
         if (sample.isMapped) sample.top = banners.front().card.y;
         const int seen = screen.screen(fadeProbe(card)).at(0, 0).channels().front();
-        sample.opacity = (seen - below) / (cover * (surface - below));
+        sample.opacity = (seen - below) / (surface - below);
         sample.when = std::chrono::steady_clock::now();
         samples.push_back(sample);
     } while (!isOver(samples) && std::chrono::steady_clock::now() < deadline);

@@ -404,6 +404,27 @@ void XObserver::cover(Rect area) {
     roundTrip();
 }
 
+void XObserver::announceBlur(bool isOffered) {
+    const std::uint32_t name = atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
+    const std::uint8_t nothing = 0;
+    if (isOffered) {
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, name, name, 8, 1, &nothing);
+    } else {
+        xcb_delete_property(connection_, root_, name);
+    }
+    roundTrip();
+}
+
+std::vector<Rect> XObserver::blurRegion(std::uint32_t window) const {
+    const std::vector<std::uint32_t> values = cardinals(window, "_KDE_NET_WM_BLUR_BEHIND_REGION");
+    std::vector<Rect> result;
+    for (std::size_t i = 0; i + 3 < values.size(); i += 4) {
+        result.push_back({static_cast<int>(values[i]), static_cast<int>(values[i + 1]),
+                          static_cast<int>(values[i + 2]), static_cast<int>(values[i + 3])});
+    }
+    return result;
+}
+
 void XObserver::paintWallpaper() {
     constexpr Color light{0x6F8FAF};
     constexpr Color dark{0x557799};

@@ -119,6 +119,12 @@ class XObserver {
     /// Puts a window in front of all others that no window manager looks after. It goes with this observer.
     void cover(Rect area);
 
+    /// Announces, as a compositor does, that it blurs what lies behind windows that ask for it; or takes that
+    /// back.
+    void announceBlur(bool isOffered);
+    /// The rectangles of a window behind which it asks for the blur, in the window's coordinates.
+    [[nodiscard]] std::vector<Rect> blurRegion(std::uint32_t window) const;
+
     /// Fills the desktop's background with two tones, and tells compositors about it.
     void paintWallpaper();
 

@@ -18,7 +18,9 @@ using testing::HasSubstr;
 namespace fs = std::filesystem;
 
 std::vector<std::string> builtFiles() {
-    std::vector<std::string> result{"bin/corvane"};
+    std::vector<std::string> result{"bin/corvane", "Packaging/linux/made/changelog.gz",
+                                    "Packaging/linux/made/corvane.1.gz",
+                                    "Packaging/linux/made/org.corvane.Corvane.metainfo.xml"};
     for (const char* const side : {"16", "22", "24", "32", "48", "64", "128", "256", "512"})
         result.push_back(std::string("share/icons/hicolor/") + side + "x" + side + "/apps/corvane.png");
     for (const char* const sound : {"Glass", "Ping", "Hero", "Submarine", "Purr", "Pop", "Tink", "Funk"})
@@ -53,12 +55,13 @@ class RunBuildTest : public testing::Test {
     static inline test::Outcome configured;
 };
 
-TEST_F(RunBuildTest, theTargetOfInstalledFilesMakesProgramIconsAndSounds) {
+TEST_F(RunBuildTest, theTargetOfInstalledFilesMakesProgramIconsSoundsAndPages) {
     const test::Outcome commands =
         test::runScript(CORVANE_NINJA, {"-C", build.string(), "-t", "commands", "InstalledFiles"},
                         {{"PATH", "/usr/bin:/bin"}});
     EXPECT_EQ(commands.status, 0);
-    for (const char* const command : {" -o bin/corvane ", "/DrawIcon hicolor ", "/SoundRecipe "})
+    for (const char* const command :
+         {" -o bin/corvane ", "/DrawIcon hicolor ", "/SoundRecipe ", "/changes metainfo ", "gzip -9n "})
         EXPECT_THAT(commands.output, HasSubstr(command));
 }
 

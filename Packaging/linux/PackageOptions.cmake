@@ -1,0 +1,17 @@
+# Read by CPack for each kind of package. A package of a system is installed below /usr and knows it, so that the D-Bus
+# service can name the program; an archive is unpacked anywhere and has no service.
+if(CPACK_GENERATOR STREQUAL "DEB" OR CPACK_GENERATOR STREQUAL "RPM")
+  set(CPACK_SET_DESTDIR ON)
+  set(CPACK_INSTALL_PREFIX /usr)
+  set(components Unspecified service)
+  if(CPACK_GENERATOR STREQUAL "DEB")
+    list(APPEND components debian)
+  endif()
+else()
+  set(components Unspecified)
+endif()
+list(GET CPACK_INSTALL_CMAKE_PROJECTS 0 build)
+set(CPACK_INSTALL_CMAKE_PROJECTS "")
+foreach(component IN LISTS components)
+  list(APPEND CPACK_INSTALL_CMAKE_PROJECTS "${build};Corvane;${component};/")
+endforeach()

@@ -20,6 +20,8 @@ constexpr QLatin1String interface("org.freedesktop.Application");
 
 // A running application that is busy gets the request all the same; it only is not waited for any longer.
 constexpr std::chrono::milliseconds answerTimeout{5000};
+// The bus sets it for what it starts itself.
+constexpr const char* starterVariable = "DBUS_STARTER_BUS_TYPE";
 // How often the name may go to yet another process, or be given up, while this one asks.
 constexpr int mostAttempts = 20;
 
@@ -32,6 +34,10 @@ LinuxSingleInstance::~LinuxSingleInstance() = default;
 
 bool LinuxSingleInstance::claim() {
     const Outcome outcome = claimOnBus();
+    isStartedByRequest_ = outcome == Outcome::first && qEnvironmentVariableIsSet(starterVariable);
+    // Programs started from here, such as a file manager, have not been started by the bus.
+    for (const char* const variable : {starterVariable, "DBUS_STARTER_ADDRESS"})
+        qunsetenv(variable);
     if (outcome != Outcome::noBus) return outcome == Outcome::first;
     lock_ = std::make_unique<SingleInstanceLock>(SingleInstanceLock::standardFolder());
     connect(lock_.get(), &SingleInstanceLock::asked, this,
@@ -74,6 +80,8 @@ void LinuxSingleInstance::Activate(const QVariantMap& platformData) {
 
 void LinuxSingleInstance::tell(const StartupToken& startup) {
     Q_EMIT startedWith(startup);
+    // The bus delivers what it started the application for: that is the first start, and not a second one.
+    if (std::exchange(isStartedByRequest_, false)) return;
     isUntold_ = !isSignalConnected(QMetaMethod::fromSignal(&SingleInstance::reopened));
     if (!isUntold_) Q_EMIT reopened();
 }

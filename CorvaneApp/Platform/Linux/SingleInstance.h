@@ -44,12 +44,13 @@ class LinuxSingleInstance : public SingleInstance {
     enum class Outcome { first, second, noBus };
     [[nodiscard]] Outcome claimOnBus();
 
-    /// Emits both signals; `reopened` once somebody connects to it, if nobody has so far.
+    /// A request came: emits both signals; `reopened` once somebody connects to it, if nobody has so far.
     void tell(const StartupToken& startup);
 
     StartupToken startup_;
     std::unique_ptr<SingleInstanceLock> lock_;
     bool isUntold_ = false;
+    bool isStartedByRequest_ = false; // and that request has not come yet
 };
 
 } // namespace corvane

@@ -1,5 +1,5 @@
-// What a banner costs on a real display: the time to the screen, a second of standing there, and memory.
-// Needs DISPLAY.
+// The cost of a banner on a real display: the time to the screen, a second on the screen, and memory. Needs
+// DISPLAY.
 
 #include "BannerController.h"
 #include "BannerViews.h"
@@ -26,7 +26,7 @@ namespace {
 
 using namespace corvane;
 
-/// Counts paint events and the pixels that they ask for, of all widgets.
+/// Counts the paint events of all widgets and the pixels that they request.
 class PaintMeter : public QObject {
   public:
     PaintMeter() { qApp->installEventFilter(this); }
@@ -132,7 +132,7 @@ void showWaiting(benchmark::State& state) {
 }
 BENCHMARK(showWaiting)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(30);
 
-/// One second of the event loop with `show` on the screen: processor time as the result, paints as counters.
+/// One second of the event loop with `show` on the screen: CPU time as the result, paints as counters.
 void measureStanding(benchmark::State& state, const std::function<void()>& show) {
     constexpr int seconds = 10;
     show();

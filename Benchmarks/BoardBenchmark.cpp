@@ -1,4 +1,4 @@
-// The session board with lists from the usual handful to far beyond it.
+// The session board with lists from the usual handful to far longer ones.
 
 #include "Sessions/SessionBoard.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr Date start(1'790'000'000, 0);
 
-// Like the agents' own identifiers: too long to be kept inside a string.
+// Like the agents' own identifiers: too long for the small-string optimisation.
 std::string sessionID(std::int64_t index) {
     std::string digits = std::to_string(index);
     digits.insert(0, 12 - digits.size(), '0');
@@ -32,7 +32,7 @@ AgentEvent makeEvent(EventKind kind, std::int64_t session, double seconds) {
     return event;
 }
 
-// A third each waits, runs and is done.
+// A third each is waiting, running and done.
 SessionBoard makeBoard(std::int64_t sessions) {
     constexpr EventKind kinds[] = {EventKind::needsPermission, EventKind::running, EventKind::finished};
     SessionBoard board;
@@ -42,7 +42,7 @@ SessionBoard makeBoard(std::int64_t sessions) {
     return board;
 }
 
-// The least that any look-up in such a list takes: a walk over the same identifiers, side by side.
+// The minimum for any look-up in such a list: a scan over the same identifiers, stored contiguously.
 void plainScan(benchmark::State& state) {
     std::vector<std::string> ids;
     for (std::int64_t i = 0; i < state.range(0); ++i)
@@ -52,7 +52,7 @@ void plainScan(benchmark::State& state) {
         benchmark::DoNotOptimize(std::find(ids.begin(), ids.end(), last));
 }
 
-// A tool of the last session in the list has finished: what agents report most.
+// A tool of the last session in the list has finished, the most frequent report.
 void applyRunning(benchmark::State& state) {
     SessionBoard board = makeBoard(state.range(0));
     const AgentEvent event = makeEvent(EventKind::running, state.range(0) - 1, 200);
@@ -68,7 +68,7 @@ void applyPrompt(benchmark::State& state) {
         benchmark::DoNotOptimize(board.apply(event));
 }
 
-// The question that is asked every second, with nothing due.
+// The query that runs every second, with nothing due.
 void dueRemindersOfNone(benchmark::State& state) {
     SessionBoard board = makeBoard(state.range(0));
     const Date now = start + Seconds(100);
@@ -86,7 +86,7 @@ void dueRemindersOfAll(benchmark::State& state) {
     }
 }
 
-// What a plain copy of the list takes, which `sorted` is to be compared with.
+// A plain copy of the list, for comparison with `sorted`.
 void plainCopy(benchmark::State& state) {
     const SessionBoard board = makeBoard(state.range(0));
     for (auto _ : state)

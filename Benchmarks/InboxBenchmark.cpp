@@ -1,4 +1,4 @@
-// Draining the inbox beside a plain loop that lists, stats, sorts, reads and unlinks the same files.
+// Draining the inbox compared with a plain loop that lists, stats, sorts, reads and unlinks the same files.
 
 #include "Intake/EventInbox.h"
 #include "SamplePayload.h"
@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t fileCount = corvane::EventInbox::maxBacklog;
 
-/// A folder that is filled anew before each drain and gone at the end.
+/// A folder that is refilled before each drain and removed at the end.
 class Inbox {
   public:
     explicit Inbox(std::size_t fileSize)
@@ -58,7 +58,7 @@ class Inbox {
     fs::path folder_;
 };
 
-/// The work that nobody can save who takes all files in order, into one buffer.
+/// The work that is unavoidable when all files are read in order, into one buffer.
 std::size_t plainLoop(const fs::path& folder) {
     struct Entry {
         corvane::Date date;
@@ -116,7 +116,7 @@ void plainLoopOverInbox(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(inbox.bytes()));
 }
 
-/// The pass that the application makes every second, nearly always for nothing.
+/// The drain that the application makes every second, nearly always of an empty inbox.
 void drainEmptyInbox(benchmark::State& state) {
     const Inbox inbox(0);
     for (auto _ : state) {

@@ -1,4 +1,4 @@
-// Reading one payload beside the library's bare validation of the same bytes.
+// Reading one payload compared with the library's mere validation of the same bytes.
 
 #include "Agents/EventPayload.h"
 #include "SamplePayload.h"
@@ -36,7 +36,7 @@ void readPayload(benchmark::State& state, Maker make) {
     countBytes(state, size);
 }
 
-/// Both stages of the library's document parser: what it takes to know that the document is valid.
+/// Both stages of the library's document parser, which it needs to validate a document.
 void validateByLibrary(benchmark::State& state, Maker make) {
     const simdjson::padded_string json(make(static_cast<std::size_t>(state.range(0))));
     simdjson::dom::parser parser;
@@ -48,7 +48,7 @@ void validateByLibrary(benchmark::State& state, Maker make) {
     countBytes(state, json.size());
 }
 
-/// The library's first stage alone: UTF-8, control characters, where tokens begin.
+/// The library's first stage alone: UTF-8, control characters, positions of tokens.
 void findTokensByLibrary(benchmark::State& state, Maker make) {
     const simdjson::padded_string json(make(static_cast<std::size_t>(state.range(0))));
     simdjson::ondemand::parser parser;

@@ -5,8 +5,8 @@
 
 namespace corvane::benchmarks {
 
-/// A "PostToolUse" payload of about `size` bytes: a tool's output as source code comes in JSON, some 40
-/// characters a line with its escapes, a few of them beyond ASCII.
+/// A "PostToolUse" payload of about `size` bytes: a tool's output, source code escaped in JSON, some 40
+/// characters per line, a few of them beyond ASCII.
 inline std::string samplePayload(std::size_t size) {
     const std::string head =
         R"({"session_id":"3b0c8a52-5d4b-4e0f-8d53-0f3f6f3f1d55","transcript_path":"/home/you/.claude/projects/-w-shop/)"

@@ -1,5 +1,5 @@
-// Connecting and removing Claude Code on settings documents of growing size, beside reading and writing the
-// same bytes alone.
+// Connecting and removing Claude Code on settings documents of increasing size, compared with merely reading
+// and writing the same bytes.
 
 #include "Agents/ClaudeSettingsEditor.h"
 #include "Support/Files.h"

@@ -28,7 +28,7 @@ constexpr int bannerSpacing = 8;
 constexpr int slide = 12;
 constexpr milliseconds fadeInDuration{220};
 constexpr milliseconds fadeOutDuration{180};
-// A little longer than the fade, so that the panel never goes before it is invisible.
+// A little longer than the fade, so that the panel is never hidden before it is invisible.
 constexpr milliseconds orderOutDelay{200};
 
 } // namespace
@@ -91,7 +91,7 @@ void BannerController::update(const std::function<void()>& changes) {
         changes();
         return;
     }
-    // Also when `changes` throws: the banners that were asked for until then are due.
+    // Even if `changes` throws: the banners requested until then must be shown.
     const auto finish = qScopeGuard([this] {
         isUpdating_ = false;
         updateScreen();
@@ -122,7 +122,7 @@ void BannerController::present(const std::string& id, ViewMaker makeView) {
 void BannerController::updateScreen() {
     std::vector<FloatingPanel*> added;
     std::vector<PanelContent*> changed;
-    // From the oldest to the newest, the order in which they were asked for.
+    // From the oldest to the newest, the order in which they were requested.
     for (auto entry = panels_.rbegin(); entry != panels_.rend(); ++entry) {
         if (!std::exchange(entry->isOutdated, false)) continue;
         std::unique_ptr<PanelContent> view = entry->makeView();
@@ -168,7 +168,7 @@ void BannerController::layOut() {
 
 QRect BannerController::clearPlace(QRect place, const QRect& frame) const {
     const QRect wanted = place;
-    // What one moves the banner to may be another's, so that they are all looked at again.
+    // The place below one may overlap another, so all of them are checked again.
     for (std::size_t i = 0; i < occupied_.size();) {
         if (!occupied_[i].intersects(place)) {
             ++i;
@@ -185,7 +185,7 @@ void BannerController::keepClearOf(const std::vector<OpenPopup>& popups) {
     std::vector<QRect> areas;
     std::vector<QWidget*> windows;
     for (const OpenPopup& popup : popups) {
-        // Presses on a shadow around the content are the window's own, so all of it is left clear.
+        // A window gets the presses on its shadow too, so its whole area is kept clear.
         const QRect content = popup.place.marginsRemoved(popup.window->contentsMargins());
         areas.push_back(popup.place | content.adjusted(0, 0, 0, bannerSpacing));
         windows.push_back(popup.window);
@@ -206,7 +206,7 @@ void BannerController::occupy() {
     if (!isUpdating_) layOut();
 }
 
-// The press that closes a menu may be one on a banner, and no banner may move away from under it.
+// The press that closes a menu may be on a banner, which must not move away from under it.
 void BannerController::occupyLater() {
     const milliseconds delay(QGuiApplication::styleHints()->mouseDoubleClickInterval());
     services_.scheduler.after(delay, [self = QPointer(this), change = clearChanges_] {
@@ -220,7 +220,7 @@ void BannerController::occupyLater() {
 }
 
 void BannerController::restack() {
-    // From the newest to the oldest, so that no card lies in the shadow of the one above it.
+    // From the newest to the oldest, so that no card is in the shadow of the one above it.
     for (const Entry& entry : panels_)
         entry.panel->orderFront();
 }

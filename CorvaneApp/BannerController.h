@@ -19,18 +19,18 @@
 
 namespace corvane {
 
-/// Puts the alerts on the screen: at most three banners at a time, one below the other at the top of the main
-/// screen, the newest on top. A session's waiting banner has the session's `id`, its done banner that `id`
-/// after "done:".
+/// Shows the alerts: at most three banners at a time, one below the other at the top of the main screen, the
+/// newest on top. A session's waiting banner has the session's `id`, its done banner that `id` prefixed by
+/// "done:".
 ///
-/// Main thread only; a call from another thread ends the program.
+/// Main thread only; a call from another thread aborts the program.
 class BannerController : public QObject, public Banners {
     Q_OBJECT
 
   public:
     static constexpr std::size_t maxBanners = 3;
 
-    /// How long a done banner stands.
+    /// How long a done banner is shown.
     static constexpr std::chrono::milliseconds doneLifetime{6000};
 
     /// What `services` refers to must outlive the controller.
@@ -43,14 +43,13 @@ class BannerController : public QObject, public Banners {
     void dismiss(std::string_view id) override;
     void update(const std::function<void()>& changes) override;
 
-    /// Rebuilds the views of all banners for another text size. They keep their place in the stack; nothing
+    /// Rebuilds the views of all banners for a new text size. They keep their place in the stack; nothing
     /// fades and nothing is announced.
     void rebuild();
 
     /// Keeps the banners clear of these open windows, the application's own panel and menus: below them on
-    /// the screen where they would lie over them, and below them in the stacking order. To be called again
-    /// whenever one of them opens, closes or moves. Banners return to their places a moment after a window
-    /// has closed.
+    /// the screen where they would overlap, and below them in the stacking order. Call it again whenever one
+    /// of them opens, closes or moves. Banners return to their places a moment after a window has closed.
     void keepClearOf(const std::vector<OpenPopup>& popups);
 
     /// The identifier of a session's done banner.
@@ -61,17 +60,17 @@ class BannerController : public QObject, public Banners {
         std::string id;
         std::shared_ptr<FloatingPanel> panel; // null until the screen is updated for the first time
         std::function<std::unique_ptr<PanelContent>()> makeView;
-        bool isOutdated = true; // the panel does not show what `makeView` makes yet
+        bool isOutdated = true; // the panel does not show the latest `makeView` yet
     };
     using ViewMaker = decltype(Entry::makeView);
 
-    /// Has the banner show the view that `makeView` makes, and announces it.
+    /// Shows the view that `makeView` creates in the banner, and announces it.
     void present(const std::string& id, ViewMaker makeView);
     /// Brings the screen up to date with `panels_`.
     void updateScreen();
     void layOut();
-    /// Where a banner goes that would be at `place`: lower, where something is to be kept clear; back at
-    /// `place` where there is no room for it lower down in `frame`.
+    /// Where to put a banner that would be at `place`: lower if it would cover an occupied area; at `place`
+    /// after all if `frame` has no space for it lower down.
     [[nodiscard]] QRect clearPlace(QRect place, const QRect& frame) const;
     void occupy();
     void occupyLater();
@@ -82,10 +81,10 @@ class BannerController : public QObject, public Banners {
 
     PlatformServices services_;
     std::vector<Entry> panels_;   // the newest first
-    std::vector<QRect> occupied_; // what the banners keep clear of at present
+    std::vector<QRect> occupied_; // what the banners currently keep clear of
     std::vector<QRect> wantedClear_;
-    std::size_t clearChanges_ = 0; // of the line above
-    bool isUpdating_ = false;      // the screen waits for the end of `update`
+    std::size_t clearChanges_ = 0; // of `occupied_`
+    bool isUpdating_ = false;      // the screen is updated at the end of `update`
 };
 
 } // namespace corvane

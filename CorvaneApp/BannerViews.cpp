@@ -69,7 +69,7 @@ int lineAdvance(const LineLabel& line) {
 }
 
 void setAccessibleText(QWidget& banner, const AlertText& text) {
-    // More than this nobody wants to hear, and a message can be of any length.
+    // Nobody wants to hear more than this, and a message can be of any length.
     constexpr int longestName = 4096;
     const std::string pattern =
         translations::words(translatable("corvane::BannerCard", "%1, %2")); // title and subtitle, as spoken
@@ -117,7 +117,7 @@ void BannerCard::paintEvent(QPaintEvent* /*event*/) {
 
 void BannerCard::showEvent(QShowEvent* event) {
     PanelContent::showEvent(event);
-    // A banner's window is never the active one.
+    // A banner's window is never active.
     window()->setAttribute(Qt::WA_AlwaysShowToolTips);
 }
 
@@ -178,7 +178,8 @@ void WaitingBanner::hideEvent(QHideEvent* event) {
 
 void WaitingBanner::resizeEvent(QResizeEvent* event) {
     BannerCard::resizeEvent(event);
-    // The cross's ink begins this far inside its box, so the box moves out and the ink ends on the margin.
+    // The cross is drawn this far inside its box, so the box is moved outwards to align the cross with the
+    // margin.
     constexpr Scaled crossInset{3};
     constexpr Scaled buttonRowSpacing{6};
     constexpr Scaled plainSpacing{8};
@@ -220,7 +221,7 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
 
 namespace {
 
-// The check mark's disc is 22 pixels wide; the symbol's grid leaves a margin around it.
+// Makes the check mark's disc 22 pixels wide; the symbol's grid leaves a margin around it.
 constexpr Scaled checkSide{26.4};
 constexpr Scaled discSide{22};
 

@@ -16,8 +16,8 @@ class LineLabel;
 class PlainButton;
 class PrimaryButton;
 
-/// What both banners share: the card with its continuous corners, and one accessible element around their
-/// parts.
+/// What both banners share: the card with its continuous corners, and one accessible element that contains
+/// their parts.
 class BannerCard : public PanelContent {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ class BannerCard : public PanelContent {
 
     [[nodiscard]] QPainterPath outline() const override;
 
-    /// What the card is filled with at present.
+    /// The card's current fill colour.
     [[nodiscard]] QColor fillColor() const;
 
   protected:
@@ -45,8 +45,8 @@ class BannerCard : public PanelContent {
     Edge edge_;
 };
 
-/// The banner of a session that waits for the user. A view of the session as it was given; only its clock
-/// moves.
+/// The banner of a session that waits for the user. Shows the session as it was given; only its clock
+/// changes.
 class WaitingBanner : public BannerCard {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ class WaitingBanner : public BannerCard {
     WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
                   std::function<void()> onSnooze, std::function<void()> onClose);
 
-    /// Whether the button to the terminal says that it was not found the last time.
+    /// Sets whether the button's tooltip says that the terminal was not found the last time.
     void setTerminalMissing(bool isMissing);
 
     /// "waiting " and the time since the wait began; empty for a session that does not wait.
@@ -80,7 +80,7 @@ class WaitingBanner : public BannerCard {
     QTimer second_{this};
 };
 
-/// The banner of a session that has finished. A view of the session as it was given.
+/// The banner of a session that has finished. Shows the session as it was given.
 class DoneBanner : public BannerCard {
     Q_OBJECT
 

@@ -25,7 +25,7 @@ namespace corvane {
 
 namespace {
 
-/// Makes the desktop's font for what the toolkit draws itself so many times larger.
+/// Scales the desktop's font for what the toolkit draws by `change`.
 void scaleFont(const char* kind, double change) {
     QFont font = QApplication::font(kind);
     if (font.pointSizeF() > 0) {

@@ -24,23 +24,23 @@ class TrayMenu;
 class TrayPanel;
 
 /// The application: the model, the tray icon with its panel and menu, and the windows. It lives in the tray:
-/// closing windows never ends it. Main thread only.
+/// closing windows never quits it. Main thread only.
 class CorvaneApp : public QObject {
     Q_OBJECT
 
   public:
-    /// Shows the tray icon. What is given must outlive the application.
+    /// Shows the tray icon. What is passed by reference must outlive the application.
     CorvaneApp(const AgentConnector& connector, UserDefaults& defaults, const PlatformServices& services,
                links::Opener openLink = links::openInBrowser);
     ~CorvaneApp() override;
 
     [[nodiscard]] AppModel& model() { return model_; }
 
-    /// What happens once after the start: a user who has not finished the first run sees the main window,
-    /// everybody else only the tray icon.
+    /// To be called once after the start: shows the main window to a user who has not completed onboarding,
+    /// and only the tray icon to all others.
     void launch();
 
-    /// Made when they are first wanted; null until then.
+    /// Created on first use; null until then.
     [[nodiscard]] MainWindow* mainWindow() const { return mainWindow_.get(); }
     [[nodiscard]] SettingsWindow* settingsWindow() const { return settingsWindow_.get(); }
     [[nodiscard]] TrayPanel* panel() const { return panel_.get(); }
@@ -50,13 +50,13 @@ class CorvaneApp : public QObject {
     void openMainWindow();
     void openSettings();
     void openAbout();
-    /// Opens it at the tray icon; where that does not tell its place, under `menu`, which led here; without
-    /// either at the pointer.
+    /// Opens it at the tray icon; if its place is unknown, below `menu`, the menu that the command came from;
+    /// without either, at the pointer.
     void openPanel(QRect menu = {});
 
   private:
     void followAppearance();
-    /// Has every view that stands made anew, at the present text size.
+    /// Rebuilds all existing views at the current text size.
     void rebuildViews();
     [[nodiscard]] TrayPanel& requirePanel();
     [[nodiscard]] CommandHandlers commands();

@@ -43,10 +43,10 @@ QMenu* MainWindow::addMenus(QMenuBar& bar, const WindowCommands& commands) {
 
 void MainWindow::rebuild() {
     view_ = new OnboardingView(model_, openLink_);
-    // It has the keyboard until the user gives it to a control.
+    // The view has the focus until the user moves it to a control.
     view_->setAccessibleName(windowTitle());
     connect(view_, &OnboardingView::done, this, &QWidget::close);
-    setCentralWidget(view_); // the old one goes when the event loop runs next
+    setCentralWidget(view_); // the old one is deleted when the event loop runs next
 }
 
 QRect MainWindow::menuPlace() const {

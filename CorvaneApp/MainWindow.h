@@ -18,10 +18,9 @@ class AppModel;
 class OnboardingView;
 
 /// The window "main", fixed to its content, with the application's menus where windows have any. Closing it
-/// never quits. Asks the agents' connection state anew whenever it comes to the user's sight. Main thread
-/// only.
+/// never quits. Refreshes the agents' connection state whenever it is shown or activated. Main thread only.
 ///
-/// Whether it opens at launch is for the entry to decide; `present` opens it whenever it is called.
+/// Whether it opens at launch is the application's decision; `present` opens it whenever it is called.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -35,10 +34,10 @@ class MainWindow : public QMainWindow {
 
     [[nodiscard]] OnboardingView& view() const { return *view_; }
 
-    /// Makes the content anew, at the present text size.
+    /// Rebuilds the content at the current text size.
     void rebuild();
 
-    /// Shows the window, out of the task bar too, and asks the window manager to bring it to the front.
+    /// Shows the window, restored if minimised, and asks the window manager to bring it to the front.
     void present();
 
   protected:
@@ -46,8 +45,8 @@ class MainWindow : public QMainWindow {
     void changeEvent(QEvent* event) override;
 
   private:
-    /// Where the File menu's title is on the desktop; the window's upper edge where a menu bar outside of the
-    /// window has it.
+    /// The place of the File menu's title on the desktop; the window's upper edge if the menu bar is outside
+    /// of the window.
     [[nodiscard]] QRect menuPlace() const;
 
     AppModel& model_;

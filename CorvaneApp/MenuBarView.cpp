@@ -82,7 +82,7 @@ void MenuBarView::refresh() {
     const std::optional<Date> until = model_.quietUntil();
     const bool isQuiet = until.has_value();
 
-    // What goes must not take the focus anywhere by itself.
+    // A control that is hidden must not move the focus somewhere by itself.
     const bool losesFocus = (connect_->hasFocus() && isAnyConnected) || (resume_->hasFocus() && !isQuiet);
     if (losesFocus) setFocus();
     const bool rowsChanged = list_->setSessions(sessions, model_.now());
@@ -126,7 +126,7 @@ int MenuBarView::layOut(bool isTrial) const {
     };
     const int textWidth = width - 2 * padding;
 
-    // In other languages what stands beside one another may be longer: it moves to a line of its own.
+    // In other languages, texts beside one another may be longer: they move to a line of their own.
     int y = padding;
     const QSize contact = contact_->contentSize();
     const int titleWidth = title_->sizeHint().width();

@@ -15,8 +15,8 @@ class PlainButton;
 class PrimaryButton;
 class SessionList;
 
-/// What the tray panel shows: a header, the sessions or a hint, a line while it is quiet, and a footer with
-/// the application's actions. Follows the model by itself. Main thread only.
+/// The tray panel's content: a header, the sessions or a hint, a line during quiet time, and a footer with
+/// the application's actions. Follows the model. Main thread only.
 class MenuBarView : public TrayPanelView {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ class MenuBarView : public TrayPanelView {
 
     [[nodiscard]] SessionList& list() const { return *list_; }
 
-    /// The fixed width, and the height that the content needs at present.
+    /// The fixed width, and the height that the content currently needs.
     [[nodiscard]] QSize sizeHint() const override;
     void prepareToOpen() override;
 
@@ -47,7 +47,7 @@ class MenuBarView : public TrayPanelView {
 
   private:
     void refresh();
-    /// Lays everything out from the top; the height it takes. Moves nothing when `isTrial`.
+    /// Lays everything out from the top and returns the total height. Moves nothing when `isTrial`.
     int layOut(bool isTrial) const; // NOLINT(modernize-use-nodiscard): called for what it moves, too
     void orderTabs();
 

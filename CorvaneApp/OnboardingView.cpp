@@ -30,7 +30,7 @@ constexpr Scaled titleLineHeight{28};
 constexpr Scaled textSize{13.0};
 constexpr Scaled textLineHeight{20};
 constexpr Scaled linkSize{11.0};
-// Room for two lines of an error at least; a longer one may scroll.
+// Room for at least two lines of an error; a longer one may scroll.
 constexpr Scaled leastErrorHeight{32};
 
 } // namespace

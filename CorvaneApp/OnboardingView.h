@@ -16,19 +16,19 @@ class LinkButton;
 class Paragraph;
 
 /// The main window's content: says in two sentences what the application does and lets the user connect the
-/// agents. Holds no state of its own; shows the model and calls it. Main thread only.
+/// agents. Stateless; shows the model and calls it. Main thread only.
 class OnboardingView : public QWidget {
     Q_OBJECT
 
   public:
-    /// The least size at the ordinary text size; texts that need more room make the view higher.
+    /// The minimum size at the ordinary text size; texts that need more room make the view taller.
     static constexpr QSize contentSize{560, 460};
 
     /// `model` must outlive the view.
     OnboardingView(AppModel& model, links::Opener openLink, QWidget* parent = nullptr);
 
   Q_SIGNALS:
-    /// The user is through; the model knows. The window that shows this closes.
+    /// The user has completed onboarding, which the model knows. The window should close.
     void done();
 
   protected:

@@ -9,8 +9,8 @@ namespace corvane {
 class AppModel;
 class FileBrowser;
 
-/// The settings window's content, three tabs. Holds no state of its own but the chosen tab; shows the model
-/// and calls it. Main thread only.
+/// The settings window's content, three tabs. Holds no state but the selected tab; shows the model and calls
+/// it. Main thread only.
 class SettingsView : public SettingsPages {
     Q_OBJECT
 

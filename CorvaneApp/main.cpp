@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane"));
     QApplication::setOrganizationName(QStringLiteral("Corvane"));
-    // Of this and the name Qt makes the settings' place on macOS, which is to be that of the bundle's
+    // On macOS Qt derives the settings' location from this and the name; it must match the bundle's
     // identifier.
     QApplication::setOrganizationDomain(QStringLiteral("corvane.org"));
     QApplication::setApplicationVersion(QStringLiteral(CORVANE_VERSION));

@@ -1,4 +1,4 @@
-// Any bytes as a Claude Code settings file: judged by an independent reader.
+// Any bytes as a Claude Code settings file, checked by an independent parser.
 
 #include "Core/Agents/EditorProperties.h"
 

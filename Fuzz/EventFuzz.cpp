@@ -1,5 +1,5 @@
-// Event files: the reader must agree with a plain statement of the same rules over another JSON parser, about
-// whole files and about bare payloads.
+// Event files: the parser must agree with a simple second implementation on another JSON parser, about whole
+// files and about mere payloads.
 
 #include "Core/Intake/ReferenceReader.h"
 #include "Support/Text.h"
@@ -31,7 +31,7 @@ void require(bool condition, const char* what) {
 void checkPayload(std::string_view json) {
     const auto expected = corvane::test::referenceObject(json);
     std::string padded(json);
-    padded.append(EventPayload::padding, '}'); // the worst that can stand behind: it looks like an end
+    padded.append(EventPayload::padding, '}'); // the worst padding: it looks like an end
     EventPayload payload;
     const bool readable = payload.read(std::string_view(padded).substr(0, json.size()), names);
     if (!expected) return;
@@ -57,7 +57,7 @@ void checkFile(std::string_view text) {
         return;
     }
     const auto expected = corvane::test::referenceEvent(text, date);
-    // Case folding beyond ASCII is not the plain statement's strength.
+    // The second implementation does not fold case beyond ASCII.
     if (expected && isAscii(text)) require(event == *expected, "events differ");
     if (expected) require(event.has_value() == expected->has_value(), "only one of the two gives an event");
 }

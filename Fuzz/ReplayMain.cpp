@@ -1,4 +1,4 @@
-// Runs a fuzz target once on every file named, or found in a folder named, on the command line.
+// Runs a fuzz target once on every file, and every file in a folder, named on the command line.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
-# corvane_precompile(<target> [OF <other>]): compiles the headers below once rather than in every source of the target,
-# or takes what another target has compiled. Both must be compiled with the same options. Only where
-# CORVANE_PRECOMPILE asks for it: a source that forgets an include fails in the builds that do without.
+# corvane_precompile(<target> [OF <other>]): precompiles the headers below once for all sources of the target, or reuses
+# those of another target, which must be compiled with the same options. Only with CORVANE_PRECOMPILE: a source with a
+# missing include fails in builds without it.
 function(corvane_precompile target)
   if(NOT CORVANE_PRECOMPILE)
     return()
@@ -12,8 +12,8 @@ function(corvane_precompile target)
     target_precompile_headers(${target} PRIVATE ${ARG_HEADERS})
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # What ccache needs to see which headers were taken from there; and the same kind of code everywhere, as Qt asks
-    # for.
+    # ccache needs the first to see which headers were used; the second makes all code position-independent, as Qt
+    # requires.
     target_compile_options(${target} PRIVATE -fpch-preprocess -fPIC)
   endif()
 endfunction()

@@ -1,4 +1,4 @@
-# Every finding ends the program, so that no test can pass over one.
+# Every finding aborts the program, so that no test can ignore one.
 if(CORVANE_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
@@ -15,7 +15,7 @@ if(CORVANE_COVERAGE)
   add_link_options(--coverage)
   find_program(CORVANE_GCOVR gcovr DOC "Reads what gcc counted")
   if(CORVANE_GCOVR)
-    # After the tests have run: what they reached of the core and the application, and which lines they did not.
+    # To be built after the tests have run: their coverage of the core and the application, and the lines not reached.
     add_custom_target(coverage
       COMMAND ${CORVANE_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter ${PROJECT_SOURCE_DIR}/CorvaneCore/
         --filter ${PROJECT_SOURCE_DIR}/CorvaneApp/ --exclude-unreachable-branches --exclude-throw-branches

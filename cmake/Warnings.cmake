@@ -1,5 +1,5 @@
-# In our own targets only: headers of other libraries come in as system headers. Warnings are errors where
-# CORVANE_WERROR asks for it, as all presets do: a packager's newer compiler may know more of them.
+# In our own targets only: headers of other libraries are system headers. Warnings are errors only with CORVANE_WERROR,
+# which all presets set: a packager's newer compiler may have more warnings.
 function(corvane_warnings target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Woverloaded-virtual
@@ -8,7 +8,7 @@ function(corvane_warnings target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
-    # Newer libraries go on to deprecate what the oldest ones that we support need.
+    # Newer libraries deprecate what the oldest supported ones need.
     target_compile_options(${target} PRIVATE -Wno-error=deprecated-declarations)
   endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -57,7 +57,7 @@ void AgentGlyph::paintEvent(QPaintEvent* /*event*/) {
         painter.drawEllipse(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
     }
 
-    // Centred by its ink: the line's own height would leave a single capital a little too high.
+    // Centred by its outline: centred by the line height, a single capital would be a little too high.
     QPainterPath ink;
     ink.addText(0, 0, font(), letter());
     const QPointF middle = QRectF(rect()).center() - ink.boundingRect().center();

@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-/// The round badge that names an agent by a letter, 36 pixels wide. Its ring shows that the agent waits.
+/// The round badge that identifies an agent by a letter, 36 pixels wide. Its ring shows that the agent waits.
 class AgentGlyph : public QWidget {
     Q_OBJECT
 

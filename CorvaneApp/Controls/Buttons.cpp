@@ -29,7 +29,7 @@ constexpr Scaled shapedFontSize{13.0};
 constexpr qreal borderWidth = 1;
 constexpr Scaled symbolSide{16};
 constexpr Scaled symbolGap{6};
-// The symbol's ink begins this far inside its box, so the box moves out and the ink keeps the padding.
+// The symbol is drawn this far inside its box, so the box is moved outwards to keep the padding.
 constexpr Scaled symbolInset{2};
 
 constexpr Scaled plainRadius{6.0};
@@ -45,7 +45,7 @@ QMargins uniform(int margin) {
     return {margin, margin, margin, margin};
 }
 
-// `margins`, made larger where content of this height would otherwise take clicks on too few pixels.
+// `margins`, enlarged if the click area for content of this height would otherwise be too small.
 QMargins reaching(QMargins margins, int contentHeight) {
     const int missing = smallestClickHeight - contentHeight;
     margins.setTop(std::max(margins.top(), missing / 2));
@@ -65,7 +65,7 @@ PushButton::PushButton(QWidget* parent)
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
-    // Which of the keys press a button is otherwise up to the desktop.
+    // Otherwise it depends on the desktop which keys press a button.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         if (!event->isAutoRepeat()) click();
         return;

@@ -9,7 +9,7 @@ namespace corvane {
 struct PrimaryButtonStyle;
 
 /// What the application's push buttons share: Space, Return and Enter press them, and they take the focus
-/// from the keyboard only, with a ring that shows it.
+/// from the keyboard only, which a ring shows.
 class PushButton : public QAbstractButton {
     Q_OBJECT
 
@@ -25,8 +25,7 @@ class PushButton : public QAbstractButton {
     [[nodiscard]] bool isHot() const;
 };
 
-/// A button of 28 pixels' height with continuous corners and its text in the middle. Its whole shape takes
-/// clicks, and nothing outside of it does.
+/// A button 28 pixels high with continuous corners and centred text. Only its shape takes clicks.
 class ShapedButton : public PushButton {
     Q_OBJECT
 
@@ -40,12 +39,12 @@ class ShapedButton : public PushButton {
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
 
     [[nodiscard]] QPainterPath shape() const;
-    /// What is drawn at full opacity.
+    /// Draws the button at full opacity.
     virtual void paintContent(QPainter& painter) = 0;
     [[nodiscard]] virtual double opacity() const;
-    /// The width of what stands before the text.
+    /// The width of what precedes the text.
     [[nodiscard]] virtual int leadingWidth() const { return 0; }
-    /// The text in the space that is left for it.
+    /// Paints the text in the remaining space.
     void paintText(QPainter& painter, const QColor& color);
 };
 
@@ -80,8 +79,8 @@ class BorderedButton : public ShapedButton {
     void paintContent(QPainter& painter) override;
 };
 
-/// A button that is only what it says, without a shape of its own. Takes clicks in a margin around what it
-/// draws: lay out `contentRect`, not the widget.
+/// A button without a shape, only its content. Takes clicks in a margin around what it draws: lay out
+/// `contentRect`, not the widget.
 class BareButton : public PushButton {
     Q_OBJECT
 
@@ -89,7 +88,7 @@ class BareButton : public PushButton {
     /// The size of what is drawn.
     [[nodiscard]] virtual QSize contentSize() const;
 
-    /// Where the drawn part lies, in the parent's coordinates.
+    /// The geometry of the drawn part, in the parent's coordinates.
     [[nodiscard]] QRect contentRect() const;
     /// Puts the drawn part at `rect`, which has the content's size.
     void setContentRect(const QRect& rect);
@@ -111,7 +110,8 @@ class PlainButton : public BareButton {
     Q_OBJECT
 
   public:
-    /// The colour of the button at rest. A secondary one turns to `onSurface` under the pointer.
+    /// The colour of the button in its normal state. A secondary one changes to `onSurface` under the
+    /// pointer.
     enum class Ink { secondary, onSurface, primary };
 
     /// A text of this size, in pixels.
@@ -133,11 +133,10 @@ class PlainButton : public BareButton {
     QString symbol_;
     int side_;
     Ink ink_;
-    QMargins pillMargins_; // around what is drawn; clicks may reach further
+    QMargins pillMargins_; // around what is drawn; the click area may be larger
 };
 
-/// A text in the primary colour that leads elsewhere, underlined under the pointer; with high contrast
-/// always.
+/// A link in the primary colour, underlined under the pointer; with high contrast always.
 class LinkButton : public BareButton {
     Q_OBJECT
 

@@ -118,7 +118,7 @@ Picker::Picker(const QString& name, const QStringList& choices, QWidget* parent)
     addItems(choices);
     setCurrentIndex(-1);
     setAccessibleName(name);
-    // The list that drops down has the keyboard while it is open.
+    // The drop-down list has the keyboard focus while it is open.
     view()->setAccessibleName(name);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
@@ -165,7 +165,7 @@ void Picker::keyPressEvent(QKeyEvent* event) {
 }
 
 void Picker::wheelEvent(QWheelEvent* event) {
-    // A turn of the wheel over the window must not change a setting unnoticed.
+    // Scrolling over the window must not change a setting unnoticed.
     event->ignore();
 }
 
@@ -195,7 +195,7 @@ void FormGroup::addRow(const QString& label, QWidget* control) {
     style.lineHeight = labelLineHeight;
     control->setParent(this);
     auto* const words = new Paragraph(label, style, this);
-    // What assistive technology calls a picker is its choice; this tells what the choice is for.
+    // A picker's accessible name may be its current choice; the label says what the choice is for.
     words->setBuddy(control);
     // In reading order.
     control->raise();

@@ -13,11 +13,11 @@ namespace corvane {
 class LineLabel;
 class Paragraph;
 
-/// Whether the user asked for less movement; asked anew each time.
+/// Whether the user asked for reduced motion; queried each time.
 using ReduceMotion = std::function<bool()>;
 
-/// A switch of 36 x 20 pixels, a checkable button. Only the knob's way takes time, and none while the switch
-/// is not on the screen or the user wants less movement.
+/// A switch of 36 x 20 pixels, a checkable button. Only the knob is animated, and not while the switch is
+/// hidden or the user wants reduced motion.
 class Switch : public BareButton {
     Q_OBJECT
 
@@ -42,8 +42,8 @@ class Switch : public BareButton {
     qreal position_ = 0;
 };
 
-/// Chooses one of a list, 132 x 28 pixels or as wide as its longest choice. With the index -1 it shows no
-/// selection. `activated` reports what the user chose, and nothing else.
+/// Selects one item of a list, 132 x 28 pixels or as wide as its longest item. With the index -1 it shows no
+/// selection. `activated` is emitted for the user's choices only.
 class Picker : public QComboBox {
     Q_OBJECT
 
@@ -77,7 +77,7 @@ class FormGroup : public Card {
   public:
     explicit FormGroup(QWidget* parent);
 
-    /// Takes `control` over into a new row at the bottom.
+    /// Adds `control` in a new row at the bottom and takes ownership of it.
     void addRow(const QString& label, QWidget* control);
 
     /// What stands beside `control`, one of the rows'; nothing where `note` is empty.

@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-/// A thin horizontal line between parts of a view, one pixel high and as wide as it is made.
+/// A thin horizontal line between parts of a view, one pixel high and of any width.
 class Divider : public QWidget {
     Q_OBJECT
 

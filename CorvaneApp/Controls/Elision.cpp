@@ -16,11 +16,11 @@ namespace {
 
 constexpr std::string_view ellipsis = "…";
 
-// No line of a window shows more characters on either side of the ellipsis.
+// No line in a window shows more characters on either side of the ellipsis.
 constexpr std::size_t longestSide = 512;
 
-// Where the first characters of the text end, and where the last ones begin, in bytes, nearest to the text's
-// ends first.
+// Byte offsets of the ends of the text's first characters and of the beginnings of its last ones, those
+// nearest to the text's ends first.
 struct Boundaries {
     std::vector<std::size_t> heads{0};
     std::vector<std::size_t> tails;
@@ -71,7 +71,7 @@ Boundaries boundaries(std::string_view text) {
 
 std::string elidingMiddle(std::string_view text, double width, const Measure& measure) {
     const Boundaries ends = boundaries(text);
-    // Without its tables the library finds no characters at all; then nothing can be cut.
+    // Without its data the library finds no boundaries; then nothing can be elided.
     if (ends.heads.size() == 1) return std::string(text);
     const bool isWholeKnown = ends.heads.back() == text.size();
     if (isWholeKnown && measure(text) <= width) return std::string(text);

@@ -6,12 +6,12 @@
 
 namespace corvane::text {
 
-/// The width that a text takes when drawn, in any unit; grows with the text.
+/// The width of a text when drawn, in any unit; grows with the text.
 using Measure = std::function<double(std::string_view)>;
 
-/// `text` whole where it is no wider than `width`, else its beginning and its end with "…" between them, as
-/// many user-perceived characters as fit, the beginning getting the odd one; at the least the "…". Of a text
-/// far longer than any line only both ends are looked at.
+/// `text` unchanged if it is no wider than `width`, else its beginning and its end with "…" between them, as
+/// many user-perceived characters as fit, the odd one at the beginning; at least the "…". Of a text far
+/// longer than any line, only both ends are measured.
 [[nodiscard]] std::string elidingMiddle(std::string_view text, double width, const Measure& measure);
 
 } // namespace corvane::text

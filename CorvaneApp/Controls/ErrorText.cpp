@@ -61,7 +61,7 @@ void ErrorText::setMessage(const QString& message) {
     setPlainText(message);
     setAccessibleName(message);
     layOut();
-    // Several views show the same one.
+    // Several views show the same message; only a visible one announces it.
     if (!isVisible()) return;
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);

@@ -4,19 +4,19 @@
 
 namespace corvane {
 
-/// A message about something that went wrong: wraps also inside of long paths, and can be selected and
-/// copied. Scrolls when it is given less than its height.
+/// An error message: wraps even within long paths, and can be selected and copied. Scrolls when it has less
+/// than its height.
 class ErrorText : public QTextEdit {
     Q_OBJECT
 
   public:
     explicit ErrorText(QWidget* parent);
 
-    /// Shows the message, and tells assistive technology where the user sees it; an empty one hides the
+    /// Shows the message, and reports it to assistive technology if it is visible; an empty one hides the
     /// widget.
     void setMessage(const QString& message);
 
-    /// As it was given: what is shown has other line ends and spaces.
+    /// As it was given: the displayed text has other line ends and spaces.
     [[nodiscard]] const QString& message() const { return message_; }
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }

@@ -5,8 +5,8 @@
 
 namespace corvane {
 
-/// Paints what `content` paints within `bounds` as one picture at `opacity`, where parts that lie on one
-/// another would otherwise show through. Crisp at the painter's scale.
+/// Paints what `content` paints within `bounds` as one picture at `opacity`, so that overlapping parts do not
+/// show through one another. Crisp at the painter's scale.
 template <typename Content>
 void paintFaded(QPainter& painter, const QRectF& bounds, double opacity, Content content) {
     const QTransform toDevice = painter.deviceTransform();

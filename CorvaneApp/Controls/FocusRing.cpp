@@ -19,7 +19,7 @@ bool isFromKeyboard(Qt::FocusReason reason) {
            reason == Qt::ShortcutFocusReason;
 }
 
-// The focus comes back to where it was, from another window or from a popup of the control's own.
+// Whether the focus returns to where it was, from another window or from the control's own popup.
 bool isReturn(Qt::FocusReason reason) {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
            reason == Qt::MenuBarFocusReason;
@@ -40,8 +40,8 @@ bool isForTheControl(const QKeyEvent& event) {
     }
 }
 
-// A QFocusFrame for its place outside of the accessible tree and of the clicks; where it lies is set from
-// outside.
+// A QFocusFrame, since that is outside of the accessible tree and takes no clicks; FocusRing sets its
+// geometry.
 class Frame : public QFocusFrame {
   public:
     Frame(QWidget* parent, qreal radius, FocusRing::Shape shape)

@@ -13,8 +13,8 @@ namespace corvane {
 /// a shortcut, goes at a click anywhere in the application, and comes back with the next key. Main thread
 /// only; belongs to its control and goes with it.
 ///
-/// The ring is a widget of its own beside the control, so that it may lie outside of it and moves nothing. It
-/// takes no clicks and assistive technology does not see it.
+/// The ring is a separate widget beside the control, so that it may extend outside of it without affecting
+/// the layout. It takes no clicks and is invisible to assistive technology.
 class FocusRing : public QObject {
     Q_OBJECT
 
@@ -22,12 +22,12 @@ class FocusRing : public QObject {
     enum class Shape { continuousCorners, pill };
 
     static constexpr int width = 2;
-    /// How far the ring's outer edge lies outside of a filled or bordered control: a gap, then the ring.
+    /// How far the ring's outer edge is outside of a filled or bordered control: a gap, then the ring.
     [[nodiscard]] static int distance();
 
-    /// Gives `control` a ring. `outset`: how far its outer edge lies outside of the control's rectangle, on
-    /// each side; negative where it lies inside. `radius` is that of the outer edge's corners; a pill has
-    /// none.
+    /// Gives `control` a ring. `outset`: how far its outer edge is outside of the control's rectangle, on
+    /// each side; negative where it is inside. `radius` is that of the outer edge's corners; a pill ignores
+    /// it.
     static FocusRing* install(QWidget& control, QMargins outset, qreal radius,
                               Shape shape = Shape::continuousCorners);
 

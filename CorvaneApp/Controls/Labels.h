@@ -17,8 +17,8 @@ class LineLabel : public QWidget {
   public:
     enum class Emphasis { normal, secondary };
     enum class Truncation { none, middle };
-    /// What assistive technology takes the line for. A screen reader reads the words that stand in a
-    /// notification with it, but not its clocks.
+    /// The line's role for assistive technology. A screen reader reads the words in a notification along with
+    /// it, but not its clocks.
     enum class Content { words, clock };
 
     LineLabel(const QString& text, const QFont& font, Emphasis emphasis, Truncation truncation,
@@ -29,15 +29,15 @@ class LineLabel : public QWidget {
     void setText(const QString& text, const QString& drawn = {});
     [[nodiscard]] Content content() const { return content_; }
 
-    /// Lets the label paint its own backdrop in place of what is there, so that a change of its text repaints
-    /// nothing but itself. `color` is asked at every paint.
+    /// Makes the label paint its own opaque backdrop, so that a change of its text repaints nothing else.
+    /// `color` is called at every paint.
     void setBackdrop(std::function<QColor()> color);
 
     /// The text as it is drawn at the present width, and whether that is not all of it.
     [[nodiscard]] QString shownText() const;
     [[nodiscard]] bool isCut() const;
 
-    /// The font's own height. A text that may be cut asks for no width, so that a very long one costs
+    /// The font's own height. A text that may be truncated asks for no width, so that a very long one costs
     /// nothing.
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -54,7 +54,7 @@ class LineLabel : public QWidget {
     Truncation truncation_;
     Content content_;
     std::function<QColor()> backdrop_;
-    // What was drawn last, since finding out what fits takes time: a message can be long.
+    // What was drawn last, cached since eliding takes time: a message can be long.
     mutable QString shown_;
     mutable int shownWidth_ = -1;
 };

@@ -5,19 +5,19 @@
 
 #include <functional>
 
-/// The pages of the maker's site that the windows lead to.
+/// The pages of the maker's site that the windows link to.
 namespace corvane::links {
 
-/// Opens an address. The application's own is `openInBrowser`; tests keep what they are given instead.
+/// Opens an address. The application uses `openInBrowser`; tests record the address instead.
 using Opener = std::function<void(const QUrl&)>;
 
 [[nodiscard]] QUrl website();
-/// `source` tells the maker which view the question came from, such as "onboarding".
+/// `source` names the view that the question came from, such as "onboarding".
 [[nodiscard]] QUrl contact(const QString& source);
 /// The maker's other applications.
 [[nodiscard]] QUrl catalogue();
 
-/// Hands the address to the desktop. Nothing happens where no browser is known. Main thread only.
+/// Passes the address to the desktop. Does nothing if no browser is known. Main thread only.
 void openInBrowser(const QUrl& url);
 
 } // namespace corvane::links

@@ -42,7 +42,7 @@ Paragraph::Paragraph(const QString& text, Style style, QWidget* parent)
 int Paragraph::lay(QTextLayout& layout, int width) const {
     QString text = this->text();
     text.replace(QLatin1Char('\n'), QChar::LineSeparator);
-    // A path moves to the next line as a whole where it fits there.
+    // Word joiners keep a path whole: it moves to the next line if it fits there.
     text.replace(QLatin1Char('/'), QStringLiteral("/\u2060"));
     layout.setText(text);
     layout.setFont(font());
@@ -56,7 +56,7 @@ int Paragraph::lay(QTextLayout& layout, int width) const {
         line.setLineWidth(width);
     layout.endLayout();
 
-    // The layout rounds a line's parts up, each by itself; only a script that stands higher counts.
+    // The layout rounds ascent and descent up separately; only a height beyond that (a taller script) counts.
     const QFontMetricsF metrics(font());
     const qreal roundedUp = std::ceil(metrics.ascent()) + std::ceil(metrics.descent());
     const bool isSingle = layout.lineCount() == 1;

@@ -8,19 +8,18 @@ class QTextLayout;
 
 namespace corvane {
 
-/// What a text is drawn with, beside its font.
+/// The colour of a text.
 enum class TextColor { onSurface, secondary, secondaryOnBackground };
 
 /// A text that wraps at its width, on lines of a fixed height. A text that fits on one line keeps its font's
-/// own height; where a script stands higher than the lines, they give way. Never cuts anything: ask
-/// `heightForWidth` and make room.
+/// own height; lines grow for a taller script. Never truncates: make room for `heightForWidth`.
 class Paragraph : public QLabel {
     Q_OBJECT
 
   public:
     struct Style {
         QFont font;
-        /// From one line's top to the next one's, in pixels; 0 for the font's own.
+        /// From the top of one line to that of the next, in pixels; 0 for the font's own.
         int lineHeight = 0;
         TextColor color = TextColor::onSurface;
         /// `AlignLeading` follows the layout's direction.
@@ -32,7 +31,7 @@ class Paragraph : public QLabel {
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
 
-    /// The width of the text on a single line, rounded up; of the widest one where it has line breaks.
+    /// The width of the text on a single line, rounded up; of its widest line if it has line breaks.
     [[nodiscard]] int naturalWidth() const;
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -42,7 +41,7 @@ class Paragraph : public QLabel {
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    /// Lays the lines out in `layout`; their height in all, rounded up.
+    /// Lays the lines out in `layout`; returns their total height, rounded up.
     [[nodiscard]] int lay(QTextLayout& layout, int width) const;
 
     Style style_;

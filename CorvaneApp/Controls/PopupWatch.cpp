@@ -38,7 +38,7 @@ std::vector<OpenPopup> PopupWatch::open() const {
 bool PopupWatch::eventFilter(QObject* object, QEvent* event) {
     const QEvent::Type type = event->type();
     const bool isPlace = type == QEvent::Move || type == QEvent::Resize;
-    // A window that is minimized or restored is told by a spontaneous event.
+    // Minimising and restoring a window cause spontaneous events.
     const bool isVisibility = (type == QEvent::Show || type == QEvent::Hide) && !event->spontaneous();
     if ((!isPlace && !isVisibility) || !object->isWidgetType()) return false;
     auto* const window = static_cast<QWidget*>(object);

@@ -10,27 +10,27 @@ class QWidget;
 
 namespace corvane {
 
-/// A window of the application that is open, and where it is on the desktop.
+/// An open window of the application, and its place on the desktop.
 struct OpenPopup {
     QWidget* window = nullptr; ///< its margins hold no content
     QRect place;
 };
 
-/// Keeps account of the application's own menus and lists that are open, of all its windows of the pop-up
-/// type, and of those windows that are added. Main thread only.
+/// Tracks the application's open menus and drop-down lists, that is all its windows of the pop-up type, and
+/// the windows that are added. Main thread only.
 class PopupWatch : public QObject {
     Q_OBJECT
 
   public:
     PopupWatch();
 
-    /// Watches `window` as well, which is at `place` as long as it is open.
+    /// Also watches `window`, which is at `place` while it is open.
     void add(QWidget& window, std::function<QRect()> place);
 
     [[nodiscard]] std::vector<OpenPopup> open() const;
 
   Q_SIGNALS:
-    /// One of them opens, has closed, or has got another place or size.
+    /// One of them is opening, has closed, or has changed its place or size.
     void changed();
 
   protected:

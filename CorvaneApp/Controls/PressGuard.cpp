@@ -28,7 +28,7 @@ std::chrono::milliseconds now() {
         std::chrono::steady_clock::now().time_since_epoch());
 }
 
-/// Whether `widget` is what a scroll area moves.
+/// Whether `widget` is the content of a scroll area.
 bool isScrolled(const QWidget& widget) {
     const QWidget* const viewport = widget.parentWidget();
     if (viewport == nullptr) return false;
@@ -99,7 +99,7 @@ bool PressGuard::eventFilter(QObject* object, QEvent* event) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (object == &control_ && isTooSoon()) {
-            // Not for what lies below it either.
+            // Accepted, so that no widget below gets it either.
             event->accept();
             return true;
         }

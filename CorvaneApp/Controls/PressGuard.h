@@ -12,17 +12,17 @@ class QWidget;
 
 namespace corvane {
 
-/// Has a control ignore presses of the pointer for the desktop's double-click interval after it has appeared
-/// or moved under the pointer. So the second press of a double-click acts on nothing that the first one has
-/// brought there, and a press that was meant for another window does not land in one that has just opened.
-/// What means something else from now on is another control for that reason ("Connect", "Remove"), not
-/// another text. The keyboard and assistive technology press at any time. Scrolling a control under the
-/// pointer is the user's own doing and does not count.
+/// Makes a control ignore pointer presses for the desktop's double-click interval after it has appeared or
+/// moved under the pointer. So the second press of a double-click does not hit what the first one has put
+/// there, and a press meant for another window does not land in one that has just opened. For the same reason
+/// a button that changes its meaning is replaced by another control ("Connect", "Remove"), not merely given
+/// another text. Presses from the keyboard and assistive technology always work. Scrolling a control under
+/// the pointer is the user's own action and does not count.
 ///
-/// Main thread only; belongs to its control and goes with it.
+/// Main thread only; owned by its control.
 class PressGuard : public QObject {
   public:
-    /// Where the pointer is on the desktop, and how much time has passed since some moment.
+    /// The pointer's place on the desktop, and a monotonic time.
     struct Surroundings {
         std::function<QPoint()> pointer;
         std::function<std::chrono::milliseconds()> now;
@@ -30,7 +30,7 @@ class PressGuard : public QObject {
 
     static PressGuard* install(QWidget& control);
 
-    /// Has all guards look at `surroundings`, for tests; without functions at the real ones again.
+    /// Makes all guards use `surroundings`, for tests; without functions, the real ones again.
     static void setSurroundings(Surroundings surroundings);
 
   protected:
@@ -39,13 +39,13 @@ class PressGuard : public QObject {
   private:
     explicit PressGuard(QWidget& control);
     void watchAncestors();
-    /// Compares the control's place with the last one.
+    /// Compares the control's place with its previous one.
     void follow();
     [[nodiscard]] QRect place() const;
     [[nodiscard]] bool isTooSoon() const;
 
     QWidget& control_;
-    QRect place_; // on the desktop; empty while it is not shown
+    QRect place_; // on the desktop; empty while hidden
     std::optional<std::chrono::milliseconds> arrival_;
 };
 

@@ -6,13 +6,12 @@
 
 namespace corvane {
 
-/// The entry "Corvane" of a window's menu, which opens the main window: Ctrl+0, Command-0 on macOS. Main
-/// thread only.
+/// The menu entry "Corvane", which opens the main window: Ctrl+0, Command-0 on macOS. Main thread only.
 class ShowMainWindowButton : public QAction {
     Q_OBJECT
 
   public:
-    /// `parent` owns the entry.
+    /// `parent` takes ownership of the entry.
     ShowMainWindowButton(std::function<void()> openWindow, QObject* parent);
 };
 

@@ -8,7 +8,7 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-// A static library's resources must be asked for by name, from outside of any namespace.
+// A static library's resources must be initialised by name, outside of any namespace.
 static void initializeResources() {
     Q_INIT_RESOURCE(Symbols);
 }
@@ -75,8 +75,7 @@ SystemScope::~SystemScope() {
 void paint(QPainter& painter, const QString& name, const QRectF& box, const QColor& color) {
     if (!exists(name)) return;
 
-    // The picture covers whole device pixels around the box, so that nothing is resampled when it is put
-    // down.
+    // The image covers whole device pixels around the box, so that drawing it resamples nothing.
     const QTransform toDevice = painter.deviceTransform();
     const QRectF device = toDevice.mapRect(box);
     const QRect pixels = device.toAlignedRect();

@@ -15,7 +15,7 @@ QAction* command(QObject& parent, const QString& text, QKeyCombination shortcut,
                  const std::function<void()>& handler) {
     auto* const action = new QAction(text, &parent);
     if (shortcut.key() != Qt::Key_unknown) action->setShortcut(shortcut);
-    // Some systems move actions to another menu, going by their text unless they are told.
+    // macOS moves actions to the application menu by their text unless they have a role.
     action->setMenuRole(QAction::NoRole);
     QObject::connect(action, &QAction::triggered, &parent, handler);
     return action;

@@ -10,12 +10,12 @@ class QWidget;
 
 namespace corvane {
 
-/// What the application's commands do, given by the entry.
+/// What the application's commands do.
 struct CommandHandlers {
     std::function<void()> openMainWindow;
     std::function<void()> openSettings;
-    /// `menu` is where the title of the menu is on the desktop that the command came from; empty if from
-    /// none.
+    /// `menu` is the place on the desktop of the title of the menu that the command came from; empty if it
+    /// came from none.
     std::function<void(QRect menu)> openPanel;
     std::function<void()> quit;
     std::function<void()> openAbout = {}; // where the application's own menus have it
@@ -28,10 +28,10 @@ class WindowCommands : public QObject {
     Q_OBJECT
 
   public:
-    /// Where the title of the menu that has the commands is on the desktop.
+    /// The place on the desktop of the title of the menu with the commands.
     using MenuPlace = std::function<QRect()>;
 
-    /// The shortcuts work at once, whether the actions are put in a menu or not.
+    /// The shortcuts work whether the actions are in a menu or not.
     WindowCommands(QWidget& window, const CommandHandlers& handlers, MenuPlace menuPlace = {});
 
     /// For menus, which belong to no window: "Close" calls `close`.

@@ -5,8 +5,8 @@
 namespace corvane {
 
 /// Gives widgets of the class `Window` the accessible role of a window; a plain widget has that of a client
-/// area, which is a mere part of a window. To be called before anything is
-/// set on one of them: since Qt 6.8 its title alone settles the role.
+/// area, a mere part of a window. Call this before setting anything on such a widget: since Qt 6.8, setting
+/// its title already fixes the role.
 template <typename Window>
 void installWindowRole() {
     QAccessible::installFactory([](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {

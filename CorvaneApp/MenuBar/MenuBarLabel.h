@@ -11,14 +11,14 @@ class AppModel;
 class SingleInstance;
 class StatusItem;
 
-/// The status item's icon: a bell that turns into a bell with a badge, and from two on a number, while agents
-/// wait for the user. It opens the main window on first run and whenever the application is started again.
-/// Main thread only.
+/// The status item's icon: a bell, with a badge while agents wait for the user, and with their number from
+/// two on. Opens the main window on the first run and whenever the application is started again. Main thread
+/// only.
 class MenuBarLabel : public QObject {
     Q_OBJECT
 
   public:
-    /// Shows the icon at once and keeps it up to date. What is given must outlive the label.
+    /// Shows the icon at once and keeps it up to date. What is passed by reference must outlive the label.
     MenuBarLabel(AppModel& model, StatusItem& statusItem, const SingleInstance& singleInstance,
                  std::function<void()> openWindow);
 

@@ -50,7 +50,7 @@ class Fade : public QWidget {
     Qt::Edge edge_;
 };
 
-/// Shows where the list is, and scrolls it when dragged.
+/// Shows the list's scroll position, and scrolls it when dragged.
 class Thumb : public QWidget {
   public:
     Thumb(QScrollBar& bar, QWidget* parent)
@@ -59,7 +59,7 @@ class Thumb : public QWidget {
         setAttribute(Qt::WA_Hover);
     }
 
-    /// Lays itself out beside a list of this height.
+    /// Positions itself at the trailing edge of `list`.
     void follow(QRect list, Qt::LayoutDirection direction) {
         track_ = list.adjusted(0, thumbMargin, 0, -thumbMargin);
         const int content = bar_.maximum() + bar_.pageStep();
@@ -164,7 +164,7 @@ bool SessionList::setSessions(const std::vector<AgentSession>& sessions, Date no
     for (SessionRow* const row : rows_)
         row->show();
     if (hadFocus && old[focusedPlace] != nullptr) {
-        // The focus must go before its row does, or it would go wherever Tab leads from there.
+        // Move the focus before its row is removed, or it would go to the next widget in the tab order.
         if (rows_.empty()) {
             parentWidget()->setFocus();
         } else {
@@ -174,7 +174,7 @@ bool SessionList::setSessions(const std::vector<AgentSession>& sessions, Date no
     for (SessionRow* const row : old) {
         if (row == nullptr) continue;
         row->hide();
-        row->deleteLater(); // it may be the one that is being pressed
+        row->deleteLater(); // it may be the one being pressed
     }
     return true;
 }
@@ -207,10 +207,10 @@ bool SessionList::moveFocus(int step) {
 }
 
 bool SessionList::eventFilter(QObject* object, QEvent* event) {
-    // However the focus came to a row, the row is brought into view.
+    // Scrolls a row into view however it got the focus.
     if (event->type() == QEvent::FocusIn) ensureWidgetVisible(static_cast<QWidget*>(object), 0, 0);
     if (event->type() == QEvent::KeyPress) {
-        // A button would pass the focus on beyond the list.
+        // A button would move the focus out of the list.
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Up || key == Qt::Key_Down) {
             moveFocus(key == Qt::Key_Down ? 1 : -1);
@@ -251,7 +251,7 @@ void SessionList::leaveEvent(QEvent* /*event*/) {
 
 void SessionList::updateOverlays() {
     const QScrollBar& bar = *verticalScrollBar();
-    // The card's edge stays as it is.
+    // Does not cover the card's edge.
     constexpr int edge = 1;
     const bool fades = !Tokens::look(palette()).isHighContrast();
     upperFade_->setGeometry(edge, 0, width() - 2 * edge, fadeHeight);

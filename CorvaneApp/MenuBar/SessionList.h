@@ -24,8 +24,8 @@ class SessionList : public QScrollArea {
     SessionList(std::function<void(const AgentSession&)> onTap, QWidget* parent);
 
     /// Shows these sessions in this order. A session that was shown before keeps its row, and with it the
-    /// keyboard's place; where the row with the keyboard's place leaves, the one that follows it gets it, or
-    /// else the last one. True when rows came, moved or left.
+    /// focus; when the row with the focus is removed, the next one gets it, or else the last one. Returns
+    /// whether rows were added, moved or removed.
     bool setSessions(const std::vector<AgentSession>& sessions, Date now);
 
     /// Scrolls to the top, and shows the thumb for a moment where there is more than fits.
@@ -37,8 +37,8 @@ class SessionList : public QScrollArea {
     /// The height that all rows need, or the largest.
     [[nodiscard]] int wantedHeight() const;
 
-    /// Moves the keyboard's place to the next row, `step` 1, or the one before, -1; to the first or last row
-    /// when it is on none. False when there is no such row.
+    /// Moves the focus to the next row (`step` 1) or the previous one (-1); to the first or last row when no
+    /// row has it. Returns false when there is no such row.
     bool moveFocus(int step);
 
   protected:

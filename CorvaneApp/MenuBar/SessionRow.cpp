@@ -34,8 +34,8 @@ constexpr Scaled statusFontSize{11.0};
 constexpr Scaled highlightInset{QMargins{4, 1, 4, 1}};
 constexpr Scaled highlightRadius{8.0};
 
-/// A button whose name is put together when somebody asks for it. Telling each change would have a screen
-/// reader speak every second while the session waits.
+/// A button whose name is composed on request. If each change were notified, a screen reader would speak
+/// every second while the session waits.
 class AccessibleRow : public QAccessibleWidget {
   public:
     explicit AccessibleRow(SessionRow& row)
@@ -47,7 +47,7 @@ class AccessibleRow : public QAccessibleWidget {
                                                 : QAccessibleWidget::text(kind);
     }
 
-    // The lines' words are the row's name already.
+    // The row's name already contains the lines' words.
     [[nodiscard]] int childCount() const override { return 0; }
     [[nodiscard]] QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
@@ -86,7 +86,7 @@ SessionRow::SessionRow(const AgentSession& session, Date now, std::function<void
         line->setAttribute(Qt::WA_TransparentForMouseEvents);
     FocusRing::install(*this, -highlightInset, highlightRadius);
     connect(this, &QAbstractButton::clicked, this, [this, onTap = std::move(onTap)] {
-        // The answer may come with the row's own end.
+        // The handler may destroy the row.
         const AgentSession tapped = session_;
         onTap(tapped);
     });

@@ -16,7 +16,7 @@ namespace corvane {
 class LineLabel;
 
 /// One session in the tray panel: a button with the session's status as a dot, its project and what its agent
-/// does at the moment.
+/// is doing.
 class SessionRow : public PushButton {
     Q_OBJECT
 
@@ -24,14 +24,14 @@ class SessionRow : public PushButton {
     /// At the ordinary text size.
     static constexpr int rowHeight = 48;
 
-    /// `now` is for the times relative to it. `onTap` is called with the session as it was last set.
+    /// Times are shown relative to `now`. `onTap` is called with the session as it was last set.
     SessionRow(const AgentSession& session, Date now, std::function<void(const AgentSession&)> onTap,
                QWidget* parent);
 
-    /// Shows another state of the same session; what stays the same is not painted anew.
+    /// Shows a new state of the same session; what stays the same is not repainted.
     void setSession(const AgentSession& session, Date now);
 
-    /// Whether the row says that its session's terminal was not found the last time.
+    /// Sets whether the row's tooltip says that the session's terminal was not found the last time.
     void setTerminalMissing(bool isMissing);
 
     [[nodiscard]] const AgentSession& session() const { return session_; }

@@ -46,7 +46,7 @@ QString entry(const AgentSession& session, Date now, const QFontMetricsF& metric
         return metrics.horizontalAdvance(fromUtf8(text));
     };
     const QString name = fromUtf8(text::elidingMiddle(whole.toStdString(), room, measure));
-    // A single ampersand would mark a key.
+    // A single ampersand would mark a mnemonic.
     return QString(foreign::isolated(name) + separator + own).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
@@ -154,7 +154,7 @@ void TrayMenu::refreshSessions() {
     const std::vector<AgentSession> sessions = model_.listedSessions();
     const QFontMetricsF metrics(font(), this);
     const Look look = Tokens::look(palette());
-    // An entry stays that of its session, also while the menu is open and the order changes.
+    // An entry keeps its session, even when the order changes while the menu is open.
     std::vector<QAction*> former = std::exchange(sessions_, {});
     for (const AgentSession& session : sessions) {
         const QString id = QString::fromStdString(session.id());
@@ -175,7 +175,7 @@ void TrayMenu::refreshSessions() {
         removeAction(action);
         action->deleteLater();
     }
-    // From the last to the first, each above the one that follows it.
+    // From the last to the first, each above the one after it.
     QAction* below = sessionsEnd_;
     for (std::size_t i = sessions_.size(); i-- > 0;) {
         const QList<QAction*> present = actions();

@@ -29,13 +29,14 @@ constexpr int iconGap = 4;
 constexpr int screenMargin = 4;
 // Window managers take the focus away for a moment while they give it to a new window.
 constexpr std::chrono::milliseconds focusPatience{150};
-// A menu that led here gives the keyboard back to its own window first, and a busy desktop takes its time.
+// A menu that opened the panel first returns the focus to its own window, and a busy desktop is slow.
 constexpr std::chrono::milliseconds firstFocusPatience{1000};
-// Between the focus going away and the press that took it being told. The press may take the focus by itself,
-// as that of the menu bar's item does since macOS 27: without this the panel would close and open again.
+// The longest time between losing the focus and the event of the press that took it. The press may take the
+// focus by itself, as that of the menu bar's item does since macOS 27: without this the panel would close and
+// open again.
 constexpr std::chrono::milliseconds samePress{300};
 
-/// `value` kept so that `length` from it on lies within the range; at its start where it is too long.
+/// `value` clamped so that `length` from it on is within the range; at the range's start if it is too long.
 int kept(int value, int length, int start, int end) {
     return std::max(start, std::min(value, end - length));
 }
@@ -60,7 +61,7 @@ QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available) {
     } else {
         origin.setX(middle.x() - size.width() / 2);
         const int below = icon.y() + icon.height() + iconGap;
-        // A menu in the lower half of the screen may have room below it; a bar at the edge has none.
+        // A menu in the lower half of the screen may have space below it; a bar at the edge has none.
         const bool isAbove = middle.y() > available.center().y() && below + size.height() > bottom;
         origin.setY(isAbove ? icon.y() - iconGap - size.height() : below);
     }
@@ -90,7 +91,7 @@ TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView
 
 void TrayPanel::rebuild() {
     if (view_ != nullptr) {
-        // It may be the one whose button is being pressed.
+        // Its button may be the one being pressed.
         view_->hide();
         view_->deleteLater();
     }
@@ -98,14 +99,14 @@ void TrayPanel::rebuild() {
     connect(view_, &TrayPanelView::heightChanged, this, &TrayPanel::arrange);
     connect(view_, &TrayPanelView::left, this, &QWidget::hide);
     view_->show();
-    // The arrows work from there on.
+    // The arrow keys then work from there.
     if (isVisible()) view_->setFocus();
     arrange();
 }
 
 void TrayPanel::open(QRect icon) {
     icon_ = icon.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : icon;
-    // The agents write their own files.
+    // The agents and their users change these files, too.
     model_.refreshConnections();
     isBlended_ = shadow_.isBlended();
     isBlurredBehind_ = shadow_.isBlurredBehind();
@@ -113,7 +114,7 @@ void TrayPanel::open(QRect icon) {
     arrange();
     keyboardLoss_.stop();
     hadKeyboard_ = false;
-    // No control has the keyboard's place at first; Tab and the arrows give it to one.
+    // No control has the focus at first; Tab and the arrow keys move it to one.
     view_->setFocus();
     view_->prepareToOpen();
     host_->present();
@@ -190,8 +191,8 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     paintCard(painter, card, look, isBlurredBehind_ ? Fill::overBlur : Fill::opaque);
 }
 
-// A click beside the card, on its shadow, is one outside of the panel, even where the icon lies below. It
-// cannot be let through: window managers that put a frame around every window keep it for themselves.
+// A click beside the card, on its shadow, counts as outside of the panel, even if the icon is below. It
+// cannot be passed through: reparenting window managers would take it themselves.
 void TrayPanel::mousePressEvent(QMouseEvent* event) {
     if (!view_->geometry().contains(event->pos())) hide();
 }

@@ -18,18 +18,17 @@ class TrayPanelView;
 class WindowShadow;
 struct PlatformServices;
 
-/// Where a panel of `size` goes that belongs to an icon at `icon`: below or above it, or beside it where the
-/// bar stands upright, with a gap, and within `available`, the free part of the icon's screen. All in the
-/// desktop's coordinates.
+/// The origin of a panel of `size` for an icon at `icon`: below or above it, or beside it on a vertical bar,
+/// with a gap, and within `available`, the work area of the icon's screen. All in desktop coordinates.
 [[nodiscard]] QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available);
 
-/// The window that drops down from the tray icon. It takes the keyboard and closes when it loses it, at
+/// The window that drops down from the tray icon. It takes the keyboard focus and closes when it loses it, on
 /// Escape, and when the icon is pressed again. Main thread only.
 class TrayPanel : public QWidget {
     Q_OBJECT
 
   public:
-    /// Makes the content, as a child of the panel, at the present text size.
+    /// Creates the content, as a child of the panel, at the current text size.
     using MakeView = std::function<TrayPanelView*(QWidget* parent)>;
 
     /// `model` and what `services` refers to must outlive the panel.
@@ -40,19 +39,19 @@ class TrayPanel : public QWidget {
     /// desktop blurs what lies behind it.
     enum class Fill { opaque, overBlur };
     static void paintCard(QPainter& painter, QSize card, Look look, Fill fill = Fill::opaque);
-    /// Where the card is on the desktop, without the room for its shadow.
+    /// Where the card is on the desktop, without the margins for its shadow.
     [[nodiscard]] QRect cardGeometry() const;
 
-    /// The same with that room.
+    /// The same including those margins.
     [[nodiscard]] QRect windowGeometry() const { return cardGeometry().marginsAdded(margins_); }
 
-    /// Makes the content anew, at the present text size.
+    /// Rebuilds the content at the current text size.
     void rebuild();
 
     /// Opens at the icon, or at the pointer when `icon` is empty.
     void open(QRect icon);
 
-    /// What a press on the icon does. The same press may have taken the focus, and closed the panel already.
+    /// Handles a press on the icon. The same press may have taken the focus and closed the panel already.
     void toggle(QRect icon);
 
   protected:
@@ -69,7 +68,7 @@ class TrayPanel : public QWidget {
     void followDesktop();
     void followKeyboard();
     void closeForKeyboard();
-    /// Closes because of something that may be a press on the icon, of which will be told next.
+    /// Closes because of something that may be a press on the icon, which is reported next.
     void closeForPress();
 
     AppModel& model_;

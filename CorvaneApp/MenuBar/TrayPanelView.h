@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-/// What the tray panel can show. `sizeHint` is the size that the content needs at present.
+/// The base class of the tray panel's content. `sizeHint` is the size that the content currently needs.
 class TrayPanelView : public QWidget {
     Q_OBJECT
 
@@ -15,9 +15,9 @@ class TrayPanelView : public QWidget {
     virtual void prepareToOpen() {}
 
   Q_SIGNALS:
-    /// The content needs another height.
+    /// The height that the content needs has changed.
     void heightChanged();
-    /// An action was chosen that leads away from the panel.
+    /// The user chose an action that leads away from the panel.
     void left();
 };
 

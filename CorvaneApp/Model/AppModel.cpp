@@ -27,7 +27,7 @@ constexpr std::chrono::seconds loopInterval{1};
 constexpr Seconds quietDuration{3600};
 constexpr int ticksPerPruning = 60;
 
-// What went wrong, in words for the user.
+// The error's message for the user.
 std::string localizedDescription(const std::exception& error) {
     if (const auto* const edit = dynamic_cast<const ConfigEditError*>(&error))
         return edit->description(translations::words);
@@ -85,7 +85,7 @@ void AppModel::scheduleTick(std::chrono::milliseconds delay) {
     services_.scheduler.after(delay, [self = QPointer(this)] {
         if (!self) return;
         self->tick();
-        // Whoever hears of the changes may end the model.
+        // A receiver of `changed` may destroy the model.
         if (self) self->scheduleTick(loopInterval);
     });
 }
@@ -125,7 +125,7 @@ void AppModel::perform(const BoardEffect& effect) {
 }
 
 void AppModel::playSounds() {
-    // The same sound whatever a session waits for.
+    // The sound is the same for both kinds of waiting.
     const std::optional<std::string> waiting =
         std::exchange(waitingAlerts_, {}).empty() ? std::nullopt : prefs_.sound(EventKind::needsPermission);
     const std::optional<std::string> done =
@@ -141,7 +141,7 @@ void AppModel::prune() {
     board_.prune(now_);
     for (const AgentSession& session : board_.sessions())
         forgotten.erase(session.id());
-    // Nothing else would ever take their banners down.
+    // Nothing else would ever remove their banners.
     for (const std::string& id : forgotten)
         banners_.dismiss(id);
 }

@@ -25,10 +25,10 @@ namespace corvane {
 class Banners;
 
 /// The one object that owns what the application knows: it turns event files into alerts once a second and
-/// carries out what the user asks for. Views read it, call it, and draw themselves anew on `changed`; nothing
-/// else changes the board or the preferences.
+/// carries out what the user asks for. Views read it, call it, and refresh on `changed`; nothing else changes
+/// the board or the preferences.
 ///
-/// Main thread only. Reads the time, the stored settings and the system only through what it is given.
+/// Main thread only. Accesses the clock, the stored settings and the system only through what it is given.
 class AppModel : public QObject {
     Q_OBJECT
 
@@ -38,29 +38,29 @@ class AppModel : public QObject {
     /// How long `snooze` holds reminders back.
     static constexpr Seconds snoozeDuration{300};
 
-    /// Loads the stored settings, asks which agents are connected, repairs the hook that these call and
-    /// starts the loop, whose first pass runs as soon as the event loop does. `defaults`, `banners`, whose
-    /// callbacks become the model's, what `services` refers to and `agents` must outlive the model.
+    /// Loads the stored settings, checks which agents are connected, repairs the hook that these call and
+    /// starts the polling loop, whose first pass runs as soon as the event loop does. Sets the callbacks of
+    /// `banners`. `defaults`, `banners`, what `services` refers to and `agents` must outlive the model.
     AppModel(AgentConnector connector, UserDefaults& defaults, Banners& banners,
              const PlatformServices& services, AgentKinds agents = AgentKind::allCases);
     ~AppModel() override;
 
-    /// The agents that can be connected and are listened to.
+    /// The agents that can be connected and whose events are read.
     [[nodiscard]] AgentKinds agents() const { return agents_; }
     [[nodiscard]] const SessionBoard& board() const { return board_; }
-    /// Whether each agent's configuration called the hook when last asked.
+    /// Whether each agent's configuration called the hook when last checked.
     [[nodiscard]] const std::unordered_map<AgentKind, bool>& connected() const { return connected_; }
     [[nodiscard]] bool isAnyAgentConnected() const;
     /// What the panel, the menu and the icon show: the board's sessions in its order, and how many of them
     /// wait. None while no agent is connected, since all three lead to connecting one then.
     [[nodiscard]] std::vector<AgentSession> listedSessions() const;
     [[nodiscard]] int listedWaitingCount() const;
-    /// The backup that the last successful connect made, if it had to make one.
+    /// The backup that the last successful connect created, if it needed one.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastBackup() const { return lastBackup_; }
     /// That backup while the agent whose configuration it holds is connected.
     [[nodiscard]] std::optional<std::filesystem::path> backupInUse() const;
-    /// What went wrong in the last connect, disconnect or change of the login item, or in repairing the hook
-    /// at the start, in words for the user; none after a success.
+    /// The error of the last connect, disconnect or change of the login item, or of repairing the hook at the
+    /// start, in words for the user; none after a success.
     [[nodiscard]] const std::optional<std::string>& connectError() const { return connectError_; }
     /// The time of the last pass of the loop; everything that depends on the time uses it.
     [[nodiscard]] Date now() const { return now_; }
@@ -68,41 +68,41 @@ class AppModel : public QObject {
     /// When the present quiet time ends; none while alerts are not silenced.
     [[nodiscard]] std::optional<Date> quietUntil() const;
     [[nodiscard]] bool hasCompletedOnboarding() const { return hasCompletedOnboarding_; }
-    /// Whether it has been decided in this run if the main window shows at launch.
+    /// Whether this run has already decided if the main window is shown at launch.
     [[nodiscard]] bool launchWindowHandled() const { return launchWindowHandled_; }
     void setLaunchWindowHandled(bool handled) { launchWindowHandled_ = handled; }
     /// The number of completed passes.
     [[nodiscard]] std::int64_t ticks() const { return ticks_; }
     [[nodiscard]] const AgentConnector& connector() const { return connector_; }
 
-    /// Every assignment is stored at once.
+    /// Every change is stored at once.
     void setPrefs(const AlertPreferences& prefs);
     void setHasCompletedOnboarding(bool completed);
 
-    /// Holds the session's reminders back for five minutes and takes its banner down.
+    /// Snoozes the session's reminders for five minutes and removes its banner.
     void snooze(const AgentSession& session);
 
-    /// Takes the session's banner down and brings its terminal to the front, where one is found.
+    /// Removes the session's banner and brings its terminal to the front, if one is found.
     void jump(const AgentSession& session);
-    /// Whether no terminal was found when the user last wanted to go to this session's.
+    /// Whether the last `jump` to this session found no terminal.
     [[nodiscard]] bool isTerminalMissing(std::string_view id) const;
 
-    /// Installs the hook and the agent's configuration entry, or takes the entry out again. A failure is told
-    /// by `connectError`.
+    /// Installs the hook and the agent's configuration entry, or removes the entry. A failure is reported by
+    /// `connectError`.
     void connectAgent(AgentKind agent);
     void disconnectAgent(AgentKind agent);
 
-    /// Has the application started at login, or not. A failure is told by `connectError`.
+    /// Sets whether the application starts at login. A failure is reported by `connectError`.
     void setOpensAtLogin(bool on);
-    /// What is really so at present.
+    /// Reads the actual state back from the system.
     [[nodiscard]] bool opensAtLogin() const;
 
-    /// Silences alerts for an hour from the last pass on.
+    /// Silences alerts for an hour from the last pass.
     void quietForAnHour();
-    /// Ends the silence, if there is one.
+    /// Ends quiet time, if it is on.
     void resumeAlerts();
 
-    /// Alerts with a made-up session, in quiet time too.
+    /// Shows an alert for a sample session, even in quiet time.
     void sendTestAlert();
 
     /// Plays a sound for a user who is choosing one, in quiet time too.
@@ -116,16 +116,16 @@ class AppModel : public QObject {
 
   private:
     void start();
-    /// Connected means working: the hook program may have gone with the support folder.
+    /// Rewrites the hook if an agent is connected: it may have been deleted with the support folder.
     void repairHook();
     void scheduleTick(std::chrono::milliseconds delay);
     void tick();
     void perform(const BoardEffect& effect);
-    /// Plays what the pass is to be heard by, each sound once.
+    /// Plays the sounds of the pass, each once.
     void playSounds();
     void playSound(EventKind kind);
     void prune();
-    /// Ends the sessions whose agent has gone while it waited.
+    /// Ends the sessions whose agent has exited while it waited.
     void endDeadSessions();
     [[nodiscard]] bool isOnBoard(std::string_view id) const;
     void rememberTerminal(const std::string& id, bool isFound);
@@ -149,8 +149,8 @@ class AppModel : public QObject {
     bool hasCompletedOnboarding_ = false;
     bool launchWindowHandled_ = false;
     std::int64_t ticks_ = 0;
-    /// The alerts of the present pass that are still to be heard: the sessions whose waiting banner it showed
-    /// and did not take down again, and whether it showed a done banner.
+    /// The alerts of the current pass whose sounds are pending: the sessions whose waiting banner it showed
+    /// and did not remove again, and whether it showed a done banner.
     std::set<std::string> waitingAlerts_;
     bool hasDoneAlert_ = false;
 };

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// What the model asks of the banners on the screen, and what they report back. Whether an alert is wanted at
-/// all (quiet time, preferences) is the model's decision alone. Main thread only.
+/// The model's interface to the banners on the screen. Whether to alert at all (quiet time, preferences) is
+/// the model's decision alone. Main thread only.
 class Banners {
   public:
     Banners() = default;
@@ -20,23 +20,23 @@ class Banners {
     /// is dismissed. If unset, the button does nothing.
     std::function<void(const AgentSession&)> onJump;
     std::function<void(const AgentSession&)> onSnooze;
-    /// Asked for each waiting banner that is made: whether its session's terminal was looked for in vain. If
-    /// unset, it was not.
+    /// Called for each new waiting banner: whether its session's terminal was searched for and not found.
+    /// Unset means false.
     std::function<bool(const AgentSession&)> isTerminalMissing;
 
     /// Shows the session's waiting banner, or refreshes it in place, and announces it.
     virtual void showWaiting(const AgentSession& session) = 0;
 
-    /// Shows the session's done banner, or refreshes it in place, and announces it. It is removed by itself
-    /// after a few seconds.
+    /// Shows the session's done banner, or refreshes it in place, and announces it. It is removed
+    /// automatically after a few seconds.
     virtual void showDone(const AgentSession& session) = 0;
 
     /// Removes the banner with this identifier: a session's `id` for its waiting banner. An unknown
     /// identifier is ignored.
     virtual void dismiss(std::string_view id) = 0;
 
-    /// Runs `changes`, which calls the operations above, and updates the screen once, with what is left at
-    /// the end: a banner that is shown and then dismissed or evicted within `changes` never gets a window.
+    /// Runs `changes`, which calls the operations above, and updates the screen once, to the state at the
+    /// end: a banner that is shown and then dismissed or evicted within `changes` never gets a window.
     virtual void update(const std::function<void()>& changes) = 0;
 };
 

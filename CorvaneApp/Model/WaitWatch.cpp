@@ -11,7 +11,7 @@ std::vector<AgentSession> WaitWatch::ended(const std::vector<AgentSession>& sess
         if (!session.isWaiting()) continue;
         const std::string id = session.id();
         const auto known = waits_.find(id);
-        // Another process may have gone on with the session since.
+        // Another process may have resumed the session since.
         const bool isKnown = known != waits_.end() && known->second.lastPrompt == session.lastEvent;
         Wait wait = isKnown ? known->second : begin(session, now);
         if (wait.process && !processes_.isRunning(*wait.process)) {

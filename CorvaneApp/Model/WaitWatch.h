@@ -11,28 +11,28 @@
 
 namespace corvane {
 
-/// Notices agents that end while they wait for the user: killed with their terminal, they report nothing, and
-/// their sessions would be brought up again and again.
+/// Detects agents that end while they wait for the user: if they are killed with their terminal, they report
+/// nothing, and their sessions' reminders would never stop.
 ///
-/// The process of a waiting session is the one that runs its agent in its folder when it begins to wait. With
-/// none or several there, or where the event was read too late to tell, nothing is known of the session until
-/// its next prompt. Looks at processes only while a session waits.
+/// The process of a waiting session is the one that runs its agent in its folder when it begins to wait. If
+/// there is none or more than one, or the event was read too late to tell, the session is not watched until
+/// its next prompt. Queries processes only while a session waits.
 class WaitWatch {
   public:
-    /// An event read longer than this after it happened says nothing about the processes of now.
+    /// An event read later than this after it happened says nothing about the current processes.
     static constexpr Seconds freshness{5};
 
     explicit WaitWatch(const AgentProcesses& processes)
         : processes_(processes) {}
 
-    /// The waiting ones among `sessions` whose process was known and has ended, each once. To be called after
-    /// every pass of the loop.
+    /// Returns the waiting ones among `sessions` whose process was known and has ended, each once. Call it
+    /// after every pass of the loop.
     [[nodiscard]] std::vector<AgentSession> ended(const std::vector<AgentSession>& sessions, Date now);
 
   private:
     struct Wait {
         Date lastPrompt;
-        std::optional<ProcessIdentity> process; ///< none where there is doubt
+        std::optional<ProcessIdentity> process; ///< none if in doubt
     };
 
     [[nodiscard]] Wait begin(const AgentSession& session, Date now) const;

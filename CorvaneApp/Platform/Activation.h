@@ -12,7 +12,7 @@ class Activation {
     Activation& operator=(const Activation&) = delete;
     virtual ~Activation() = default;
 
-    /// Shows `window` on the user's current workspace, restored if it is minimized, and asks the system to
+    /// Shows `window` on the user's current workspace, restored if it is minimised, and asks the system to
     /// bring it to the front with the keyboard focus. The system may decline; the window is shown all the
     /// same.
     virtual void present(QWidget& window) = 0;

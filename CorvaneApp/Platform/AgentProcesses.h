@@ -6,10 +6,10 @@
 
 namespace corvane {
 
-/// A process that will not be taken for a later one with the same number.
+/// Identifies a process, and distinguishes it from a later one with the same process ID.
 struct ProcessIdentity {
     std::int64_t number = 0;
-    std::uint64_t started = 0; ///< when, in a unit of the system's own
+    std::uint64_t started = 0; ///< start time, in a unit of the system's own
 
     bool operator==(const ProcessIdentity&) const = default;
 };
@@ -22,12 +22,12 @@ class AgentProcesses {
     AgentProcesses& operator=(const AgentProcesses&) = delete;
     virtual ~AgentProcesses() = default;
 
-    /// All processes that run the program `agent` in the working directory `directory`; none where the system
-    /// does not say.
+    /// All processes that run the program `agent` in the working directory `directory`; none if the system
+    /// does not report them.
     [[nodiscard]] virtual std::vector<ProcessIdentity> running(const std::string& agent,
                                                                const std::string& directory) const = 0;
 
-    /// Whether the process still runs.
+    /// Whether the process is still running.
     [[nodiscard]] virtual bool isRunning(const ProcessIdentity& process) const = 0;
 };
 

@@ -12,7 +12,7 @@ class Announcer {
     Announcer& operator=(const Announcer&) = delete;
     virtual ~Announcer() = default;
 
-    /// Has `text`, the accessible name of a banner that has just been shown, read out once, at high priority.
+    /// Announces `text`, the accessible name of a banner that has just been shown, once, at high priority.
     /// Does nothing where screen readers read banners by themselves, or where nobody listens.
     virtual void announce(const QString& text) = 0;
 };

@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// How the user wants programs to look. Main thread only; asking is cheap.
+/// The user's preferences for how programs look. Main thread only; the queries are cheap.
 class Appearance : public QObject {
     Q_OBJECT
 
@@ -14,19 +14,18 @@ class Appearance : public QObject {
     /// Light unless the system says dark.
     [[nodiscard]] virtual ColorScheme colorScheme() const = 0;
 
-    /// Whether the user asked for less movement on the screen.
+    /// Whether the user asked for reduced motion.
     [[nodiscard]] virtual bool reduceMotion() const = 0;
 
     /// High where the user asked for it; normal where the system has no such setting.
     [[nodiscard]] virtual Contrast contrast() const { return Contrast::normal; }
 
-    /// How many times the ordinary size text should have, as far as the system does not enlarge the windows
-    /// by itself; 1 where it has no such setting. Any number: who uses it chooses the nearest that it can
-    /// draw.
+    /// The scale of text that the user wants, as far as the system does not enlarge windows itself; 1 where
+    /// it has no such setting. Any number: callers choose the nearest factor that they support.
     [[nodiscard]] virtual double textScale() const { return 1; }
 
   Q_SIGNALS:
-    /// One of the answers above may be another one now.
+    /// Emitted when any of the above values may have changed.
     void changed();
 };
 

@@ -9,7 +9,7 @@ namespace corvane {
 /// What is known of the terminal in which a session runs.
 struct Terminal {
     std::optional<std::string> bundleID; ///< its application's, if known
-    std::string program;                 ///< what it tells the programs in it to be; may be empty
+    std::string program;                 ///< its value of TERM_PROGRAM; may be empty
     std::string agent;                   ///< the program that runs in it
     std::string directory;               ///< that program's working directory
 
@@ -27,9 +27,9 @@ class Applications {
     Applications& operator=(const Applications&) = delete;
     virtual ~Applications() = default;
 
-    /// Brings the terminal to the front: the window in which the agent runs, where the system can find that
-    /// out from the running processes, else a window of the application. Nothing is ever launched. Calls
-    /// `report` once, at once or some seconds later; not at all when this is destroyed before.
+    /// Brings the terminal to the front: the window in which the agent runs, if the system can find it by the
+    /// running processes, else a window of the application. Never launches anything. Calls `report` once,
+    /// immediately or some seconds later; not at all if this object is destroyed before.
     virtual void activate(const Terminal& terminal, Report report) = 0;
 };
 

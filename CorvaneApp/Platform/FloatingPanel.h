@@ -14,8 +14,8 @@ namespace corvane {
 /// A small borderless window that carries one view above everything else: on every workspace, over
 /// full-screen windows, never active and never focused. Main thread only.
 ///
-/// Sizes and places are those of the card, that is of the view, in device-independent pixels of the desktop
-/// with y growing downwards; a shadow outside the card is the panel's own affair. Starts hidden.
+/// Sizes and positions are those of the card, that is of the view, in device-independent desktop pixels with
+/// y growing downwards; the panel handles any shadow outside the card itself. Initially hidden.
 class FloatingPanel {
   public:
     FloatingPanel() = default;
@@ -23,34 +23,33 @@ class FloatingPanel {
     FloatingPanel& operator=(const FloatingPanel&) = delete;
     virtual ~FloatingPanel() = default;
 
-    /// Puts `view` into the panel, at exactly `size`, in place of what was there, without a fade. The old
-    /// view goes when the event loop runs next: it may be in the middle of one of its own handlers.
+    /// Replaces the panel's content by `view`, at exactly `size`, without a fade. The old view is deleted
+    /// when the event loop runs next: it may be in the middle of one of its own handlers.
     virtual void setContent(std::unique_ptr<PanelContent> view, QSize size) = 0;
 
-    /// The size last given.
+    /// The last size set.
     [[nodiscard]] virtual QSize size() const = 0;
 
-    /// Moves the card's top left corner to `origin`, at once. A slide under way goes on and ends
+    /// Moves the card's top left corner to `origin` immediately. A slide in progress continues and ends
     /// there.
     virtual void setOrigin(QPoint origin) = 0;
 
-    /// Shows the panel in front without activating the application, coming in over `duration` from
-    /// transparent to opaque, and from `slide` pixels above its place. Where the desktop cannot blend windows
-    /// it only slides.
+    /// Shows the panel in front without activating the application, fading in over `duration` while it slides
+    /// down `slide` pixels to its place. Where the desktop cannot blend windows it only slides.
     virtual void fadeIn(std::chrono::milliseconds duration, int slide) = 0;
 
-    /// Goes over `duration` to transparent and stays where it is; takes no clicks from now on. Where the
-    /// desktop cannot blend windows it disappears at once.
+    /// Fades out over `duration` in place; takes no clicks from now on. Where the desktop cannot blend
+    /// windows it disappears at once.
     virtual void fadeOut(std::chrono::milliseconds duration) = 0;
 
     /// Takes the panel off the screen.
     virtual void orderOut() = 0;
 
-    /// Puts the panel above every other one, without activating anything. Nothing happens while it is hidden.
+    /// Raises the panel above all others, without activating anything. Does nothing while it is hidden.
     virtual void orderFront() = 0;
 };
 
-/// Makes floating panels.
+/// Creates floating panels.
 class FloatingPanels {
   public:
     FloatingPanels() = default;
@@ -60,9 +59,9 @@ class FloatingPanels {
 
     [[nodiscard]] virtual std::unique_ptr<FloatingPanel> make() = 0;
 
-    /// Keeps all panels, those that are made later too, below these open windows of the application rather
-    /// than above everything. To be called again, without a window, when they have closed. Nothing happens
-    /// where the system keeps menus above panels by itself.
+    /// Keeps all panels, even those created later, below these open windows of the application rather than
+    /// above everything. Call it again, without windows, when they have closed. Does nothing if the system
+    /// keeps menus above panels by itself.
     virtual void keepBelow(const std::vector<QWidget*>& windows) = 0;
 };
 

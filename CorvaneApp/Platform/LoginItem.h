@@ -18,11 +18,11 @@ class LoginItem {
     LoginItem& operator=(const LoginItem&) = delete;
     virtual ~LoginItem() = default;
 
-    /// What is really so at this moment: the user may have changed it elsewhere.
+    /// Reads the actual state back from the system: the user may have changed it elsewhere.
     [[nodiscard]] virtual bool isEnabled() const = 0;
 
-    /// Registers the application as it is installed now, or takes it out. Nothing happens when it is so
-    /// already. Throws LoginItemError, and has changed nothing then.
+    /// Registers the application at its current location, or unregisters it. Idempotent. Throws
+    /// LoginItemError, in which case nothing has changed.
     virtual void setEnabled(bool enabled) = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-/// A view made for a floating panel: draws its own card, whose corners let the desktop show.
+/// A view for a floating panel: draws its own card, with the desktop visible around its corners.
 class PanelContent : public QWidget {
     Q_OBJECT
 
@@ -23,8 +23,8 @@ class PanelContent : public QWidget {
     }
     [[nodiscard]] bool isBlurredBehind() const { return blurredBehind_; }
 
-    /// Whether the panel itself has the system's translucent material in the card's shape: the view leaves
-    /// its own ground out then.
+    /// Whether the panel itself has the system's translucent material in the card's shape: the view then
+    /// omits its own background.
     void setOnMaterial(bool onMaterial) {
         if (onMaterial_ == onMaterial) return;
         onMaterial_ = onMaterial;

@@ -10,9 +10,9 @@ class QWidget;
 
 namespace corvane {
 
-/// Puts a frameless top-level widget on the desktop that belongs to the status item and has the keyboard
-/// while it is open. The application that was active stays so where the system keeps the two apart. Hiding
-/// the widget takes it off the screen. Main thread only.
+/// Shows a frameless top-level widget that belongs to the status item and has the keyboard focus while it is
+/// open. The active application stays active where the system separates focus from activation. Hiding the
+/// widget takes it off the screen. Main thread only.
 class PanelHost : public QObject {
     Q_OBJECT
 
@@ -21,16 +21,16 @@ class PanelHost : public QObject {
     /// `outline` is that of the card, in the window's coordinates.
     virtual void setGeometry(const QRect& geometry, const QPainterPath& outline) = 0;
 
-    /// Shows the window in front, with the keyboard.
+    /// Shows the window in front, with the keyboard focus.
     virtual void present() = 0;
 
     [[nodiscard]] virtual bool hasKeyboard() const = 0;
 
   Q_SIGNALS:
-    /// `hasKeyboard` may have another answer now.
+    /// Emitted when `hasKeyboard` may have changed.
     void keyboardChanged();
 
-    /// A mouse button was pressed outside of the application, where that takes no keyboard away.
+    /// A mouse button was pressed outside of the application without taking the keyboard focus away.
     void pressedElsewhere();
 };
 
@@ -42,7 +42,7 @@ class PanelHosts {
     PanelHosts& operator=(const PanelHosts&) = delete;
     virtual ~PanelHosts() = default;
 
-    /// For `window`, which has not been shown so far and outlives the host.
+    /// `window` must not have been shown yet and must outlive the host.
     [[nodiscard]] virtual std::unique_ptr<PanelHost> make(QWidget& window) = 0;
 };
 

@@ -26,14 +26,15 @@ class StatusItem;
 class SystemSymbols;
 class WindowShadow;
 
-/// Tells the present time.
+/// Returns the current time (wall clock).
 using Clock = std::function<Date()>;
 
 /// Where the system shows menus: in a bar of each main window, or in one that all of the application's
 /// windows share.
 enum class MenuBars : std::uint8_t { ofWindows, ofApplication };
 
-/// Everything that the application asks of the system it runs on. The referents outlive whoever holds this.
+/// Everything that the application needs from the system it runs on. The services must outlive every copy of
+/// this.
 struct PlatformServices {
     Clock clock;
     Scheduler& scheduler;
@@ -55,7 +56,7 @@ struct PlatformServices {
     MenuBars menuBars;
 };
 
-/// The running system's own services. Made once, on the main thread, after the QApplication.
+/// The running system's own services. Created once, on the main thread, after the QApplication.
 class Platform {
   public:
     Platform() = default;
@@ -65,12 +66,12 @@ class Platform {
 
     static std::unique_ptr<Platform> make();
 
-    /// What must be settled before the QApplication is made, such as the window system to use. Gives false
-    /// after saying why on standard error when there is no way to show anything.
+    /// Prepares what must be decided before the QApplication is created, such as the window system to use. If
+    /// nothing can be shown, prints why on standard error and returns false.
     [[nodiscard]] static bool prepareProcess();
 
-    /// Makes the support directory and sees to it that nobody else can read it, since event files hold the
-    /// user's prompts and code. What cannot be done is left.
+    /// Creates the support directory and makes it unreadable for others, since event files hold the user's
+    /// prompts and code. Best-effort.
     static void protectSupportDirectory(const CorvanePaths& paths);
 
     [[nodiscard]] virtual PlatformServices services() = 0;

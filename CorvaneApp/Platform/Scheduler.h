@@ -14,7 +14,7 @@ class Scheduler {
     virtual ~Scheduler() = default;
 
     /// Calls `work` once, after `delay` on the monotonic clock and never before this call returns. Work that
-    /// is still pending when the scheduler goes is dropped.
+    /// is still pending when the scheduler is destroyed is dropped.
     virtual void after(std::chrono::milliseconds delay, std::function<void()> work) = 0;
 };
 

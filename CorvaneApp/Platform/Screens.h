@@ -7,18 +7,18 @@
 
 namespace corvane {
 
-/// Where on the desktop there is room. Main thread only.
+/// The screens and their work areas. Main thread only.
 class Screens : public QObject {
     Q_OBJECT
 
   public:
     /// The main screen's area free of bars and docks, in device-independent pixels with y growing downwards;
     /// none without a screen. The main screen is the one that the user works on: the one with the focused
-    /// window where the system can tell, else the one with the pointer, else the primary.
+    /// window if the system reports it, else the one with the pointer, else the primary.
     [[nodiscard]] virtual std::optional<QRect> mainVisibleFrame() const = 0;
 
   Q_SIGNALS:
-    /// Screens came, went, moved or changed their size, scale or free area.
+    /// Screens were added, removed or moved, or changed their size, scale or free area.
     void changed();
 };
 

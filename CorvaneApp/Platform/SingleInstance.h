@@ -10,9 +10,9 @@ class SingleInstance : public QObject {
     Q_OBJECT
 
   public:
-    /// Claims to be the session's instance. Returns false if another process is: that process has been asked
-    /// to come forward, and this one should end with status 0. Of processes that claim at the same instant
-    /// exactly one gets true. What a crashed process left behind is no obstacle.
+    /// Claims to be the session's only instance. Returns false if another process is: that process has been
+    /// asked to come forward, and this one should end with status 0. Of processes that claim at the same time
+    /// exactly one gets true. Leftovers of a crashed process do no harm.
     [[nodiscard]] virtual bool claim() = 0;
 
   Q_SIGNALS:

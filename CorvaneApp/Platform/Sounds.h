@@ -12,7 +12,8 @@ class Sounds {
     Sounds& operator=(const Sounds&) = delete;
     virtual ~Sounds() = default;
 
-    /// Starts the sound `name` and returns at once. An unknown name or a missing sound server plays nothing.
+    /// Starts the sound `name` and returns at once. Plays nothing if the name is unknown or there is no sound
+    /// server.
     virtual void play(const std::string& name) = 0;
 };
 

@@ -17,19 +17,19 @@ class StatusItem : public QObject {
     /// on. `label` is what assistive technology says, `toolTip` what shows under the pointer.
     virtual void show(int waitingCount, const QString& label, const QString& toolTip) = 0;
 
-    /// The menu for hosts that show menus only. Owned by the caller, who keeps its actions up to date.
+    /// The menu for hosts that show menus only. Owned by the caller, which keeps its actions up to date.
     virtual void setMenu(QMenu* menu) = 0;
 
-    /// Whether there is any place on this desktop where the icon can be seen. May change while running.
+    /// Whether there is any place on this desktop where the icon is visible. May change while running.
     [[nodiscard]] virtual bool isAvailable() const = 0;
 
-    /// Where the icon is on the desktop at present, in device-independent pixels; empty where the host does
-    /// not tell, or shows none.
+    /// The icon's current place on the desktop, in device-independent pixels; empty if the host does not
+    /// report it, or shows none.
     [[nodiscard]] virtual QRect place() const = 0;
 
   Q_SIGNALS:
     /// The user pressed the icon. `place` is where it is on the desktop, in device-independent pixels; empty
-    /// where the host does not tell.
+    /// if the host does not report it.
     void pressed(QRect place);
 
     void availabilityChanged();

@@ -15,7 +15,7 @@ class SystemSymbols {
     virtual ~SystemSymbols() = default;
 
     /// Draws the system's symbol of this name, black, into the middle of `box` (in pixels of `image`, which
-    /// is transparent and of the format ARGB32_Premultiplied). Returns false, with nothing drawn, where the
+    /// is transparent and of the format ARGB32_Premultiplied). Returns false, with nothing drawn, if the
     /// system has none.
     [[nodiscard]] virtual bool draw(QImage& image, const QString& name, const QRectF& box) = 0;
 };

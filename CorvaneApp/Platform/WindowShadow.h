@@ -17,11 +17,11 @@ class WindowShadow {
     WindowShadow& operator=(const WindowShadow&) = delete;
     virtual ~WindowShadow() = default;
 
-    /// Whether the desktop blends windows with what lies below them, so that a card can have round corners
-    /// and a shadow. May change while running: ask each time a window is shown.
+    /// Whether the desktop blends windows with what is below them, so that a card can have round corners and
+    /// a shadow. May change while running: query it each time a window is shown.
     [[nodiscard]] virtual bool isBlended() const = 0;
 
-    /// The room that the window has to leave around the card, in device-independent pixels; none where the
+    /// The margins that the window must leave around the card, in device-independent pixels; null if the
     /// system draws the shadow or windows are not blended.
     [[nodiscard]] virtual QMargins margins() const = 0;
 
@@ -32,8 +32,8 @@ class WindowShadow {
     /// ends it. Nothing happens where the desktop does not blur.
     virtual void setBlurBehind(const QWidget& window, const QPainterPath& outline) = 0;
 
-    /// Paints the shadow of the card into that room, where windows are blended. `outline` is the card's, in
-    /// its own coordinates; the card lies at `margins` in `window`.
+    /// Paints the shadow of the card into those margins, if windows are blended. `outline` is the card's, in
+    /// its own coordinates; the card is at `margins` in `window`.
     virtual void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
                        QSize cardSize) = 0;
 

@@ -10,7 +10,7 @@ class Divider;
 class LinkButton;
 class Paragraph;
 
-/// The application's name and version, and the ways to its maker.
+/// The application's name and version, and links to its maker.
 class AboutTab : public QWidget {
     Q_OBJECT
 

@@ -78,7 +78,7 @@ AgentCard::AgentCard(AgentKind agent, AppModel& model, QWidget* parent)
     title_->setText(inUserWords(agent.descriptor().cardTitle));
     runningAgents_->setText(inUserWords(agent.descriptor().cardRunningAgents));
     connectedWord_->setText(tr("Connected"));
-    // A window has several cards: the button alone does not say which agent it is for.
+    // A window has several cards: the button's name alone does not say which agent it is for.
     connect_->setAccessibleDescription(title_->text());
     remove_->setAccessibleDescription(title_->text());
     connect(connect_, &QAbstractButton::clicked, this, [this] { model_.connectAgent(agent_); });
@@ -107,7 +107,7 @@ void AgentCard::setState(Connected state) {
     QWidget* const hidden = isConnected() ? static_cast<QWidget*>(connect_) : remove_;
     const bool hadFocus = hidden->hasFocus();
     shown->show();
-    // The keyboard's place stays on the card.
+    // The focus stays on the card.
     if (hadFocus) shown->setFocus(Qt::TabFocusReason);
     hidden->hide();
     layOut();
@@ -190,7 +190,7 @@ void AgentCard::paintEvent(QPaintEvent* event) {
     const Look look = Tokens::look(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    // The badge has the card's own colour: what is seen of it is this seat below.
+    // The badge has the card's own colour: this ring around it makes it visible.
     const QRectF seat = QRectF(glyph_->geometry()).adjusted(-seatEdge, -seatEdge, seatEdge, seatEdge);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Tokens::divider(look));

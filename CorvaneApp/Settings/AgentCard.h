@@ -25,12 +25,12 @@ class AgentCard : public Card {
 
     [[nodiscard]] AgentKind agent() const { return agent_; }
 
-    /// 76 pixels, or as much as the texts take at this width.
+    /// 76 pixels, or more if the texts need it at this width.
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
 
   Q_SIGNALS:
-    /// The height that it takes may be another one now.
+    /// `heightForWidth` may have changed.
     void heightChanged();
 
   protected:

@@ -13,7 +13,7 @@ class ErrorText;
 class FileBrowser;
 class LinkButton;
 
-/// The agents' cards, the way to the last backup, and a test alert.
+/// The agents' cards, a link to the last backup, and a test alert.
 class AgentsTab : public QWidget {
     Q_OBJECT
 

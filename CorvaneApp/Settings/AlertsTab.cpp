@@ -20,7 +20,7 @@ namespace {
 constexpr Scaled padding{24};
 constexpr Scaled groupSpacing{16};
 constexpr Scaled errorGap{6};
-// Above it two lines of an error have room.
+// Leaves room for two lines of an error.
 constexpr Scaled bottomGap{4};
 
 QStringList soundNames() {

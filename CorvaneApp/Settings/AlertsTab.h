@@ -9,8 +9,7 @@ namespace corvane {
 class AppModel;
 class ErrorText;
 
-/// What alerts are made for, and how they sound. Shows the stored preferences; only what the user does
-/// changes them.
+/// When to alert, and with which sounds. Shows the stored preferences; only the user's input changes them.
 class AlertsTab : public QWidget {
     Q_OBJECT
 
@@ -24,12 +23,12 @@ class AlertsTab : public QWidget {
 
   private:
     void refresh();
-    /// Has the login item's switch show what is really so.
+    /// Sets the login item's switch to the system's actual state.
     void refreshLoginItem();
     void layOut();
 
     AppModel& model_;
-    /// While the controls are set from the model, their changes are not the user's.
+    /// True while the controls are set from the model: their changes are not the user's then.
     bool isRefreshing_ = false;
     FormGroup* toggles_;
     FormGroup* pickers_;

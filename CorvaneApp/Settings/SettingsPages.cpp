@@ -27,14 +27,14 @@ SettingsPages::SettingsPages(QSize size, QWidget* parent)
     divider_->lower();
     connect(tabs_, &QTabBar::currentChanged, pages_, &QStackedWidget::setCurrentIndex);
     connect(tabs_, &QTabBar::currentChanged, tabs_, [this] {
-        // To assistive technology the row of tabs is called what the chosen tab is.
+        // The tab bar's accessible name is that of the selected tab.
         QAccessibleEvent event(tabs_, QAccessible::NameChanged);
         QAccessible::updateAccessibility(&event);
     });
 }
 
 void SettingsPages::addPage(const QString& symbol, const QString& label, QWidget* page) {
-    // Before the tab, whose choice as the first one shows it.
+    // Before the tab: adding the first one selects it and shows its page.
     pages_->addWidget(page);
     tabs_->addSymbolTab(symbol, label);
     layOut();

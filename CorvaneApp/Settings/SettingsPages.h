@@ -10,7 +10,7 @@ namespace corvane {
 class Divider;
 class SettingsTabBar;
 
-/// The content of a settings window: a row of tabs above the page of the chosen one. Main thread only.
+/// The content of a settings window: a row of tabs above the selected tab's page. Main thread only.
 class SettingsPages : public QWidget {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ class SettingsPages : public QWidget {
     /// `size`: at the ordinary text size.
     SettingsPages(QSize size, QWidget* parent);
 
-    /// Adds a tab with the symbol of this name, and its page, which is deleted with the view.
+    /// Adds a tab with the symbol of this name, and its page, which the view takes ownership of.
     void addPage(const QString& symbol, const QString& label, QWidget* page);
 
     void paintEvent(QPaintEvent* event) override;

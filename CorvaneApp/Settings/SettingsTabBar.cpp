@@ -20,7 +20,7 @@ constexpr Scaled symbolSide{18};
 constexpr Scaled symbolGap{8};
 constexpr Scaled labelSize{13.0};
 constexpr int underlineHeight = 2;
-// From the tab's edge to the underline. Half of the space between two tabs belongs to each.
+// From the tab's edge to the underline. Half of the gap between two tabs belongs to each.
 constexpr Scaled underlineInset{16};
 constexpr Scaled tabInset{20};
 
@@ -49,7 +49,7 @@ void SettingsTabBar::addSymbolTab(const QString& symbol, const QString& label) {
 }
 
 QSize SettingsTabBar::tabSizeHint(int index) const {
-    // The widest that the label gets, so that nothing moves when it is chosen.
+    // The width of the selected label, the larger one, so that nothing moves on selection.
     const int text = QFontMetrics(labelFont(true)).horizontalAdvance(tabText(index));
     return {2 * tabInset + symbolSide + symbolGap + text, tabHeight + dividerHeight};
 }

@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-/// The row of tabs at the top of the settings: a symbol and a label each, the chosen one underlined.
+/// The row of tabs at the top of the settings: a symbol and a label each, the selected one underlined.
 class SettingsTabBar : public QTabBar {
     Q_OBJECT
 

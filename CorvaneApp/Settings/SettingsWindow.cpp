@@ -30,7 +30,7 @@ void SettingsWindow::rebuild() {
     view_ = makePages_(this);
     if (old != nullptr) {
         view_->tabs().setCurrentIndex(old->tabs().currentIndex());
-        // It may be the one whose button is being pressed.
+        // Its button may be the one being pressed.
         old->hide();
         old->deleteLater();
     }

@@ -12,13 +12,13 @@ class Activation;
 class AppModel;
 class SettingsPages;
 
-/// The settings window, fixed to its content. Asks the agents' connection state anew whenever it comes to the
-/// user's sight. Main thread only.
+/// The settings window, fixed to its content. Refreshes the agents' connection state whenever it is shown or
+/// activated. Main thread only.
 class SettingsWindow : public QWidget {
     Q_OBJECT
 
   public:
-    /// Makes the content, as a child of the window, at the present text size.
+    /// Creates the content, as a child of the window, at the current text size.
     using MakePages = std::function<SettingsPages*(QWidget* parent)>;
 
     /// `model` and `activation` must outlive the window.
@@ -27,10 +27,10 @@ class SettingsWindow : public QWidget {
 
     [[nodiscard]] SettingsPages& view() const { return *view_; }
 
-    /// Makes the content anew, at the present text size; the chosen tab stays.
+    /// Rebuilds the content at the current text size; the selected tab stays.
     void rebuild();
 
-    /// Shows the window, also from minimised, and asks the window manager to bring it to the front.
+    /// Shows the window, restored if minimised, and asks the window manager to bring it to the front.
     void present();
 
   protected:

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-// A static library's resources must be asked for by name, from outside of any namespace.
+// A static library's resources must be initialised by name, outside of any namespace.
 static void initializeResources() {
     Q_INIT_RESOURCE(ApplicationIcon);
 }

@@ -29,13 +29,13 @@ constexpr Scaled iconGap{4};
 constexpr Scaled shortcutGap{24};
 constexpr Scaled tickSide{14};
 constexpr Scaled tickGap{8};
-constexpr Scaled separatorHeight{9}; // a line, and as much room on both sides as around the items
+constexpr Scaled separatorHeight{9}; // a line, with the same space on both sides as around the items
 constexpr Scaled separatorInset{8};
 constexpr Scaled scrollBarExtent{8};
 constexpr Scaled thumbWidth{6};
 constexpr Scaled shortestThumb{12}; // of a message of a few lines
 
-/// Along a scroll bar, which is nothing but the thumb and the way it goes.
+/// Positions along a scroll bar, which has only a thumb and its track.
 struct Thumb {
     explicit Thumb(const QStyleOptionSlider& bar) {
         const int way = bar.orientation == Qt::Vertical ? bar.rect.height() : bar.rect.width();
@@ -56,15 +56,15 @@ struct Thumb {
     int end = 0; // of the way
 };
 
-/// The ground of a part of a menu bar, with the line below the bar: filled, so that the parts' lines meet at
-/// every scale.
+/// The background of a part of a menu bar, with the line below the bar: filled, so that the parts' lines join
+/// at every scale.
 void drawMenuBarGround(QPainter& painter, const QStyleOption& part) {
     painter.fillRect(part.rect, part.palette.color(QPalette::Window));
     painter.fillRect(part.rect.left(), part.rect.bottom(), part.rect.width(), 1,
                      Tokens::dividerOnBackground(Tokens::look(part.palette)));
 }
 
-/// The chosen item stands on the fill that a pressed control has, in place of the highlight's strong one.
+/// The selected item has the fill of a pressed control, instead of the strong highlight colour.
 void drawChoice(QPainter& painter, const QStyleOption& item, const QRect& rect) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -126,7 +126,7 @@ void CorvaneStyle::polish(QWidget* widget) {
 int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* returnData) const {
     switch (hint) {
-    // Opens over the picker, with the present choice below the pointer.
+    // Opens over the picker, with the current choice below the pointer.
     case SH_ComboBox_Popup:
         return 1;
     case SH_ComboBox_PopupFrameStyle:
@@ -193,7 +193,7 @@ QRect CorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionCom
     case SC_ScrollBarGroove:
         rect = bar->rect;
         break;
-    default: // the arrows, which there are none of
+    default: // there are no arrows
         return {};
     }
     return visualRect(bar->direction, bar->rect, rect);

@@ -2,7 +2,7 @@
 
 #include <QFont>
 
-/// The desktop's own fonts at sizes in device-independent pixels: the nearest whole one.
+/// The desktop's own fonts at sizes in device-independent pixels, rounded to the nearest whole one.
 namespace corvane::fonts {
 
 [[nodiscard]] QFont system(qreal pixelSize, QFont::Weight weight = QFont::Normal);

@@ -5,7 +5,7 @@
 namespace corvane::shapes {
 
 QPainterPath continuousRoundedRect(const QRectF& rect, qreal radius) {
-    // One cubic a corner: its length along each side and the reach of its handles, in radii.
+    // One cubic per corner: its length along each side and the reach of its handles, in radii.
     constexpr qreal sideFactor = 1.28;
     constexpr qreal handleFactor = 0.723;
 

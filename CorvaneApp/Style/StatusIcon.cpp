@@ -23,7 +23,7 @@ constexpr int largestCount = 99;
 constexpr int smallestOutlineDigits = 32; // device pixels; below, digits are bitmaps
 constexpr double capitalHeight = 7;
 
-/// The bell's measures on one grid, in the grid's units.
+/// The bell's dimensions on one grid, in grid units.
 struct Grid {
     int side = 0;
     double stroke = 0;
@@ -46,7 +46,7 @@ struct Grid {
     double pillHeight = 0;
     double pillRadius = 0;
     std::array<double, 3> pillWidths{}; // for one, two and three characters
-    double digitMargins = 0;            // the pill's width less what its digits may take
+    double digitMargins = 0;            // the pill's width minus that of its digits at most
 };
 
 const std::array<Grid, 3> grids{{
@@ -125,7 +125,7 @@ QPainterPath strokes(const Grid& grid, qsizetype characters, double extra) {
     return result;
 }
 
-/// Rows of a digit of four columns, or of three; the highest bit is the leftmost of four.
+/// The rows of a digit of four columns, or of three; the highest bit is the leftmost of four.
 using Bitmap = std::array<std::uint8_t, 7>;
 
 struct Character {
@@ -205,7 +205,7 @@ QColor keylineColor(ColorScheme bar) {
     return color;
 }
 
-/// Offers a few sizes and draws whichever is asked for.
+/// Offers a few sizes and draws any that is requested.
 class Engine : public QIconEngine {
   public:
     Engine(int waitingCount, ColorScheme bar)
@@ -259,7 +259,7 @@ QImage image(int side, int waitingCount, ColorScheme bar) {
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(scale, scale);
-    // The bell stands on a bar, so it has the colour of text there.
+    // The bell has the colour of text on the bar.
     const QColor ink = Tokens::onSurface.color(bar);
     painter.fillPath(strokes(grid, text.size(), keylineWidth), keylineColor(bar));
     painter.fillPath(strokes(grid, text.size(), 0), ink);

@@ -8,19 +8,19 @@
 
 #include <string_view>
 
-/// The bell of the system tray: with a dot while one agent waits, with their number from two on. Drawn anew
-/// for each size on a grid on which its straight edges fall on whole pixels.
+/// The system tray's bell: with a dot while one agent waits, with their number from two on. Drawn for each
+/// size on a grid that puts its straight edges on whole pixels.
 namespace corvane::statusicon {
 
-/// The icon with a side of `side` device pixels, at least 1, on a transparent ground. `bar` is the appearance
-/// of what it stands on; a thin line around the bell keeps it readable where that is wrong. A negative
+/// The icon, `side` (at least 1) device pixels square, on a transparent background. `bar` is the appearance
+/// of the bar that holds it; a thin outline around the bell keeps it readable if that is wrong. A negative
 /// `waitingCount` counts as zero.
 [[nodiscard]] QImage image(int side, int waitingCount, ColorScheme bar);
 
-/// The same as an icon that draws itself for whatever size it is asked for, and offers those that trays use.
+/// The same as an icon that renders itself at any size, and offers those that trays use.
 [[nodiscard]] QIcon icon(int waitingCount, ColorScheme bar);
 
-/// What the badge says: nothing for none and one, else the number, "99+" above 99.
+/// The badge's text: empty for zero and one, else the number, "99+" above 99.
 [[nodiscard]] QString badgeText(int waitingCount);
 
 /// What assistive technology says, such as "3 agents waiting for you".

@@ -7,35 +7,35 @@
 namespace corvane {
 
 /// How much larger than usual the views are, for people who want large text. Fonts, sizes, paddings, corners
-/// and symbols grow by one factor; lines keep their width, and so do the places of windows on the screen.
-/// Main thread only.
+/// and symbols scale by one factor; lines keep their width, and windows their places on the screen. Main
+/// thread only.
 namespace textscale {
 
 inline constexpr double smallest = 1;
 inline constexpr double largest = 1.5;
 inline constexpr double step = 0.125;
 
-/// The factor that comes nearest to what the desktop wants: one of the steps between the two ends. What is
-/// no number counts as 1.
+/// The supported factor nearest to what the desktop wants: a step between `smallest` and `largest`. NaN
+/// counts as 1.
 [[nodiscard]] double nearest(double wanted);
 
-/// The factor in use, 1 at first.
+/// The factor in use, initially 1.
 [[nodiscard]] double factor();
 
-/// Takes `nearest(wanted)` into use; whether it is another one than before. Views that stand must be made
-/// anew then: they keep the sizes that they were made with in part.
+/// Sets the factor to `nearest(wanted)`; returns whether it changed. Existing views must then be rebuilt:
+/// they partly keep the sizes that they were created with.
 bool setFactor(double wanted);
 
 } // namespace textscale
 
-/// A length at the ordinary text size as it is at the present one; whole pixels stay whole.
+/// Converts a length at the ordinary text size to the current one; whole pixels stay whole.
 [[nodiscard]] int scaled(int length);
 [[nodiscard]] qreal scaled(qreal length);
 [[nodiscard]] QSize scaled(QSize size);
 [[nodiscard]] QMargins scaled(QMargins margins);
 
-/// A constant of a view that grows with the text: holds the value at the ordinary size and reads as that at
-/// the present one.
+/// A constant of a view that scales with the text: holds the value at the ordinary size and converts to that
+/// at the current one.
 template <typename Value>
 class Scaled {
   public:

@@ -14,12 +14,12 @@ namespace Tokens {
 
 namespace {
 
-// Where the desktop's own palette shows through. Only alternating rows that are disabled are drawn with it,
-// and no view has such rows.
+// Where the desktop's own palette shows through. Only disabled alternating rows are drawn with it, and no
+// view has such rows.
 constexpr QPalette::ColorGroup desktopGroup = QPalette::Disabled;
 constexpr QPalette::ColorRole desktopRole = QPalette::AlternateBase;
 
-// The palette without that one place: Qt fills in what was never set from the desktop's.
+// The palette without that one entry: Qt fills in what was never set from the desktop's.
 QPalette overDesktop(const QPalette& whole) {
     QPalette result;
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Disabled, QPalette::Inactive}) {
@@ -144,7 +144,7 @@ ColorScheme scheme(const QPalette& palette) {
 }
 
 Look look(const QPalette& palette) {
-    // The palette's dimmed text is the one colour of it that depends on the contrast.
+    // Dimmed text is the palette's only colour that depends on the contrast.
     const ColorScheme scheme = Tokens::scheme(palette);
     constexpr Contrast high = Contrast::high;
     const bool isHigh = palette.color(QPalette::PlaceholderText) == textSecondary({scheme, high});

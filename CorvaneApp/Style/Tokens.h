@@ -7,16 +7,16 @@
 
 namespace corvane {
 
-/// The appearance in which something is drawn.
+/// A light or dark appearance.
 enum class ColorScheme : std::uint8_t { light, dark };
 
-/// How strongly the parts of a picture stand out. With high contrast lines, dimmed text and fills are darker
-/// on light and lighter on dark, nothing is translucent, and nothing fades.
+/// With high contrast, lines, dimmed text and fills are darker on light and lighter on dark, nothing is
+/// translucent, and nothing fades.
 enum class Contrast : std::uint8_t { normal, high };
 
-/// What decides a colour: the appearance, and the contrast in it.
+/// What determines a colour: the appearance, and its contrast.
 struct Look {
-    // Implicit, since an appearance by itself is one of ordinary contrast.
+    // Implicit, since an appearance alone means normal contrast.
     // NOLINTNEXTLINE(google-explicit-constructor)
     constexpr Look(ColorScheme inScheme, Contrast inContrast = Contrast::normal)
         : scheme(inScheme)
@@ -40,7 +40,7 @@ struct Token {
 };
 
 /// The application's palette: the only place with colour values. Views take the look from their QPalette at
-/// the moment they draw, so that a switch of the desktop reaches them as an ordinary palette change.
+/// the moment they draw, so that a change on the desktop reaches them as an ordinary palette change.
 namespace Tokens {
 
 inline constexpr Token primary{0x8A5300, 0xFFC15A};    ///< main accent colour
@@ -59,8 +59,7 @@ inline constexpr double pressedOpacity = 0.8;
 /// it is opaque: text below would show through.
 inline constexpr double blurredFillOpacity = 0.82;
 
-/// `a` and `b` mixed channel by channel, with the share `share` (0 to 1) of `a`. Halves are
-/// rounded to the even value.
+/// `a` and `b` mixed channel by channel, with `share` (0 to 1) of `a`. Halves are rounded to even.
 [[nodiscard]] QColor mix(const QColor& a, const QColor& b, double share);
 
 /// Dimmed text, on `surface` and on `background`.
@@ -73,7 +72,7 @@ inline constexpr double blurredFillOpacity = 0.82;
 [[nodiscard]] QColor dividerOnBackground(Look look);
 /// The edge of bordered buttons and pickers.
 [[nodiscard]] QColor controlBorder(Look look);
-/// Below a plain control under the pointer, and while it is pressed.
+/// The fill behind a plain control under the pointer, and while it is pressed.
 [[nodiscard]] QColor hoverFill(Look look);
 [[nodiscard]] QColor pressedFill(Look look);
 /// A primary button under the pointer.
@@ -81,12 +80,12 @@ inline constexpr double blurredFillOpacity = 0.82;
 /// The track of a switch that is off, and the knob on it.
 [[nodiscard]] QColor switchOff(Look look);
 [[nodiscard]] QColor switchOffKnob(Look look);
-/// The dot of a session that runs. With high contrast `textSecondary` rings it.
+/// The dot of a running session. With high contrast, it has a ring in `textSecondary`.
 [[nodiscard]] QColor runningDot(Look look);
 /// The thumb of a scroll bar, and under the pointer.
 [[nodiscard]] QColor scrollThumb(Look look);
 [[nodiscard]] QColor scrollThumbHovered(Look look);
-/// The thin edge of a card that has no outline of its own; translucent, but for high contrast.
+/// The thin edge of a card that has no outline of its own; translucent except with high contrast.
 [[nodiscard]] QColor hairline(Look look);
 /// One layer of a card's shadow: black at `opacity`.
 [[nodiscard]] QColor shadow(double opacity);
@@ -94,15 +93,15 @@ inline constexpr double blurredFillOpacity = 0.82;
 /// The appearance that a palette belongs to: dark when its window colour is darker than its text.
 [[nodiscard]] ColorScheme scheme(const QPalette& palette);
 
-/// The look that a palette was made for. The palette of another program has ordinary contrast.
+/// The look that a palette was created for. A foreign palette has normal contrast.
 [[nodiscard]] Look look(const QPalette& palette);
 
-/// The application-wide palette for this look. Where nothing is ever drawn with it, it leaves the desktop's
-/// own colour, so that Qt goes on telling changes of the desktop's palette.
+/// The application-wide palette for this look. An entry that nothing is ever drawn with keeps the desktop's
+/// own colour, so that Qt keeps reporting changes of the desktop's palette.
 [[nodiscard]] QPalette palette(Look look);
 
-/// The appearance of the desktop itself, read from the application's palette, whether `palette` has been laid
-/// over the desktop's or not yet.
+/// The appearance of the desktop itself, read from the application's palette, whether or not `palette` has
+/// been applied over the desktop's.
 [[nodiscard]] ColorScheme desktopScheme(const QPalette& palette);
 
 } // namespace Tokens

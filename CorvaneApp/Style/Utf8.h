@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// The text that the UTF-8 bytes `text` stand for; U+FFFD for what is not valid UTF-8.
+/// Decodes the UTF-8 bytes `text`; invalid sequences become U+FFFD.
 [[nodiscard]] inline QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

@@ -11,7 +11,7 @@
 
 namespace corvane {
 
-/// The descriptors of the supported agents, each in the source file of its name.
+/// The descriptors of the supported agents, each defined in the source file of its name.
 namespace agents {
 extern const AgentDescriptor claude;
 extern const AgentDescriptor codex;
@@ -19,7 +19,7 @@ extern const AgentDescriptor codex;
 
 class AgentKind;
 
-/// Agents in display order. The list itself must outlive whoever keeps this.
+/// Agents in display order. A non-owning view: the list must outlive it.
 using AgentKinds = std::span<const AgentKind>;
 
 /// A supported coding agent: a reference to its descriptor, as small as a pointer. Two are equal when they
@@ -30,11 +30,11 @@ class AgentKind {
     static const AgentKind codex;
     static const std::array<AgentKind, 2> allCases;
 
-    /// `descriptor` must live as long as the program.
+    /// `descriptor` must have static storage duration.
     constexpr explicit AgentKind(const AgentDescriptor& descriptor)
         : descriptor_(&descriptor) {}
 
-    /// The one of `agents` with exactly this raw value; none when there is no such agent.
+    /// The agent of `agents` with exactly this raw value; none when there is no such agent.
     [[nodiscard]] static std::optional<AgentKind> fromRawValue(std::string_view raw,
                                                                AgentKinds agents = allCases);
 
@@ -50,8 +50,8 @@ class AgentKind {
     const AgentDescriptor* descriptor_;
 };
 
-// The table of the agents. Its size is part of its type and an AgentKind has no default, so that it does not
-// compile with a row missing; neither does a name for a row that is not there.
+// The table of agents. Its size is part of its type and AgentKind has no default constructor, so a missing
+// row does not compile; nor does a name for a row that does not exist.
 inline constexpr std::array<AgentKind, 2> AgentKind::allCases{AgentKind(agents::claude),
                                                               AgentKind(agents::codex)};
 inline constexpr AgentKind AgentKind::claude = std::get<0>(allCases);

@@ -19,7 +19,7 @@ std::optional<EventKind> notificationKind(const EventPayload& payload, std::stri
     if (type == "permission_prompt") return EventKind::needsPermission;
     if (type == "idle_prompt") return EventKind::needsInput;
     if (type) return std::nullopt;
-    // Older versions of the agent tell the two apart in the message only.
+    // Older versions of the agent distinguish the two only in the message.
     return text::containsIgnoringCase(message, "permission") ? EventKind::needsPermission
                                                              : EventKind::needsInput;
 }

@@ -34,7 +34,7 @@ std::string write(const Json& document) {
     return document.write(Json::Layout::indented) + "\n";
 }
 
-/// `value` if it is an array that holds nothing but objects, else null.
+/// `value` if it is an array of objects only, else null.
 const Json::Array* arrayOfObjects(const Json* value) {
     const Json::Array* array = value == nullptr ? nullptr : value->ifArray();
     const auto isObject = [](const Json& element) { return element.ifObject() != nullptr; };

@@ -15,10 +15,10 @@ namespace {
 constexpr std::array<std::string_view, 5> payloadNames{"type", "cwd", "thread-id", "last-assistant-message",
                                                        "input-messages"};
 
-/// Whether a turn is that of the hidden thread in which Codex 0.169's terminal interface lets a model title
-/// the task: it notifies for that too, about a second after the prompt, while the agent still works on it.
-/// Nothing in the payload marks such a thread but its only input, fixed instructions with the user's prompt
-/// in the last paragraph. A prompt of the user's own that merely contains these words is none.
+/// Whether a turn belongs to the hidden thread in which Codex 0.169's terminal interface lets a model title
+/// the task: it notifies for that too, about a second after the prompt, while the agent is still working on
+/// it. Such a thread is recognisable only by its single input, fixed instructions with the user's prompt in
+/// the last paragraph. A user's own prompt that merely contains these words does not count.
 bool isTitleTurn(const EventPayload& payload) {
     constexpr std::string_view instructions = "Generate a concise, single-line task title";
     constexpr std::string_view lastParagraph = "\n\nUser prompt:\n";
@@ -53,7 +53,7 @@ std::string install(std::optional<std::string_view> config, const CorvanePaths& 
 
 std::string uninstall(std::string_view config) {
     requireUtf8(config);
-    // Blank lines at the top of a file that is not ours are no business of ours.
+    // Leaves blank lines at the top of a file without our lines alone.
     return CodexConfigEditor::holdsOwnLines(config) ? CodexConfigEditor::uninstall(config)
                                                     : std::string(config);
 }

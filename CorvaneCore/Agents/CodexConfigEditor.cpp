@@ -9,13 +9,13 @@ namespace corvane::CodexConfigEditor {
 
 namespace {
 
-/// The byte-order mark that `text` begins with, or nothing, and the rest.
+/// The leading byte-order mark of `text`, if any, and the rest.
 std::pair<std::string_view, std::string_view> splitByteOrderMark(std::string_view text) {
     const std::size_t size = text.starts_with("\xEF\xBB\xBF") ? 3 : 0;
     return {text.substr(0, size), text.substr(size)};
 }
 
-/// Takes the first line, without its line feed, off `rest`; none when `rest` has been used up. Text that ends
+/// Removes the first line from `rest` and returns it without its line feed; none at the end. Text that ends
 /// in a line feed ends in an empty line.
 std::optional<std::string_view> takeLine(std::optional<std::string_view>& rest) {
     if (!rest) return std::nullopt;
@@ -106,7 +106,7 @@ std::string uninstall(std::string_view text) {
         first = false;
         kept += *line;
     }
-    // Empty lines at the top, but never the last line there is: of that nothing is left to see anyway.
+    // Removes empty lines at the top. Text of nothing but line feeds becomes empty.
     const std::size_t begin = kept.find_first_not_of('\n');
     return std::string(mark) + (begin == std::string::npos ? std::string() : kept.substr(begin));
 }
@@ -115,7 +115,7 @@ std::string uninstall(std::string_view text) {
 
 namespace corvane {
 
-// Here, since the sentence is this agent's own.
+// Defined here, since the sentence is specific to this agent.
 ConfigEditError ConfigEditError::codexNotifyTaken(std::string line) {
     return taken(
         translatable("corvane::ConfigEditError",

@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// Why an agent's configuration file is left as it is. Thrown by the editors and the connector; nothing has
-/// been changed when it is. Equal when case, sentence and text are.
+/// Why an agent's configuration file was left as it is. Thrown by the editors and the connector before
+/// anything is changed. Equal when case, sentence and text are.
 class ConfigEditError : public std::exception {
   public:
     enum class Case : std::uint8_t {
@@ -20,9 +20,9 @@ class ConfigEditError : public std::exception {
 
     /// `reason`: what is wrong, such as "settings.json is not valid JSON"; no full stop.
     static ConfigEditError unreadable(std::string reason);
-    /// `sentence`: what is said to users, with "%1" in place of `line`, which is the other program's.
+    /// `sentence`: the message for users, with "%1" in place of `line`, the other program's line.
     static ConfigEditError taken(Phrase sentence, std::string line);
-    /// `taken` for Codex: `line` is the other program's notify line, without spaces and tabs around it.
+    /// `taken` for Codex: `line` is the other program's notify line, without surrounding spaces and tabs.
     static ConfigEditError codexNotifyTaken(std::string line);
 
     [[nodiscard]] Case kind() const { return kind_; }

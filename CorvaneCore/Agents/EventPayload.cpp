@@ -15,7 +15,7 @@ static_assert(EventPayload::padding >= simdjson::SIMDJSON_PADDING);
 struct EventPayload::Parser {
     ondemand::parser parser;
 
-    /// Grows in steps, so that a row of documents of nearly the same size shares one allocation.
+    /// Grows in steps, so that successive documents of similar size share one allocation.
     bool reserve(std::size_t size) {
         constexpr std::size_t step = std::size_t{64} * 1024;
         if (size <= parser.capacity()) return true;
@@ -26,10 +26,10 @@ struct EventPayload::Parser {
 
 namespace {
 
-// The library has found out where tokens begin, that strings are closed and hold no control character, and
-// that all bytes are UTF-8. Its iterators check brackets, commas and colons on the way, as long as every
-// value is consumed rather than skipped. What they leave open is checked here: each scalar to its last byte,
-// and the depth. Values are not converted, since nobody needs them and since numbers need not fit any type.
+// The library has already located the tokens and checked that strings are closed and hold no control
+// character, and that all bytes are UTF-8. Its iterators check brackets, commas and colons on the way, as
+// long as every value is consumed rather than skipped. The rest is checked here: each scalar to its last
+// byte, and the depth. Values are not converted: nobody needs them, and numbers need not fit any type.
 
 bool isValidValue(ondemand::value value, std::size_t depth);
 
@@ -39,8 +39,8 @@ std::string_view stringLiteral(std::string_view token) {
     return token.substr(1, token.size() - 2);
 }
 
-/// The name of a member, escapes included. Only white space, the quote and the colon stand between the name
-/// and the value.
+/// The name of a member, escapes included. Only white space, the quote and the colon separate the name from
+/// the value.
 std::string_view nameLiteral(ondemand::field& field) {
     const char* const begin = field.key().raw();
     const std::string_view upToValue(begin,
@@ -78,7 +78,7 @@ bool isValidValue(ondemand::value value, std::size_t depth) {
     case '[':
         return isValidArray(value, depth + 1);
     case '"':
-        // Taken rather than left to be skipped: skipping takes a string before a colon for a name.
+        // Consumed, not skipped: skipping mistakes a string before a colon for a name.
         return value.get_raw_json_string().error() == simdjson::SUCCESS &&
                jsontokens::hasValidEscapes(stringLiteral(token));
     case 't':
@@ -109,7 +109,7 @@ bool EventPayload::read(std::string_view json, std::span<const std::string_view>
 }
 
 bool EventPayload::readDocument(std::string_view json) {
-    // Newer versions of the library pass over a byte-order mark.
+    // Newer versions of the library skip a byte-order mark.
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (json.empty() || json.starts_with(byteOrderMark) || !parser_->reserve(json.size())) return false;
 

@@ -9,7 +9,7 @@
 namespace corvane::HookScript {
 
 // Agents wait for their hooks: whatever goes wrong, the program ends quietly and with status 0. The inbox
-// looks at final names only, so nothing is seen before the move, and a move within one folder is atomic.
+// reads final names only, so a file stays invisible until the move, and a move within one folder is atomic.
 const std::string_view contents =
     R"hook(#!/bin/sh
 # Writes one event of a coding agent for Corvane, which shows it as a banner.

@@ -12,14 +12,14 @@ namespace corvane::HookScript {
 /// The whole program, without a line feed at its end.
 extern const std::string_view contents;
 
-/// The piece of the program's path by which an entry of our own is known in an agent's configuration.
+/// The part of the program's path that identifies our own entries in an agent's configuration.
 inline constexpr std::string_view marker = "Corvane/bin/corvane-hook";
 
-/// Writes the program to `paths.hookScript()`, executable for everybody, and makes the inbox directory.
-/// Replaces an earlier one atomically. Throws the file system's error.
+/// Writes the program to `paths.hookScript()`, executable for everybody, and creates the inbox directory.
+/// Replaces an earlier program atomically. Throws files::FileError.
 void install(const CorvanePaths& paths);
 
-/// Whether the program is there, has these contents and may be run. Never throws.
+/// Whether the program exists, has these contents and is executable. Never throws.
 [[nodiscard]] bool isInstalled(const CorvanePaths& paths) noexcept;
 
 /// The command line with which `agent` calls the program: its path in double quotes, a space, the raw value.

@@ -63,7 +63,7 @@ Escape unicodeEscape(const char* position, const char* end) {
     return {2 * single, 0x10000 + ((*first - 0xD800) << 10) + (*second - 0xDC00)};
 }
 
-/// Reads the escape whose backslash stands at `position`.
+/// Reads the escape whose backslash is at `position`.
 Escape escapeAt(const char* position, const char* end) {
     if (end - position < 2) return {};
     switch (position[1]) {
@@ -89,15 +89,15 @@ Escape escapeAt(const char* position, const char* end) {
 }
 
 const char* nextBackslash(const char* position, const char* end) {
-    // Escapes often stand side by side, where the call would cost more than the look.
+    // Escapes are often adjacent; then this check is cheaper than the call.
     if (position == end || *position == '\\') return position;
     const void* const found = std::memchr(position, '\\', static_cast<std::size_t>(end - position));
     return found == nullptr ? end : static_cast<const char*>(found);
 }
 
-// Long texts are full of escapes, nearly all of them one of four. Looking at blocks of bytes in parallel is
-// more than twice as fast as going from one to the next. Every processor that we build for has vectors of
-// this size.
+// Long texts are full of escapes, nearly all of them one of four. Checking blocks of bytes in parallel is
+// more than twice as fast as going from one escape to the next. Every processor that we build for has vectors
+// of this size.
 using Vector [[gnu::vector_size(16)]] = signed char;
 
 constexpr std::ptrdiff_t blockSize = 256;
@@ -108,8 +108,8 @@ Vector loadVector(const char* position) {
     return vector;
 }
 
-/// Whether a common letter follows each backslash among the `blockSize` bytes at `position`, behind which one
-/// more is readable. Then no escape that begins here is invalid, wherever the escapes begin.
+/// Whether a common letter follows each backslash among the `blockSize` bytes at `position`; one more byte
+/// must be readable. If so, no escape that begins here is invalid, wherever the escapes begin.
 bool hasOnlyCommonEscapes(const char* position) {
     Vector uncommon{};
     for (std::ptrdiff_t i = 0; i < blockSize; i += static_cast<std::ptrdiff_t>(sizeof uncommon)) {

@@ -18,7 +18,7 @@ using files::FileState;
 
 namespace {
 
-/// How often an operation is tried on a file that keeps changing: once and three times over.
+/// How often an operation is tried on a file that keeps changing: once, plus three retries.
 constexpr int attempts = 4;
 
 struct Configuration {
@@ -26,7 +26,8 @@ struct Configuration {
     FileState state;
 };
 
-/// Whether a failed read says nothing about the file itself, so that the file must not count as unreadable.
+/// Whether a failed read is transient and says nothing about the file, which must not count as unreadable
+/// then.
 bool isPassing(const FileError& error) {
     const int value = error.code().value();
     return value == EMFILE || value == ENFILE || value == ENOMEM || value == EBUSY;
@@ -46,7 +47,7 @@ Configuration readConfiguration(const fs::path& file) {
     }
 }
 
-/// Refuses a place of the hook program that cannot be written down in the agent's file.
+/// Throws if the hook program's path cannot be written in the agent's file.
 void requireWritablePath(const AgentDescriptor& agent, const CorvanePaths& paths) {
     const std::string path = paths.hookScript().string();
     if (!agent.canHoldPath(path)) throw FileError(FileError::Operation::write, path, EILSEQ);
@@ -65,7 +66,7 @@ std::string timestamp(Date now, const fs::path& file) {
     return text.data();
 }
 
-/// The first free name for a backup of `file`, beside it and not beside what it may link to.
+/// The first free name for a backup of `file`, beside it and not beside its link target.
 fs::path backupName(const fs::path& file, Date now) {
     const std::string name = file.string() + ".corvane-backup-" + timestamp(now, file);
     fs::path candidate = name;
@@ -115,8 +116,7 @@ std::optional<fs::path> AgentConnector::connect(AgentKind kind, Date now) const 
             if (files::replaceIfUnchanged(file, bytes, old.state)) return backup;
         } else {
             if (old.state.kind != FileState::Kind::absent) files::linkBackup(backupName(file, now), file);
-            // Nobody but the agent's user could read the old file, and nobody at all may be able to read a
-            // new one that has its permissions.
+            // The old file could not be read; with its permissions, the new one might be unreadable too.
             if (files::replaceIfUnchanged(file, bytes, old.state, files::Permissions::fresh)) {
                 return std::nullopt;
             }

@@ -21,8 +21,8 @@ using files::FileError;
 
 namespace {
 
-/// `path` without slashes at its end. Refuses one that ends in no name, such as "/" or "..": the system may
-/// report that it lies on another disk, and it would be copied and removed.
+/// `path` without trailing slashes. Throws for one that does not end in a name, such as "/" or "..": the
+/// system may report that it is on another file system, and it would be copied and removed.
 fs::path withName(fs::path path, FileError::Operation operation) {
     while (!path.has_filename() && path.has_relative_path())
         path = path.parent_path();
@@ -31,8 +31,8 @@ fs::path withName(fs::path path, FileError::Operation operation) {
     return path;
 }
 
-/// Whether the user's Trash is there or can be made. Where it cannot, Qt 6.4 moves the item into the working
-/// directory, or tries to for ever.
+/// Whether the user's Trash exists or can be created. If not, Qt 6.4 moves the item into the working
+/// directory, or retries for ever.
 bool hasTrash() {
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     if (!QDir().mkpath(data)) return false;
@@ -48,7 +48,7 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
     fs::copy(from, to, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
     if (error) {
         std::error_code ignored;
-        // What stands there now is the part copied, unless the name was taken just then.
+        // `to` now holds a partial copy, unless the name was taken meanwhile.
         if (error != std::errc::file_exists) fs::remove_all(to, ignored);
         throw FileError(FileError::Operation::move, from, error);
     }
@@ -61,11 +61,11 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
 std::optional<fs::path> SafeTrash::trash(const fs::path& path) const {
     const fs::path item = withName(path, FileError::Operation::trash);
     if (!files::nameIsTaken(item)) throw FileError(FileError::Operation::trash, item, ENOENT);
-    // Qt 6.8 takes a copy in the Trash for success where the item may not leave its folder.
+    // Qt 6.8 reports success for a copy in the Trash when the item may not leave its folder.
     const fs::path folder = item.has_parent_path() ? item.parent_path() : fs::path(".");
     if (access(folder.c_str(), W_OK | X_OK) != 0) throw FileError(FileError::Operation::trash, item, errno);
     QFile file(QFile::decodeName(item.c_str()));
-    // QFile keeps the reason to itself; the item has nowhere to go.
+    // QFile does not report the reason; the item has nowhere to go.
     if (!hasTrash() || !file.moveToTrash() || files::nameIsTaken(item))
         throw FileError(FileError::Operation::trash, item, ENOTSUP);
     fs::path trashed = QFile::encodeName(file.fileName()).toStdString();
@@ -77,7 +77,7 @@ fs::path SafeTrash::move(const fs::path& path, const fs::path& folder) const {
     const fs::path item = withName(path, FileError::Operation::move);
     files::createDirectories(folder);
     const std::string name = item.filename().string();
-    // A dot at the end begins no extension.
+    // A trailing dot begins no extension.
     const std::string extension = name.ends_with('.') ? std::string() : item.extension().string();
     const std::string base = name.substr(0, name.size() - extension.size());
     fs::path candidate = folder / name;

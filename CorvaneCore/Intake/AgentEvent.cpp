@@ -9,7 +9,7 @@ namespace corvane {
 
 namespace {
 
-/// An event file taken apart; the views point into its text.
+/// The parts of an event file; the views point into its text.
 struct EventFile {
     std::optional<std::string_view> source;
     std::string_view term;
@@ -18,7 +18,7 @@ struct EventFile {
     std::string_view payload; // everything behind it, line ends included
 };
 
-/// Cuts the first line off `text`, without its line feed.
+/// Removes the first line from `text` and returns it without its line feed.
 std::string_view takeLine(std::string_view& text) {
     const std::size_t end = text.find('\n');
     const std::string_view line = text.substr(0, end);

@@ -25,20 +25,19 @@ struct AgentEvent {
     EventKind kind = EventKind::running;
     std::string sessionID;        ///< the agent's session identifier; `cwd` where the payload has none
     std::string cwd;              ///< the agent's working directory; may be empty
-    std::string message;          ///< the agent's own text, as it came; may be empty
+    std::string message;          ///< the agent's own text, unchanged; may be empty
     std::string terminalBundleID; ///< the terminal application's bundle identifier; may be empty
     std::string terminalProgram;  ///< the terminal program's name; may be empty
     Date date;                    ///< when it happened: the event file's modification date
 
     bool operator==(const AgentEvent&) const = default;
 
-    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is
-    /// none.
+    /// The short project name that alerts show: the last component of `cwd`, or all of `cwd` if it has none.
     [[nodiscard]] std::string repoName() const;
 
-    /// Reads the whole text of an event file. Anything malformed gives nothing: a wrong magic line, no
+    /// Parses the whole text of an event file. Returns none for anything malformed (a wrong magic line, no
     /// separator, a source that is none of `agents`, text that is not UTF-8, a payload that is not one strict
-    /// JSON object nested at most 1,024 deep, an event that nobody needs to hear of. Pure, never throws for
+    /// JSON object nested at most 1,024 deep) and for an event that needs no report. Pure; never throws for
     /// bad input; takes time linear in the size of `text`.
     static std::optional<AgentEvent> parse(std::string_view text, Date fileDate,
                                            AgentKinds agents = AgentKind::allCases);
@@ -46,8 +45,8 @@ struct AgentEvent {
   private:
     friend struct EventInbox;
 
-    /// The same without a copy of `text`, for many files in a row: `EventPayload::padding` bytes behind
-    /// `text` must be readable, and the working memory of `payload` is used again.
+    /// The same without a copy of `text`, for many files in a row: `EventPayload::padding` bytes after `text`
+    /// must be readable, and the working memory of `payload` is reused.
     static std::optional<AgentEvent> parse(std::string_view text, Date fileDate, EventPayload& payload,
                                            AgentKinds agents = AgentKind::allCases);
 };

@@ -26,9 +26,9 @@ struct CloseDirectory {
 using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
 struct Entry {
-    Date date = Date::distantPast(); // stays so when the date cannot be read
+    Date date = Date::distantPast(); // unless the date could be read
     std::string name;
-    bool mayBeRead = true; // false for what is known to be no plain file
+    bool mayBeRead = true; // false for what is known not to be a regular file
 
     bool operator<(const Entry& other) const {
         return date != other.date ? date < other.date : name < other.name;
@@ -64,9 +64,9 @@ std::vector<Entry> eventFiles(DIR* directory) {
     }
 }
 
-/// The whole text of a plain file of at most `EventInbox::maxFileSize` bytes, a part of `buffer` with room
-/// behind it for the payload's parser; none for anything else. Never waits and never follows a link: another
-/// kind of file may have taken the name.
+/// The whole text of a regular file of at most `EventInbox::maxFileSize` bytes, a view into `buffer` with
+/// padding after it for the payload's parser; none for anything else. Never blocks and never follows a link:
+/// another kind of file may have taken the name.
 std::optional<std::string_view> readEventFile(int directory, const char* name, std::string& buffer) {
     const files::FileDescriptor file(
         openat(directory, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -93,7 +93,7 @@ std::vector<AgentEvent> EventInbox::drain() const {
     const std::size_t surplus = entries.size() - std::min(entries.size(), maxBacklog);
     std::vector<AgentEvent> events;
     events.reserve(entries.size() - surplus);
-    // Given back at the end: files of many megabytes are rare, and the application stays open all day.
+    // Freed at the end: files of many megabytes are rare, and the application stays open all day.
     std::string buffer;
     EventPayload payload;
     for (std::size_t i = 0; i < entries.size(); ++i) {

@@ -11,10 +11,10 @@ namespace corvane {
 
 /// The application's side of the inbox directory: collects the event files that hook processes have finished.
 ///
-/// Holds nothing but the place; all state is the directory's contents. Main thread only. Hook processes may
-/// go on writing meanwhile: a file counts from the moment it bears its final name.
+/// Stores nothing but the path; all state is the directory's contents. Main thread only. Hook processes may
+/// keep writing meanwhile: a file counts from the moment it has its final name.
 struct EventInbox {
-    /// The most event files that one drain reads; older surplus files are deleted unread.
+    /// The most event files that one drain reads; of a larger backlog, the oldest files are deleted unread.
     static constexpr std::size_t maxBacklog = 200;
 
     /// A larger file, in bytes, is deleted unread.
@@ -25,8 +25,8 @@ struct EventInbox {
 
     /// Reads and deletes every visible file with the extension "event", and returns the events oldest first,
     /// equal dates by file name. Never fails and never blocks: a file that is malformed, too large, not a
-    /// plain file or a symbolic link is deleted without a word, a directory is left alone, and a directory
-    /// that cannot be listed gives nothing.
+    /// regular file or a symbolic link is deleted silently, a subdirectory is left alone, and an inbox that
+    /// cannot be listed yields no events.
     [[nodiscard]] std::vector<AgentEvent> drain() const;
 };
 

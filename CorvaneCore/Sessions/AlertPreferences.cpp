@@ -12,7 +12,7 @@ namespace {
 // 2001-01-01 00:00:00 UTC, from which stored dates count.
 constexpr Date storedEpoch(978'307'200, 0);
 
-// Each false when the member is missing or of another type.
+// Each returns false when the member is missing or of another type.
 bool readMember(const Json& document, std::string_view key, std::string& field) {
     const Json* const member = document.find(key);
     std::optional<std::string> value = member == nullptr ? std::nullopt : member->text();
@@ -94,7 +94,7 @@ AlertPreferences AlertPreferences::load(const UserDefaults& defaults, std::strin
 }
 
 void AlertPreferences::save(UserDefaults& defaults, std::string_view key) const {
-    // Such text has no JSON, and what is stored is better than nothing.
+    // JSON cannot hold such text, and what is stored already is better than nothing.
     if (!text::isUtf8(waitingSound) || !text::isUtf8(doneSound)) return;
 
     std::string document;

@@ -12,7 +12,7 @@
 
 namespace corvane {
 
-/// The user's choices about how alerts are made. A plain value.
+/// The user's choices about alerts. A plain value.
 struct AlertPreferences {
     static constexpr std::string_view defaultWaitingSound = "Glass";
     static constexpr std::string_view defaultDoneSound = "Tink";
@@ -32,11 +32,11 @@ struct AlertPreferences {
 
     bool operator==(const AlertPreferences&) const = default;
 
-    /// The moment next to `date` that comes back exactly when it has been stored: within a tenth of a
-    /// microsecond, since a date is stored as a double of seconds.
+    /// The moment nearest to `date` that survives storing unchanged, at most a tenth of a microsecond away: a
+    /// date is stored as a double of seconds.
     [[nodiscard]] static Date storable(Date date);
 
-    /// Whether alerts are silenced: `now` lies strictly before `quietUntil`.
+    /// Whether alerts are silenced: `now` is strictly before `quietUntil`.
     [[nodiscard]] bool isQuiet(Date now) const;
 
     /// The time between reminders; zero when there are none.
@@ -45,7 +45,7 @@ struct AlertPreferences {
     /// The sound for an event of this kind, if it has one and sounds are on.
     [[nodiscard]] std::optional<std::string> sound(EventKind kind) const;
 
-    /// The preferences stored under `key`; the defaults in full when there are none or they cannot be read.
+    /// The preferences stored under `key`; all defaults when there are none or they cannot be read.
     [[nodiscard]] static AlertPreferences load(const UserDefaults& defaults, std::string_view key);
 
     /// Stores the preferences under `key` as one JSON object. A failure is not reported.

@@ -68,7 +68,7 @@ std::string AlertText::statusLine(const AgentSession& session, Date now, Words w
 }
 
 std::string AlertText::clock(Seconds seconds) {
-    // Dates can lie further apart than the whole number holds.
+    // The span between two dates can exceed the integer's range.
     constexpr double longest = 0x1p62;
     const auto whole = static_cast<long long>(std::clamp(seconds.count(), 0.0, longest));
     constexpr long long minute = 60;

@@ -9,31 +9,31 @@
 
 namespace corvane {
 
-/// The words of an alert; UTF-8. A plain value and the functions that compose it, in English or in the words
-/// given. All are pure where those are.
+/// The texts of an alert; UTF-8. A plain value and the functions that compose it, in English or in the words
+/// given. All are pure if `words` is.
 struct AlertText {
     std::string title;    ///< first, bold line of a banner
     std::string subtitle; ///< second line
 
     bool operator==(const AlertText&) const = default;
 
-    /// The words for a session that waits for the user.
+    /// The texts for a session that waits for the user.
     [[nodiscard]] static AlertText waiting(const AgentSession& session, Words words = inEnglish);
 
-    /// The words for a session that has finished.
+    /// The texts for a session that has finished.
     [[nodiscard]] static AlertText done(const AgentSession& session, Words words = inEnglish);
 
-    /// One line about what `session` does at the time `now`.
+    /// One line about what `session` is doing at `now`.
     [[nodiscard]] static std::string statusLine(const AgentSession& session, Date now,
                                                 Words words = inEnglish);
 
-    /// "M:SS", from one hour on "H:MM:SS". Cut to whole seconds; negative counts as zero. `seconds` must be
-    /// finite.
+    /// "M:SS", from one hour on "H:MM:SS". Truncated to whole seconds; negative counts as zero. `seconds`
+    /// must be finite.
     [[nodiscard]] static std::string clock(Seconds seconds);
 
     /// An agent's raw message, cleaned up for a banner: its first line, of at most 90 user-perceived
-    /// characters. A permission prompt becomes "wants to use " and all that it names; a generic prompt for
-    /// input becomes empty.
+    /// characters. A permission prompt becomes "wants to use " and everything that it names; a generic prompt
+    /// for input becomes empty.
     [[nodiscard]] static std::string plain(std::string_view text, Words words = inEnglish);
 };
 

@@ -18,8 +18,8 @@ std::string sessionKey(AgentKind agent, std::string_view sessionID) {
     return key;
 }
 
-// The same as comparing `id`s, since no agent's raw value holds a colon, without composing a string for each
-// session of the list.
+// The same as comparing `id`s, since no agent's raw value contains a colon, but without composing a string
+// for each session.
 bool isOf(const AgentSession& session, const AgentEvent& event) {
     return session.agent == event.source && session.sessionID == event.sessionID;
 }
@@ -62,7 +62,7 @@ std::optional<BoardEffect> applyFinished(AgentSession& session, const AgentEvent
 
 std::optional<BoardEffect> applyRunning(AgentSession& session, const AgentEvent& event) {
     const bool wasWaiting = session.isWaiting();
-    // A finish has cleared it, so that new work counts from its own start.
+    // Finishing cleared it, so that new work counts from its own start.
     if (!session.runningSince) session.runningSince = event.date;
     session.status = SessionStatus::running();
     session.lastAlerted.reset();
@@ -71,7 +71,7 @@ std::optional<BoardEffect> applyRunning(AgentSession& session, const AgentEvent&
     return std::nullopt;
 }
 
-// Whether the session's reminder or snooze has run out.
+// Whether the session's reminder is due or its snooze has expired.
 bool isDue(const AgentSession& session, Date now, Seconds interval) {
     if (!session.isWaiting()) return false;
     if (session.snoozedUntil) return now >= *session.snoozedUntil;
@@ -139,7 +139,7 @@ void SessionBoard::prune(Date now) {
 }
 
 std::vector<AgentSession> SessionBoard::sorted() const {
-    // Pointers are sorted, since a session is large to move.
+    // Sorts pointers: a session is large to move.
     std::vector<const AgentSession*> order;
     order.reserve(sessions_.size());
     for (const AgentSession& session : sessions_)

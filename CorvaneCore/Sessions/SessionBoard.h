@@ -68,15 +68,14 @@ struct AgentSession {
     Date lastEvent;                   ///< time of the last event applied
     std::optional<Date> lastAlerted;  ///< when the user was last alerted for the current wait
     std::optional<Date> runningSince; ///< when the current stretch of work began
-    std::optional<Date> snoozedUntil; ///< reminders are held back until then
+    std::optional<Date> snoozedUntil; ///< no reminders until then
 
     bool operator==(const AgentSession&) const = default;
 
     /// The agent's raw value, a colon and the session identifier: the session's name everywhere.
     [[nodiscard]] std::string id() const;
     [[nodiscard]] bool isWaiting() const { return status.isWaiting(); }
-    /// The short project name that alerts show: the last component of `cwd`, or all of it where there is
-    /// none.
+    /// The short project name that alerts show: the last component of `cwd`, or all of `cwd` if it has none.
     [[nodiscard]] std::string repoName() const;
 };
 
@@ -93,7 +92,7 @@ class BoardEffect {
         AgentSession session;
         bool operator==(const ShowDone&) const = default;
     };
-    /// Take down the banner of the session with this `id` (the agent's prefix included).
+    /// Remove the banner of the session with this `id` (the agent's prefix included).
     struct Dismiss {
         std::string sessionID;
         bool operator==(const Dismiss&) const = default;
@@ -121,30 +120,31 @@ class BoardEffect {
     Value value_;
 };
 
-/// The state machine of agent sessions: folds events into sessions and says what the user should see.
+/// The state machine of agent sessions: folds events into sessions and reports what the user should see.
 ///
 /// Pure logic on a short list; reads no clock and owns no timer. Events are expected in the order in which
-/// they happened; any dates are accepted. A plain value for one owner.
+/// they happened; any dates are accepted. A plain value; not thread-safe.
 class SessionBoard {
   public:
     static constexpr Seconds doneRetention{1800}; ///< a finished session older than this is pruned
     static constexpr Seconds staleAfter{43'200};  ///< any session silent for longer than this is pruned
 
-    /// In the order in which they were first heard of.
+    /// In the order of their first events.
     [[nodiscard]] const std::vector<AgentSession>& sessions() const { return sessions_; }
 
-    /// Folds one event into its session. Returns what the user should now see, if anything changes for them;
-    /// the session in the effect is the updated one.
+    /// Folds one event into its session. Returns what the user should now see, if anything changes; the
+    /// session in the effect is the updated one.
     std::optional<BoardEffect> apply(const AgentEvent& event);
 
-    /// The waiting sessions whose reminder or snooze has run out at `now`, in list order, marked as alerted.
-    /// An `interval` of zero or less turns reminders off; a snooze that ends is due all the same.
+    /// Returns the waiting sessions whose reminder is due or whose snooze has expired at `now`, in list
+    /// order, and marks them as alerted. An `interval` of zero or less turns reminders off; an expired snooze
+    /// is due all the same.
     [[nodiscard]] std::vector<AgentSession> dueReminders(Date now, Seconds interval);
 
-    /// Holds the session's reminders back until `until`. An unknown `id` is ignored.
+    /// Suppresses the session's reminders until `until`. An unknown `id` is ignored.
     void snooze(std::string_view id, Date until);
 
-    /// Forgets finished and stale sessions.
+    /// Removes sessions that finished too long ago (`doneRetention`) or fell silent (`staleAfter`).
     void prune(Date now);
 
     /// A copy for display: waiting, then running, then done; within a group the latest event first.
@@ -155,8 +155,8 @@ class SessionBoard {
     bool operator==(const SessionBoard&) const = default;
 
   private:
-    /// The event's session, a new one at the end of the list if need be, with where it runs and when it was
-    /// last heard of brought up to date. Valid until the list changes.
+    /// The event's session, appended to the list if new, with its directory, terminal and time of the last
+    /// event updated. Valid until the list changes.
     AgentSession& upsert(const AgentEvent& event);
 
     std::vector<AgentSession> sessions_;

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <utility>
 
-/// Which application a session's terminal is.
+/// Identifies the application that a session's terminal belongs to.
 namespace corvane::TerminalApp {
 
-/// From the value of a terminal's program variable to its application's bundle identifier. An empty
+/// Maps the value of a terminal's TERM_PROGRAM variable to its application's bundle identifier. An empty
 /// identifier names no application: a multiplexer runs inside some other terminal.
 inline constexpr std::array<std::pair<std::string_view, std::string_view>, 7> byProgram{{
     {"Apple_Terminal", "com.apple.Terminal"},
@@ -23,7 +23,7 @@ inline constexpr std::array<std::pair<std::string_view, std::string_view>, 7> by
     {"tmux", ""},
 }};
 
-/// The bundle identifier that the session reported, else the one that its program stands for; none when
+/// The bundle identifier that the session reported, else the one that its terminal program maps to; none when
 /// unknown.
 [[nodiscard]] std::optional<std::string> bundleID(const AgentSession& session);
 

@@ -11,7 +11,7 @@ struct CorvanePaths {
 
     bool operator==(const CorvanePaths&) const = default;
 
-    /// The locations under a user's home directory that the hook program has fixed.
+    /// The standard locations under a user's home directory, which the hook program relies on.
     static CorvanePaths standard(const std::filesystem::path& home);
 
     /// The inbox directory, into which the hook program drops event files.

@@ -22,7 +22,7 @@ Seconds operator-(Date later, Date earlier) {
     if (__builtin_sub_overflow(later.seconds_, earlier.seconds_, &whole)) {
         return Seconds(static_cast<double>(later.seconds_) - static_cast<double>(earlier.seconds_));
     }
-    // Of one sign, so that a small difference across a whole second keeps its digits.
+    // Both parts get the same sign, so that a small difference across a whole second keeps its digits.
     std::int32_t nanoseconds = later.nanoseconds_ - earlier.nanoseconds_;
     if (whole > 0 && nanoseconds < 0) {
         --whole;
@@ -39,7 +39,7 @@ Date operator+(Date date, Seconds interval) {
     constexpr Date latest(std::numeric_limits<std::int64_t>::max(), nanosecondsPerSecond - 1);
 
     const double whole = std::floor(interval.count());
-    // 2^63 is a double, 2^63 - 1 is not.
+    // A double can hold 2^63, but not 2^63 - 1.
     if (whole >= 0x1p63) return latest;
     if (whole < -0x1p63) return earliest;
 

@@ -11,15 +11,15 @@ using Seconds = std::chrono::duration<double>;
 
 /// An absolute point in time with nanosecond resolution.
 ///
-/// Whole seconds are held apart from the fraction, so that every time stamp a file system can carry fits,
-/// also one thousands of years away, and two stamps a nanosecond apart stay distinct. A plain value; compares
-/// in order of time. Nothing here reads a clock: the caller brings the time.
+/// Whole seconds are kept apart from the fraction, so that every timestamp a file system can hold fits, even
+/// one thousands of years away, and two timestamps a nanosecond apart stay distinct. A plain value; compares
+/// in order of time. Nothing here reads a clock: the caller passes the time.
 class Date {
   public:
     /// 1970-01-01 00:00:00 UTC.
     constexpr Date() = default;
 
-    /// `seconds` since 1970-01-01 00:00:00 UTC plus `nanoseconds`, which must lie in 0 ..< 1'000'000'000.
+    /// `seconds` since 1970-01-01 00:00:00 UTC plus `nanoseconds`, which must be in 0 ..< 1'000'000'000.
     constexpr Date(std::int64_t seconds, std::int32_t nanoseconds)
         : seconds_(seconds)
         , nanoseconds_(nanoseconds) {}
@@ -38,11 +38,11 @@ class Date {
     // NOLINTNEXTLINE(modernize-use-nullptr): taken for a null pointer by clang-tidy 14.
     constexpr auto operator<=>(const Date&) const = default;
 
-    /// The time from `earlier` to `later`; exact to the resolution of a double, and of the right sign always.
+    /// The time from `earlier` to `later`; exact to the resolution of a double, and always of the right sign.
     friend Seconds operator-(Date later, Date earlier);
 
-    /// Rounds to the nearest nanosecond and stops at the ends of the range, where an interval of 2^63 seconds
-    /// or more always leads. `interval` must not be NaN.
+    /// Rounds to the nearest nanosecond and saturates at the ends of the range, as an interval of 2^63
+    /// seconds or more always does. `interval` must not be NaN.
     friend Date operator+(Date date, Seconds interval);
     friend Date operator-(Date date, Seconds interval) { return date + -interval; }
 

@@ -22,7 +22,7 @@ bool FileDescriptor::closeNow() {
 std::optional<std::string_view> readToEnd(const FileDescriptor& file, std::string& buffer,
                                           const ReadSizes& sizes) {
     try {
-        // One byte more, so that the end of the file shows without growing the buffer.
+        // One byte more, so that the end of the file is seen without growing the buffer.
         buffer.resize(std::max(buffer.size(), sizes.expected + 1 + sizes.spare));
         std::size_t filled = 0;
         while (true) {

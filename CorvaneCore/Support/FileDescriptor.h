@@ -8,7 +8,7 @@
 
 namespace corvane::files {
 
-/// A file descriptor of the system, closed at the end; -1 for none.
+/// Owns a file descriptor and closes it on destruction; -1 for none.
 class FileDescriptor {
   public:
     FileDescriptor() = default;
@@ -22,14 +22,14 @@ class FileDescriptor {
         std::swap(number_, other.number_);
         return *this;
     }
-    /// Leaves errno alone.
+    /// Preserves errno.
     ~FileDescriptor();
 
     [[nodiscard]] int number() const { return number_; }
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
 
-    /// Closes; false with errno set on failure, which on some file systems is the first report of a failed
-    /// write. An interrupted close has closed.
+    /// Closes; returns false with errno set on failure, which on some file systems is the first report of a
+    /// failed write. A close that is interrupted counts as done.
     [[nodiscard]] bool closeNow();
 
   private:
@@ -38,14 +38,14 @@ class FileDescriptor {
 
 /// How a file is to be read; all in bytes.
 struct ReadSizes {
-    std::size_t expected = 0;             ///< What the file is thought to hold.
+    std::size_t expected = 0;             ///< The expected size of the file.
     std::size_t most = std::string::npos; ///< A file that holds more is an error.
-    std::size_t spare = 0;                ///< Bytes of the buffer to keep behind those read.
+    std::size_t spare = 0;                ///< Bytes of the buffer to keep free after those read.
 };
 
-/// Reads from `file` to its end, over whatever `buffer` holds; the buffer grows where it must and is never
-/// made smaller, so that it serves for many files. Returns what was read, a part of `buffer`. None with errno
-/// set on failure: EFBIG for a file that is too large, ENOMEM without memory.
+/// Reads `file` to its end, overwriting `buffer`; the buffer grows as needed and never shrinks, so that it
+/// can be reused for many files. Returns what was read, as a view into `buffer`. None with errno set on
+/// failure: EFBIG for a file that is too large, ENOMEM if memory runs out.
 [[nodiscard]] std::optional<std::string_view> readToEnd(const FileDescriptor& file, std::string& buffer,
                                                         const ReadSizes& sizes);
 

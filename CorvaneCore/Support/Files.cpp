@@ -24,7 +24,7 @@ using Operation = FileError::Operation;
 
 constexpr mode_t permissionBits = 07777;
 
-/// Removes a file that was begun, unless it was kept. Leaves errno alone.
+/// Removes a partly written file unless it is kept. Preserves errno.
 class Unfinished {
   public:
     explicit Unfinished(fs::path path)
@@ -65,7 +65,7 @@ FileState stateFrom(const struct stat& status) {
     return state;
 }
 
-/// None when nothing is there.
+/// None when nothing exists there.
 std::optional<struct stat> statusOf(const fs::path& path, Operation operation) {
     struct stat status {};
     if (stat(path.c_str(), &status) == 0) return status;
@@ -73,7 +73,7 @@ std::optional<struct stat> statusOf(const fs::path& path, Operation operation) {
     throw FileError(operation, path, errno);
 }
 
-/// The errno for a file that is not plain; 0 for one that is.
+/// The errno for a file that is not a regular file; 0 for one that is.
 int refusal(FileState::Kind kind) {
     if (kind == FileState::Kind::folder) return EISDIR;
     return kind == FileState::Kind::other ? EINVAL : 0;
@@ -99,8 +99,8 @@ bool flush(int descriptor) {
     return flushed;
 }
 
-/// Makes a rename last beyond a loss of power. The rename has happened and the bytes are safe, so a failure
-/// of this (not every file system can do it) is none of the caller's.
+/// Makes a rename survive a power failure. The rename has happened and the bytes are safe, so a failure here
+/// (not every file system supports it) is not reported to the caller.
 void flushFolder(const fs::path& folder) {
     const FileDescriptor descriptor = openRetrying(folder, O_RDONLY | O_DIRECTORY);
     if (descriptor.isOpen()) static_cast<void>(flush(descriptor.number()));
@@ -110,20 +110,20 @@ fs::path folderOf(const fs::path& path) {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
-/// Gives `descriptor` what `original`, of status `status`, grants, or less; never more.
+/// Gives `descriptor` the permissions of `original`, whose status is `status`, or fewer; never more.
 bool takeOverPermissions(int descriptor, const fs::path& original, const struct stat& status) {
     struct stat own {};
     if (fstat(descriptor, &own) != 0) return false;
     if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) {
-        // Only the administrator may give files away; a group of one's own can be kept all the same.
+        // Only root may give files away; a group of the user's own can be kept all the same.
         if (fchown(descriptor, status.st_uid, status.st_gid) != 0) {
             static_cast<void>(fchown(descriptor, static_cast<uid_t>(-1), status.st_gid));
         }
         if (fstat(descriptor, &own) != 0) return false;
     }
     mode_t mode = status.st_mode & permissionBits;
-    // After the owner, since a change of owner takes special bits away; a list that is taken over also sets
-    // the group's bits, so a second call sets what the list's failure or absence demands.
+    // After the owner, since changing the owner clears special bits. A copied list also sets the group's
+    // bits, so a second call sets what the list's failure or absence demands.
     const bool listKept = platform::copyAttributes(original, descriptor);
     if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) mode &= ~mode_t{06000};
     if (own.st_gid != status.st_gid || !listKept) mode &= static_cast<mode_t>(~070U | ((mode & 07U) << 3U));
@@ -180,7 +180,7 @@ FileState state(const fs::path& path) {
 FileContent read(const fs::path& path) {
     constexpr int attempts = 4;
     for (int i = 0; i < attempts; ++i) {
-        // Looked at first, since merely opening some devices has effects.
+        // Checked first, since merely opening some devices has side effects.
         if (const int error = refusal(state(path).kind)) throw FileError(Operation::read, path, error);
         const FileDescriptor descriptor = openRetrying(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
         struct stat before {};
@@ -210,7 +210,7 @@ void createDirectories(const fs::path& folder) {
         if (mkdir(folder.c_str(), 0777) == 0) return;
         error = errno;
     }
-    // Read-only disks and missing permissions are reported before the fact that the folder exists.
+    // mkdir reports read-only disks and missing permissions before the fact that the folder exists.
     struct stat status {};
     if (stat(folder.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode)) return;
@@ -220,7 +220,7 @@ void createDirectories(const fs::path& folder) {
 }
 
 fs::path resolvingLinks(fs::path path) {
-    constexpr int maximumLinks = 40; // what Linux follows
+    constexpr int maximumLinks = 40; // the limit of Linux
     const fs::path given = path;
     for (int i = 0; i < maximumLinks; ++i) {
         struct stat status {};
@@ -232,7 +232,7 @@ fs::path resolvingLinks(fs::path path) {
         std::error_code error;
         const fs::path next = fs::read_symlink(path, error);
         if (error) throw FileError(Operation::write, given, error);
-        // ".." stays: the system resolves it from the folder that a linked parent really is.
+        // ".." stays: the system resolves it from the real folder behind a linked parent.
         path = next.is_absolute() ? next : folderOf(path) / next;
     }
     throw FileError(Operation::write, given, ELOOP);

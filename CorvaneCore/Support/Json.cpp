@@ -17,14 +17,14 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Half of a surrogate pair is no character, so that UTF-8 has no bytes for it. In our strings it is this
-// byte, which UTF-8 never uses, and the four digits of its escape.
+// UTF-8 cannot represent an unpaired surrogate. In our strings it is this byte, which UTF-8 never uses,
+// followed by the four digits of its escape.
 constexpr char loneSurrogate = '\xFF';
 constexpr std::size_t surrogateDigits = 4;
 
 constexpr std::size_t unicodeEscapeSize = 6; // backslash, u, four digits
 
-/// Whether an escape of half a surrogate pair begins at `at`, whose second digit is one of `secondDigits`.
+/// Whether an escape of a surrogate begins at `at`, whose second digit is one of `secondDigits`.
 bool isSurrogate(std::string_view text, std::size_t at, std::string_view secondDigits) {
     const std::string_view escape = text.substr(std::min(at, text.size()), unicodeEscapeSize);
     return escape.size() == unicodeEscapeSize && escape.starts_with("\\u") &&
@@ -38,11 +38,10 @@ bool isLowSurrogate(std::string_view text, std::size_t at) {
     return isSurrogate(text, at, "cdefCDEF");
 }
 
-/// Walks over a document on behalf of the library's reader. Outside strings it shows only the first two
-/// digits of every run of digits: no number is then too large for the reader, which would refuse it, while
-/// whether the document is valid stays the same ("0" and "01" still differ). Inside strings it shows U+FFFD
-/// for half of a surrogate pair, which the reader would refuse too. The real text of both is taken from the
-/// document.
+/// Feeds a document to the library's reader. Outside strings it passes on only the first two digits of every
+/// run of digits: no number is then too large for the reader, which would reject it, while the document's
+/// validity stays the same ("0" and "01" still differ). Inside strings it passes on U+FFFD for an unpaired
+/// surrogate, which the reader would reject too. The real text of both is taken from the document.
 class Cursor {
   public:
     explicit Cursor(std::string_view text)
@@ -82,7 +81,7 @@ class Cursor {
         }
     }
 
-    /// The number whose end the reader has just seen: it has passed one character beyond, unless the document
+    /// The number that the reader has just finished: it has read one character beyond, unless the document
     /// ended.
     [[nodiscard]] std::string_view number() const {
         std::size_t end = position_;
@@ -92,7 +91,7 @@ class Cursor {
         return text_.substr(begin, end - begin);
     }
 
-    /// The string whose closing quote the reader has just passed and has read as `shown`.
+    /// The string whose closing quote the reader has just passed, and which it has read as `shown`.
     [[nodiscard]] std::string string(const std::string& shown) const {
         if (halves_.empty()) return shown;
         std::string whole;
@@ -116,7 +115,7 @@ class Cursor {
         }
     }
 
-    /// What a part of a string, which the reader has found to be valid, stands for.
+    /// Decodes a part of a string that the reader has validated.
     [[nodiscard]] std::string unescaped(std::size_t begin, std::size_t end) const {
         std::string part = "\"";
         part += text_.substr(begin, end - begin);
@@ -130,10 +129,10 @@ class Cursor {
     bool escaped_ = false;
     std::size_t stringBegin_ = 0;
     std::size_t pairEnd_ = 0;         // of the surrogate pair passed last
-    std::vector<std::size_t> halves_; // the escapes of halves without their other half, in the present string
+    std::vector<std::size_t> halves_; // the escapes of unpaired surrogates in the current string
 };
 
-/// The cursor as the input iterator that the library wants; its end has no cursor.
+/// The cursor as the input iterator that the library requires; the end iterator has no cursor.
 class Characters {
   public:
     using iterator_category = std::input_iterator_tag; // NOLINT(readability-identifier-naming)
@@ -185,7 +184,7 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
     bool end_object() override { return close(); }
     bool end_array() override { return close(); }
     bool key(string_t& name) override {
-        // The case of digits tells no keys apart.
+        // Keys must not differ only in the case of these digits.
         std::string& key = open_.back().key = cursor_.string(name);
         for (std::size_t at = key.find(loneSurrogate); at != std::string::npos;
              at = key.find(loneSurrogate, at + 1)) {
@@ -225,7 +224,7 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
         } else if (Json::Array* array = open_.back().value.ifArray()) {
             array->push_back(std::move(value));
         } else if (Json::Object* object = open_.back().value.ifObject()) {
-            // Documents that were sorted before take constant time a member.
+            // In documents that are already sorted, each member takes constant time.
             object->insert_or_assign(object->end(), std::move(open_.back().key), std::move(value));
         }
         return true;
@@ -293,7 +292,7 @@ class Writer {
 
     void writeString(std::string_view string) {
         text_ += '"';
-        std::size_t plain = 0; // where the stretch begins that needs no escape
+        std::size_t plain = 0; // where the run that needs no escape begins
         for (std::size_t i = 0; i < string.size(); ++i) {
             const auto byte = static_cast<unsigned char>(string[i]);
             if (byte >= 0x20 && byte != '"' && byte != '\\' && string[i] != loneSurrogate) continue;
@@ -376,7 +375,7 @@ Json Json::real(double value) {
 }
 
 std::optional<Json> Json::parse(std::string_view text) {
-    // The library takes a zero byte for the end of the document and skips a byte-order mark by itself.
+    // The library treats a zero byte as the end of the document and skips a byte-order mark.
     if (text.find('\0') != std::string_view::npos || text.starts_with("\xEF\xBB\xBF")) return std::nullopt;
     Cursor cursor(text);
     Builder builder(cursor);

@@ -13,11 +13,10 @@
 
 namespace corvane {
 
-/// A JSON value that loses nothing of the document it was read from but layout, the order of keys and the
-/// earlier of two equal keys. Numbers stay the text that stood in the document, to the last digit and
-/// whatever their size. Strings are UTF-8 and may hold U+0000. Half of a surrogate pair, which JavaScript
-/// writes as an escape of its own for text that was cut inside a character, is written as it was read. A
-/// plain value.
+/// A JSON value that preserves everything of the document it was read from except layout, key order and the
+/// earlier of duplicate keys. Numbers stay the text of the document, to the last digit and whatever their
+/// size. Strings are UTF-8 and may hold U+0000. An unpaired surrogate, which JavaScript escapes when text was
+/// cut inside a character, is written as it was read. A plain value.
 class Json {
   public:
     /// A number by its text, which follows JSON's grammar: "-0", "1e999" and 30-digit decimals are kept as
@@ -26,10 +25,10 @@ class Json {
         std::string text;
         bool operator==(const Number&) const = default;
 
-        /// The nearest double; none when the number is beyond all of them.
+        /// The nearest double; none when the number is out of range.
         [[nodiscard]] std::optional<double> toDouble() const;
         /// The value of an integer, however it is written: "5", "5.0", "50e-1". None when it does not fit.
-        /// One of more than 53 bits must be written without point and exponent to be exact.
+        /// One of more than 53 bits must be written without decimal point and exponent to be exact.
         [[nodiscard]] std::optional<std::int64_t> toInteger() const;
     };
     using Array = std::vector<Json>;
@@ -38,16 +37,17 @@ class Json {
 
     enum class Layout {
         compact,  ///< No white space at all.
-        indented, ///< One member or element a line, two spaces a level, `"key": value`; empty ones `{}` and
+        indented, ///< One member or element per line, two spaces per level, `"key": value`; empty ones `{}`
+                  ///< and
                   ///< `[]`.
     };
 
-    /// How deep arrays and objects may nest in a document that is read; the outermost one counts as 1.
+    /// How deeply arrays and objects may nest in a document to be parsed; the outermost one counts as 1.
     static constexpr std::size_t maximumDepth = 1'024;
 
     /// null
     Json() = default;
-    // Implicit, so that documents can be written down as nested braces.
+    // Implicit, so that documents can be written as nested braces.
     template <std::same_as<bool> Boolean>
     Json(Boolean value) // NOLINT(google-explicit-constructor)
         : value_(value) {}
@@ -58,12 +58,12 @@ class Json {
     Json(Array value);            // NOLINT(google-explicit-constructor)
     Json(Object value);           // NOLINT(google-explicit-constructor)
     static Json integer(std::int64_t value);
-    /// The shortest text from which `value`, which must be finite, is read back exactly.
+    /// A number with the shortest text that parses back to exactly `value`, which must be finite.
     static Json real(double value);
 
-    /// Reads one whole document, strictly: nothing but white space around the value, no comments, valid
-    /// UTF-8, no byte-order mark. Of equal keys the last one counts. None when `text` is anything else or
-    /// nests deeper than `maximumDepth`. Time and memory grow with the size of `text`.
+    /// Parses one whole document, strictly: nothing but white space around the value, no comments, valid
+    /// UTF-8, no byte-order mark. Of duplicate keys the last one counts. None when `text` is anything else or
+    /// nests deeper than `maximumDepth`. Time and memory are linear in the size of `text`.
     [[nodiscard]] static std::optional<Json> parse(std::string_view text);
 
     /// The document's text without a line feed at its end. Keys are sorted by their UTF-8 bytes; slashes and
@@ -71,18 +71,19 @@ class Json {
     [[nodiscard]] std::string write(Layout layout) const;
 
     [[nodiscard]] bool isNull() const;
-    /// The value if it is of that type, else null. The pointers live as long as this value is left alone.
+    /// The value if it is of that type, else null. The pointers are valid until this value is changed or
+    /// destroyed.
     [[nodiscard]] const bool* ifBoolean() const;
     [[nodiscard]] const Number* ifNumber() const;
-    /// Half of a surrogate pair is the byte FF and the four digits of its escape, in values and in keys.
+    /// An unpaired surrogate is the byte FF followed by the four digits of its escape, in values and in keys.
     [[nodiscard]] const std::string* ifString() const;
     [[nodiscard]] const Array* ifArray() const;
     [[nodiscard]] Array* ifArray();
     [[nodiscard]] const Object* ifObject() const;
     [[nodiscard]] Object* ifObject();
-    /// The string in UTF-8, with U+FFFD for each half of a surrogate pair; none when this is no string.
+    /// The string in UTF-8, with U+FFFD for each unpaired surrogate; none when this is not a string.
     [[nodiscard]] std::optional<std::string> text() const;
-    /// The member `key`; null when there is none or this is no object.
+    /// The member `key`; null when there is none or this is not an object.
     [[nodiscard]] const Json* find(std::string_view key) const;
 
     /// Numbers are equal when their texts are.

@@ -21,10 +21,10 @@ struct Character {
     bool isWhitespace;
 };
 
-// No character takes more than four bytes, so that much of the text is enough to look at.
+// No character takes more than four bytes, so it is enough to look at that much of the text.
 constexpr std::size_t longestCharacter = 4;
 
-// ICU reads UTF-8 by macros, whose casts are theirs.
+// ICU reads UTF-8 by macros, whose casts are not ours.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wold-style-cast"
 #pragma GCC diagnostic ignored "-Wsign-conversion"
@@ -100,7 +100,7 @@ std::size_t prefixLength(std::string_view text, std::size_t count) {
         end = next;
     }
     utext_close(utext);
-    // Without ICU's data nothing can be told apart; too long a text is better than none.
+    // Without ICU's data there are no boundaries; too long a text is better than none.
     if (U_FAILURE(status)) return text.size();
     return static_cast<std::size_t>(end);
 }

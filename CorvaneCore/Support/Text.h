@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// Text as users see it. All strings are UTF-8; bytes that are not valid UTF-8 are tolerated, never a crash.
+/// Text as users see it. All strings are UTF-8; invalid UTF-8 is tolerated and never crashes.
 namespace corvane::text {
 
 /// `text` without spaces and tabs (bytes 0x20 and 0x09, nothing else) at either end.
@@ -13,16 +13,16 @@ namespace corvane::text {
 /// `text` without characters of Unicode's White_Space property at either end.
 [[nodiscard]] std::string_view trimmingWhitespace(std::string_view text);
 
-/// Whether `text` contains `word` under full Unicode case folding, the same in every locale.
-/// `word` must be folded already (lower case for ASCII).
+/// Whether `text` contains `word` under full Unicode case folding, the same in every locale. `word` must
+/// already be folded (lower case for ASCII).
 [[nodiscard]] bool containsIgnoringCase(std::string_view text, std::string_view word);
 
 /// The number of bytes that the first `count` user-perceived characters (extended grapheme clusters) of
 /// `text` take; the whole size when there are no more than `count`.
 [[nodiscard]] std::size_t prefixLength(std::string_view text, std::size_t count);
 
-/// The last component of `path` taken as a file path, trailing slashes ignored ("/w/shop/" gives "shop"); the
-/// whole of `path` when that component is empty or "/". ".." is not resolved.
+/// The last component of the file path `path`, trailing slashes ignored ("/w/shop/" gives "shop"); the whole
+/// of `path` when that component is empty or "/". ".." is not resolved.
 [[nodiscard]] std::string lastPathComponent(std::string_view path);
 
 /// Whether every byte of `text` belongs to a valid UTF-8 sequence.

@@ -8,8 +8,8 @@ namespace corvane {
 
 /// The user's stored settings: a flat map from key to value that outlives the process.
 ///
-/// Implemented over the platform's settings store by the application and in memory by the tests. Main thread
-/// only. Storing never fails visibly: what cannot be written is lost at the end of the run.
+/// The application implements it on the platform's settings store, the tests in memory. Main thread only.
+/// Storing never fails visibly: what cannot be written is lost when the process ends.
 class UserDefaults {
   public:
     UserDefaults() = default;

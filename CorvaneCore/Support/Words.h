@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-/// A text for users by its key, which is its English wording. The context tells translators where it stands,
-/// and apart from texts of the same wording elsewhere.
+/// A text for users, identified by its key, which is its English wording. The context tells translators where
+/// it appears and distinguishes it from texts of the same wording elsewhere.
 struct Phrase {
     const char* context;
     const char* key;
@@ -19,14 +19,14 @@ struct Phrase {
     return {context, key};
 }
 
-/// Gives a phrase in the words that users read, in UTF-8; `inEnglish` where no other words are known.
+/// Translates a phrase into the user's language, in UTF-8; `inEnglish` where no other language is available.
 using Words = std::string (*)(const Phrase& phrase);
 
 /// The key itself.
 [[nodiscard]] std::string inEnglish(const Phrase& phrase);
 
-/// `pattern` with the arguments in place of "%1", "%2" and so on, each as often as it occurs. What the
-/// arguments hold is left as it is; a number without an argument too.
+/// `pattern` with every "%1", "%2" and so on replaced by the argument of that number. Placeholders within the
+/// arguments are not replaced, nor are numbers without an argument.
 [[nodiscard]] std::string filled(std::string_view pattern, std::initializer_list<std::string_view> arguments);
 
 } // namespace corvane

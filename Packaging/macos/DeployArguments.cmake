@@ -1,8 +1,8 @@
-# corvane_deploy_arguments(<variable> <Qt's version> <folders ...>): what qt_generate_deploy_app_script is to be called
-# with for that version, where libraries may lie in those folders. The script's name comes in `deploy_script`.
+# corvane_deploy_arguments(<variable> <Qt's version> <folders ...>): the arguments of qt_generate_deploy_app_script for
+# that version, with those folders searched for libraries. The script's name is returned in `deploy_script`.
 function(corvane_deploy_arguments variable version)
   set(arguments TARGET Corvane NO_UNSUPPORTED_PLATFORM_ERROR)
-  # Renamed on the way from 6.4 to 6.8, which takes both.
+  # Renamed between 6.4 and 6.8, which accepts both.
   if(version VERSION_LESS 6.8)
     list(APPEND arguments FILENAME_VARIABLE deploy_script)
   else()

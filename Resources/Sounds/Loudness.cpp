@@ -25,8 +25,8 @@ struct Biquad {
     }
 };
 
-// BS.1770 lists the two filters for 48 kHz only. These are the analogue filters behind its figures, carried
-// over to our sample rate.
+// BS.1770 lists the two filters for 48 kHz only. These are the analogue filters behind its coefficients,
+// converted to our sample rate.
 
 Biquad headShelf() {
     constexpr double frequency = 1681.974450955533;

@@ -23,7 +23,8 @@ constexpr int a5 = 12;
 constexpr int e6 = 19;
 constexpr int e7 = 31;
 
-// Phase, in turns, of the n-th of `count` harmonics that keeps the crest of their sum low (after Schroeder).
+// Phase, in turns, of the n-th of `count` harmonics that keeps the crest factor of their sum low (after
+// Schroeder).
 double spreadPhase(int n, int count) {
     return 0.5 * n * (n - 1) / count;
 }
@@ -102,7 +103,7 @@ Signal submarine() {
 }
 
 // A content cat: a low voice whose breath opens and closes 24 times a second. Its strength lies between 200
-// and 700 Hz, where small loudspeakers still give it.
+// and 700 Hz, which small loudspeakers still reproduce.
 Signal purr() {
     Signal signal = silence(0.95);
     constexpr int harmonics = 9;

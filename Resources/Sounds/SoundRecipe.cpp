@@ -31,7 +31,7 @@ std::string wav(const Signal& signal) {
     appendNumber(bytes, 36 + size, 4);
     bytes += "WAVEfmt ";
     appendNumber(bytes, 16, 4);
-    appendNumber(bytes, 1, 2); // plain samples
+    appendNumber(bytes, 1, 2); // PCM
     appendNumber(bytes, 1, 2); // channels
     appendNumber(bytes, rate, 4);
     appendNumber(bytes, rate * bytesASample, 4);
@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     const std::filesystem::path folder = argv[1];
-    std::error_code ignored; // a folder that cannot be made shows when the first file is written
+    std::error_code ignored; // if the folder cannot be created, writing the first file fails
     std::filesystem::create_directories(folder, ignored);
 
     for (const Recipe& recipe : recipes()) {

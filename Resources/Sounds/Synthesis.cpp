@@ -12,7 +12,7 @@ namespace {
 constexpr double turn = 2 * std::numbers::pi;
 constexpr double silentHead = 0.002;
 constexpr double silentTail = 0.010;
-constexpr double lowestFrequency = 20; // what lies below is not heard and only costs headroom
+constexpr double lowestFrequency = 20; // anything lower is inaudible and only costs headroom
 
 std::size_t sampleAt(double seconds) {
     return static_cast<std::size_t>(std::lround(seconds * sampleRate));

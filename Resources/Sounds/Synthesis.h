@@ -8,7 +8,7 @@ namespace corvane::sounds {
 /// Samples of one channel; full scale is 1.
 using Signal = std::vector<double>;
 
-constexpr double sampleRate = 44100; ///< of every signal, in samples a second
+constexpr double sampleRate = 44100; ///< of every signal, in samples per second
 
 /// A quantity that changes in time, as a function of the seconds since the tone began.
 using Curve = std::function<double(double)>;
@@ -25,10 +25,10 @@ struct Partial {
 /// A signal of silence.
 [[nodiscard]] Signal silence(double seconds);
 
-/// Frequency of the note that lies this many semitones above the A of 440 Hz.
+/// Frequency of the note this many semitones above the A of 440 Hz.
 [[nodiscard]] double note(int semitones);
 
-/// Rises from 0 to 1 within `seconds` without a corner at either end, and stays there.
+/// Rises smoothly from 0 to 1 within `seconds`, and stays there.
 [[nodiscard]] double softRise(double time, double seconds);
 
 /// Adds a sine whose frequency (in hertz) and amplitude follow curves, from `start` seconds to the signal's
@@ -38,11 +38,11 @@ void addTone(Signal& signal, double start, const Curve& frequency, const Curve& 
 /// Adds a struck sine from `start` seconds on.
 void addPartial(Signal& signal, double start, const Partial& partial);
 
-/// Adds the signal to itself once more, `delay` seconds later and `gain` times as loud.
+/// Adds the signal to itself, `delay` seconds later and multiplied by `gain`.
 void addEcho(Signal& signal, double delay, double gain);
 
-/// Makes both ends silent and free of clicks, and takes out any constant part: 2 ms of silence, the signal,
-/// which fades out within `fade` seconds, and 10 ms of silence. The length stays.
+/// Makes both ends silent and free of clicks, and removes any DC offset: 2 ms of silence, the signal, which
+/// fades out within `fade` seconds, and 10 ms of silence. The length stays.
 void finishEnds(Signal& signal, double fade);
 
 } // namespace corvane::sounds

@@ -1,10 +1,10 @@
-"""Shows the application, as a person gets it, on a virtual display, and checks that everything is really seen there.
+"""Drives the application on a virtual display as a user would, and checks that everything is visible there.
 
     python3 -B Scripts/demonstration BUILD_FOLDER [--update-pictures]
 
-Everything happens in a scratch home, on an X server and a message bus of its own; all of it is gone at the end, also
-after a signal. What is seen is asked of the X server and of the accessibility bus; what is done is done with pointer
-and keyboard. Screenshots go to build/demonstration. Ends with status 0 only when every step was seen.
+Everything happens in a scratch home, on its own X server and session bus; all of it is removed at the end, even
+after a signal. Observations come from the X server and from the accessibility bus; input goes through pointer
+and keyboard. Screenshots go to build/demonstration. Exits with status 0 only if every step was seen.
 """
 
 import subprocess
@@ -51,12 +51,12 @@ def explain(failure, scratch, observe, ended):
     if failure.observed:
         print(f"What was observed:\n{indented(failure.observed)}", end="", file=sys.stderr)
     if ended is not None:
-        print(f"The application does not run any more; it ended with status {ended}.", file=sys.stderr)
+        print(f"The application is no longer running; it ended with status {ended}.", file=sys.stderr)
     if scratch.printed("corvane"):
-        print(f"The application said:\n{indented(scratch.printed('corvane'))}", end="", file=sys.stderr)
+        print(f"The application printed:\n{indented(scratch.printed('corvane'))}", end="", file=sys.stderr)
     picture = PICTURES / "failure.png"
     if observe("screenshot", picture).returncode == 0:
-        print(f"What the screen showed: {picture}", file=sys.stderr)
+        print(f"Screenshot: {picture}", file=sys.stderr)
     print(f"What to do: {failure.advice}", file=sys.stderr)
 
 
@@ -86,14 +86,14 @@ def main():
             explain(failure, scratch, observe, story.unexpected_end())
             return 1
         except (OSError, subprocess.SubprocessError, ValueError) as error:
-            explain(Failure(f"{type(error).__name__}: {error}", "see whether Scripts/dependencies demo is content"),
+            explain(Failure(f"{type(error).__name__}: {error}", "check that Scripts/dependencies demo succeeds"),
                     scratch, observe, story.unexpected_end())
             return 1
     if "--update-pictures" in sys.argv:
         for name, source in story.documentation.items():
             (ROOT / "docs" / name).write_bytes((ROOT / source).read_bytes())
-            print(f"docs/{name} is renewed.")
-    print(f"All of it was seen on the screen, in {time.monotonic() - began:.0f} s. Screenshots:")
+            print(f"docs/{name} is updated.")
+    print(f"Every step was seen on the screen, in {time.monotonic() - began:.0f} s. Screenshots:")
     for picture in sorted(folder.glob("*.png")):
         print(f"  {picture.relative_to(ROOT)}")
     return 0
@@ -102,5 +102,5 @@ def main():
 try:
     sys.exit(main())
 except Interrupted as interrupted:
-    print("\nInterrupted; everything that was started is ended.", file=sys.stderr)
+    print("\nInterrupted; everything that was started has been ended.", file=sys.stderr)
     sys.exit(128 + interrupted.number)

@@ -1,5 +1,5 @@
-"""The agents of the scratch home: the files that they have there already, and stand-ins for the agents themselves,
-which run in real terminals and call the hook as the real ones do, with payloads that real ones sent."""
+"""The agents of the scratch home: the files that they already have there, and fakes of the agents themselves,
+which run in real terminals and call the hook as the real ones do, with payloads recorded from real ones."""
 
 import json
 import os
@@ -58,8 +58,8 @@ approval_policy = "on-request"   # ask me first
 trust_level = "trusted"
 """
 
-# Waits for jobs and does them one by one: shows a text, then runs a command as this very process's child. The
-# name of the process and its folder are what the application knows an agent by.
+# Waits for jobs and handles them one by one: shows a text, then runs a command as its own child. The application
+# identifies an agent by the process's name and folder.
 STAND_IN = r"""#!/bin/sh
 exec 3<>"$1"
 while read -r job <&3; do
@@ -73,7 +73,7 @@ BOLD, DIM, ACCENT, GREEN, PLAIN = "\033[1m", "\033[2m", "\033[38;5;215m", "\033[
 
 
 class AgentFile:
-    """A configuration file of an agent's."""
+    """An agent's configuration file."""
 
     def __init__(self, path, content, mode):
         path.parent.mkdir(parents=True, exist_ok=True)
@@ -87,7 +87,7 @@ class AgentFile:
         return sorted(self.path.parent.glob(f"{self.path.name}.corvane-backup-*"))
 
     def difference(self, scratch):
-        """How the file differs from what it was."""
+        """The difference from the original file."""
         before = scratch.folder / "before"
         before.write_bytes(self.original)
         shown = f"~/{self.path.relative_to(scratch.home)}"
@@ -95,15 +95,15 @@ class AgentFile:
 
     def check_only_additions(self, difference):
         removed = [line for line in difference.splitlines()[2:] if line.startswith("-")]
-        # A comma after what was the last element belongs to the new one.
+        # A comma after the previously last element belongs to the new one.
         added = {line[1:].rstrip(",") for line in difference.splitlines()[2:] if line.startswith("+")}
         lost = [line for line in removed if line[1:].rstrip(",") not in added]
         if lost:
-            raise Failure(f"something was taken out of {self.path.name}", "look at the difference above", "\n".join(lost))
+            raise Failure(f"something was removed from {self.path.name}", "look at the difference above", "\n".join(lost))
         if self.path.stat().st_mode & 0o777 != self._mode:
             raise Failure(f"the permissions of {self.path.name} have changed", "it had {self._mode:o} before")
         if not any(backup.read_bytes() == self.original for backup in self.backups()):
-            raise Failure(f"no backup of {self.path.name} stands beside it", "look into the connector of that agent")
+            raise Failure(f"there is no backup of {self.path.name} beside it", "see AgentConnector")
 
     def is_original(self):
         return self.path.read_bytes() == self.original
@@ -133,7 +133,7 @@ def codex_command(file):
 
 
 class Agent:
-    """A stand-in of the name `program` in the project's folder. `command` makes the shell command that hands over a
+    """A fake named `program` in the project's folder. `command` makes the shell command that passes on a
     payload, from the payload's name and file."""
 
     def __init__(self, scratch, program, project, session, command):
@@ -158,8 +158,8 @@ class Agent:
         return [self._script, self._pipe]
 
     def send(self, payload, text=""):
-        """Lets the agent show a text in its terminal and hand over a recorded payload, told of this session and
-        folder. Returns when the hook has ended, which must have succeeded without a word."""
+        """Makes the agent show a text in its terminal and pass on a recorded payload, changed to this session and
+        folder. Returns when the hook has ended, which must have succeeded silently."""
         self._count += 1
         job = self._jobs / f"{self._count}-{payload}"
         content = (PAYLOADS / f"{payload}.json").read_text()
@@ -168,7 +168,7 @@ class Agent:
         file.write_text(content.replace("/home/you/project", str(self.folder)))
         job.write_text(self._command(payload, file))
         Path(f"{job}.text").write_text(text)
-        # Opened for both directions, which waits for no reader.
+        # Opened for both directions, so that it does not wait for a reader.
         pipe = os.open(self._pipe, os.O_RDWR)
         try:
             os.write(pipe, f"{job}\n".encode())
@@ -217,7 +217,7 @@ def agent_asks(command):
             f"{ACCENT}> 1. Yes{PLAIN}\n  2. Yes, and don't ask again for this project\n  3. No\n")
 
 
-# What the user works at meanwhile.
+# What the user is working on meanwhile.
 KEYWORD, TEXT = "\033[38;5;110m", "\033[38;5;150m"
 SOURCE = """
 import { RateLimiter } from "./rate-limiter";

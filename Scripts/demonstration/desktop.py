@@ -1,4 +1,4 @@
-"""A virtual desktop as a user has it: X server, message bus, window manager, compositor, tray, terminals."""
+"""A user's desktop, virtual: X server, session bus, window manager, compositing manager, tray, terminals."""
 
 import os
 import re
@@ -70,7 +70,7 @@ class Desktop:
                             cwd=folder)
         new = wait_until(lambda: self._terminals() - before, 20)
         if not new:
-            raise Failure("no terminal window came up", "run xterm by hand on an Xvfb to see why",
+            raise Failure("no terminal window appeared", "run xterm by hand on an Xvfb to see why",
                           self._scratch.printed(f"terminal-{name}"))
         return new.pop()
 
@@ -86,7 +86,7 @@ class Desktop:
         self._must_come(socket.exists, "dbus", "the message bus did not start")
 
     def _start_display(self):
-        # The X server writes the number of the display that it chose once it is ready.
+        # Once it is ready, the X server writes the display number that it chose.
         number = self._scratch.folder / "display"
         with open(number, "wb") as file:
             server = self._scratch.start("xvfb", ["Xvfb", "-displayfd", file.fileno(), "-screen", "0", "1280x800x24",

@@ -1,5 +1,5 @@
-"""What a person in front of the screen sees and does: asked of the X server and of the accessibility bus, done with
-the pointer and the keyboard. The application is never asked by another way."""
+"""What a user sees and does: observed through the X server and the accessibility bus, done with
+the pointer and the keyboard. The application is never accessed in any other way."""
 
 import os
 import re
@@ -13,13 +13,13 @@ from scratch import Failure, wait_until
 APPLICATION = "Corvane"
 LOOK_AGAIN = "look at the picture, and run ./run again to see whether it repeats"
 
-# What the versions of at-spi2-core call a role, where they differ: 2.46 (Debian 12), then 2.56 (Debian 13).
+# Role names that differ between versions of at-spi2-core: 2.46 (Debian 12), then 2.56 (Debian 13).
 ROLE_NAMES = {"push button": ("push button", "button")}
 
 
 @dataclass
 class Control:
-    """An element of a window, at its place on the screen in pixels."""
+    """An element of a window, with its place on the screen in pixels."""
 
     role: str
     name: str
@@ -43,8 +43,8 @@ class Eyes:
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi, GLib
 
-        # Given its address, the library asks no message bus, whose end would be the end of this process too.
-        # The application is left to find it as on any desktop.
+        # Given its address, the library does not connect to the session bus, whose end would also end this process. The
+        # application has to find it as on any desktop.
         os.environ["AT_SPI_BUS_ADDRESS"] = accessibility_bus
         Atspi.init()
         del os.environ["AT_SPI_BUS_ADDRESS"]
@@ -53,10 +53,10 @@ class Eyes:
         self._scratch = scratch
         self._observe = observe
         Atspi.set_timeout(2000, 5000)
-        # Nobody here runs the loop that would tell a cache of changes.
+        # Nothing here runs the event loop that would keep a cache up to date.
         Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
 
-    # Windows, as the X server and the window manager have them
+    # Windows, as the X server and the window manager report them
 
     def xdotool(self, *arguments):
         return self._scratch.run("xdotool", *arguments).stdout.strip()
@@ -85,7 +85,7 @@ class Eyes:
     def tray_icon(self):
         """The area and the title of our icon in the tray."""
         def embedded():
-            # A tray's icons are windows inside of its own.
+            # A tray's icons are child windows of its own.
             for window in self.xdotool("search", "--onlyvisible", "--class", "^corvane$").split():
                 if window.isdigit() and self._is_in(window, tray):
                     return window
@@ -95,7 +95,7 @@ class Eyes:
         tray = self.geometry(bar[0]) if bar else (0, 0, 0, 0)
         icon = wait_until(embedded, 5)
         if not icon:
-            raise Failure("no icon came into the tray", "see whether trayer runs")
+            raise Failure("no icon appeared in the tray", "check whether trayer is running")
         return self.geometry(icon), self.title(icon)
 
     def _is_in(self, window, area):
@@ -128,7 +128,7 @@ class Eyes:
         if not wait_until(lambda: self.workspace() == number, 5):
             raise Failure(f"the window manager does not show workspace {number + 1}", LOOK_AGAIN)
 
-    # Controls, as an assistive program has them
+    # Controls, as assistive technology finds them
 
     def controls(self):
         """Every element that is showing, over all windows of the application."""
@@ -139,7 +139,7 @@ class Eyes:
                 if application is not None and application.get_name() == APPLICATION:
                     return list(self._walk(application, None))
         except self._gone:
-            pass  # It went while it was asked; the next look will be right.
+            pass  # It was destroyed during the query; the next attempt will be right.
         return []
 
     def _walk(self, element, window):
@@ -165,7 +165,7 @@ class Eyes:
         return None
 
     def see(self, role, name, seconds=5, **where):
-        """Waits for a control, and looks whether the screen shows something at its place."""
+        """Waits for a control, and checks that the screen shows something at its place."""
         control = wait_until(lambda: self.find(role, name, **where), seconds)
         shown = name.pattern if isinstance(name, re.Pattern) else name
         if not control:
@@ -187,19 +187,19 @@ class Eyes:
     def _passed(self, *command):
         return self._observe(*command).returncode == 0
 
-    # Banners, as the screen has them
+    # Banners, as the screen shows them
 
     def see_banners(self, waiting, done, seconds):
-        """Exactly so many, at their places and drawn in full. How long that took, and what the observer said."""
+        """Exactly so many, complete and at their places. Returns how long that took, and the observer's output."""
         result = self._observe("wait-for", "--waiting", waiting, "--done", done, "--timeout", seconds)
         if result.returncode != 0:
-            raise Failure(f"{waiting} waiting and {done} done banners did not stand on the screen within {seconds} s",
+            raise Failure(f"{waiting} waiting and {done} done banners were not on the screen within {seconds} s",
                           LOOK_AGAIN, result.stdout)
         lines = result.stdout.splitlines()
         return float(lines[-1]), lines[:-1]
 
     def see_words(self, number, title, subtitle):
-        """The banner of this number from the top shows these words, and an assistive program reads them."""
+        """The banner of this number from the top shows these words, and assistive technology reads them."""
         result = self._observe("reads", number, title, subtitle)
         if result.returncode != 0:
             raise Failure(f"banner {number} does not show \"{title}\" and \"{subtitle}\"", LOOK_AGAIN, result.stdout)
@@ -209,7 +209,7 @@ class Eyes:
     def see_no_banner(self, seconds):
         result = self._observe("stays-empty", "--for", seconds)
         if result.returncode != 0:
-            raise Failure("a window of the application came where none should", LOOK_AGAIN, result.stdout)
+            raise Failure("a window of the application appeared where none should", LOOK_AGAIN, result.stdout)
 
     # Pointer and keyboard
 
@@ -222,14 +222,14 @@ class Eyes:
         self.xdotool("click", 1)
 
     def put_pointer_aside(self):
-        """So that no control in a picture looks pointed at."""
+        """So that no control in a picture looks hovered."""
         self._move_to(640, 798)
         time.sleep(0.1)
 
     def _move_to(self, x, y):
         self.xdotool("mousemove", x, y)
         if not wait_until(lambda: self.xdotool("getmouselocation").startswith(f"x:{x} y:{y} "), 2):
-            raise Failure(f"the pointer does not go to {x}, {y}", "see whether another program holds it")
+            raise Failure(f"the pointer does not go to {x}, {y}", "check whether another program holds it")
 
     def press(self, keys):
         self.xdotool("key", keys)

@@ -1,4 +1,4 @@
-"""The settings portal of a desktop, of which it knows the colour scheme only.
+"""A fake of a desktop's settings portal, with the colour scheme only.
 
     portal.py     says "ready"; each line on standard input, "dark" or "light", becomes the colour scheme
 """
@@ -27,7 +27,7 @@ def value():
 
 def answer(_connection, _sender, _path, _interface, _method, parameters, invocation):
     if parameters.unpack() == KEY:
-        # The answer of this method is wrapped twice.
+        # The result of this method is wrapped twice.
         invocation.return_value(GLib.Variant("(v)", (GLib.Variant("v", value()),)))
     else:
         invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")

@@ -1,4 +1,4 @@
-"""A scratch home, and the programs that run in it; both are gone at the end, also after a signal."""
+"""A scratch home, and the programs that run in it; both are removed at the end, even after a signal."""
 
 import contextlib
 import os
@@ -21,7 +21,7 @@ class Interrupted(BaseException):
 
 
 class Failure(Exception):
-    """Something was not really seen. `advice` says what to do about it, `observed` what was there instead."""
+    """Something was not seen. `advice` says what to do about it, `observed` what was there instead."""
 
     def __init__(self, what, advice, observed=""):
         super().__init__(what)
@@ -30,7 +30,7 @@ class Failure(Exception):
 
 
 def wait_until(condition, seconds, every=0.05):
-    """Asks `condition` again and again; its first true answer, or its last one after `seconds`."""
+    """Polls `condition`; returns its first true result, or its last one after `seconds`."""
     end = time.monotonic() + seconds
     while True:
         answer = condition()
@@ -40,8 +40,8 @@ def wait_until(condition, seconds, every=0.05):
 
 
 class Scratch:
-    """Use as a context. Inside, the environment of this process, and so of all that it starts, knows nothing of
-    the user's home, display and message bus."""
+    """A context manager. Inside, the environment of this process, and so of everything that it starts, does not contain
+    the user's home, display and session bus."""
 
     def __init__(self):
         self._started = []
@@ -72,7 +72,7 @@ class Scratch:
 
     @contextlib.contextmanager
     def undisturbed(self):
-        """Puts a signal off to the end of the block, which makes something that has to be noted."""
+        """Defers signals to the end of the block, which creates something that has to be recorded."""
         self._undisturbed += 1
         try:
             yield
@@ -90,7 +90,7 @@ class Scratch:
         return self.folder / "runtime"
 
     def furnish(self):
-        """Makes the folders of a user who has just logged in, and turns the environment to them."""
+        """Creates the folders of a user who has just logged in, and points the environment at them."""
         for folder in (".config", ".cache", ".local/share", ".local/state", ".local/bin"):
             (self.home / folder).mkdir(parents=True)
         (self.folder / "tmp").mkdir()
@@ -111,7 +111,7 @@ class Scratch:
         })
 
     def start(self, name, command, **options):
-        """Starts a program in the background, in a process group of its own; what it prints goes to its log."""
+        """Starts a program in the background, in its own process group; its output goes to its log."""
         with self.undisturbed(), open(self.log(name), "wb") as log:
             process = subprocess.Popen([str(word) for word in command], stdin=options.pop("stdin", subprocess.DEVNULL),
                                        stdout=log, stderr=subprocess.STDOUT, start_new_session=True, **options)
@@ -119,7 +119,7 @@ class Scratch:
         return process
 
     def run(self, *command, timeout=30):
-        """Runs a program to its end. Its result has what it printed, errors included."""
+        """Runs a program to its end. The result includes its output and errors."""
         return subprocess.run([str(word) for word in command], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, text=True, timeout=timeout, start_new_session=True, check=False)
 
@@ -134,7 +134,7 @@ class Scratch:
             return ""
 
     def left_over(self):
-        """Processes that carry the scratch home in their environment, whoever started them."""
+        """Processes that have the scratch home in their environment, whoever started them."""
         mark = f"HOME={self.home}".encode()
         found = []
         for folder in Path("/proc").iterdir():
@@ -146,10 +146,10 @@ class Scratch:
         return found
 
     def stop_all(self):
-        """Ends all that was started, the latest first, so that none loses its display before it is asked to go."""
+        """Ends everything that was started, the latest first, so that none loses its display before it is asked to end."""
         while self._started:
             process = self._started[-1]
-            # The number of one that is known to have ended may belong to somebody else by now.
+            # The ID of one that is known to have ended may already be reused.
             if process.poll() is None:
                 os.killpg(process.pid, signal.SIGTERM)
                 try:
@@ -160,7 +160,7 @@ class Scratch:
             self._started.pop()
 
     def clean(self):
-        """Leaves no process and no file. What had to be killed is returned; a second call does nothing."""
+        """Leaves no process and no file. Returns what had to be killed; a second call does nothing."""
         if self.folder is None or not self.folder.exists():
             return []
         self.stop_all()

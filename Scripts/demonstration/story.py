@@ -1,4 +1,4 @@
-"""What a person does with the application from the first start to the end, step by step."""
+"""What a user does with the application, from the first start to the end, step by step."""
 
 import re
 import time
@@ -14,13 +14,13 @@ CARDS = {"Claude Code": "claude", "Codex": "codex"}
 
 USER_WORKSPACE, CLAUDE_WORKSPACE, CODEX_WORKSPACE = 0, 1, 2
 
-# Of work, before the end of a turn is worth an alert; and the life of that alert. Seconds.
+# The work after which the end of a turn alerts, and how long that alert is shown, in seconds.
 LEAST_WORK = 20
 DONE_LIFE = (5.5, 7.5)
 
 ONE_WAITS = "1 agent waiting for you"
 
-# For so long the window manager shows which workspace it has gone to. Seconds.
+# How long the window manager's pop-up shows the new workspace, in seconds.
 POPUP_LIFE = 1
 
 
@@ -41,7 +41,7 @@ class Story:
         self.documentation = {}
 
     def unexpected_end(self):
-        """The status with which the application has ended, while it should run or is being asked to quit."""
+        """The application's exit status if it has ended, None while it runs."""
         return self._application.poll() if self._application else None
 
     def tell(self):
@@ -68,7 +68,7 @@ class Story:
         self._remove()
         self._quit()
 
-    # Telling and taking pictures
+    # Reporting and screenshots
 
     def _picture(self, name, area=None):
         self._eyes.put_pointer_aside()
@@ -97,7 +97,7 @@ class Story:
     def _window(self, role, seconds=5):
         window = wait_until(lambda: self._eyes.window(role), seconds)
         if not window:
-            raise Failure(f"the {role} window did not come up within {seconds} s", LOOK_AGAIN)
+            raise Failure(f"the {role} window did not appear within {seconds} s", LOOK_AGAIN)
         return window
 
     def _see_window_gone(self, role):
@@ -120,7 +120,7 @@ class Story:
         for agent in CARDS:
             self._eyes.see("push button", "Connect", description=agent)
         if not wait_until(lambda: self._eyes.active_window() == window, 3):
-            raise Failure("the first window has not got the focus", LOOK_AGAIN)
+            raise Failure("the first window does not have the focus", LOOK_AGAIN)
         self._tell.seen("its window, with the focus, and a card to connect each agent")
         icon, title = self._eyes.tray_icon()
         self._eyes.see_ink(area(icon), "the tray icon")
@@ -135,7 +135,7 @@ class Story:
             difference = file.difference(self._scratch)
             self._tell.show(difference)
             file.check_only_additions(difference)
-            self._tell.seen(f"the card says Connected; only our entry is new, {file.backups()[-1].name} stands beside it")
+            self._tell.seen(f"the card says Connected; only our entry is new, {file.backups()[-1].name} is beside it")
         events = sorted(claude_commands(self._files["Claude Code"]))
         if not events or len(codex_command(self._files["Codex"])) != 2:
             raise Failure("the agents' files do not name the hook", "look at the differences above")
@@ -151,7 +151,7 @@ class Story:
         self._picture("test-alert")
         self._eyes.click(self._eyes.see("push button", re.compile("Close.*|Dismiss.*")))
         self._banners(0, 0)
-        self._tell.seen("its cross, clicked, takes it down")
+        self._tell.seen("clicking its cross closes it")
 
         self._tell.step("\"Done\" is clicked")
         self._eyes.click(self._eyes.see("push button", "Done"))
@@ -159,7 +159,7 @@ class Story:
         self._eyes.see_no_banner(1)
         if self._application.poll() is not None:
             raise Failure("the application ended with its window", "closing windows must not quit it")
-        self._tell.seen("the window is gone, the application runs on in the tray")
+        self._tell.seen("the window is closed, the application keeps running in the tray")
 
     def _agents_start(self):
         self._tell.step("Agents run in terminals of workspaces 2 and 3; the user works on workspace 1")
@@ -193,13 +193,13 @@ class Story:
         took = self._banners(1, 0)
         banner = self._eyes.see_words(1, "Claude is waiting for you", "web-shop")
         if self._eyes.focused_window() != self._user_terminal:
-            raise Failure("the user's terminal has lost the keyboard to the banner", LOOK_AGAIN)
-        self._tell.seen(f"its banner, complete after {took} s; the keyboard stays with the user's terminal")
-        self._tell.seen(f"assistive programs read: {banner.name}")
+            raise Failure("the user's terminal has lost the focus to the banner", LOOK_AGAIN)
+        self._tell.seen(f"its banner, complete after {took} s; the focus stays in the user's terminal")
+        self._tell.seen(f"assistive technology reads: {banner.name}")
         wait_until(lambda: self._eyes.tray_icon()[1] == ONE_WAITS, 3)
         if self._eyes.tray_icon()[1] != ONE_WAITS:
-            raise Failure("the tray icon does not tell of it", LOOK_AGAIN, self._eyes.tray_icon()[1])
-        self._tell.seen(f"the tray icon tells: {ONE_WAITS}")
+            raise Failure("the tray icon does not show it", LOOK_AGAIN, self._eyes.tray_icon()[1])
+        self._tell.seen(f"the tray icon says: {ONE_WAITS}")
         self._picture("waiting")
 
     def _go_to_terminal(self):
@@ -209,8 +209,8 @@ class Story:
             raise Failure("the terminal of web-shop did not come to the front",
                           LOOK_AGAIN, f"active is {self._eyes.title(self._eyes.active_window())}")
         if (self._eyes.workspace(), self._eyes.focused_window()) != (CLAUDE_WORKSPACE, self._shop_terminal):
-            raise Failure("the terminal of web-shop has not got the keyboard", LOOK_AGAIN)
-        self._tell.seen("workspace 2, and on it that terminal, not the other one, in front and with the keyboard")
+            raise Failure("the terminal of web-shop does not have the focus", LOOK_AGAIN)
+        self._tell.seen("workspace 2, and on it that terminal, not the other one, in front and with the focus")
         self._banners(0, 0)
         self._tell.seen("the banner is gone")
         time.sleep(POPUP_LIFE)
@@ -259,13 +259,13 @@ class Story:
         self._banners(0, 0, DONE_LIFE[1])
         self._shop.send("claude-Notification-idle_prompt", agent_says("The discount code works. Shall I commit?"))
         row = self._eyes.see("push button", re.compile("web-shop, Claude, .*reply.*", re.S))
-        # The alert would come with the row.
+        # The alert would appear with the row.
         time.sleep(1)
         self._banners(0, 0, 0)
-        self._tell.seen(f"its row says \"{row.name}\", but no banner comes")
+        self._tell.seen(f"its row says \"{row.name}\", but no banner appears")
         self._eyes.click(self._eyes.see("push button", "Resume"))
         self._eyes.see_gone("push button", "Resume")
-        self._tell.seen("\"Resume\", clicked, ends the quiet")
+        self._tell.seen("clicking \"Resume\" ends quiet time")
         self._eyes.press("Escape")
         self._see_window_gone(PANEL)
         self._tell.seen("Escape closes the panel")
@@ -286,11 +286,11 @@ class Story:
             self._window_picture(f"settings-{tab.lower()}", SETTINGS)
 
     def _dark(self):
-        self._tell.step("The desktop turns dark")
+        self._tell.step("The desktop switches to dark")
         before = self._window_tone()
         self._desktop.set_color_scheme("dark")
         if not wait_until(lambda: self._window_tone() < before / 2, 5):
-            raise Failure("the settings window has not become dark", "see whether the portal is asked")
+            raise Failure("the settings window has not become dark", "check whether the portal is queried")
         self._eyes.click(self._eyes.see("page tab", "Alerts"))
         self._eyes.see("check box", "Alert when an agent finishes")
         self._tell.seen("the open window follows at once")
@@ -302,7 +302,7 @@ class Story:
         self._see_window_gone(PANEL)
         self._desktop.set_color_scheme("light")
         if not wait_until(lambda: self._window_tone() >= before, 5):
-            raise Failure("the settings window has not become light again", "see whether the portal is asked")
+            raise Failure("the settings window has not become light again", "check whether the portal is queried")
         self._eyes.press("ctrl+w")
         self._see_window_gone(SETTINGS)
         self._tell.seen("light again; Ctrl+W closes the window")
@@ -324,14 +324,14 @@ class Story:
         self._banners(1, 0, DONE_LIFE[1])
         stood = time.monotonic() - came
         if stood < DONE_LIFE[0]:
-            raise Failure(f"the done banner left after {stood:.1f} s instead of about six", LOOK_AGAIN)
-        self._tell.seen(f"it left by itself after {stood:.1f} s")
+            raise Failure(f"the done banner disappeared after {stood:.1f} s instead of about six", LOOK_AGAIN)
+        self._tell.seen(f"it disappeared by itself after {stood:.1f} s")
         self._shop.send("claude-SessionEnd-prompt_input_exit", "")
         self._banners(0, 0)
-        self._tell.seen("the waiting banner left too when its session ended")
+        self._tell.seen("the waiting banner disappeared too when its session ended")
 
     def _second_start(self):
-        self._tell.step("Corvane is started once more, from workspace 3")
+        self._tell.step("Corvane is started again, from workspace 3")
         self._eyes.go_to_workspace(CODEX_WORKSPACE)
         second = self._scratch.start("second", [self._program])
         window = self._window(MAIN)
@@ -355,9 +355,9 @@ class Story:
             self._eyes.click(self._eyes.see("push button", "Remove", description=agent, window="Corvane Settings"))
             self._eyes.see("push button", "Connect", description=agent, window="Corvane Settings")
             if not file.is_original():
-                raise Failure(f"{file.path.name} is not what it was", "see the difference above",
+                raise Failure(f"{file.path.name} differs from the original", "see the difference above",
                               file.difference(self._scratch))
-            self._tell.seen(f"{agent} can be connected again; its file is, byte for byte, what it was before")
+            self._tell.seen(f"{agent} can be connected again; its file is byte for byte the original")
 
     def _quit(self):
         self._tell.step("\"Quit\" is chosen from the menu of the main window")
@@ -368,7 +368,7 @@ class Story:
         self._picture("menu")
         self._eyes.click(quit_command)
         if not wait_until(lambda: self._application.poll() is not None, 5):
-            raise Failure("it still runs after 5 s", LOOK_AGAIN)
+            raise Failure("it is still running after 5 s", LOOK_AGAIN)
         if self._application.returncode != 0:
             raise Failure(f"it ended with status {self._application.returncode}", "see its message above")
         if self._scratch.printed("corvane"):
@@ -376,10 +376,10 @@ class Story:
         self._tell.seen("it ended with status 0 and had printed nothing")
 
     def end(self):
-        self._tell.step("All that was started is ended")
+        self._tell.step("Everything that was started is ended")
         killed = self._scratch.clean()
         if killed:
-            raise Failure(f"the processes {killed} had to be killed", "find out who started them")
+            raise Failure(f"the processes {killed} had to be killed", "find out what started them")
         if self._scratch.folder.exists():
             raise Failure(f"the scratch home {self._scratch.folder} could not be removed", "remove it by hand")
         self._tell.seen("no process is left; the scratch home is removed")

@@ -29,7 +29,7 @@ TEST_F(BannerViewsTest, theMainButtonsSymbolAndTextStandAtTenSixAndTwelve) {
         return inkRect(image.copy(left * ratio, 0, (right - left) * ratio, image.height()), ink)
             .translated(left * ratio, 0);
     };
-    // The symbol's box is 16 wide, its ink stands in the middle of it.
+    // The symbol's box is 16 wide, with the symbol centred in it.
     const QRect symbol = part(0, 29);
     EXPECT_NEAR(symbol.left() + symbol.right() + 1, 2 * 18 * ratio, 1);
     EXPECT_NEAR(symbol.top() + symbol.bottom() + 1, 2 * 14 * ratio, 1);
@@ -107,7 +107,7 @@ QColor deepestColor(const QImage& image) {
 }
 
 TEST_F(BannerViewsTest, plainButtonsShowRestHoverPressedDisabled) {
-    constexpr int ratio = 4; // so that some pixels are covered by ink in full
+    constexpr int ratio = 4; // so that some pixels are fully covered
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         const std::unique_ptr<PlainButton> text(PlainButton::withText(QStringLiteral("Snooze"), 11, nullptr));
         const std::unique_ptr<PlainButton> symbol(
@@ -115,7 +115,7 @@ TEST_F(BannerViewsTest, plainButtonsShowRestHoverPressedDisabled) {
         for (PlainButton* const button : {text.get(), symbol.get()}) {
             button->setPalette(Tokens::palette(scheme));
             button->resize(button->sizeHint());
-            // Where the pill is and no ink.
+            // A point on the pill beside the text.
             const QPoint onPill(button->width() / 2 * ratio, 3 * ratio);
             const auto inkSeen = [&](const QColor& ink) {
                 const QImage image = render(*button, ratio);
@@ -151,7 +151,7 @@ TEST_F(BannerViewsTest, snoozeTakesClicksOnTwentyFourPixelsAndKeepsItsPill) {
     auto* const snooze = banner->findChildren<PlainButton*>().at(0);
     EXPECT_GE(snooze->height(), 24);
     EXPECT_GE(snooze->width(), 24);
-    // Neither of its neighbours loses any of its own.
+    // Its neighbours lose none of theirs.
     EXPECT_FALSE(snooze->geometry().intersects(banner->findChild<PrimaryButton*>()->geometry()));
     QTest::mouseClick(snooze, Qt::LeftButton, {}, QPoint(snooze->width() / 2, 0));
     QTest::mouseClick(snooze, Qt::LeftButton, {}, QPoint(snooze->width() / 2, snooze->height() - 1));

@@ -73,7 +73,7 @@ TEST_F(BannerControllerTest, bannersMoveBelowAnOpenWindowThatTheyWouldCover) {
     controller_.showWaiting(waiting("a"));
     controller_.showWaiting(waiting("b"));
     QWidget menu;
-    menu.setGeometry(800, 60, 200, 100); // beside the middle, as high as both banners
+    menu.setGeometry(800, 60, 200, 100); // beside the middle, at the height of both banners
     controller_.keepClearOf({{&menu, menu.geometry()}});
     const auto& all = platform_.panels.all;
     EXPECT_EQ(all[1]->origin, QPoint(380, 60 + 100 + 8));
@@ -237,7 +237,7 @@ TEST_F(BannerControllerTest, aFadedPanelIsOrderedOutAfterTwoTenthsOfASecond) {
     EXPECT_EQ(record.lock()->orderOutCount, 0);
     platform_.time.advance(milliseconds(1));
     EXPECT_EQ(record.lock()->orderOutCount, 1);
-    // Nobody but the record's own list holds the panel any more.
+    // Only the list of records still refers to the panel.
     EXPECT_EQ(record.use_count(), 1);
 }
 
@@ -365,7 +365,7 @@ TEST_F(BannerControllerTest, theWaitingBannersButtonsCallTheirCallbacks) {
     EXPECT_EQ(jumps, std::vector<std::string>{"claude:a"});
     click(panel, "Snooze");
     EXPECT_EQ(snoozes, std::vector<std::string>{"claude:a"});
-    // Neither takes the banner down: that is for the callback to do.
+    // Neither removes the banner: that is up to the callback.
     EXPECT_TRUE(panel.fadeOuts.empty());
 
     click(panel, "Close");

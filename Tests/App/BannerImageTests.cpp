@@ -26,7 +26,7 @@ QImage picture(BannerCard& banner, Look look, int ratio) {
     QImage image(size * ratio, QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     image.fill(QColor(0x80, 0x90, 0xA0));
-    // As on a real desktop, the window is a layer of its own that is blended with what lies below.
+    // As on a real desktop, the window is a separate layer that is blended with what is below.
     QImage layer(banner.size() * ratio, QImage::Format_ARGB32_Premultiplied);
     layer.setDevicePixelRatio(ratio);
     layer.fill(Qt::transparent);
@@ -58,7 +58,7 @@ TEST(BannerImages, everyStateLooksAsItDidWithHighContrastAndLargeText) {
         expectStatesAsTheyWere(variant);
 }
 
-/// The parts of a banner that are widgets of their own, and what to call them.
+/// The parts of a banner that are separate widgets, with their names.
 std::vector<std::pair<std::string, QWidget*>> parts(BannerCard& banner) {
     std::vector<std::pair<std::string, QWidget*>> result;
     for (auto* const part : banner.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
@@ -73,7 +73,8 @@ std::vector<std::pair<std::string, QWidget*>> parts(BannerCard& banner) {
 
 class BannerImagesGuard : public testing::TestWithParam<ColorScheme> {
   protected:
-    /// Calls `check` with every part of both banners, and how far the banner is then from its first picture.
+    /// Calls `check` with every part of both banners and a function that returns the banner's difference from
+    /// its original picture.
     template <typename Check>
     void forEveryPart(Check check) {
         for (test::BannerState& state : test::bannerStates()) {

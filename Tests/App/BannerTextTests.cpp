@@ -35,7 +35,7 @@ TEST_F(BannerViewsTest, aLongSubtitleLosesItsMiddleAndKeepsItsName) {
 TEST_F(BannerViewsTest, aLongTitleAndADoneSubtitleLoseTheirMiddle) {
     const auto waiting = waitingBanner(waitingSession("s", start));
     render(*waiting);
-    // No agent's name is that long: letters so large that the title does not fit.
+    // No agent's name is long enough, so the letters are too large for the title to fit.
     auto* const title = waiting->findChildren<LineLabel*>().at(0);
     ASSERT_EQ(title->shownText(), title->text());
     QFont large = title->font();
@@ -58,7 +58,7 @@ TEST_F(BannerViewsTest, aLongTitleAndADoneSubtitleLoseTheirMiddle) {
 
 using Spans = std::vector<std::pair<int, int>>;
 
-/// From where to where each word reaches in a picture of a line of text.
+/// The horizontal extent of each word in a picture of a line of text.
 Spans words(const QImage& line) {
     constexpr int widestGap = 4; // between letters; a space is wider
     Spans result;
@@ -81,8 +81,8 @@ TEST_F(BannerViewsTest, aSubtitleReadsInItsFirstStrongDirection) {
     auto* const subtitle = banner->findChildren<LineLabel*>().at(1);
     ASSERT_EQ(subtitle->text().toStdString(), "متجر · wants to use Bash");
 
-    // The name comes first for who reads from right to left: the message stands to its left, and the line
-    // begins at the left edge of the text all the same.
+    // Read from right to left, the name comes first: the message is to its left, and the line still begins at
+    // the left edge of the text.
     LineLabel message(QStringLiteral("wants to use Bash"), subtitle->font(), LineLabel::Emphasis::normal,
                       LineLabel::Truncation::none, nullptr);
     message.resize(message.sizeHint().width(), subtitle->height());
@@ -97,8 +97,8 @@ TEST_F(BannerViewsTest, aSubtitleReadsInItsFirstStrongDirection) {
 }
 
 TEST_F(BannerViewsTest, aVeryLongMessageStaysCheap) {
-    // The alert's text is cut after so many characters, but a single one of them can have any length, and so
-    // can a folder's name.
+    // The alert's text is truncated to a number of characters, but a single character can have any length,
+    // and so can a folder's name.
     std::string marks = "e";
     for (int i = 0; i < 100'000; ++i)
         marks += "\u0301";

@@ -260,7 +260,7 @@ TEST_F(BannerViewsTest, onlyTheWaitingBannerHasTheColouredOutline) {
         EXPECT_NE(render(*done).pixelColor(180, 0), Tokens::primary.color(scheme));
         EXPECT_EQ(render(*waiting).pixelColor(260, 5), Tokens::surface.color(scheme));
         EXPECT_EQ(render(*done).pixelColor(180, 5), Tokens::surface.color(scheme));
-        // The corners let the desktop show.
+        // The desktop is visible at the corners.
         EXPECT_EQ(render(*waiting).pixelColor(0, 0).alpha(), 0);
         EXPECT_EQ(render(*done).pixelColor(359, 63).alpha(), 0);
     }

@@ -1,4 +1,4 @@
-// Texts that are put together from phrases and names, in made-up words.
+// Texts composed from phrases and names, in pseudo-translations.
 
 #include "App/Support/BannerStates.h"
 #include "App/Support/PanelStates.h"
@@ -40,7 +40,7 @@ class ComposedTexts : public testing::TestWithParam<Qt::LayoutDirection> {
         QCoreApplication::removeTranslator(&words_);
     }
 
-    /// Whatever may not be cut has its room, inside of the view and beside the others.
+    /// Everything that must not be truncated has enough space, inside the view and without overlapping.
     static void expectNothingCut(const QWidget& view) {
         std::map<QWidget*, std::vector<QRect>> taken;
         for (auto* const part : view.findChildren<QWidget*>()) {
@@ -86,7 +86,7 @@ TEST_P(ComposedTexts, everyTextOfABannerIsTranslatedAndNothingIsCut) {
         }
         for (const auto* const button : state.banner->findChildren<QAbstractButton*>())
             EXPECT_TRUE(isMadeUp(button->text() + button->accessibleName()));
-        // What is spoken when it comes.
+        // What is announced when it appears.
         EXPECT_TRUE(state.banner->accessibleName().startsWith(lines.at(0)->text()));
     }
 }
@@ -95,7 +95,7 @@ TEST_P(ComposedTexts, everyTextOfThePanelIsTranslatedAndNothingIsCut) {
     for (const test::PanelState& state : test::panelStates()) {
         SCOPED_TRACE(state.name);
         test::MenuBarWorld world;
-        // The states find their buttons by the keys.
+        // These states find their buttons by the texts' keys.
         if (state.name == "many" || state.name == "mixed-hover-and-focus") continue;
         const auto view = state.make(world);
         view->setLayoutDirection(GetParam());
@@ -195,7 +195,7 @@ TEST(Paragraphs, aPathMovesToTheNextLineAsAWhole) {
                         nullptr);
     Paragraph words(QStringLiteral("Alerts when Codex finishes a turn. ~/.codex/"), style, nullptr);
     Paragraph path(QStringLiteral("~/.codex/config.toml"), style, nullptr);
-    // Were the path cut after its folder, that part would stay on the first line.
+    // If the path were broken after its folder, that part would stay on the first line.
     const int width = words.naturalWidth() + 4;
     const auto inkRight = [width](Paragraph& of, int line) {
         of.resize(width, 32);

@@ -67,7 +67,7 @@ class CorvaneAppTest : public testing::Test {
 
     void pass(int count = 1) { world.platform.time.advance(std::chrono::seconds(count)); }
 
-    /// Drops an event by hand, since the model is the application's own.
+    /// Drops an event directly, since the model belongs to the application.
     void waits(const std::string& session) {
         const auto file = world.paths.events() / (session + "-1.event");
         test::writeFile(

@@ -104,7 +104,7 @@ TEST_P(HighContrast, onlyARunningSessionsDotHasARing) {
             session, start, [](const AgentSession&) {}, nullptr);
         row.setPalette(Tokens::palette(shown));
         row.resize(340, 48);
-        // The dot's own place, away from the texts.
+        // The dot's place, away from the texts.
         return count(render(row, 4).copy(12 * 4, 20 * 4, 8 * 4, 8 * 4), Tokens::textSecondary(shown));
     };
     AgentSession running = test::waitingSession("s", start);
@@ -141,7 +141,7 @@ TEST_P(HighContrast, theListDoesNotFadeAndFollowsTheContrastLive) {
         panel().render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
         return image.copy(list.left(), list.bottom() - 15, list.width(), 16);
     };
-    // A fading letter is never as strong as its own colour.
+    // A fading letter never has its full colour.
     panel().list().verticalScrollBar()->setValue(24);
     (void)panel().grab();
     const auto strongest = [&] {

@@ -1,4 +1,4 @@
-// The whole application while the desktop's text size and contrast change under it.
+// The whole application while the desktop's text size and contrast change.
 
 #include "App/Support/LargeText.h"
 #include "App/Support/MenuBarSupport.h"
@@ -39,14 +39,14 @@ class ChangingDesktop : public testing::Test {
     void setTextScale(double scale) {
         world.platform.appearance.wantedTextScale = scale;
         Q_EMIT world.platform.appearance.changed();
-        // What was made anew replaces the old when the event loop runs next.
+        // Old views are deleted when the event loop runs next.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
     void setContrast(Contrast contrast) {
         world.platform.appearance.wantedContrast = contrast;
         Q_EMIT world.platform.appearance.changed();
-        QCoreApplication::processEvents(); // windows hear of another palette then
+        QCoreApplication::processEvents(); // windows are notified of the new palette then
     }
 
     recording::PanelRecord& banner() { return *world.platform.panels.standing().at(0); }
@@ -54,7 +54,7 @@ class ChangingDesktop : public testing::Test {
     test::MenuBarWorld world;
 
   private:
-    const test::LargeText ordinary_{1}; // whatever the test leaves is undone
+    const test::LargeText ordinary_{1}; // restores the factor after the test
     std::optional<CorvaneApp> app_;
 };
 

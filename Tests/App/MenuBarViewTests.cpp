@@ -41,7 +41,7 @@ class MenuBarViewTest : public testing::Test {
         return *view_;
     }
 
-    /// The texts that are seen, from top to bottom and from left to right.
+    /// The visible texts, from top to bottom and from left to right.
     std::vector<std::string> texts() {
         std::vector<std::pair<QPoint, QString>> found;
         for (auto* const widget : view().findChildren<QWidget*>()) {
@@ -291,7 +291,7 @@ TEST_F(MenuBarViewTest, listFadesWhileMoreLiesBelow) {
     for (int i = 0; i < 8; ++i)
         world.waits("s" + std::to_string(i));
     const auto dotAtEnd = [this] {
-        // The seventh row's first line would be cut here.
+        // The seventh row's first line would be clipped here.
         return view().grab().toImage().pixelColor(16, view().list().geometry().bottom());
     };
     view().list().verticalScrollBar()->setValue(24);

@@ -166,7 +166,7 @@ TEST_F(OnboardingViewTest, aRefusedCodexShowsTheMessageAndStaysUnconnected) {
     EXPECT_NE(error->toPlainText().indexOf(QStringLiteral("/usr/local/bin/ping-me")), -1);
     EXPECT_EQ(buttons(*codex), std::vector<std::string>{"Connect"});
 
-    // A success takes the message down again.
+    // A success removes the message.
     button(*card(*view, AgentKind::claude), "Connect")->click();
     EXPECT_TRUE(error->isHidden());
 }
@@ -327,7 +327,7 @@ TEST_F(OnboardingViewTest, doneClosesTheWindowForGood) {
     QTest::mouseClick(button(*window, "Done"), Qt::LeftButton);
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(fixture_.model().hasCompletedOnboarding());
-    // It can be opened again by hand.
+    // The user can open it again.
     window->present();
     EXPECT_TRUE(window->isVisible());
 }
@@ -338,7 +338,7 @@ TEST_F(OnboardingViewTest, showingTheWindowAsksForTheConnectionsAnew) {
     fixture_.connectClaude();
     EXPECT_EQ(buttons(*card(*window, AgentKind::claude)), std::vector<std::string>{"Remove"});
     window->close();
-    // The agent has written its file anew.
+    // The agent has rewritten its file.
     test::writeFile(fixture_.home / ".claude/settings.json", "{}\n");
     window->present();
     EXPECT_EQ(buttons(*card(*window, AgentKind::claude)), std::vector<std::string>{"Connect"});
@@ -364,7 +364,7 @@ TEST_F(OnboardingViewTest, firstRunCanBeWalkedByKeyboardAlone) {
 
     QTest::keyClick(window->focusWidget(), Qt::Key_Space);
     EXPECT_TRUE(fixture_.model().connected().at(AgentKind::claude));
-    // The place on the card is kept.
+    // The focus stays on the card.
     EXPECT_EQ(focused(), "Remove");
     QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window->focusWidget(), Qt::Key_Tab);

@@ -34,7 +34,7 @@ class SettingsViewTest : public testing::Test {
     QWidget& alerts() { return page(1); }
     QWidget& about() { return page(2); }
 
-    /// What assistive technology calls it: of what it is labelled by, if anything labels it.
+    /// Its accessible name: that of its label, if it has one.
     static std::string nameOf(QWidget* widget) {
         auto* const accessible = QAccessible::queryAccessibleInterface(widget);
         const auto labels = accessible->relations(QAccessible::Label);
@@ -298,7 +298,7 @@ TEST_F(SettingsViewTest, theLoginSwitchRegistersAndShowsWhatIsSoWheneverTheTabIs
     EXPECT_TRUE(fixture_.platform.loginItem.enabled);
     EXPECT_TRUE(login->isChecked());
 
-    // The user has removed the entry by hand.
+    // The user has deleted the entry.
     fixture_.platform.loginItem.enabled = false;
     (void)about();
     (void)alerts();

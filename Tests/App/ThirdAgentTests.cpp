@@ -1,4 +1,4 @@
-// An agent that only the tests have, from its descriptor to everything that users see of it.
+// An agent that exists only in the tests, from its descriptor to everything that users see of it.
 
 #include "Agents/EventPayload.h"
 #include "Agents/HookScript.h"
@@ -84,7 +84,7 @@ std::string install(std::optional<std::string_view> hooks, const CorvanePaths& p
     return uninstall(hooks.value_or("")) + HookScript::command(gull, paths) + '\n';
 }
 
-// What becomes of it
+// Its effects
 
 class ThirdAgent : public test::AppModelTest {
   protected:
@@ -96,7 +96,7 @@ class ThirdAgent : public test::AppModelTest {
         pass();
     }
 
-    /// Has the agent run its configuration's only line, as it does when something happens.
+    /// Makes the agent run the only line of its configuration, as it does when something happens.
     void reports(const std::string& payload) {
         const std::string line = test::fileBytes(gullFile_).value_or("exit 1");
         test::HookRunner runner(scratch_.path());
@@ -125,7 +125,7 @@ class ThirdAgent : public test::AppModelTest {
     void expectOthersUntouched() const {
         EXPECT_EQ(test::fileBytes(claudeFile_), claudeBytes);
         EXPECT_EQ(test::fileBytes(codexFile_), codexBytes);
-        // No backups either, which would tell of a change that was taken back.
+        // No backups either, which would reveal a change that was reverted.
         for (const std::filesystem::path& file : {claudeFile_, codexFile_}) {
             const std::filesystem::directory_iterator folder(file.parent_path());
             EXPECT_EQ(std::distance(begin(folder), end(folder)), 1) << file;
@@ -217,7 +217,7 @@ TEST_F(ThirdAgent, isHeardThroughItsHookLineAndSeenOnBannerPanelAndMenu) {
     EXPECT_EQ(menu.actions().at(3)->text().toStdString(),
               "\u2068shop\u2069 · Gull · Waiting for your reply · 0:01");
 
-    // The terminal is looked for by the program's name.
+    // The terminal is searched for by the program's name.
     button(banner, "Go to Terminal").click();
     EXPECT_EQ(platform_.applications.searched,
               (std::vector<std::pair<std::string, std::string>>{{"gull", "/w/shop"}}));

@@ -1,4 +1,4 @@
-// Banners follow the appearance and the liking for motion that the desktop's portal tells of.
+// Banners follow the appearance and the reduced-motion setting of the desktop's portal.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/FadeRecord.h"
@@ -24,7 +24,7 @@ class BannerAppearance : public testing::Test {
   protected:
     void SetUp() override {
         portal = desktop.run({CORVANE_PORTAL}, "portal");
-        // Known to the bus once it can be told something.
+        // It is on the bus once it accepts a setting.
         ASSERT_TRUE(waitUntil(20s, [&] { return tell("none", "none", "0"); }));
     }
 

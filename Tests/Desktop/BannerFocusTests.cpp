@@ -1,4 +1,4 @@
-// Banners stand above everything and disturb nothing, whatever the window manager.
+// Banners stay above everything and disturb nothing, whatever the window manager.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -106,7 +106,7 @@ TEST_P(BannerFocus, clickOnTheCardBesideItsButtonsDoesNothing) {
     const Rect card = desktop.screen().banners().front().card;
     desktop.click({card.x + 60, card.y + 40, 2, 2});
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
-    // The next banner comes after the click has been dealt with.
+    // The next banner appears after the click has been handled.
     raiseBanner("b", 2);
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
 }

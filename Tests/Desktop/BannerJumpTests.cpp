@@ -1,4 +1,4 @@
-// "Go to Terminal" brings the session's terminal to the front, wherever the window manager keeps it.
+// "Go to Terminal" brings the session's terminal to the front, wherever it is.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -23,7 +23,7 @@ class BannerJump : public testing::TestWithParam<std::string> {
     }
 
     void raiseBanner() {
-        // The terminal tells its own name, as some do, so that it is looked for as a window class.
+        // The terminal reports its own name, as some do, so that it is searched for as a window class.
         desktop.claude("Notification-permission_prompt", "a", "shop", {"__CFBundleIdentifier=XTerm"});
         ASSERT_TRUE(desktop.shows(1, 0));
     }
@@ -34,7 +34,7 @@ class BannerJump : public testing::TestWithParam<std::string> {
         EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().activeWindow() == terminal; }));
     }
 
-    // What is typed now reaches the terminal, which therefore is there and has the focus.
+    // Types something and waits until the terminal has received it, which proves that it has the focus.
     void expectKeysToArrive() {
         EXPECT_EQ(desktop.type("here", 20ms)->wait(20s), 0);
         EXPECT_TRUE(waitUntil(5s, [&] { return desktop.typed() == "here"; })) << desktop.typed();

@@ -1,4 +1,4 @@
-// Banners follow the contrast and the text size that the desktop's portal tells of, while they stand.
+// Visible banners follow the contrast and the text size of the desktop's portal.
 
 #include "Desktop/Support/DesktopSession.h"
 
@@ -39,7 +39,7 @@ class BannerLegibility : public testing::Test {
         const Banner banner = desktop.screen().banners().at(0);
         return desktop.screen().screen().at(banner.card.middleX(), banner.card.y + 6);
     }
-    /// The colour right below the card, where its shadow lies.
+    /// The colour right below the card, where its shadow is.
     Color below() { return desktop.screen().screen().at(ordinaryCard.middleX(), 8 + 96 + 6); }
 
     testing::AssertionResult hasCard(Rect wanted) {

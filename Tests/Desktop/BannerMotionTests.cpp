@@ -1,4 +1,4 @@
-// How banners come and go, frame by frame as the screen shows it.
+// How banners appear and disappear, frame by frame as the screen shows it.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -17,11 +17,11 @@ namespace {
 using namespace std::chrono_literals;
 using Samples = std::vector<FadeSample>;
 
-// Where the first waiting banner stands on the test's screen.
+// Where the first waiting banner is on the test's screen.
 constexpr Rect card{380, 8, 520, 96};
 constexpr int slide = 12;
 
-// A channel of the probe may be a little off what it was, by rounding.
+// A channel of the probe may be off by rounding.
 constexpr double rounding = 0.02;
 
 class BannerMotion : public testing::TestWithParam<Compositor> {
@@ -121,7 +121,7 @@ TEST_P(BlendedBannerMotion, dismissalWhileTheBannerComesLetsItNeverGrowBrighterA
             EXPECT_TRUE(desktop.shows(0, 0));
             return;
         }
-        // The click came too late, and may have taken the banner away or missed it.
+        // The click came too late, and may have closed the banner or missed it.
         desktop.claude("PostToolUse-Bash", "a", "shop");
         ASSERT_TRUE(desktop.shows(0, 0));
     }

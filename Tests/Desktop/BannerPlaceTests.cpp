@@ -1,4 +1,4 @@
-// Which screen banners stand on, and how they keep clear of panels.
+// Which screen banners are shown on, and how they keep clear of panels.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/SidePanel.h"
@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Between the monitors is a place that belongs to none of them.
+// Between the monitors is an area that belongs to none of them.
 constexpr Rect left{0, 0, 580, 800};
 constexpr Rect right{700, 0, 580, 800};
 constexpr Rect between{620, 300, 2, 2};

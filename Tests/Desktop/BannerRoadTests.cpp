@@ -1,4 +1,4 @@
-// The road from an agent's call of the hook to the banner on the screen, seen by the X server.
+// The way from an agent's call of the hook to the banner on the screen, as the X server sees it.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/TextLook.h"

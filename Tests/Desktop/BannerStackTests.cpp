@@ -1,4 +1,4 @@
-// Where banners stand, and what they cover, with and without a compositor.
+// The positions and the stacking order of banners, with and without a compositing manager.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -70,7 +70,7 @@ TEST_P(BannerStack, aDoubleClickOnTheCrossClosesOneBannerOnly) {
     EXPECT_EQ(twice->wait(10s), 0);
     ASSERT_TRUE(desktop.shows(2, 0));
     EXPECT_FALSE(waitUntil(1s, [this] { return desktop.screen().banners().size() < 2; }));
-    // The one that has slid under the pointer can be closed by now.
+    // By now the one that has slid under the pointer accepts presses.
     desktop.click(cross);
     EXPECT_TRUE(desktop.shows(1, 0));
 }
@@ -166,7 +166,7 @@ TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
     }
 }
 
-// Without hints from its window manager, a banner can only look again and again whether it is covered.
+// Without hints from the window manager, a banner can only check periodically whether it is covered.
 TEST(BannerUnderTwm, isInFrontAgainSoonAfterAWindowWasRaisedOverIt) {
     DesktopSession desktop("twm", Compositor::none);
     desktop.startApplication();

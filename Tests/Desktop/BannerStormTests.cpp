@@ -1,4 +1,4 @@
-// Many events at once leave the banners that one by one would have left.
+// Many events at once result in the same banners as one by one.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/TextLook.h"
@@ -29,7 +29,7 @@ class BannerStorm : public testing::TestWithParam<Compositor> {
 TEST_P(BannerStorm, hundredAlertsInOneSecondLeaveTheThreeNewestInOrder) {
     desktop.startApplication();
     const Picture before = desktop.screen().screen();
-    // Kept from being seen until all are there, with dates that spread them over one second.
+    // The application is stopped until all are written, with dates spread over one second.
     desktop.application().signal(SIGSTOP);
     const Date now = Date::fromSystemClock(std::chrono::system_clock::now());
     std::vector<std::filesystem::path> known;

@@ -1,4 +1,4 @@
-// What a banner's window asks for and what it takes: no focus, no click beside its card, its place in front.
+// What a banner's window requests and takes: no focus, no click beside its card, a place in front.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -64,7 +64,7 @@ TEST_F(BannerWindow, isMovedAndRaisedOnceWhenAnotherComesAndLeftAloneWhileClocks
     EXPECT_EQ(changes.take()[window], 1U); // moved back
 }
 
-/// With a terminal below the banner's place, and the focus at another window.
+/// With a terminal below the banner's place, and another window focused.
 class BannerOverATerminal : public BannerWindow {
   protected:
     void SetUp() override {
@@ -105,7 +105,7 @@ TEST_F(BannerOverATerminal, clickOnACardThatFadesAwayReachesTheWindowBelow) {
     const auto outline = [&] { return desktop.screen().screen({card.middleX(), card.y, 1, 1}).at(0, 0); };
     const Color full = outline();
     desktop.claude("PostToolUse-Bash", "a", "shop");
-    // Held while it fades, so that the click meets the window that is still on the screen.
+    // Stopped while it fades, so that the click hits the window that is still on the screen.
     const bool hasBegun = waitUntil(5s, [&] { return !outline().isNear(full, 40); });
     desktop.application().signal(SIGSTOP);
     EXPECT_TRUE(hasBegun);

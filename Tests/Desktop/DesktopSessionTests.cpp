@@ -1,4 +1,4 @@
-// What the desktop tests themselves rely on.
+// Tests the fixtures that the desktop tests rely on.
 
 #include "Desktop/Support/DesktopSession.h"
 

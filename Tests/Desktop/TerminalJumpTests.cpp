@@ -1,4 +1,4 @@
-// "Go to Terminal" for terminals that name themselves nowhere: found by the agent that runs in them.
+// "Go to Terminal" for terminals that do not identify themselves: found by the agent that runs in them.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -25,7 +25,7 @@ using Arguments = std::vector<std::string>;
 class TerminalJump : public testing::TestWithParam<std::string> {
   protected:
     void SetUp() override {
-        // A process is called what its program's file is called, be it a script. It notes what is typed.
+        // A process has the name of its program's file, even of a script. It records what is typed.
         const fs::path agent = desktop.home() / "bin/claude";
         writeFile(agent, "#!/bin/sh\nwhile read -r line; do printf '%s' \"$line\" >>\"$HOME/typed\"; done\n");
         fs::permissions(agent, fs::perms::owner_all);
@@ -63,7 +63,7 @@ class TerminalJump : public testing::TestWithParam<std::string> {
     std::uint32_t openXfceTerminal(const std::string& shellCommand) {
         return open("xfce4-terminal", {"xfce4-terminal", "-x", "sh", "-c", shellCommand});
     }
-    /// A window that is no agent's, on top of the others.
+    /// A window without an agent, on top of the others.
     std::uint32_t openOther() { return openXterm("exec cat"); }
 
     void run(const Arguments& arguments, const std::vector<std::string>& variables = {}) {
@@ -82,8 +82,8 @@ class TerminalJump : public testing::TestWithParam<std::string> {
         ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().isMinimized(window); }));
     }
 
-    /// A session of this project, in a terminal that calls itself `program`, asks for its user, who clicks
-    /// "Go to Terminal".
+    /// A session of this project, in a terminal with `program` as its TERM_PROGRAM, waits for the user, who
+    /// clicks "Go to Terminal".
     void goToTerminal(const std::string& project, const std::string& program = "") {
         desktop.claude("Notification-permission_prompt", project, project, {"TERM_PROGRAM=" + program});
         ASSERT_TRUE(desktop.shows(1, 0));
@@ -95,7 +95,7 @@ class TerminalJump : public testing::TestWithParam<std::string> {
         return waitUntil(5s, [&] { return desktop.screen().activeWindow() == window; });
     }
 
-    /// Types a line, and waits until the agents have got it.
+    /// Types a line, and waits until the agent has read it.
     void expectAgentToRead(const std::string& line) {
         EXPECT_EQ(desktop.type(line + "\n", 20ms)->wait(20s), 0);
         expected += line;
@@ -157,7 +157,7 @@ TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
     const std::uint32_t stale = openOther();
     tmuxSocket = (desktop.home() / "tmux").string();
     run({"tmux", "-f", "/dev/null", "-S", tmuxSocket, "new-session", "-d", "exec cat"});
-    // The server knows the variables of another terminal, and runs another session first.
+    // The server has the variables of another terminal, and runs another session first.
     run({"tmux", "-S", tmuxSocket, "new-session", "-d", "-s", "work", "cd shop && exec ../bin/claude"},
         {"WINDOWID=" + std::to_string(stale)});
     const std::uint32_t terminal = openXterm("exec tmux -S \"$HOME/tmux\" attach -t work");
@@ -173,7 +173,7 @@ TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
 }
 
 TEST_P(TerminalJump, aNameThatMatchesNoWindowLeadsToTheAgentsOwn) {
-    // As a fork of an editor calls itself by its parent's name.
+    // Like a fork of an editor that reports its parent's name.
     const std::uint32_t terminal = openXterm("cd shop && TERM_PROGRAM=vscode exec ../bin/claude");
     openOther();
     goToTerminal("shop", "vscode");
@@ -194,7 +194,7 @@ TEST_P(TerminalJump, ofTheWindowsOfTheNamedTerminalTheAgentsOwnIsTaken) {
     goToTerminal("shop", "ghostty");
     EXPECT_TRUE(becomesActive(terminal));
     expectAgentToRead("own");
-    // Without a process to go by, the name is all there is.
+    // Without a process, only the name is known.
     openOther();
     goToTerminal("blog", "ghostty");
     EXPECT_TRUE(becomesActive(terminal)) << "it was last on top";
@@ -213,7 +213,7 @@ TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
     EXPECT_TRUE(becomesActive(terminal));
     expectAgentToRead("pane");
 
-    // The only client shows another session by now.
+    // The only client now shows another session.
     run({"tmux", "-S", tmuxSocket, "switch-client", "-t", "other"});
     run({"sh", "-c", "tmux -S \"$HOME/tmux\" list-clients -t other | grep -q /dev/"});
     openOther();

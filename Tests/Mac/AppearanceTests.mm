@@ -28,7 +28,7 @@ TEST_F(MacAppearanceTest, isTheBestMatchOfLightAndDark) {
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::light);
     use(NSAppearanceNameDarkAqua);
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
-    // Neither of the two that are asked for. Those of high contrast cannot be asked for by name at all.
+    // Neither of the two that can be requested. Those of high contrast cannot be requested by name at all.
     use(NSAppearanceNameVibrantDark);
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
     use(NSAppearanceNameVibrantLight);

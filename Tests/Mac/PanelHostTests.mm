@@ -67,7 +67,7 @@ TEST_F(MacPanelHostTest, followsTheWindowOffTheScreenAndBack) {
     EXPECT_EQ(frame(), QRect(120, 70, 340, 300));
 }
 
-/// The sizes that a widget is given, one after the other.
+/// The successive sizes of a widget.
 class Sizes : public QObject {
   public:
     explicit Sizes(QWidget& widget) { widget.installEventFilter(this); }

@@ -104,7 +104,7 @@ TEST_F(MacPanel, slidesToThePlaceThatItIsGivenOnTheWay) {
     panel->fadeIn(fading, 12);
     EXPECT_EQ(frame().top(), place.y() - 12);
     panel->setOrigin(place + QPoint(0, 104));
-    // Long after both animations: what they write then would be seen.
+    // Long after both animations, so that a late change of theirs would be seen.
     QTest::qWait(600);
     EXPECT_EQ(frame().topLeft(), place + QPoint(0, 104));
     EXPECT_EQ(native().alphaValue, 1);

@@ -34,7 +34,7 @@ TEST_F(MacSingleInstanceTest, asksTheFirstToComeForwardWhenAnotherStarts) {
     QSignalSpy spy(&instance, &SingleInstance::reopened);
     MacSingleInstance second(scratch / "made" / "folder");
     EXPECT_FALSE(second.claim());
-    // It has been delivered by then: the second process ends at once.
+    // It has been delivered by then, since the second process ends at once.
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(spy.count(), 1);
 }

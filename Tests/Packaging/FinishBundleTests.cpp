@@ -19,7 +19,7 @@ using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
 
-/// A bundle of binaries of the tests' own kind, which the stubs of Apple's tools read and change.
+/// A bundle of fake binaries, which the stubs of Apple's tools read and change.
 class FinishBundleTest : public testing::Test {
   protected:
     FinishBundleTest() {
@@ -52,7 +52,7 @@ class FinishBundleTest : public testing::Test {
                                {bundle_.string(), libraries_.string()}, environment);
     }
 
-    /// What was called, the bundle's path left out.
+    /// The recorded calls, without the bundle's path.
     std::vector<std::string> calls(const std::string& beginning) {
         std::vector<std::string> result;
         for (std::string line : test::linesOf(test::fileBytes(log_).value_or(""))) {
@@ -142,7 +142,7 @@ TEST_F(FinishBundleTest, onlyThePluginsThatTheProgramUsesStay) {
     binary("PlugIns/styles/libqmacstyle.dylib", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
     binary("PlugIns/imageformats/libqsvg.dylib", svg);
     binary("PlugIns/iconengines/libqsvgicon.dylib", svg);
-    // As with all of Homebrew's Qt: the frameworks of the first two are there, that of the third is not.
+    // As with Homebrew's whole Qt: the frameworks of the first two are there, that of the third is not.
     binary("PlugIns/platforms/libqminimal.dylib", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
     binary("PlugIns/platforminputcontexts/libqtvirtualkeyboardplugin.dylib",
            "dep @rpath/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard\n");
@@ -165,7 +165,7 @@ TEST_F(FinishBundleTest, frameworksThatOnlyPluginsNeededGoWithThem) {
     binary("Frameworks/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard",
            "id @rpath/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard\n"
            "dep @rpath/QtQml.framework/Versions/A/QtQml\n");
-    // What it needs in its turn was left out.
+    // What it depends on was left out.
     binary("Frameworks/QtQml.framework/Versions/A/QtQml",
            "dep @rpath/QtNetwork.framework/Versions/A/QtNetwork\n");
     const test::Outcome outcome = finish();

@@ -21,7 +21,7 @@ const std::string everything =
     "cmake ninja qtbase qtsvg simdjson nlohmann-json icu4c@77 googletest google-benchmark tomlplusplus "
     "ccache shellcheck dash";
 
-/// A copy of the scripts, run with stubs that answer like a Mac with Homebrew.
+/// A copy of the scripts, run with stubs that behave like a Mac with Homebrew.
 class HomebrewTest : public testing::Test {
   protected:
     HomebrewTest() {

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// This build, installed into a folder of its own.
+/// This build, installed into a scratch folder.
 class InstallTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {

@@ -44,7 +44,7 @@ std::map<std::string, std::string> propertyList(const std::string& text) {
 }
 
 /// This project configured for macOS, with stubs of the tools that only a Mac has; the icon built, and
-/// installed with a stand-in of the program.
+/// installed with a stub of the program.
 class MacBuildTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
@@ -152,7 +152,7 @@ TEST_F(MacBuildTest, everySourceThatIsCompiledThereIsCheckedHere) {
         QByteArray::fromStdString(test::fileBytes(build / "compile_commands.json").value_or("")));
     for (const QJsonValue& command : commands.array()) {
         const std::string file = command.toObject()[QLatin1String("file")].toString().toStdString();
-        // What the build itself writes lies elsewhere.
+        // Generated sources are elsewhere.
         if (file.starts_with(tree)) compiled.insert(file.substr(tree.size()));
     }
     const test::Outcome listed =

@@ -1,4 +1,4 @@
-// What ./run builds on Linux, and what `cmake --install` makes of it.
+// What ./run builds on Linux, and what `cmake --install` installs from it.
 
 #include "Packaging/Script.h"
 
@@ -28,7 +28,7 @@ std::vector<std::string> builtFiles() {
     return result;
 }
 
-/// This project configured as ./run does it, with nothing built.
+/// This project configured as by ./run, with nothing built.
 class RunBuildTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
@@ -79,7 +79,7 @@ TEST_F(RunBuildTest, anInstallationWithoutOneOfItsFilesFailsAndNamesIt) {
     }
 }
 
-/// ./run in a tree with stubs in place of all that it calls.
+/// ./run in a tree with stubs of everything that it calls.
 class RunTest : public testing::Test {
   protected:
     RunTest() {
@@ -121,7 +121,7 @@ TEST(Demonstration, removesThePicturesOfAnEarlierRun) {
     }
     test::writeFile(tree / "build/demonstration/failure.png", "earlier");
     test::writeFile(tree / "build/demonstration/16-menu.png", "earlier");
-    // It ends at once, since there is no program that it could start.
+    // It ends at once, since there is no program to start.
     const test::Outcome outcome =
         test::runScript("/usr/bin/python3", {"-B", "Scripts/demonstration", "build/release"},
                         {{"PATH", "/nonexistent"}, {"TMPDIR", scratch.path().string()}}, tree);

@@ -14,13 +14,13 @@
 
 namespace corvane::test {
 
-/// What a script ended with.
+/// The result of a script.
 struct Outcome {
     int status = -1;
     std::string output; // both streams
 };
 
-/// Runs a script to its end with nothing in its environment but what is given here.
+/// Runs a script to its end with exactly the given environment.
 inline Outcome runScript(const std::string& program, const std::vector<std::string>& arguments,
                          const std::map<std::string, std::string>& environment,
                          const std::filesystem::path& folder = "/") {

@@ -63,7 +63,7 @@ Fate enter(std::string_view function, int descriptor = -1, std::string_view path
     return Fate::pass;
 }
 
-/// What a function returns that fails.
+/// The return value of a failed call.
 template <typename Result>
 constexpr Result failed() {
     if constexpr (std::is_pointer_v<Result>) {
@@ -96,7 +96,7 @@ int disarm() {
 
 } // namespace corvane::test::faults
 
-// The linker renames the program's calls to __wrap_ and gives the system's functions as __real_.
+// The linker redirects the program's calls to __wrap_ and provides the system's functions as __real_.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
 using corvane::test::faults::decide;
 using corvane::test::faults::enter;
@@ -133,12 +133,12 @@ int __wrap_open(const char* path, int flags, ...) {
     }
     return decide("open", -1, path, [&] { return __real_open(path, flags, mode); });
 }
-// Of the program's calls none makes a file.
+// Without a mode: none of the program's calls creates a file.
 int __wrap_openat(int folder, const char* path, int flags, ...) {
     return decide("openat", folder, path, [&] { return __real_openat(folder, path, flags); });
 }
 int __wrap_close(int descriptor) {
-    // A close that fails has closed all the same.
+    // A close that fails still closes.
     const Fate fate = enter("close", descriptor);
     const int error = errno;
     const int result = __real_close(descriptor);

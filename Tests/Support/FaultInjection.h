@@ -3,27 +3,27 @@
 #include <functional>
 #include <string_view>
 
-/// Makes chosen calls of the system fail, or ends the process there. The program's own calls are redirected
-/// by the linker (see CMakeLists.txt), so that the code under test is the very code that is shipped.
+/// Makes selected system calls fail, or ends the process there. The linker redirects the program's own calls
+/// (see CMakeLists.txt), so that the code under test is exactly the code that is shipped.
 namespace corvane::test::faults {
 
 enum class Action {
-    fail,        ///< The call is not made and fails.
+    fail,        ///< The call fails without being made.
     keepFailing, ///< So do all later calls of that function.
-    writeLittle, ///< A write takes one byte only; other calls go on as usual.
+    writeLittle, ///< A write takes only one byte; other calls are unaffected.
     killBefore,  ///< The process ends at once before the call.
     killAfter,   ///< The process ends at once after the call.
 };
 
 struct Plan {
-    int call = 0; ///< Which call is hit, counted from 1; 0 hits none.
+    int call = 0; ///< The number of the affected call, counted from 1; 0 for none.
     Action action = Action::fail;
     int error = 0; ///< errno of failing calls.
-    /// Told of every call before it is made: the function's name and the descriptor, if it has one, else -1.
-    /// Calls made in here are neither counted nor hit.
+    /// Called before every call: the function's name and the descriptor, if it has one, else -1. Calls made
+    /// by the observer are neither counted nor affected.
     std::function<void(std::string_view function, int descriptor)> observer = {};
-    /// Which calls are counted, by the function's name and the path it is given, if any; all calls when
-    /// empty. Others are never hit.
+    /// Selects the calls that are counted, by the function's name and its path argument, if any; all calls
+    /// when empty. Others are never affected.
     std::function<bool(std::string_view function, std::string_view path)> counts = {};
 };
 

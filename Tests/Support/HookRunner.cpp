@@ -22,7 +22,7 @@ int exitStatus(pid_t process) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// The form in which the system takes a list of texts, which must outlive it.
+/// The null-terminated array that exec takes; `texts` must outlive it.
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> result;
     result.reserve(texts.size() + 1);

@@ -9,7 +9,7 @@
 
 namespace corvane::test {
 
-/// A program started as agents start their hooks: without a terminal, with an environment of its own.
+/// A program to start as agents start their hooks: without a terminal, with its own environment.
 struct Launch {
     std::vector<std::string> arguments; ///< the program's path first
     std::string input;                  ///< given on standard input
@@ -24,7 +24,7 @@ struct Outcome {
     bool operator==(const Outcome&) const = default;
 };
 
-/// Starts programs and waits for them; none is left behind.
+/// Starts programs and waits for them; leaves none behind.
 class HookRunner {
   public:
     /// Scratch files are kept in `folder`, which must exist.
@@ -34,10 +34,10 @@ class HookRunner {
     HookRunner& operator=(const HookRunner&) = delete;
     ~HookRunner();
 
-    /// Starts a program and goes on.
+    /// Starts a program without waiting for it.
     void start(const Launch& launch);
 
-    /// Waits for all that were started, in that order.
+    /// Waits for all programs, in the order in which they were started.
     std::vector<Outcome> finish();
 
     Outcome run(const Launch& launch);

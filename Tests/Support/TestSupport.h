@@ -12,8 +12,8 @@
 
 namespace corvane::test {
 
-/// A folder of its own for one test, in the system's place for temporary files, removed at the end with all
-/// it holds, also what was made unreadable. `name` becomes the last component of its path.
+/// A test's own folder in the system's temporary folder, removed at the end with everything in it, even what
+/// was made unreadable. `name` becomes the last component of its path.
 class ScratchFolder {
   public:
     explicit ScratchFolder(std::string_view name = "Corvane");
@@ -35,13 +35,13 @@ class ScratchFolder {
 /// All bytes of a file; none when it cannot be read.
 [[nodiscard]] std::optional<std::string> fileBytes(const std::filesystem::path& path);
 
-/// Writes a plain file, missing folders included, and stops the test program when that fails.
+/// Writes a regular file, creating missing folders, and aborts the test program if that fails.
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
 
 /// Sets a file's modification time to `date`, to the nanosecond, without following a link.
 void setModificationDate(const std::filesystem::path& path, Date date);
 
-/// User defaults that live in memory.
+/// User defaults in memory.
 class MemoryUserDefaults : public UserDefaults {
   public:
     [[nodiscard]] std::optional<std::string> data(std::string_view key) const override;

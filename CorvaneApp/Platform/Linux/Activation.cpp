@@ -19,7 +19,7 @@ void LinuxActivation::present(QWidget& window) {
         x11::flush();
         return;
     }
-    // Qt's Wayland client takes the token from there, and out of it, when it asks for the activation.
+    // Qt's Wayland client reads and removes the token there when it requests activation.
     if (!startup.activationToken.empty())
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(startup.activationToken));
     window.raise();

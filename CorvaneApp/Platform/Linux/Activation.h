@@ -7,17 +7,17 @@
 
 namespace corvane {
 
-/// Windows are activated one by one here. A window on another workspace is moved to the current one first:
-/// asked to be active, it would stay there, unseen.
+/// On Linux, windows are activated one by one. A window on another workspace is first moved to the current
+/// one: merely activated, it would stay there, unseen.
 ///
-/// The window manager is asked as a pager asks it, on the user's behalf. Asked by the application itself,
-/// some (Metacity, Mutter, KWin) leave a covered window where it is and only mark it as demanding attention,
-/// because the program that the user was in last is another one.
+/// The request is that of a pager, on the user's behalf. For a request by the application itself, some window
+/// managers (Metacity, Mutter, KWin) leave a covered window where it is and only mark it as demanding
+/// attention, because the user last used another program.
 class LinuxActivation : public Activation {
   public:
     void present(QWidget& window) override;
 
-    /// The start by which the user asked for the window that is presented next.
+    /// The token of the start by which the user requested the window that is presented next.
     void setStartup(StartupToken token) { startup_ = std::move(token); }
 
   private:

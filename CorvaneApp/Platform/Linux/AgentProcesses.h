@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-/// The agents' processes by the process file system.
+/// The agents' processes, from the proc file system.
 class LinuxAgentProcesses : public AgentProcesses {
   public:
     explicit LinuxAgentProcesses(ProcessTable processes = ProcessTable());

@@ -20,8 +20,8 @@ QAccessibleInterface* notificationInterface(const QString& /*className*/, QObjec
 LinuxAnnouncer::LinuxAnnouncer() {
     QAccessible::installFactory(notificationInterface);
     // Qt 6.8, unlike 6.4, prints a line for each request about an element that no longer exists, and for each
-    // kind of event that it does not send. Both are ordinary with a screen reader: it reads a banner while
-    // its view is replaced, and subscribes to every kind of event.
+    // kind of event that it does not send. Both are normal with a screen reader: it reads a banner while its
+    // view is replaced, and subscribes to every kind of event.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.accessibility.atspi.warning=false"));
 }
 

@@ -30,10 +30,10 @@ constexpr QLatin1String toolkitGroup("org.gnome.desktop.interface");
 constexpr QLatin1String animationsKey("enable-animations");
 constexpr QLatin1String textScaleKey("text-scaling-factor");
 
-// The portal's answers to "color-scheme"; 0 leaves it to the application.
+// The portal's values of "color-scheme"; 0 leaves it to the application.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
-// And to "contrast"; 0 is no preference.
+// And of "contrast"; 0 is no preference.
 constexpr uint higherContrast = 1;
 
 } // namespace
@@ -45,7 +45,7 @@ LinuxAppearance::LinuxAppearance()
         connect(screen, &QScreen::logicalDotsPerInchChanged, this, &Appearance::changed);
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
-    // Until the type is known by its name, no slot that takes one is connected.
+    // A slot with this parameter can be connected only once the type is registered.
     qRegisterMetaType<QDBusVariant>();
     bus.connect(service, path, interface, QLatin1String("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
@@ -64,7 +64,7 @@ double remainingTextScale(double wanted, double devicePixelRatio) {
 }
 
 void LinuxAppearance::ask(const QString& group, const QString& key) {
-    // Never waited for: a portal that hangs must not hold up the application.
+    // Asynchronous: a portal that hangs must not block the application.
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QLatin1String("Read"));
     call << group << key;
     auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
@@ -81,7 +81,7 @@ void LinuxAppearance::settingChanged(const QString& group, const QString& key, c
 }
 
 void LinuxAppearance::apply(const QString& group, const QString& key, QVariant value) {
-    // `Read` wraps its answer twice.
+    // `Read` wraps its result in two variants.
     while (value.userType() == qMetaTypeId<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
 
@@ -121,7 +121,7 @@ double LinuxAppearance::textScale() const {
 }
 
 bool LinuxAppearance::eventFilter(QObject* object, QEvent* event) {
-    // Later, since whoever hears of a change sets another palette, and this one is still being told.
+    // Deferred, since receivers of `changed` set a new palette, while this change is still being delivered.
     if (event->type() == QEvent::ApplicationPaletteChange)
         QTimer::singleShot(0, this, &LinuxAppearance::followPalette);
     return Appearance::eventFilter(object, event);
@@ -131,7 +131,7 @@ void LinuxAppearance::followPalette() {
     const QPalette palette = QGuiApplication::palette();
     const ColorScheme before = colorScheme();
     paletteScheme_ = Tokens::desktopScheme(palette);
-    // Some platform themes replace the application's palette by their own: that has to be undone too.
+    // Some platform themes replace the application's palette by their own, which must be undone, too.
     if (colorScheme() != before || Tokens::look(palette) != Look(colorScheme(), contrast())) Q_EMIT changed();
 }
 

@@ -9,9 +9,9 @@
 
 namespace corvane {
 
-/// What the desktop portal says about the user's wishes, kept up to date; before its answer, and without one,
-/// the lightness of the desktop's own palette, which is followed as far as Qt hears of its changes, ordinary
-/// contrast and text as large as Qt makes it.
+/// The user's settings from the desktop portal, kept up to date. Until it replies, or without it: the
+/// lightness of the desktop's own palette, as far as Qt is notified of its changes, normal contrast, and text
+/// as large as Qt makes it.
 class LinuxAppearance : public Appearance {
     Q_OBJECT
 
@@ -34,17 +34,17 @@ class LinuxAppearance : public Appearance {
     void followPalette();
 
     ColorScheme paletteScheme_;
-    std::optional<ColorScheme> portalScheme_; // none where the portal leaves it to the application
+    std::optional<ColorScheme> portalScheme_; // none if the portal leaves it to the application
     bool reduceMotion_ = false;
-    // Newer portals tell of the contrast for all desktops, older ones hand on GNOME's own switch.
+    // Newer portals report the contrast for all desktops, older ones pass on GNOME's own switch.
     bool portalWantsContrast_ = false;
     bool desktopWantsContrast_ = false;
     double textScalingFactor_ = 1;
 };
 
-/// What is left to do of a text scale where windows have `devicePixelRatio`. GNOME's settings daemon puts the
-/// scale into the resolution too, from which Qt enlarges whole windows; beside it there is only a whole
-/// factor then.
+/// The part of a text scale that windows of `devicePixelRatio` do not apply already. GNOME's settings daemon
+/// also multiplies the resolution by the scale, by which Qt enlarges whole windows; the only other factor in
+/// the ratio is then a whole number.
 [[nodiscard]] double remainingTextScale(double wanted, double devicePixelRatio);
 
 } // namespace corvane

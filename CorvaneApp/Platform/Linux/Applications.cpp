@@ -27,8 +27,8 @@ namespace corvane {
 
 namespace {
 
-// The class part of WM_CLASS by bundle identifier. An identifier that is not here is tried as a class itself:
-// many programs name their windows so.
+// The class part of WM_CLASS by bundle identifier. An identifier that is not listed is tried as a class
+// itself: many programs name their windows so.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> windowClasses{{
     {"com.mitchellh.ghostty", "com.mitchellh.ghostty"},
     {"dev.warp.Warp-Stable", "dev.warp.Warp"},
@@ -45,7 +45,7 @@ std::vector<QString> classes(const std::string& bundleID) {
     return result;
 }
 
-/// A connection of its own: works whatever window system Qt itself talks to.
+/// Has its own connection: works whatever window system Qt uses.
 class WindowList {
   public:
     WindowList() {
@@ -60,7 +60,7 @@ class WindowList {
         xcb_disconnect(connection_);
     }
 
-    /// The topmost window of one of these classes, letter case apart.
+    /// The topmost window of one of these classes, ignoring case.
     [[nodiscard]] std::optional<xcb_window_t> topmost(const std::vector<QString>& classes) {
         return topmost([&](xcb_window_t window) {
             const QString name = windowClass(window);
@@ -70,8 +70,8 @@ class WindowList {
         });
     }
 
-    /// The window of a process, by the number that the window itself tells: `preferred` if it is one, else
-    /// the topmost.
+    /// A window of this process, going by the process ID that the window reports: `preferred` if it is one,
+    /// else the topmost.
     [[nodiscard]] std::optional<xcb_window_t> find(pid_t process, std::optional<xcb_window_t> preferred) {
         const auto isOwn = [&](xcb_window_t window) {
             const std::optional<std::uint32_t> owner = cardinal(xcb_ewmh_get_wm_pid(&ewmh_, window));
@@ -82,8 +82,8 @@ class WindowList {
         return exact ? exact : topmost(isOwn);
     }
 
-    /// Raises and focuses a window, switching to its workspace first: window managers differ in what they
-    /// make of a request for a window that is elsewhere.
+    /// Raises and focuses a window, switching to its workspace first: window managers differ in how they
+    /// handle a request for a window on another workspace.
     void activate(xcb_window_t window) {
         constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
         const std::optional<std::uint32_t> desktop = cardinal(xcb_ewmh_get_wm_desktop(&ewmh_, window));
@@ -91,10 +91,10 @@ class WindowList {
         if (desktop && *desktop != everyDesktop && desktop != current) {
             xcb_ewmh_request_change_current_desktop(&ewmh_, screen_, *desktop, XCB_CURRENT_TIME);
         }
-        // As a pager: from an ordinary application some window managers refuse it.
+        // As a pager: some window managers refuse the request from an ordinary application.
         xcb_ewmh_request_change_active_window(&ewmh_, screen_, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
                                               XCB_CURRENT_TIME, XCB_WINDOW_NONE);
-        // The answer shows that the requests have arrived.
+        // A round trip: the reply shows that the requests have arrived.
         const x11::Reply<xcb_get_input_focus_reply_t> answer(
             xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     }
@@ -108,14 +108,14 @@ class WindowList {
         return found != windows.rend() ? std::optional(*found) : std::nullopt;
     }
 
-    /// The windows that the window manager looks after, the topmost last.
+    /// The managed windows, the topmost last.
     [[nodiscard]] std::vector<xcb_window_t> managed() {
-        // Some tell the order only once it has changed.
+        // Both lists: some window managers report the stacking order only once it has changed.
         std::vector<xcb_window_t> result;
         for (const auto cookie : {xcb_ewmh_get_client_list(&ewmh_, screen_),
                                   xcb_ewmh_get_client_list_stacking(&ewmh_, screen_)}) {
             xcb_ewmh_get_windows_reply_t reply;
-            // Both answers look alike.
+            // Both replies have the same layout.
             if (xcb_ewmh_get_windows_reply(&ewmh_, cookie, &reply, nullptr) == 0) continue;
             result.insert(result.end(), reply.windows, reply.windows + reply.windows_len);
             xcb_ewmh_get_windows_reply_wipe(&reply);
@@ -150,7 +150,7 @@ class WindowList {
 
 struct LinuxApplications::Search {
     Terminal terminal;
-    std::vector<pid_t> agents; // that may be the session's
+    std::vector<pid_t> agents; // candidates for the session's agent
     std::size_t next = 0;
     Report report;
 };
@@ -160,8 +160,8 @@ void LinuxApplications::activate(const Terminal& terminal, Report report) {
     search->terminal = terminal;
     search->agents = processes_.running(terminal.agent, terminal.directory);
     search->report = std::move(report);
-    // Several agents may run in one directory: the session's own was told of the same terminal, and a service
-    // that an agent has left behind is none.
+    // Several agents may run in one directory: the session's own has the same terminal in its environment,
+    // and is not a service that an agent has left behind.
     std::stable_partition(search->agents.begin(), search->agents.end(), [&](pid_t process) {
         return processes_.variable(process, "TERM_PROGRAM").value_or("") == terminal.program;
     });
@@ -190,7 +190,7 @@ void LinuxApplications::proceed(const std::shared_ptr<Search>& search) {
 }
 
 bool LinuxApplications::activateWindow(pid_t process) const {
-    // Many terminals tell the programs in them in which window they run.
+    // Many terminals pass their window's ID to the programs inside.
     std::optional<xcb_window_t> told;
     bool isNumber = false;
     const uint number =
@@ -199,7 +199,7 @@ bool LinuxApplications::activateWindow(pid_t process) const {
 
     WindowList windows;
     for (const pid_t ancestor : processes_.ancestry(process)) {
-        // A terminal that does not tell was perhaps started in one that does.
+        // The variable may be inherited from a terminal in which this one was started.
         if (const std::optional<xcb_window_t> window = windows.find(ancestor, told)) {
             windows.activate(*window);
             return true;
@@ -241,7 +241,7 @@ void LinuxApplications::runTmux(const std::vector<std::string>& arguments,
                      });
     QObject::connect(process, &QProcess::errorOccurred, &context_,
                      [process, finished](QProcess::ProcessError error) {
-                         if (error != QProcess::FailedToStart) return; // it finishes after any other
+                         if (error != QProcess::FailedToStart) return; // else `finished` follows
                          process->deleteLater();
                          finished({});
                      });

@@ -15,12 +15,12 @@ class QProcess;
 
 namespace corvane {
 
-/// Terminals by the agents that run in them, else applications by the X11 class of their windows.
+/// Finds terminals by the agents that run in them, else applications by the X11 class of their windows.
 ///
-/// An agent's window is that of the nearest ancestor of its process that has one. Of a terminal whose windows
-/// share one process, it is the one that the agent was told of by WINDOWID; where the terminal does not tell,
-/// the one that was last on top. Inside tmux, whose server is nobody's child, the way goes through a client;
-/// tmux is asked for it, and told to show the agent's pane, but not waited for.
+/// An agent's window is that of the nearest ancestor of its process that has one. If the terminal's windows
+/// share one process, it is the window in the agent's WINDOWID; without that variable, the topmost one.
+/// Inside tmux, whose server is no descendant of a terminal, the search starts at a client; tmux is asked for
+/// it, and told to show the agent's pane, asynchronously.
 class LinuxApplications : public Applications {
   public:
     void activate(const Terminal& terminal, Report report) override;
@@ -28,14 +28,14 @@ class LinuxApplications : public Applications {
   private:
     struct Search;
 
-    /// Goes on with the agents of the search that are left, then with the windows' classes.
+    /// Continues with the remaining agents of the search, then with the windows' classes.
     void proceed(const std::shared_ptr<Search>& search);
-    /// Activates the window in which this process runs; whether there is one.
+    /// Activates the window in which this process runs; returns whether there is one.
     [[nodiscard]] bool activateWindow(pid_t process) const;
-    /// Asks the tmux server in which the agent `process` runs, and proceeds without an answer.
+    /// Queries the tmux server in which the agent `process` runs, and proceeds if there is no reply.
     void askTmux(const std::string& socket, pid_t process, const std::shared_ptr<Search>& search);
-    /// Runs tmux for a few seconds at most. `finished` is called with what it printed, which is nothing when
-    /// it failed.
+    /// Runs tmux for a few seconds at most. `finished` is called with its output, which is empty if it
+    /// failed.
     void runTmux(const std::vector<std::string>& arguments, std::function<void(std::string output)> finished);
 
     ProcessTable processes_;

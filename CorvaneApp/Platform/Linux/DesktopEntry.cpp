@@ -65,7 +65,7 @@ std::string unescapedString(std::string_view text) {
 } // namespace
 
 std::string execArgument(std::string_view argument) {
-    // The quotes want a backslash before each of these, and the file's strings every backslash doubled.
+    // Within quotes each of these needs a backslash, and in the file's strings every backslash is doubled.
     constexpr std::string_view specialInQuotes = R"("`$)";
     std::string result = "\"";
     for (const char character : argument) {

@@ -30,7 +30,7 @@ void LinuxFileBrowser::reveal(const std::filesystem::path& file) {
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     call << QStringList(url(file).toString(QUrl::FullyEncoded)) << QString();
-    // A file manager takes its time to start, so its answer is not waited for.
+    // Asynchronous, since a file manager can be slow to start.
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(call));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
                      [folder](QDBusPendingCallWatcher* finished) {

@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-/// The file manager that answers on the session bus, else whatever opens folders.
+/// The file manager on the session bus, else the default program for folders.
 class LinuxFileBrowser : public FileBrowser {
   public:
     void reveal(const std::filesystem::path& file) override;

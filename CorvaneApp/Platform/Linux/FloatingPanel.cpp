@@ -19,7 +19,7 @@ namespace corvane {
 
 namespace {
 
-/// One picture for each kind of card on this desktop, shared by all panels.
+/// One image per kind of card on this desktop, shared by all panels.
 const QImage& sharedShadow(const PanelContent& card, ColorScheme scheme, qreal ratio) {
     static std::map<std::tuple<int, int, ColorScheme, qreal>, QImage> shadows;
     QImage& image = shadows[{card.width(), card.height(), scheme, ratio}];
@@ -27,7 +27,7 @@ const QImage& sharedShadow(const PanelContent& card, ColorScheme scheme, qreal r
     return image;
 }
 
-/// The native window: the card, and around it room for the shadow where windows are blended.
+/// The native window: the card, with margins for the shadow if windows are blended.
 class PanelWindow : public QWidget {
   public:
     PanelWindow(const StackingGuard& guard, PanelDamage& damage)
@@ -44,7 +44,7 @@ class PanelWindow : public QWidget {
         setAttribute(Qt::WA_ShowWithoutActivating);
         setAttribute(Qt::WA_QuitOnClose, false);
         setWindowTitle(QStringLiteral("Corvane"));
-        // Only once there is a native window does the next line reach it.
+        // The next line needs a native window.
         winId();
         setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
     }
@@ -60,7 +60,7 @@ class PanelWindow : public QWidget {
         layOut();
         card_->show();
         if (old != nullptr) {
-            // The old view may be the one whose button is being pressed.
+            // The old view's button may be the one being pressed.
             old->hide();
             old->deleteLater();
         }
@@ -84,7 +84,7 @@ class PanelWindow : public QWidget {
         return true;
     }
 
-    /// Puts the window `offset` below its place. Whether the place is another one than before.
+    /// Moves the window `offset` below its place. Returns whether the place changed.
     bool moveTo(QPoint place, int offset) {
         move(place.x(), place.y() + offset);
         x11::flush();
@@ -95,7 +95,7 @@ class PanelWindow : public QWidget {
 
   protected:
     bool event(QEvent* event) override {
-        // Its contents and those of the card in it are drawn now.
+        // The window's contents and those of its card are about to be painted.
         if (event->type() == QEvent::UpdateRequest) damage_.reportAll();
         return QWidget::event(event);
     }
@@ -105,14 +105,14 @@ class PanelWindow : public QWidget {
         if (!blended_ || card_ == nullptr || look.isHighContrast()) return;
         QPainter painter(this);
         painter.drawImage(QPoint(), sharedShadow(*card_, look.scheme, devicePixelRatioF()));
-        // A shadow falls on what is behind all cards, never on another card. To put that one in front is not
-        // enough: Mutter draws the window above that came last.
+        // A shadow falls on what is behind all cards, never on another card. Raising the other card is not
+        // enough: Mutter draws the window that was mapped last on top.
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
         for (const QWidget* const window : guard_.windows()) {
             const auto* const other = dynamic_cast<const PanelWindow*>(window);
             if (other == nullptr || other == this || other->card_ == nullptr) continue;
-            // As if none was sliding: that is soon over.
+            // As if none were sliding: a slide is soon over.
             const QPoint place = other->place_ + other->card_->pos() - place_;
             painter.fillPath(other->card_->outline().translated(place), Tokens::shadow(1));
         }
@@ -130,7 +130,7 @@ class PanelWindow : public QWidget {
         x11::setBlurRegion(nativeWindow(),
                            blurred_ ? inPixels(card_->outline().translated(card_->pos()), arrangedRatio_)
                                     : QRegion());
-        // Without blending, whatever is not drawn would be black.
+        // Without blending, whatever is not painted would be black.
         x11::setBoundingShape(nativeWindow(),
                               blended_ ? QRegion() : inPixels(card_->outline(), arrangedRatio_));
         x11::flush();
@@ -228,7 +228,7 @@ class LinuxFloatingPanel : public FloatingPanel {
     };
 
     void begin(State from, State to, std::chrono::milliseconds duration) {
-        // Between two animations the old one's progress would be told once more, at the new one's length.
+        // Otherwise the old animation's progress would be emitted once more, with the new one's duration.
         const QSignalBlocker blocker(animation_);
         animation_.stop();
         animation_.setDuration(static_cast<int>(duration.count()));

@@ -53,7 +53,7 @@ fs::path LinuxLoginItem::standardFile() {
 }
 
 fs::path LinuxLoginItem::runningProgram() {
-    // Inside an image that is mounted at another place each time, only the image itself can be started later.
+    // An AppImage is mounted at another path each time, so only the image itself can be started later.
     const QByteArray image = qgetenv("APPIMAGE");
     return image.isEmpty() ? fs::path(QCoreApplication::applicationFilePath().toStdString())
                            : fs::path(image.toStdString());

@@ -9,14 +9,14 @@ namespace corvane {
 /// An autostart entry in the user's configuration folder.
 class LinuxLoginItem : public LoginItem {
   public:
-    /// `file`: the entry; `program`: what it is to start, absolute.
+    /// `file`: the entry; `program`: the program that it starts, as an absolute path.
     LinuxLoginItem(std::filesystem::path file, std::filesystem::path program);
 
-    /// The standard place of the entry, and the running program.
+    /// The entry's standard path, and that of the running program.
     [[nodiscard]] static std::filesystem::path standardFile();
     [[nodiscard]] static std::filesystem::path runningProgram();
 
-    /// False too when the entry was switched off, or starts a program that is not there.
+    /// Also false when the entry is switched off, or starts a program that does not exist.
     [[nodiscard]] bool isEnabled() const override;
     void setEnabled(bool enabled) override;
 

@@ -10,15 +10,14 @@ class QWidget;
 
 namespace corvane {
 
-/// Keeps the panels whole under picom 12, by reporting all of them to it as changed before any of them
-/// changes.
+/// Keeps the panels intact under picom 12, by reporting all of them as damaged before any of them changes.
 ///
 /// That compositing manager copies the wallpaper over the bounding rectangle of all translucent parts of the
-/// screen that have changed since its last frame, and then draws the windows only where they have changed. It
-/// means to limit the copy, but by the clip of the picture that it copies from, which an X server that draws
-/// in software ignores (in a virtual machine without 3D, over VNC, Xvfb). So two clocks that tick within one
-/// frame erase what is between them until that changes the next time. When all panels are reported as changed
-/// before each change, whatever a frame takes in, there are only whole panels between its first and its last.
+/// screen that were damaged since its last frame, and then draws the windows only where they were damaged. It
+/// means to clip the copy, but does so by the clip of the source picture, which an X server that renders in
+/// software ignores (in a virtual machine without 3D, over VNC, Xvfb). So two clocks that tick within one
+/// frame erase what is between them until that changes again. When all panels are reported as damaged before
+/// each change, the bounding rectangle of a frame's damage covers only whole panels.
 ///
 /// Nothing is reported to other compositing managers. Main thread only.
 class PanelDamage {
@@ -26,16 +25,16 @@ class PanelDamage {
     void add(QWidget& window) { windows_.push_back(&window); }
     void remove(QWidget& window) { std::erase(windows_, &window); }
 
-    /// Checks which compositing manager runs; to be called when a panel is shown, and now and then after
+    /// Checks which compositing manager runs; call it when a panel is shown, and from time to time after
     /// that.
     void followCompositor();
 
-    /// To be called right before one of the windows changes what the screen shows; and now and then, since
+    /// Call it right before one of the windows changes what the screen shows; and from time to time, since
     /// windows of other programs, and the compositing manager's own animations, erase panels too.
     void reportAll() const;
 
-    /// Whether a compositing manager erases what lies between two changes, by what its "COMPTON_VERSION"
-    /// says. That property is empty for everything but picom and its relatives.
+    /// Whether a compositing manager erases what is between two changes, judging by its "COMPTON_VERSION".
+    /// That property is empty for everything but picom and its relatives.
     [[nodiscard]] static bool erasesBetweenChanges(std::string_view version);
 
   private:

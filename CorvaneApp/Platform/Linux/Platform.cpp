@@ -34,11 +34,11 @@ constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON"
 bool hasChosenWindowSystem = false;
 StartupToken ownStartup;
 
-/// What Qt printed to before.
+/// Qt's previous message handler.
 QtMessageHandler printMessage = nullptr;
 
-/// Prints what Qt has to say, except for two things that are ordinary outside a login session and that Qt
-/// mends by itself: there is no runtime folder, and (since Qt 6.8) no locale, for which it takes "C.UTF-8".
+/// Prints Qt's messages except for two that are normal outside a login session and whose cause Qt works
+/// around: there is no runtime folder, and (since Qt 6.8) no locale, for which it uses "C.UTF-8".
 void takeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")) &&
         !message.startsWith(QLatin1String("Detected locale \"C\"")))
@@ -91,16 +91,16 @@ class LinuxPlatform : public Platform {
     LinuxFileBrowser fileBrowser_;
     LinuxStatusItem statusItem_{appearance_};
     LinuxSingleInstance singleInstance_{ownStartup};
-    // The last to come and the first to go: work that is still pending may hold a panel.
+    // Created last and destroyed first: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };
 
 } // namespace
 
 std::unique_ptr<Platform> Platform::make() {
-    // Other programs must not inherit the choice.
+    // Child processes must not inherit the choice.
     if (hasChosenWindowSystem) qunsetenv(windowSystemVariable);
-    // Also for a program that is not installed, whose desktop entry and icon no desktop finds.
+    // For a program that is not installed, whose desktop entry and icon no desktop finds.
     QGuiApplication::setWindowIcon(applicationicon::icon());
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
     return std::make_unique<LinuxPlatform>();
@@ -120,8 +120,8 @@ bool Platform::prepareProcess() {
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
     hasChosenWindowSystem = hasX && !isChosen;
     if (hasChosenWindowSystem) qputenv(windowSystemVariable, "xcb;wayland");
-    // Without it, Qt answers only screen readers that ran before. It stays set, since Qt looks at it again
-    // whenever an accessibility bus comes up.
+    // Without it, Qt serves only screen readers that were started earlier. It stays set, since Qt reads it
+    // again whenever an accessibility bus appears.
     if (!qEnvironmentVariableIsSet(accessibilityVariable)) qputenv(accessibilityVariable, "1");
     return true;
 }

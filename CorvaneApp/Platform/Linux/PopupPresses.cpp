@@ -21,12 +21,12 @@ bool PopupPresses::eventFilter(QObject* object, QEvent* event) {
     const auto* const press = static_cast<QMouseEvent*>(event);
     const QPoint place = press->globalPosition().toPoint();
     if (popup->windowType() != Qt::Popup || popup->geometry().contains(place)) return false;
-    // Which also finds another menu, as that of which this one is a submenu.
+    // This also finds another menu, such as the parent of a submenu.
     const QWidget* const below = QApplication::widgetAt(place);
     QWidget* const window = below != nullptr ? below->window() : nullptr;
     if (window == nullptr || std::ranges::find(guard_.windows(), window) == guard_.windows().end())
         return false;
-    // Once the menu is closed. The button is let go over the panel itself.
+    // Queued until the menu is closed. The release goes to the panel itself.
     auto* const copy =
         new QMouseEvent(QEvent::MouseButtonPress, window->mapFromGlobal(press->globalPosition()),
                         press->globalPosition(), press->button(), press->buttons(), press->modifiers());

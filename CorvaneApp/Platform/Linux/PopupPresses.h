@@ -6,9 +6,9 @@ namespace corvane {
 
 class StackingGuard;
 
-/// Hands a press on a panel on to it that closes a menu of the application's own. On X11 an open menu gets
-/// all presses, and one beside it only closes it, as is the custom; but a panel's buttons work at any time,
-/// and are not to need a second press when a menu happens to be open. Main thread only.
+/// If a press on a panel closes one of the application's menus, passes the press on to the panel. On X11 an
+/// open menu grabs all presses, and one beside it customarily only closes it; but a panel's buttons must
+/// always work, without a second press when a menu happens to be open. Main thread only.
 class PopupPresses : public QObject {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Longer command lines and environments than the kernel allows do not exist.
+// More than the kernel allows for a command line or an environment.
 constexpr std::size_t longestFile = std::size_t{4} * 1024 * 1024;
 
 std::string content(const fs::path& file) {
@@ -61,7 +61,7 @@ fs::path ProcessTable::file(pid_t process, std::string_view name) const {
 std::vector<pid_t> ProcessTable::running(std::string_view name, const std::string& directory) const {
     std::vector<pid_t> found;
     std::error_code error;
-    // The kernel tells a working directory without links in it.
+    // The kernel reports a working directory with links resolved.
     const fs::path resolved = fs::weakly_canonical(directory, error);
     const fs::path wanted = !error && directory.starts_with("/") ? resolved : fs::path(directory);
     for (fs::directory_iterator entry(root_, error), end; !error && entry != end; entry.increment(error)) {
@@ -116,7 +116,7 @@ bool ProcessTable::hasTerminal(pid_t process) const {
 
 std::optional<std::uint64_t> ProcessTable::startTime(pid_t process) const {
     const std::string state = statusField(process, 3);
-    // A zombie is only a note for its parent.
+    // A zombie has ended and only waits for its parent.
     if (state == "Z" || state == "X") return std::nullopt;
     return number<std::uint64_t>(statusField(process, 22));
 }

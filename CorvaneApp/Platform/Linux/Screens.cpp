@@ -20,7 +20,7 @@ QRect devicePixels(const QScreen& screen) {
     return {geometry.topLeft(), (QSizeF(geometry.size()) * screen.devicePixelRatio()).toSize()};
 }
 
-// Qt knows what panels leave free of a single screen only.
+// Qt knows the work area of a single screen only.
 QRect availableGeometry(const QScreen& screen) {
     if (QGuiApplication::screens().size() == 1) return screen.availableGeometry();
     const QPoint origin = screen.geometry().topLeft();
@@ -68,7 +68,7 @@ LinuxScreens::LinuxScreens() {
         watch(screen);
     connect(&XEvents::instance(), &XEvents::propertyChanged, this,
             [this, workArea = x11::atom("_NET_WORKAREA")](xcb_atom_t name) {
-                // Later, when the window manager has told the rest too.
+                // Deferred until the window manager has updated its other properties.
                 if (name == workArea) QTimer::singleShot(0, this, &Screens::changed);
             });
 }

@@ -6,7 +6,7 @@ class QScreen;
 
 namespace corvane {
 
-/// The screens as Qt knows them; the main one by the active window, where an X server tells.
+/// The screens as Qt knows them; the main one is that of the active window, if the X server reports it.
 class LinuxScreens : public Screens {
     Q_OBJECT
 

@@ -49,8 +49,7 @@ Mask rasterized(const QPainterPath& path, int width, int height) {
     return mask;
 }
 
-// The mean over `2 * radius + 1` neighbours along a line of `count` values, `stride` apart; nothing lies
-// outside.
+// The mean over `2 * radius + 1` neighbours along a line of `count` values, `stride` apart; zero outside.
 void boxBlur(float* line, int count, int stride, int radius, std::vector<float>& scratch) {
     scratch.assign(static_cast<std::size_t>(count), 0);
     const auto at = [&](int i) {
@@ -68,7 +67,7 @@ void boxBlur(float* line, int count, int stride, int radius, std::vector<float>&
         line[static_cast<std::ptrdiff_t>(i) * stride] = scratch[static_cast<std::size_t>(i)];
 }
 
-// Three means in a row come within a hundredth of a Gaussian, at a cost that does not grow with its width.
+// Three successive means approximate a Gaussian to within a hundredth, at a cost independent of its width.
 void gaussianBlur(Mask& mask, qreal deviation) {
     constexpr int passes = 3;
     const auto radius =
@@ -99,7 +98,7 @@ QImage cardShadow(const QPainterPath& outline, QSize cardSize, ColorScheme schem
     };
 
     const Mask card = placed(0);
-    std::vector<float> clear(card.values.size(), 1); // what every layer lets through
+    std::vector<float> clear(card.values.size(), 1); // the transparency of all layers so far
     for (const Layer& layer : layers(scheme)) {
         Mask mask = placed(layer.offset);
         gaussianBlur(mask, layer.blur / 2 * devicePixelRatio);

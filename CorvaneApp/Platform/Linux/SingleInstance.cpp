@@ -18,11 +18,11 @@ constexpr QLatin1String busName("org.corvane.Corvane");
 constexpr QLatin1String objectPath("/org/corvane/Corvane");
 constexpr QLatin1String interface("org.freedesktop.Application");
 
-// A running application that is busy gets the request all the same; it only is not waited for any longer.
+// After this, a busy instance still gets the request; this process only stops waiting for its reply.
 constexpr std::chrono::milliseconds answerTimeout{5000};
 // The bus sets it for what it starts itself.
 constexpr const char* starterVariable = "DBUS_STARTER_BUS_TYPE";
-// How often the name may go to yet another process, or be given up, while this one asks.
+// How often the name's owner may change or vanish while this process asks.
 constexpr int mostAttempts = 20;
 
 } // namespace
@@ -47,7 +47,7 @@ bool LinuxSingleInstance::claim() {
 
 LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // Before the name is taken, since whoever sees the name may call at once.
+    // Before the name is claimed, since others may call as soon as they see it.
     if (!bus.isConnected() ||
         !bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables))
         return Outcome::noBus;
@@ -66,8 +66,8 @@ LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
         const QString error = answer.errorName();
         const bool isGone = error == QDBusError::errorString(QDBusError::ServiceUnknown) ||
                             error == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner");
-        // An owner that ends instead of answering leaves the same error as one that takes too long; only the
-        // name tells them apart.
+        // An owner that exits instead of replying causes the same error as a timeout; only the name
+        // distinguishes the two.
         if (!isGone && bus.interface()->isServiceRegistered(busName)) return Outcome::second;
     }
     bus.unregisterObject(objectPath);
@@ -86,7 +86,7 @@ void LinuxSingleInstance::tell(const StartupToken& startup) {
     if (!isUntold_) Q_EMIT reopened();
 }
 
-// The name is taken well before the windows can be opened.
+// The name is claimed well before windows can be opened.
 void LinuxSingleInstance::connectNotify(const QMetaMethod& signal) {
     if (signal != QMetaMethod::fromSignal(&SingleInstance::reopened) || !std::exchange(isUntold_, false))
         return;

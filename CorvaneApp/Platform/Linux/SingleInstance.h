@@ -10,31 +10,31 @@
 
 namespace corvane {
 
-/// One instance per session bus, by its name there. Without a bus, one per user, by a lock.
+/// One instance per session bus, by a well-known name. Without a bus, one per user, by a lock.
 class LinuxSingleInstance : public SingleInstance {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    /// `startup` is what this process was started with, for the instance that runs already.
+    /// `startup` is this process's token, to be passed to the running instance.
     explicit LinuxSingleInstance(StartupToken startup = {});
     ~LinuxSingleInstance() override;
 
     [[nodiscard]] bool claim() override;
 
-    // The interface by which desktops start an application that may be running already. Its names are given.
+    // The interface by which desktops start an application that may already be running. It sets the names.
     // NOLINTBEGIN(readability-identifier-naming)
 
-    /// Asks the application to come forward. `platformData` may name what the user started it with.
+    /// Asks the application to come forward. `platformData` may hold the activation token.
     Q_SCRIPTABLE Q_INVOKABLE void Activate(const QVariantMap& platformData);
-    /// The application opens no files and has no actions: both are like the above.
+    /// The application opens no files and has no actions: both do the same as `Activate`.
     Q_SCRIPTABLE Q_INVOKABLE void Open(const QStringList& uris, const QVariantMap& platformData);
     Q_SCRIPTABLE Q_INVOKABLE void ActivateAction(const QString& action, const QVariantList& parameter,
                                                  const QVariantMap& platformData);
     // NOLINTEND(readability-identifier-naming)
 
   Q_SIGNALS:
-    /// What the start that is reported next came with.
+    /// The token of the start that is reported next.
     void startedWith(const StartupToken& startup);
 
   protected:

@@ -21,19 +21,19 @@ using files::FileDescriptor;
 
 namespace {
 
-// A process that has the lock listens soon after; one that is ending gives the lock back soon.
+// A process that has taken the lock soon listens; one that is exiting soon releases it.
 constexpr std::chrono::seconds patience{5};
 constexpr std::chrono::milliseconds pause{20};
 constexpr std::size_t longestMessage = 4096; // bytes; the rest of a longer one is lost
 
-/// Whether `folder` is a directory, no link, of this user that nobody else can write.
+/// Whether `folder` is a directory of this user, not a link, that nobody else can write.
 bool isPrivate(const fs::path& folder) {
     struct stat status {};
     return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == getuid() &&
            (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-/// The socket's address within the open folder: however long the folder's own path is, this one fits.
+/// The socket's address within the open folder, which fits however long the folder's own path is.
 sockaddr_un address(const FileDescriptor& folder) {
     const std::string path = "/proc/self/fd/" + std::to_string(folder.number()) + "/corvane.socket";
     sockaddr_un result{};
@@ -78,7 +78,7 @@ bool SingleInstanceLock::claim(const std::string& message) {
 
 void SingleInstanceLock::listen() {
     unlinkat(folder_.number(), "corvane.socket", 0);
-    // Datagrams: each message is there as a whole or not at all, so that no sender can keep this one waiting.
+    // Datagrams: each message arrives whole or not at all, so that no sender can block this process.
     FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
     // The folder keeps other users away from it.
@@ -100,7 +100,7 @@ void SingleInstanceLock::answer() {
 bool SingleInstanceLock::ask(const std::string& message) const {
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
-    // What was sent waits until it is read. A queue that is full has been filled by others who ask the same.
+    // A message stays queued until it is read. A full queue holds the same request from others.
     return ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 &&
            (send(socket.number(), message.data(), message.size(), MSG_NOSIGNAL) >= 0 || errno == EAGAIN);
 }

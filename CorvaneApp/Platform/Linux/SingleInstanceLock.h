@@ -13,7 +13,7 @@ namespace corvane {
 
 /// A single-instance lock in a folder, for sessions without a message bus. The process that holds the lock on
 /// a file there listens on a socket beside it. The kernel releases the lock when the process ends, however it
-/// ends, so what a crash leaves behind is no obstacle. Main thread only.
+/// ends, so leftovers of a crash do no harm. Main thread only.
 class SingleInstanceLock : public QObject {
     Q_OBJECT
 
@@ -25,9 +25,9 @@ class SingleInstanceLock : public QObject {
     [[nodiscard]] static std::filesystem::path standardFolder();
 
     /// Takes the lock. Returns false if another process holds it; that process has been asked to come
-    /// forward, unless it did not answer for a few seconds. Returns true if the folder cannot be used at all:
-    /// two instances are better than none. `message` is what that process gets to hear, of at most a few
-    /// thousand bytes.
+    /// forward, unless it did not respond for a few seconds. Returns true if the folder cannot be used at
+    /// all: two instances are better than none. `message`, at most a few thousand bytes, is sent to that
+    /// process.
     [[nodiscard]] bool claim(const std::string& message = {});
 
   Q_SIGNALS:
@@ -37,7 +37,7 @@ class SingleInstanceLock : public QObject {
   private:
     void listen();
     void answer();
-    /// Notifies the process that holds the lock; whether that worked.
+    /// Notifies the process that holds the lock; returns whether that worked.
     [[nodiscard]] bool ask(const std::string& message) const;
 
     std::filesystem::path path_;

@@ -7,19 +7,20 @@
 
 namespace corvane {
 
-/// Sounds on their way to whoever plays them. A player may be held up for half a minute by a sound server
-/// that does not answer; what has waited too long by then is forgotten, so that the sounds of many old alerts
-/// do not come all at once and the queue does not grow.
+/// Sounds waiting for the player. A sound server that does not respond may block the player for half a
+/// minute; requests that have waited too long by then are dropped, so that the sounds of many old alerts are
+/// not played all at once and the queue does not grow.
 class SoundQueue {
   public:
     using Moment = std::chrono::steady_clock::time_point;
 
-    /// A sound that comes later than this is no longer taken to belong to its banner.
+    /// A sound played later than this no longer seems to belong to its banner.
     static constexpr std::chrono::milliseconds longestWait{1000};
 
     void add(std::string name, Moment now);
 
-    /// Takes out the sound to play next, in the order of asking; none when nothing is due any more.
+    /// Removes and returns the sound to play next, first in, first out; none when none is left that is recent
+    /// enough.
     [[nodiscard]] std::optional<std::string> next(Moment now);
 
     [[nodiscard]] bool empty() const { return requests_.empty(); }

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// Limits the rate at which sounds are started, so that many alerts in one pass are heard as one tap on the
-/// shoulder instead of noise.
+/// Limits the rate at which sounds are started, so that many alerts in one pass sound like one alert instead
+/// of noise.
 ///
 /// A sound counts as sounding for 900 ms after its start. That is longer than the loud part of every one of
 /// ours (each has fallen by 20 dB after at most 850 ms) and shorter than the second between two passes, so
@@ -25,7 +25,8 @@ class SoundRateLimiter {
     static constexpr std::chrono::milliseconds soundingTime{900};
     static constexpr std::size_t mostAtOnce = 2;
 
-    /// Whether to start `name` at `now`, which never runs backwards. The limiter takes it as started if so.
+    /// Whether to start `name` at `now`, which must never go backwards. If so, the limiter counts it as
+    /// started.
     [[nodiscard]] bool admit(const std::string& name, Moment now);
 
   private:

@@ -26,9 +26,9 @@ void dropMessage(const char* /*file*/, int /*line*/, const char* /*function*/, i
                  const char* /*format*/, ...) {}
 
 /// Without a sound server libcanberra falls back to ALSA, whose library prints several lines to standard
-/// error for each sound that it cannot play: where there is no card, or another user or program holds it. All
-/// of that is ordinary for an application without sound. Its messages are taken rather than ALSA avoided,
-/// since the presence of a card does not decide it: a configuration may lead to a device that is no card. The
+/// error for each sound that it cannot play, because there is no card or another user or program holds it.
+/// That is normal for a machine without sound. The messages are suppressed rather than ALSA avoided, since
+/// the presence of a card does not decide it: a configuration may lead to a device that is no card. The
 /// library is not linked: libcanberra loads it with its driver, if at all, and may unload it again.
 void silenceAlsa() {
     using Handler =
@@ -54,7 +54,7 @@ class Player {
             const int result = start(file, name);
             // Without its file a sound cannot be played by a new connection either.
             if (result == CA_SUCCESS || result == CA_ERROR_NOTFOUND) return;
-            close(); // the server may have been started anew
+            close(); // the server may have been restarted
         }
         if (open()) start(file, name);
     }
@@ -80,14 +80,15 @@ class Player {
         context_ = nullptr;
     }
 
-    // Begins to play and does not wait for the end.
+    // Starts playing and returns at once.
     int start(const std::filesystem::path& file, const std::string& name) {
         ca_proplist* properties = nullptr;
         if (ca_proplist_create(&properties) != CA_SUCCESS) return CA_ERROR_OOM;
         ca_proplist_sets(properties, CA_PROP_MEDIA_FILENAME, file.c_str());
         ca_proplist_sets(properties, CA_PROP_MEDIA_ROLE, "event");
         ca_proplist_sets(properties, CA_PROP_EVENT_DESCRIPTION, name.c_str());
-        // A copy in the server's memory would outlive us and hide a changed file; 100 kB are sent in no time.
+        // A copy cached by the server would outlive this process and hide a changed file; sending 100 kB is
+        // quick.
         ca_proplist_sets(properties, CA_PROP_CANBERRA_CACHE_CONTROL, "never");
         const int result = ca_context_play_full(context_, 0, properties, nullptr, nullptr);
         ca_proplist_destroy(properties);
@@ -99,7 +100,7 @@ class Player {
 
 } // namespace
 
-// What both threads hold, so that a worker that is left behind finds it whole.
+// Owned by both threads, so that it outlives a detached worker's use.
 struct LinuxSounds::Shared {
     explicit Shared(std::filesystem::path soundFolder)
         : folder(std::move(soundFolder)) {}
@@ -116,7 +117,7 @@ struct LinuxSounds::Shared {
 };
 
 void LinuxSounds::Shared::work() {
-    // Signals are the main thread's; libcanberra's own threads inherit this.
+    // The main thread handles signals; libcanberra's own threads inherit this mask.
     sigset_t all;
     sigfillset(&all);
     pthread_sigmask(SIG_BLOCK, &all, nullptr);
@@ -170,7 +171,7 @@ void LinuxSounds::play(const std::string& name) {
     try {
         thread_ = std::thread([shared = shared_] { shared->work(); });
     } catch (const std::system_error&) {
-        return; // no thread to be had: silent this time
+        return; // no thread available: silent this time
     }
 }
 

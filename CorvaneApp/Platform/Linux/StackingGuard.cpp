@@ -35,7 +35,7 @@ StackingGuard::StackingGuard() {
 void StackingGuard::raise(QWidget& window) {
     const bool isNew = std::erase(windows_, &window) == 0;
     windows_.push_back(&window);
-    // Whenever one is shown, all are raised one after the other: only the order at the end counts.
+    // Whenever one is shown, all are raised one after the other: only the final order counts.
     restoreSoon();
     if (!timer_.isActive()) timer_.start();
     if (isNew) Q_EMIT arrangementChanged();
@@ -43,7 +43,7 @@ void StackingGuard::raise(QWidget& window) {
 
 void StackingGuard::keepBelow(const std::vector<QWidget*>& others) {
     above_.assign(others.begin(), others.end());
-    // A window that is about to open has no place among the others so far.
+    // A window that is about to open is not in the stacking order yet.
     if (!windows_.empty()) restoreSoon();
 }
 
@@ -57,7 +57,7 @@ void StackingGuard::release(QWidget& window) {
     if (windows_.empty()) {
         timer_.stop();
     } else if (window.isVisible()) {
-        // The others may take its place while it fades out, and are not to be seen through it.
+        // The others may take its place while it fades out, and must not be visible through it.
         x11::placeBelow(native(window), native(*windows_.front()));
     }
     Q_EMIT arrangementChanged();
@@ -74,8 +74,8 @@ void StackingGuard::restore() {
     for (const QPointer<QWidget>& window : above_) {
         if (window && window->isVisible()) above.push_back(native(*window));
     }
-    // From the front on, each directly below the one before: the server leaves a window alone that is there
-    // already. Raised one after the other, each of them would be in front for a moment.
+    // From the front to the back, each directly below the previous one: the server does nothing for a window
+    // that is already there. If they were raised one after the other, each would be in front for a moment.
     const QWidget* next = nullptr;
     for (QWidget* const window : std::ranges::reverse_view(windows_)) {
         if (next != nullptr) {

@@ -10,10 +10,10 @@ namespace {
 
 constexpr const char* startupKey = "desktop-startup-id";
 constexpr const char* activationKey = "activation-token";
-// Real ones have less than a hundred characters.
+// Real tokens have fewer than a hundred characters.
 constexpr std::size_t mostCharacters = 1024;
 
-/// `value` if it can be a token: one line of a sensible length.
+/// `value` if it can be a token: one line of reasonable length.
 std::string checked(std::string value) {
     const bool isToken = value.size() <= mostCharacters && value.find_first_of("\r\n") == std::string::npos &&
                          value.find('\0') == std::string::npos;

@@ -7,22 +7,22 @@
 
 namespace corvane {
 
-/// What a launcher gives to a program that the user starts, by which the desktop knows the user's wish later:
-/// the start-up identifier of X11 and the activation token of Wayland. Both may be empty.
+/// What a launcher passes to a program that the user starts, as proof of the user's request: the start-up ID
+/// of X11 and the activation token of Wayland. Both may be empty.
 struct StartupToken {
     std::string startupId;
     std::string activationToken;
 
     bool operator==(const StartupToken&) const = default;
 
-    /// Of this process. To be read before Qt, which takes the variables out of the environment.
+    /// The token of this process. Read it before Qt removes the variables from the environment.
     [[nodiscard]] static StartupToken fromEnvironment();
 
-    /// As `org.freedesktop.Application` hands them on.
+    /// As `org.freedesktop.Application` passes them.
     [[nodiscard]] QVariantMap platformData() const;
     [[nodiscard]] static StartupToken fromPlatformData(const QVariantMap& data);
 
-    /// As one message of bytes, one line each. What is no such line is ignored when it is read.
+    /// As one message of bytes, one line each. Other lines are ignored when it is read.
     [[nodiscard]] std::string message() const;
     [[nodiscard]] static StartupToken fromMessage(std::string_view message);
 };

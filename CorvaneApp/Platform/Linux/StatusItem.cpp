@@ -18,7 +18,7 @@ namespace {
 // How long a tray may take to embed the icon.
 constexpr std::chrono::seconds embeddingTime{1};
 
-/// The window that Qt has embedded; null when there is none.
+/// The window that Qt offers for embedding; null when there is none.
 QWidget* embeddedWindow() {
     for (QWidget* const window : QApplication::topLevelWidgets()) {
         if (window->inherits("QSystemTrayIconSys")) return window;
@@ -101,7 +101,7 @@ void LinuxStatusItem::makeIcon() {
     update();
 }
 
-// A tray that is only just starting may not hear the request.
+// A tray that is just starting may miss the request.
 void LinuxStatusItem::insist() {
     if (!hosts_->hasEmbeddingHost() || isEmbedded()) return;
     icon_->hide();
@@ -116,7 +116,7 @@ void LinuxStatusItem::update() {
         statusicon::barScheme(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), appearance_.colorScheme());
     icon_->setIcon(statusicon::icon(waitingCount_, bar));
     icon_->setToolTip(toolTip_);
-    // The window that is embedded has no name of its own.
+    // The embedded window has no accessible name of its own.
     if (QWidget* const window = embeddedWindow()) {
         window->setWindowTitle(label_);
         window->setAccessibleName(label_);

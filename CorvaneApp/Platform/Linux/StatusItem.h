@@ -12,10 +12,10 @@
 
 namespace corvane {
 
-/// A StatusNotifierItem on the session bus where something shows those, else a window embedded in the tray.
+/// A StatusNotifierItem on the session bus if there is a host for those, else a window embedded in the tray.
 ///
-/// Qt chooses between the two once in a process, when its first icon is made, and keeps to it. So the icon is
-/// made only when there is a place for it, whichever comes first; until then nothing is shown.
+/// Qt chooses between the two once per process, when its first icon is created. So the icon is created only
+/// when a host of either kind appears; until then nothing is shown.
 class LinuxStatusItem : public StatusItem {
     Q_OBJECT
 
@@ -32,14 +32,14 @@ class LinuxStatusItem : public StatusItem {
     void settle();
     void makeIcon();
     void update();
-    /// Asks the tray once more to embed the icon, if it did not.
+    /// Asks the tray again to embed the icon, if it has not.
     void insist();
 
     Appearance& appearance_;
     std::unique_ptr<TrayHosts> hosts_;
     std::unique_ptr<QSystemTrayIcon> icon_;
     QTimer insistence_;
-    bool isNotifier_ = false; // of the icon; false: embedded
+    bool isNotifier_ = false; // the kind of icon; false: embedded
     QPointer<QMenu> menu_;
     int waitingCount_ = 0;
     QString label_;

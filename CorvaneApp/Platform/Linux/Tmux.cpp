@@ -27,8 +27,7 @@ std::optional<Number> number(std::string_view text) {
     return value;
 }
 
-/// Whether `text` is an identifier as tmux gives them out, which a command can name without being taken for
-/// something else.
+/// Whether `text` is an identifier as tmux assigns them, which is unambiguous as a command's target.
 bool isIdentifier(std::string_view text, char kind) {
     return text.size() > 1 && text.front() == kind &&
            text.find_first_not_of("0123456789", 1) == std::string_view::npos;

@@ -8,7 +8,7 @@
 #include <sys/types.h>
 #include <vector>
 
-/// What a tmux server reports of its clients and panes, and what to tell it so that a pane is seen. Pure
+/// The clients and panes that a tmux server reports, and the commands that make it show a pane. Pure
 /// functions; commands are lists of arguments for the program tmux, without a shell.
 namespace corvane::tmux {
 
@@ -22,14 +22,14 @@ struct Client {
     bool operator==(const Client&) const = default;
 };
 
-/// A pane as part of a session. Sessions may share windows; their panes then occur once for each.
+/// A pane as part of a session. Sessions may share windows; a pane then occurs once per session.
 struct Pane {
     std::string id;
     std::string window;
     std::string session;
     bool isActive = false;        ///< whether it has the focus of its window
     bool isWindowCurrent = false; ///< whether the session shows its window
-    pid_t process = 0;            ///< the first one that runs in it
+    pid_t process = 0;            ///< its first process
     bool operator==(const Pane&) const = default;
 };
 
@@ -39,7 +39,7 @@ struct Server {
     bool operator==(const Server&) const = default;
 };
 
-/// A client in which a pane can be seen.
+/// A client that can show a pane.
 struct View {
     Client client;
     Pane pane;
@@ -52,18 +52,18 @@ struct View {
 /// The command that prints what `parse` reads.
 [[nodiscard]] std::vector<std::string> query(const std::string& socket);
 
-/// Lines of other forms, as other versions may print, are left out.
+/// Ignores lines of other forms, which other versions may print.
 [[nodiscard]] Server parse(std::string_view output);
 
-/// Where the agent's pane can be seen, the best first: clients that show a session with the pane before those
-/// that can be switched to one, and of these the client last used. The pane is the one that the agent's
-/// variable TMUX_PANE names, else the one of whose first process the agent descends; `ancestry` is the agent,
-/// its parent, and so on.
+/// The clients that can show the agent's pane, the best first: clients that show a session with the pane
+/// before those that can be switched to one, and among these the one last used. The pane is the one in the
+/// agent's variable TMUX_PANE, else the one whose first process is an ancestor of the agent; `ancestry` is
+/// the agent, its parent, and so on.
 [[nodiscard]] std::vector<View> views(const Server& server, const std::optional<std::string>& paneVariable,
                                       std::span<const pid_t> ancestry);
 
-/// The command after which the client shows the pane and types into it; empty when it does already, or when
-/// the client may only look on.
+/// The command that makes the client show and focus the pane; empty if it does already, or if the client is
+/// read-only.
 [[nodiscard]] std::vector<std::string> selection(const std::string& socket, const View& view);
 
 } // namespace corvane::tmux

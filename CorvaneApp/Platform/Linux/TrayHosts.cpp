@@ -28,8 +28,8 @@ TrayHosts::TrayHosts()
     : watcher_(service, QDBusConnection::sessionBus(),
                QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration)
     , traySelection_(x11::atom(traySelection)) {
-    // A host of the embedding kind tells every program when it starts, by a message to the root window.
-    // Queued: Qt's own icon takes notice of the same message.
+    // An embedding host announces its start by a message to the root window. Queued: Queued, since Qt's own
+    // icon handles the same message.
     connect(
         &XEvents::instance(), &XEvents::messageReceived, this,
         [this, manager = x11::atom("MANAGER")](xcb_atom_t type, xcb_atom_t selection) {
@@ -43,7 +43,7 @@ TrayHosts::TrayHosts()
     }
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayHosts::ask);
     connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setNotifierHost(false); });
-    // A watcher may come first and the panel that shows icons much later.
+    // The StatusNotifierWatcher may start first and the host much later.
     bus.connect(service, path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
                 SLOT(hostRegistered()));
     bus.connect(service, path, service, QStringLiteral("StatusNotifierHostUnregistered"), this,

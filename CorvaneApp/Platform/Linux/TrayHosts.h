@@ -7,24 +7,24 @@
 
 namespace corvane {
 
-/// Watches what could show a tray icon: a host of StatusNotifierItems on the session bus, and a host that
-/// embeds windows on the X server. Main thread only.
+/// Watches for tray hosts: one for StatusNotifierItems on the session bus, and one that embeds windows on the
+/// X server. Main thread only.
 ///
-/// Neither a bus that does not answer nor one that is missing holds anything up.
+/// Never blocks, whether the bus is missing or does not respond.
 class TrayHosts : public QObject {
     Q_OBJECT
 
   public:
     TrayHosts();
 
-    /// Whether the session bus has said if there is a host. Until then `hasNotifierHost` is false.
+    /// Whether the session bus has replied if there is a host. Until then `hasNotifierHost` is false.
     [[nodiscard]] bool isNotifierKnown() const { return isNotifierKnown_; }
     [[nodiscard]] bool hasNotifierHost() const { return hasNotifierHost_; }
-    /// Asks the X server.
+    /// Queries the X server.
     [[nodiscard]] bool hasEmbeddingHost() const;
 
   Q_SIGNALS:
-    /// One of the answers above may be another one now. A host that embeds windows is not noticed to go.
+    /// Emitted when any of the above values may have changed. Not emitted when an embedding host disappears.
     void changed();
 
   private:

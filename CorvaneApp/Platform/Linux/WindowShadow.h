@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-/// Painted by the window itself, where a compositing manager runs.
+/// The window paints its own shadow where a compositing manager runs.
 class LinuxWindowShadow : public WindowShadow {
   public:
     [[nodiscard]] bool isBlended() const override;
@@ -19,7 +19,7 @@ class LinuxWindowShadow : public WindowShadow {
     void cut(QWidget& window, const QPainterPath& outline) override;
 
   private:
-    /// The shadow that was painted last: it takes a while to make, and a card keeps its size for long.
+    /// The last shadow painted, cached: it takes a while to compute, and a card rarely changes its size.
     struct LastShadow {
         QSize cardSize;
         ColorScheme scheme{};

@@ -44,7 +44,7 @@ std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name)
     return {first, first + xcb_get_property_value_length(reply.get()) / 4};
 }
 
-// The properties that window managers and panels have agreed on; null where there is no X server.
+// The EWMH atoms; null where there is no X server.
 xcb_ewmh_connection_t* ewmh() {
     static xcb_ewmh_connection_t shared{};
     if (connection() == nullptr) return nullptr;
@@ -62,7 +62,7 @@ std::optional<std::uint32_t> cardinal(xcb_get_property_cookie_t cookie) {
     return value;
 }
 
-// What the window manager says of the active window: none where it does not tell, XCB_WINDOW_NONE where no
+// The active window that the window manager reports: none if it does not report any, XCB_WINDOW_NONE if no
 // window is active.
 std::optional<xcb_window_t> activeWindowHint() {
     xcb_ewmh_connection_t* const x = ewmh();
@@ -73,7 +73,7 @@ std::optional<xcb_window_t> activeWindowHint() {
     return window;
 }
 
-// What is left of `area` when the strips along the root window's edges that a panel keeps are taken away.
+// `area` without a panel's struts, the strips reserved along the root window's edges.
 QRect withoutStruts(QRect area, xcb_window_t window, const QRect& root) {
     xcb_ewmh_wm_strut_partial_t kept;
     if (xcb_ewmh_get_wm_strut_partial_reply(ewmh(), xcb_ewmh_get_wm_strut_partial(ewmh(), window), &kept,
@@ -117,7 +117,7 @@ xcb_window_t rootWindow() {
 }
 
 xcb_atom_t atom(const std::string& name) {
-    // A name keeps its number for as long as the server runs, and so do we.
+    // Cached for good: an atom is valid as long as the server runs.
     static std::map<std::string, xcb_atom_t> atoms;
     xcb_connection_t* const x = connection();
     if (x == nullptr) return XCB_ATOM_NONE;
@@ -252,7 +252,7 @@ void finishStartup(xcb_window_t window, const std::string& startupId) {
         message += character;
     }
     message += '"';
-    // In pieces as large as an event, the last of which has a zero byte.
+    // Sent in chunks of the size of an event, the last of which contains a zero byte.
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 8;
@@ -298,11 +298,11 @@ void placeBelowAll(xcb_window_t window, const std::vector<xcb_window_t>& others)
     if (!tree) return;
     const xcb_window_t* const first = xcb_query_tree_children(tree.get());
     const xcb_window_t* const end = first + xcb_query_tree_children_length(tree.get());
-    // From the lowest on.
+    // The tree lists the lowest window first.
     const xcb_window_t* const lowest = std::find_first_of(first, end, frames.begin(), frames.end());
     if (lowest == end) return;
     const std::array<std::uint32_t, 2> values{*lowest, XCB_STACK_MODE_BELOW};
-    // The frame may go at the same time, which is no error to report.
+    // The frame may be destroyed meanwhile, which is not worth reporting.
     const Reply<xcb_generic_error_t> ignored(xcb_request_check(
         x, xcb_configure_window_checked(x, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
                                         values.data())));
@@ -314,7 +314,7 @@ void reportDamage(xcb_window_t window, QSize size) {
     const std::uint32_t withoutExposures = 0;
     const xcb_gcontext_t context = xcb_generate_id(x);
     xcb_create_gc(x, context, window, XCB_GC_GRAPHICS_EXPOSURES, &withoutExposures);
-    // Copied onto itself, the window looks the same but counts as drawn on.
+    // Copied onto itself, the window looks the same but counts as damaged.
     xcb_copy_area(x, window, window, context, 0, 0, 0, 0, static_cast<std::uint16_t>(size.width()),
                   static_cast<std::uint16_t>(size.height()));
     xcb_free_gc(x, context);

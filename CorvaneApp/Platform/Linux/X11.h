@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-/// The X server that Qt is connected to. Every function does nothing, or gives nothing, on another window
-/// system. Main thread only.
+/// The X server that Qt is connected to. On another window system every function does nothing, or returns
+/// nothing. Main thread only.
 namespace corvane::x11 {
 
 /// Qt's own connection; null where Qt runs on something else.
@@ -20,17 +20,17 @@ namespace corvane::x11 {
 /// The root window of Qt's screen.
 [[nodiscard]] xcb_window_t rootWindow();
 
-/// The number of a name; 0 where there is no X server.
+/// The atom of a name; 0 where there is no X server.
 [[nodiscard]] xcb_atom_t atom(const std::string& name);
 
-/// Sends what waits in the connection's buffer. Qt leaves opacity, shape and stacking requests there until
-/// something else happens to send them.
+/// Flushes the connection's buffer. Qt leaves opacity, shape and stacking requests there until something else
+/// happens to flush it.
 void flush();
 
-/// The window by which the compositing manager of Qt's screen makes itself known; none where none runs.
+/// The window that owns the compositing manager selection of Qt's screen; XCB_NONE if none runs.
 [[nodiscard]] xcb_window_t compositingManager();
 
-/// Whether a compositing manager runs, so that windows are blended with what lies below. True on other window
+/// Whether a compositing manager runs, so that windows are blended with what is below. True on other window
 /// systems.
 [[nodiscard]] bool isComposited();
 
@@ -51,42 +51,42 @@ void setBlurRegion(xcb_window_t window, const QRegion& region);
 [[nodiscard]] std::optional<QRect> rootGeometry(xcb_window_t window);
 
 /// The part of `monitor` that panels leave free, both in device pixels of the root window: as the window
-/// manager tells for each monitor, else by what the panels themselves ask for. None where neither is known.
+/// manager reports it for each monitor, else by the panels' own struts. None if neither is known.
 [[nodiscard]] std::optional<QRect> freeArea(const QRect& monitor);
 
-/// Whether the window manager tells which window is active.
+/// Whether the window manager reports which window is active.
 [[nodiscard]] bool hasActiveWindowHint();
 
-/// The child of the root window that holds `window`: the frame that the window manager has put around it,
-/// else the window itself. None when the window is gone.
+/// The child of the root window that contains `window`: the window manager's frame, else the window itself.
+/// None if the window is destroyed.
 [[nodiscard]] xcb_window_t topLevel(xcb_window_t window);
 
-/// Asks the window manager to show a window that stands on another workspace on the current one.
+/// Asks the window manager to move a window on another workspace to the current one.
 void moveToCurrentWorkspace(xcb_window_t window);
 
-/// Asks the window manager, as a pager does, to make `window` the active one, in front of all others.
+/// Asks the window manager, as a pager does, to activate and raise `window`.
 void requestActivation(xcb_window_t window);
 
-/// Ends the feedback of the start with this identifier, for which `window` has been shown.
+/// Ends the start-up notification with this ID, for which `window` has been shown.
 void finishStartup(xcb_window_t window, const std::string& startupId);
 
-/// Puts `window` directly below `sibling`, both being windows that no window manager looks after. Nothing
-/// happens where it is there already. Waits in the connection's buffer.
+/// Restacks `window` directly below `sibling`; both are override-redirect windows. Does nothing if it is
+/// there already. The request stays in the connection's buffer.
 void placeBelow(xcb_window_t window, xcb_window_t sibling);
 
-/// Puts `window`, which no window manager looks after, below all of `others`, wherever their frames are, if
-/// one of them is there.
+/// Restacks the override-redirect window `window` below all of `others` and their frames, if any of them
+/// exists.
 void placeBelowAll(xcb_window_t window, const std::vector<xcb_window_t>& others);
 
-/// Reports all of a shown window, `size` in device pixels, to the compositing manager as changed, without
-/// drawing anything. Waits in the connection's buffer.
+/// Reports all of a shown window, `size` in device pixels, to the compositing manager as damaged, without
+/// drawing anything. The request stays in the connection's buffer.
 void reportDamage(xcb_window_t window, QSize size);
 
-/// Limits where `window` takes pointer events to `rectangles`, in device pixels of the window.
+/// Limits the area in which `window` takes pointer events to `rectangles`, in device pixels of the window.
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);
 
-/// Limits what of `window` is there at all to `region`, in device pixels of the window; an empty region lifts
-/// the limit.
+/// Sets the bounding shape of `window` to `region`, in device pixels of the window; an empty region resets
+/// it.
 void setBoundingShape(xcb_window_t window, const QRegion& region);
 
 } // namespace corvane::x11

@@ -20,7 +20,7 @@ XEvents::XEvents(QObject* parent)
 XEvents::~XEvents() = default;
 
 bool XEvents::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
-    // The top bit marks events that another client sent.
+    // The top bit marks events sent by another client.
     constexpr std::uint8_t responseTypeMask = 0x7F;
     if (eventType != "xcb_generic_event_t") return false;
     const auto* const event = static_cast<const xcb_generic_event_t*>(message);

@@ -7,13 +7,13 @@
 
 namespace corvane {
 
-/// What Qt's X connection tells about the desktop as a whole, passed on once for everybody who listens.
-/// Never changes what Qt makes of an event. Main thread only.
+/// Forwards events of Qt's X connection that concern the whole desktop, with one filter for all receivers.
+/// Never affects how Qt handles an event. Main thread only.
 class XEvents : public QObject, public QAbstractNativeEventFilter {
     Q_OBJECT
 
   public:
-    /// The application's own, made at the first call. Silent on another window system.
+    /// The application's instance, created on the first call. Emits nothing on another window system.
     static XEvents& instance();
 
     ~XEvents() override;
@@ -23,9 +23,9 @@ class XEvents : public QObject, public QAbstractNativeEventFilter {
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   Q_SIGNALS:
-    /// A property of this name, an atom, has changed on a window that Qt watches; the root window is one.
+    /// The property of this name, an atom, has changed on a window that Qt watches, such as the root window.
     void propertyChanged(std::uint32_t name);
-    /// A client message has come. `type` and `subject`, its second number, are atoms.
+    /// A client message has arrived. `type` and `subject`, its second number, are atoms.
     void messageReceived(std::uint32_t type, std::uint32_t subject);
 
   private:

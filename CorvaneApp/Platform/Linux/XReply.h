@@ -9,7 +9,7 @@ struct FreeReply {
     void operator()(void* reply) const { std::free(reply); }
 };
 
-/// What an xcb_…_reply function returns; null where the request failed.
+/// Owns the result of an xcb_…_reply function; null if the request failed.
 template <typename T>
 using Reply = std::unique_ptr<T, FreeReply>;
 

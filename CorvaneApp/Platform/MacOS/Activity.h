@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-/// Keeps the system from slowing the process down while none of its windows is seen, which would stretch the
-/// second between two looks at the inbox. The computer may sleep all the same.
+/// Keeps the system from throttling the process while none of its windows is visible (App Nap), which would
+/// stretch the second between two passes over the inbox. The computer may still sleep.
 class Activity {
   public:
     Activity();

@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-/// Knows no process: that two processes of an agent share a folder could be overlooked here, since scripts
-/// are listed under their interpreter's name.
+/// Reports no processes: scripts are listed under their interpreter's name, so a second process of an agent
+/// in the same folder could be missed.
 class MacAgentProcesses : public AgentProcesses {
   public:
     [[nodiscard]] std::vector<ProcessIdentity> running(const std::string& /*agent*/,

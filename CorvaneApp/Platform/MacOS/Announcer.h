@@ -4,7 +4,7 @@
 
 namespace corvane {
 
-/// Posts announcements on the application, which is there even when it has no window.
+/// Posts announcements on the application, which exists even when it has no window.
 class MacAnnouncer : public Announcer {
   public:
     void announce(const QString& text) override;

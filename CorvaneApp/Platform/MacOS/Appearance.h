@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-/// What the system says at the moment of asking.
+/// Queries the system at each call.
 class MacAppearance : public Appearance {
     Q_OBJECT
 

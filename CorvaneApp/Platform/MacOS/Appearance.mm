@@ -39,7 +39,7 @@ MacAppearance::MacAppearance()
           QString::fromNSString(NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification),
           [this] { Q_EMIT changed(); }) {
     parts_->observer = [CorvaneAppearanceObserver new];
-    // Later, when Qt, which observes the same and tells windows only, has taken its new colours.
+    // Deferred until Qt, which observes the same property, has updated its colours.
     parts_->observer.onChange = ^{
       QMetaObject::invokeMethod(this, &Appearance::changed, Qt::QueuedConnection);
     };

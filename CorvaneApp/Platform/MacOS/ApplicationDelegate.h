@@ -6,8 +6,8 @@ namespace corvane {
 /// again.
 inline constexpr const char* reopenNotification = "CorvaneReopen";
 
-/// Gives the application a delegate. To be called once, before the QApplication is made: Qt puts one of its
-/// own in front then and passes on what this one answers, and must not be displaced later.
+/// Sets the application's delegate. Call it once, before the QApplication is created: Qt then installs its
+/// own delegate, which forwards to this one and must not be replaced later.
 void installApplicationDelegate();
 
 } // namespace corvane

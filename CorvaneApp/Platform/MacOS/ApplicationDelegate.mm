@@ -5,7 +5,7 @@
 @interface CorvaneApplicationDelegate : NSObject <NSApplicationDelegate>
 @end
 
-// Nothing about the end of the application is answered here, so that Qt's orderly one stays.
+// Does not implement termination, so that Qt's orderly one applies.
 @implementation CorvaneApplicationDelegate
 
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)visible {
@@ -23,7 +23,7 @@ namespace corvane {
 
 void installApplicationDelegate() {
     @autoreleasepool {
-        // The application holds it weakly.
+        // The application holds its delegate weakly.
         static CorvaneApplicationDelegate* const delegate = [CorvaneApplicationDelegate new];
         NSApplication.sharedApplication.delegate = delegate;
     }

@@ -13,7 +13,7 @@ class MacApplications : public Applications {
     explicit MacApplications(Scheduler& scheduler)
         : scheduler_(scheduler) {}
 
-    /// By the identifier alone: every terminal here tells it to what runs in it.
+    /// By the identifier only: on macOS every terminal passes it to the programs inside.
     void activate(const Terminal& terminal, Report report) override;
 
   private:

@@ -8,13 +8,13 @@ namespace corvane {
 
 namespace {
 
-// What the system takes to change the active application, and no longer than a user waits without noticing.
+// Long enough for the system to change the active application, and too short for a user to notice.
 constexpr std::chrono::milliseconds patience{300};
 
 } // namespace
 
 void bringForward(const std::shared_ptr<OtherApplication>& other, OurState ourState, Scheduler& scheduler) {
-    // The system takes no activation away from an application that has not offered it.
+    // The system does not deactivate an application that has not yielded.
     if (ourState == OurState::active) other->yield();
     if (!other->request()) {
         other->requestFromFront();

@@ -7,7 +7,7 @@ namespace corvane {
 
 class Scheduler;
 
-/// Another application that is to become the active one, as the system has it.
+/// The interface to another application that is to be activated.
 class OtherApplication {
   public:
     OtherApplication() = default;
@@ -16,18 +16,18 @@ class OtherApplication {
     virtual ~OtherApplication() = default;
 
     [[nodiscard]] virtual bool isActive() const = 0;
-    /// Lets it take over from this application, which has to be the active one.
+    /// Yields activation to it from this application, which must be active.
     virtual void yield() = 0;
-    /// Asks it to become active. True when the request was sent, which says nothing about its fate.
+    /// Requests its activation. Returns whether the request was sent, which does not mean that it succeeds.
     [[nodiscard]] virtual bool request() = 0;
-    /// Asks the application in front to give way to it.
+    /// Requests its activation on behalf of the frontmost application.
     virtual void requestFromFront() = 0;
 };
 
 /// Whether this application is the active one.
 enum class OurState : std::uint8_t { inactive, active };
 
-/// Asks in one way, looks again a little later, asks in the other way, and leaves it at that.
+/// Requests activation, checks a little later, and if necessary retries once in the other way.
 void bringForward(const std::shared_ptr<OtherApplication>& other, OurState ourState, Scheduler& scheduler);
 
 } // namespace corvane

@@ -12,7 +12,7 @@ namespace corvane {
 
 namespace {
 
-// After a slide's end, when nothing writes places any more.
+// After a slide's end, when nothing sets positions any more.
 constexpr std::chrono::milliseconds settling{40};
 
 class MacFloatingPanel : public FloatingPanel {
@@ -20,7 +20,7 @@ class MacFloatingPanel : public FloatingPanel {
     MacFloatingPanel() {
         slide_.setSingleShot(true);
         slide_.setTimerType(Qt::PreciseTimer);
-        // An animation may have written a place over one that was set meanwhile.
+        // An animation may have overwritten a position that was set meanwhile.
         QObject::connect(&slide_, &QTimer::timeout, &slide_, [this] { panel_.setOrigin(origin_); });
     }
 
@@ -32,7 +32,7 @@ class MacFloatingPanel : public FloatingPanel {
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
         requireMainThread();
-        // The old view may be the one whose button is being pressed.
+        // The old view's button may be the one being pressed.
         if (PanelContent* const old = std::exchange(content_, std::move(view)).release()) {
             NativePanel::release(*old);
             old->deleteLater();
@@ -81,7 +81,7 @@ class MacFloatingPanel : public FloatingPanel {
         requireMainThread();
         slide_.stop();
         panel_.orderOut();
-        // The view's clock stands still while nobody sees it.
+        // A hidden view stops its clock.
         if (content_) content_->hide();
     }
 
@@ -95,7 +95,7 @@ class MacFloatingPanel : public FloatingPanel {
   private:
     void place() {
         if (slide_.isActive()) {
-            // A plain place would be overwritten by the animation's next step.
+            // A plain position would be overwritten by the animation's next step.
             panel_.animate(
                 opacity_, origin_,
                 std::max(slide_.remainingTimeAsDuration() - settling, std::chrono::milliseconds(0)));
@@ -108,7 +108,7 @@ class MacFloatingPanel : public FloatingPanel {
     std::unique_ptr<PanelContent> content_;
     QSize size_;
     QPoint origin_;
-    double opacity_ = 1; // where the fade goes
+    double opacity_ = 1; // the target of the fade
     QTimer slide_;       // runs while the panel is on its way down
 };
 

@@ -4,14 +4,14 @@
 
 namespace corvane {
 
-/// Makes panels that are AppKit's own.
+/// Creates native AppKit panels.
 class MacFloatingPanels : public FloatingPanels {
   public:
     [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
     void keepBelow(const std::vector<QWidget*>& /*windows*/) override {}
 };
 
-/// The NSPanel behind a panel that MacFloatingPanels has made.
+/// The NSPanel behind a panel that MacFloatingPanels created.
 [[nodiscard]] void* nativeHandle(const FloatingPanel& panel);
 
 } // namespace corvane

@@ -5,7 +5,7 @@
 namespace corvane::geometry {
 
 QRect fromNative(const NativeRect& rect, double top) {
-    // The edges rather than the size are rounded, so that neighbours stay neighbours.
+    // Rounds the edges rather than the size, so that adjacent rectangles stay adjacent.
     const int left = qRound(rect.x);
     const int upper = qRound(top - (rect.y + rect.height));
     return {left, upper, qRound(rect.x + rect.width) - left, qRound(top - rect.y) - upper};

@@ -4,12 +4,12 @@
 #include <QRect>
 #include <QSize>
 
-/// Places on the desktop in the two systems of coordinates. Qt's grows downwards from the upper left corner
-/// of the screen with the menu bar, AppKit's upwards from that screen's lower left corner. A point is a
+/// Converts between the two desktop coordinate systems. In Qt's, y grows downwards from the upper left corner
+/// of the screen with the menu bar, in AppKit's upwards from that screen's lower left corner. A point is a
 /// device-independent pixel in both.
 namespace corvane::geometry {
 
-/// A rectangle as AppKit has it: `x` and `y` are its lower left corner.
+/// A rectangle in AppKit's coordinates: `x` and `y` are its lower left corner.
 struct NativeRect {
     double x = 0;
     double y = 0;
@@ -30,7 +30,7 @@ struct NativePoint {
 /// bar in AppKit's coordinates.
 [[nodiscard]] QRect fromNative(const NativeRect& rect, double top);
 
-/// The lower left corner of a rectangle that has its upper left corner at `origin` of Qt's coordinates.
+/// The lower left corner of a rectangle that has its upper left corner at `origin` in Qt's coordinates.
 [[nodiscard]] NativePoint toNative(QPoint origin, QSize size, double top);
 
 } // namespace corvane::geometry

@@ -11,7 +11,7 @@ namespace corvane {
 
 void Hover::move(QWindow& window, QPointF local, QPointF global) {
     if (!std::exchange(isInside_, true)) {
-        // Widgets look for the one below the mouse from then on only.
+        // Only after this do widgets track the mouse.
         QEnterEvent enter(local, local, global);
         QCoreApplication::sendEvent(&window, &enter);
     }

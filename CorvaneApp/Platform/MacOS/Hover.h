@@ -6,8 +6,7 @@ class QWindow;
 
 namespace corvane {
 
-/// Tells a window of Qt's of the mouse where the system's own view passes nothing on. For one window; main
-/// thread only.
+/// Sends mouse movements to a Qt window where the native view does not. For one window; main thread only.
 class Hover {
   public:
     /// The mouse is at `local` in the window, `global` on the desktop, with no button down.

@@ -4,15 +4,14 @@
 
 namespace corvane {
 
-/// The system's service for the main application. Works for a signed bundle only, an ad-hoc signature will
-/// do.
+/// The system's service for the main application. Works for a signed bundle only; an ad-hoc signature
+/// suffices.
 class MacLoginItem : public LoginItem {
   public:
-    /// Also false for an item that the user has switched off in the system's settings.
+    /// Also false for an item that the user has switched off in System Settings.
     [[nodiscard]] bool isEnabled() const override;
 
-    /// An item that waits for the user's approval cannot be switched on from here: the system's settings are
-    /// opened then.
+    /// An item that requires the user's approval cannot be enabled from here: System Settings is opened then.
     void setEnabled(bool enabled) override;
 };
 

@@ -34,7 +34,7 @@ void MacLoginItem::setEnabled(bool enabled) {
         isDone = [SMAppService.mainAppService unregisterAndReturnError:&error];
         break;
     }
-    // Denied means that the user has to approve it there.
+    // The user has to approve it in System Settings.
     if (enabled && currentStatus() == loginitem::Status::requiresApproval)
         [SMAppService openSystemSettingsLoginItems];
     if (isDone) return;

@@ -13,15 +13,15 @@ class QWidget;
 
 namespace corvane {
 
-/// A borderless floating panel of AppKit's that carries one Qt view on a card of translucent material. A
-/// click in it gives it the keyboard without activating the application. It stands above ordinary windows, on
-/// every Space and over full-screen applications. Main thread only; needs Qt's "cocoa" platform.
+/// A borderless floating NSPanel that carries one Qt view on a card of translucent material. A click in it
+/// gives it the keyboard focus without activating the application. It floats above ordinary windows, on every
+/// Space and over full-screen applications. Main thread only; needs Qt's "cocoa" platform.
 ///
-/// It is made by AppKit rather than by Qt: whether clicks activate the application is settled while a panel
+/// It is created by AppKit rather than by Qt: whether clicks activate the application is fixed when a panel
 /// is initialised, and cannot be changed afterwards.
 ///
-/// Places are those of the upper left corner, in device-independent pixels with y growing downwards. Starts
-/// hidden.
+/// Positions are those of the upper left corner, in device-independent pixels with y growing downwards.
+/// Initially hidden.
 class NativePanel {
   public:
     NativePanel();
@@ -30,17 +30,17 @@ class NativePanel {
     ~NativePanel();
 
     /// Puts `content`, a widget without parent that has had no native window so far, into the panel and shows
-    /// it there, with the material below it in the shape of `outline`, and gives the panel `size`. What was
-    /// in the panel stays until it is released. The widget remains the caller's.
+    /// it there, with the material below it in the shape of `outline`, and gives the panel `size`. Previous
+    /// content stays until it is released. The caller keeps ownership of the widget.
     void setContent(QWidget& content, QSize size, const QPainterPath& outline);
 
-    /// Gives the panel and its present content another size.
+    /// Resizes the panel and its current content.
     void resize(QSize size, const QPainterPath& outline);
 
-    /// Hides `content` and takes it out of its panel: it must not be deleted before.
+    /// Hides `content` and removes it from its panel; it must not be deleted before that.
     static void release(QWidget& content);
 
-    /// At once, unless an animation under way says otherwise.
+    /// Takes effect at once, unless an animation in progress overrides it.
     void setOrigin(QPoint origin);
 
     void setOpacity(double opacity);
@@ -48,13 +48,13 @@ class NativePanel {
     /// Whether clicks go through the panel.
     void setIgnoresClicks(bool ignores);
 
-    /// Goes to `opacity`, and to `origin` if given, over `duration`.
+    /// Animates to `opacity`, and to `origin` if given, over `duration`.
     void animate(double opacity, std::optional<QPoint> origin, std::chrono::milliseconds duration);
 
-    /// In front of all windows of its level, without the keyboard.
+    /// Shows it in front of all windows of its level, without the keyboard focus.
     void orderFront();
 
-    /// The same, with the keyboard; the application that is active stays active.
+    /// The same, with the keyboard focus; the active application stays active.
     void orderFrontWithKeyboard();
 
     void orderOut();
@@ -62,10 +62,10 @@ class NativePanel {
     [[nodiscard]] bool isVisible() const;
     [[nodiscard]] bool hasKeyboard() const;
 
-    /// Called when the keyboard has come or gone.
+    /// `handler` is called when the panel has gained or lost the keyboard focus.
     void setKeyboardHandler(std::function<void()> handler);
 
-    /// The panel as the system knows it (an NSPanel), for those who look at it from outside.
+    /// The native panel (an NSPanel), for inspection from outside.
     [[nodiscard]] void* handle() const;
 
   private:

@@ -29,14 +29,14 @@
 @implementation BannerPanel
 
 - (instancetype)initWithContentSize:(NSSize)size {
-    // The mask has to be given here: set later it reads back the same, but clicks activate the application.
+    // The mask must be passed here: set later, it reads back the same, but clicks activate the application.
     self = [super initWithContentRect:NSMakeRect(0, 0, size.width, size.height)
                             styleMask:NSWindowStyleMaskNonactivatingPanel
                               backing:NSBackingStoreBuffered
                                 defer:NO];
     if (self) {
         self.floatingPanel = YES;
-        // After the line above, which has a level of its own.
+        // After the line above, which sets a level of its own.
         self.level = NSStatusWindowLevel;
         self.collectionBehavior =
             NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
@@ -51,7 +51,7 @@
     return self;
 }
 
-// Nobody can call this who knows the class; whoever goes round that would get a panel without its settings.
+// Declared unavailable; a caller that gets around that would get a panel without its settings.
 - (instancetype)initWithContentRect:(NSRect)rect
                           styleMask:(NSWindowStyleMask)mask
                             backing:(NSBackingStoreType)backing
@@ -59,15 +59,15 @@
     qFatal("BannerPanel: initWithContentRect:styleMask:backing:defer: is not implemented");
 }
 
-// Without a title bar a window would have no keyboard, and its buttons no clicks.
+// By default a window without a title bar cannot get the keyboard focus, nor its buttons clicks.
 - (BOOL)canBecomeKeyWindow {
     return YES;
 }
 
 - (void)becomeKeyWindow {
     [super becomeKeyWindow];
-    // Qt hears of the keyboard through its view's becoming first responder, and in the older versions only
-    // so; it may be that already.
+    // Qt notices the focus when its view becomes first responder, in older versions only then; the view may
+    // be that already, hence the change to nil.
     [self makeFirstResponder:nil];
     [self makeFirstResponder:self.hostedView];
     if (self.onKeyboardChange) self.onKeyboardChange();
@@ -80,8 +80,8 @@
 
 @end
 
-// Qt's view passes on no movement of the mouse while the application is inactive, which it is nearly always;
-// yet it makes a movement up before a click, so that what was clicked would look hovered over for good.
+// Qt's view does not report mouse movements while the application is inactive, which it nearly always is; yet
+// it synthesises one before a click, so that the clicked control would keep looking hovered.
 @interface CorvaneHover : NSObject
 - (instancetype)initWithPanel:(BannerPanel*)panel content:(QWidget*)content;
 @end
@@ -109,9 +109,9 @@
     BannerPanel* const panel = _panel;
     NSView* const view = panel.hostedView;
     QWindow* const window = [self window];
-    // While the application is active, Qt's view tells of the mouse by itself.
+    // While the application is active, Qt's view reports the mouse by itself.
     if (NSApp.active || !view || window == nullptr) return;
-    // The view is flipped, as all of Qt's are.
+    // The view is flipped, like all of Qt's.
     const NSPoint local = [view convertPoint:event.locationInWindow fromView:nil];
     const NSPoint global = [panel convertPointToScreen:event.locationInWindow];
     _hover.move(*window, {local.x, local.y}, {global.x, corvane::desktopTop() - global.y});
@@ -155,7 +155,7 @@ NSImage* mask(QSize size, const QPainterPath& outline) {
             break;
         }
     }
-    // Only where it covers counts, not the colour. Flipped, since outlines grow downwards.
+    // Only the coverage counts, not the colour. Flipped, since y grows downwards in outlines.
     return [NSImage imageWithSize:NSMakeSize(size.width(), size.height())
                           flipped:YES
                    drawingHandler:^BOOL(NSRect) {
@@ -165,8 +165,8 @@ NSImage* mask(QSize size, const QPainterPath& outline) {
                    }];
 }
 
-/// Has the shadow taken anew once the content is on the screen: the system takes it from what it finds drawn,
-/// and does not look again by itself.
+/// Refreshes the shadow once the content is on the screen: the system computes it from what is drawn, and
+/// does not update it by itself.
 class FirstPaint : public QObject {
   public:
     void await(QWidget& content, BannerPanel* panel) {
@@ -178,7 +178,7 @@ class FirstPaint : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Paint) {
             watched->removeEventFilter(this);
-            // Comes before the painting, and that before its result is on the screen.
+            // The event precedes the painting, which precedes its result on the screen.
             QTimer::singleShot(settling, this, [this] { [panel_ invalidateShadow]; });
         }
         return false;
@@ -195,7 +195,7 @@ class FirstPaint : public QObject {
 struct NativePanel::Parts {
     BannerPanel* panel = nil;
     NSVisualEffectView* card = nil;
-    CorvaneHover* hover = nil; // which its tracking area does not keep
+    CorvaneHover* hover = nil; // its tracking area does not retain it
     FirstPaint firstPaint;
 };
 
@@ -219,20 +219,20 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
         [[NSVisualEffectView alloc] initWithFrame:NSMakeRect(0, 0, size.width(), size.height())];
     card.material = NSVisualEffectMaterialPopover;
     card.blendingMode = NSVisualEffectBlendingModeBehindWindow;
-    // The panel belongs to an application that is hardly ever active, and would look so.
+    // The application is hardly ever active, and the panel would look inactive.
     card.state = NSVisualEffectStateActive;
     parts_->card = card;
     parts_->panel.hostedView = nil;
     parts_->panel.contentView = card;
-    // Before the view is in, which would otherwise go through sizes that are not its own.
+    // Before the view is added, which would otherwise be resized several times.
     resize(size, outline);
 
     NSView* const view = viewOf(content);
     if (view) {
-        // Qt's own window, which is never shown, lets go of the view. From then on Qt knows that the view is
-        // embedded and leaves the window around it alone.
+        // Detaches the view from Qt's own window, which is never shown. From then on Qt knows that the view
+        // is embedded and leaves the window around it alone.
         view.window.contentView = nil;
-        // It is given its size together with the widget's: AppKit would add each difference once more.
+        // It is resized together with the widget: with autoresizing, AppKit would apply each change twice.
         view.autoresizingMask = NSViewNotSizable;
         [card addSubview:view];
     }
@@ -246,7 +246,7 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
                                      owner:parts_->hover
                                   userInfo:nil]];
     parts_->firstPaint.await(content, parts_->panel);
-    // Only now: shown earlier, Qt would make the view a window once more.
+    // Only now: if it were shown earlier, Qt would turn the view into a window again.
     content.show();
     view.frame = card.bounds;
     if (hasKeyboard()) [parts_->panel makeFirstResponder:view];
@@ -254,7 +254,7 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
 
 void NativePanel::resize(QSize size, const QPainterPath& outline) {
     const NSRect frame = parts_->panel.frame;
-    // In one step. The upper left corner is the one that stays.
+    // In one step, keeping the upper left corner.
     [parts_->panel
         setFrame:NSMakeRect(frame.origin.x, NSMaxY(frame) - size.height(), size.width(), size.height())
          display:NO];

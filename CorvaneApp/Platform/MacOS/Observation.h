@@ -8,13 +8,13 @@
 
 namespace corvane {
 
-/// Where a notification is posted: the system tells each on one of these only.
+/// Where a notification is posted: the system posts each on only one of these.
 enum class NotificationCenter : std::uint8_t { application, workspace, everyProcess };
 
-/// Hears the notifications of one name for as long as it lives. Main thread only.
+/// Observes the notifications of one name during its lifetime. Main thread only.
 class Observation {
   public:
-    /// `work` is called from the event loop, after those who hear the notification at once.
+    /// `work` is called from the event loop, after all synchronous observers.
     Observation(NotificationCenter center, const QString& name, std::function<void()> work);
     Observation(const Observation&) = delete;
     Observation& operator=(const Observation&) = delete;

@@ -25,7 +25,7 @@ NSNotificationCenter* native(NotificationCenter center) {
 } // namespace
 
 struct Observation::Parts {
-    QObject context; // what is still to be called goes with it
+    QObject context; // pending calls are cancelled with it
     NSNotificationCenter* center = nil;
     id<NSObject> token = nil;
 };
@@ -34,7 +34,7 @@ Observation::Observation(NotificationCenter center, const QString& name, std::fu
     : parts_(std::make_unique<Parts>()) {
     QObject* const context = &parts_->context;
     parts_->center = native(center);
-    // At once, on the thread that posts, which is the main one for all that is heard here.
+    // Synchronously, on the posting thread, which is the main thread for all notifications used here.
     parts_->token = [parts_->center addObserverForName:name.toNSString()
                                                 object:nil
                                                  queue:nil

@@ -8,9 +8,9 @@
 
 namespace corvane {
 
-/// Puts the window into a panel that takes the keyboard and leaves the active application active. Presses in
-/// other applications are heard by a monitor, since some of them, such as those on the menu bar's other
-/// items, take no keyboard away.
+/// Puts the window into a panel that takes the keyboard focus and leaves the active application active. An
+/// event monitor catches presses in other applications, since some of them, such as those on the menu bar's
+/// other items, do not take the focus away.
 class MacPanelHost : public PanelHost {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ class MacPanelHost : public PanelHost {
     [[nodiscard]] const NativePanel& panel() const { return panel_; }
 
   protected:
-    /// Follows the window off the screen.
+    /// Hides the panel when the window is hidden.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -39,7 +39,7 @@ class MacPanelHost : public PanelHost {
     bool isHosted_ = false;
 };
 
-/// On Qt's "cocoa" platform; the others have no native views to put anywhere, and get plain hosts.
+/// Creates native hosts on Qt's "cocoa" platform; the others have no native views and get plain hosts.
 class MacPanelHosts : public PanelHosts {
   public:
     explicit MacPanelHosts(Activation& activation)

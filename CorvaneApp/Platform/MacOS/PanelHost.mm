@@ -14,7 +14,7 @@
 namespace corvane {
 
 struct MacPanelHost::Monitor {
-    /// By value: a block keeps a copy of a value, but only the address behind a reference.
+    /// By value: a block copies a value, but of a reference only the address.
     explicit Monitor(std::function<void()> onPress)
         : token([NSEvent addGlobalMonitorForEventsMatchingMask:
                              NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown
@@ -64,11 +64,11 @@ void MacPanelHost::present() {
     }
     panel_.setOrigin(geometry_.topLeft());
     panel_.orderFrontWithKeyboard();
-    // Once more now that it is on a screen: macOS 26 has misplaced panels under the menu bar at their first
-    // showing.
+    // Again, now that it is on a screen: macOS 26 misplaces panels under the menu bar when they are first
+    // shown.
     panel_.setOrigin(geometry_.topLeft());
     if (monitor_) return;
-    // Later, since closing the panel takes the monitor away, and it may be in the middle of telling.
+    // Deferred, since closing the panel destroys the monitor, which may be in the middle of a call.
     const QPointer<MacPanelHost> self(this);
     monitor_ = std::make_unique<Monitor>([self] {
         if (self) QMetaObject::invokeMethod(self.data(), &PanelHost::pressedElsewhere, Qt::QueuedConnection);

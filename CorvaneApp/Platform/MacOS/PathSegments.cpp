@@ -14,7 +14,7 @@ std::vector<PathSegment> pathSegments(const QPainterPath& path) {
             segments.push_back({PathSegment::Kind::line, element, {}, {}});
             break;
         case QPainterPath::CurveToElement:
-            // A curve's two further points follow as elements of their own.
+            // A curve's two further points follow as separate elements.
             segments.push_back(
                 {PathSegment::Kind::curve, path.elementAt(i + 2), element, path.elementAt(i + 1)});
             i += 2;

@@ -70,7 +70,7 @@ class MacPlatform : public Platform {
     MacFileBrowser fileBrowser_;
     MacStatusItem statusItem_;
     MacSingleInstance singleInstance_{MacSingleInstance::standardFolder()};
-    // The last to come and the first to go: work that is still pending may hold a panel.
+    // Created last and destroyed first: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };
 
@@ -81,13 +81,12 @@ std::unique_ptr<Platform> Platform::make() {
 }
 
 bool Platform::prepareProcess() {
-    // Otherwise Qt makes the application the active one at every launch, at login too, and whenever a window
-    // is raised.
+    // Otherwise Qt activates the application at every launch, even at login, and whenever a window is raised.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
     installApplicationDelegate();
-    // A bundle says in its property list what kind of application it is; a bare program may show nothing
-    // until it has said so.
+    // A bundle declares its kind of application in its property list; a bare program cannot show windows
+    // until it sets it.
     if (!NSBundle.mainBundle.bundleIdentifier)
         [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyAccessory];
     return true;

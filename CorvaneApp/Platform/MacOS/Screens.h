@@ -5,11 +5,11 @@
 
 namespace corvane {
 
-/// The upper edge of the screen with the menu bar, where Qt's coordinates begin, in AppKit's. 0 without a
+/// The upper edge of the screen with the menu bar, the origin of Qt's coordinates, in AppKit's. 0 without a
 /// screen.
 [[nodiscard]] double desktopTop();
 
-/// The screens as AppKit has them. The main one is that of the window with the keyboard.
+/// The screens as AppKit reports them. The main one is that of the window with the keyboard focus.
 class MacScreens : public Screens {
     Q_OBJECT
 

@@ -9,9 +9,9 @@
 
 namespace corvane {
 
-/// The system starts a bundle once and tells it when it is opened again. A process that was started
-/// otherwise, as from a terminal, finds out by a lock that another one runs, and asks it through a
-/// notification.
+/// The system starts a bundle once and notifies it when it is opened again. A process that was started
+/// otherwise, for example from a terminal, detects a running instance by a lock and asks it to come forward
+/// through a notification.
 class MacSingleInstance : public SingleInstance {
     Q_OBJECT
 
@@ -19,15 +19,15 @@ class MacSingleInstance : public SingleInstance {
     /// Both processes have to use the same folder, which is created if missing.
     explicit MacSingleInstance(std::filesystem::path folder);
 
-    /// The user's folder for caches: temporary files are swept away while the application runs.
+    /// The user's caches folder: the system deletes temporary files while the application runs.
     [[nodiscard]] static std::filesystem::path standardFolder();
 
-    /// Returns true as well if the folder cannot be used: two instances are better than none.
+    /// Also returns true if the folder cannot be used: two instances are better than none.
     [[nodiscard]] bool claim() override;
 
   private:
     std::filesystem::path folder_;
-    files::FileDescriptor lock_; // given back by the kernel, however the process ends
+    files::FileDescriptor lock_; // released by the kernel, however the process ends
     std::unique_ptr<Observation> openedAgain_;
     std::unique_ptr<Observation> askedByAnother_;
 };

@@ -16,8 +16,8 @@ namespace corvane {
 
 namespace {
 
-/// Asks the process that has the lock to come forward. A notification of this kind leaves the process from
-/// its run loop, so this waits, for a second at most, until it has come back here as it comes everywhere.
+/// Asks the process that holds the lock to come forward. A distributed notification is sent from the run
+/// loop, so this waits, for a second at most, until it has been delivered to this process too.
 void askTheFirst() {
     constexpr NSTimeInterval patience = 1;
     NSDistributedNotificationCenter* const center = NSDistributedNotificationCenter.defaultCenter;

@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// The system's named sounds. A sound that still plays is not started anew.
+/// The system's named sounds. A sound that is still playing is not restarted.
 class MacSounds : public Sounds {
   public:
     MacSounds();

@@ -7,7 +7,7 @@
 namespace corvane {
 
 struct MacSounds::Parts {
-    NSSound* last = nil; // kept while it may still play
+    NSSound* last = nil; // retained while it may still play
 };
 
 MacSounds::MacSounds()

@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// An item of the menu bar that is as wide as it needs to be: the symbol, and the count as its title.
+/// A menu bar item of variable width: the symbol, and the count as its title.
 class MacStatusItem : public StatusItem {
     Q_OBJECT
 
@@ -22,8 +22,7 @@ class MacStatusItem : public StatusItem {
     [[nodiscard]] bool isAvailable() const override { return true; }
     [[nodiscard]] QRect place() const override;
 
-    /// The item as the system knows it (an NSStatusItem), for those who look at it from outside; null before
-    /// it is first shown.
+    /// The native item (an NSStatusItem), for inspection from outside; null before it is first shown.
     [[nodiscard]] void* handle() const;
 
   private:

@@ -16,7 +16,7 @@
 
 @implementation CorvaneStatusTarget
 
-// Assistive technology presses without an event, so none is looked at.
+// Does not use the current event: assistive technology presses without one.
 - (void)pressed:(id)sender {
     if (self.onPress) self.onPress();
 }
@@ -34,7 +34,7 @@ NSImage* bell(int waitingCount) {
         return symbol;
     constexpr int side = 16;
     constexpr int largestScale = 2;
-    const int badges = std::min(waitingCount, 1); // the number stands beside it
+    const int badges = std::min(waitingCount, 1); // the number is beside it
     const QImage picture = statusicon::image(side * largestScale, badges, ColorScheme::light);
     CGImageRef const pixels = picture.toCGImage();
     NSImage* const image = [[NSImage alloc] initWithCGImage:pixels size:NSMakeSize(side, side)];
@@ -43,8 +43,8 @@ NSImage* bell(int waitingCount) {
     return image;
 }
 
-/// By the button's window, which macOS 26 keeps where the item is on the screen, whatever it makes of the
-/// button.
+/// By the button's window, which on macOS 26 is where the item is on the screen, whatever the button's own
+/// frame.
 QRect placeOf(NSStatusBarButton* button) {
     NSWindow* const window = button.window;
     if (!window) return {};
@@ -56,7 +56,7 @@ QRect placeOf(NSStatusBarButton* button) {
 } // namespace
 
 struct MacStatusItem::Parts {
-    NSStatusItem* item = nil; // gone from the bar when it is let go
+    NSStatusItem* item = nil; // removed from the bar when released
     CorvaneStatusTarget* target = nil;
 };
 
@@ -72,8 +72,8 @@ void MacStatusItem::show(int waitingCount, const QString& label, const QString& 
     if (!parts_->item) {
         parts_->item = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
         parts_->target = [CorvaneStatusTarget new];
-        // Later: on macOS 27 the button takes the keyboard when the mouse goes down, and a panel that had
-        // opened before would lose it again and close.
+        // Deferred: on macOS 27 the button takes the keyboard focus on mouse down, and a panel opened before
+        // that would lose it and close.
         parts_->target.onPress = ^{
           QMetaObject::invokeMethod(
               this, [this] { Q_EMIT pressed(place()); }, Qt::QueuedConnection);
@@ -81,7 +81,7 @@ void MacStatusItem::show(int waitingCount, const QString& label, const QString& 
         NSStatusBarButton* const button = parts_->item.button;
         button.target = parts_->target;
         button.action = @selector(pressed:);
-        // Where a menu would open, on pressing rather than on letting go.
+        // On mouse down rather than mouse up, like a menu.
         [button sendActionOn:NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown];
     }
     NSStatusBarButton* const button = parts_->item.button;

@@ -37,7 +37,7 @@ class RecordingPanel : public FloatingPanel {
         , panels_(panels) {}
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
-        // As on a real panel, the old view may still be running one of its own handlers.
+        // As with a real panel, the old view may still be running one of its own handlers.
         if (PanelContent* const old = record_->content.release()) old->deleteLater();
         record_->content = std::move(view);
         record_->size = size;

@@ -29,20 +29,20 @@
 #include <utility>
 #include <vector>
 
-/// A platform for tests: shows nothing, keeps what it was asked for, and whose time only moves when told to.
+/// A fake platform for tests: shows nothing, records all requests, and its time advances only on request.
 namespace corvane::recording {
 
-/// One moment of the made-up world, shared by clock and scheduler.
+/// The fake time, shared by clock and scheduler.
 class Time : public Scheduler {
   public:
     [[nodiscard]] Date now() const { return start_ + elapsed_; }
 
     void after(std::chrono::milliseconds delay, std::function<void()> work) override;
 
-    /// Lets `span` pass: everything that falls due runs in order, each at its own time.
+    /// Advances the time by `span`: everything that falls due runs in order, each at its own time.
     void advance(std::chrono::milliseconds span);
 
-    /// Sets the wall clock to another time, as a user or the network does; the scheduler does not notice.
+    /// Sets the wall clock, as a user or the network does; the scheduler's monotonic time is unaffected.
     void setWallClock(Date now) { start_ = now - Seconds(elapsed_); }
 
     [[nodiscard]] std::size_t pendingCount() const { return pending_.size(); }
@@ -58,7 +58,7 @@ class Time : public Scheduler {
     std::vector<Item> pending_;
 };
 
-/// A panel that was made, from first to last.
+/// The record of one panel.
 struct PanelRecord {
     std::unique_ptr<PanelContent> content;
     QSize size;
@@ -78,20 +78,20 @@ class Panels : public FloatingPanels {
 
     void keepBelow(const std::vector<QWidget*>& windows) override { above = windows; }
 
-    /// The windows that the panels are to stay below.
+    /// The windows that the panels must stay below.
     std::vector<QWidget*> above;
 
-    /// In the order in which they were made; a record outlives its panel.
+    /// In order of creation; a record outlives its panel.
     std::vector<std::shared_ptr<PanelRecord>> all;
 
-    /// Those that are on the screen and not on their way out, from top to bottom.
+    /// Those that are visible and not fading out, from top to bottom.
     [[nodiscard]] std::vector<PanelRecord*> standing() const;
 
-    /// The panels in the order in which they were last put in front, the frontmost last.
+    /// The panels in the order in which they were last raised, the frontmost last.
     std::vector<const PanelRecord*> stacking;
 };
 
-/// Shows windows where they are.
+/// Merely shows windows.
 class PresentedWindows : public Activation {
   public:
     void present(QWidget& window) override;
@@ -118,13 +118,13 @@ class FakeWindowShadow : public WindowShadow {
     /// The outline behind which the last window asked for the blur.
     QPainterPath behind;
     QMargins room{10, 11, 12, 13};
-    /// The outlines of the cards whose shadows were to be painted.
+    /// The outlines of the cards whose shadows were painted.
     std::vector<QPainterPath> painted;
     /// What the last window was cut to; empty where it was left whole.
     QPainterPath lastCut;
 };
 
-/// Draws those that it knows as a full box.
+/// Draws the symbols that it knows as a filled box.
 class FakeSystemSymbols : public SystemSymbols {
   public:
     [[nodiscard]] bool draw(QImage& image, const QString& name, const QRectF& box) override;
@@ -133,7 +133,7 @@ class FakeSystemSymbols : public SystemSymbols {
     std::vector<QString> asked;
 };
 
-/// Shows its window and gives it the keyboard, both at once.
+/// Shows its window and gives it the keyboard focus, both at once.
 class FakePanelHost : public PanelHost {
   public:
     explicit FakePanelHost(QWidget& window)
@@ -158,7 +158,7 @@ class FakePanelHosts : public PanelHosts {
   public:
     [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override;
 
-    /// The host that was made last; null once it has gone.
+    /// The host created last; null once it is destroyed.
     QPointer<FakePanelHost> last;
 };
 
@@ -213,8 +213,8 @@ class Activations : public Applications {
         }
     }
 
-    /// The identifiers of the terminals that were to be brought to the front; the agents and directories of
-    /// those without.
+    /// The identifiers of the terminals to activate; the agents and directories of those without an
+    /// identifier.
     std::vector<std::string> activated;
     std::vector<std::pair<std::string, std::string>> searched;
     Terminal last;
@@ -223,7 +223,7 @@ class Activations : public Applications {
     std::vector<Report> pending;
 };
 
-/// A made-up process table.
+/// A fake process table.
 class FakeAgentProcesses : public AgentProcesses {
   public:
     struct Process {
@@ -237,7 +237,7 @@ class FakeAgentProcesses : public AgentProcesses {
     [[nodiscard]] bool isRunning(const ProcessIdentity& process) const override;
 
     std::vector<Process> processes;
-    mutable int lookCount = 0; ///< how often either was asked
+    mutable int lookCount = 0; ///< the number of queries
 };
 
 class FakeLoginItem : public LoginItem {
@@ -249,7 +249,7 @@ class FakeLoginItem : public LoginItem {
     }
 
     bool enabled = false;
-    /// Makes every change fail with these words.
+    /// Makes every change fail with this message.
     std::optional<std::string> failure;
 };
 

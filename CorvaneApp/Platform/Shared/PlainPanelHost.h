@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-/// Leaves the window to Qt and to the window manager, which ties the keyboard to the active window.
+/// Leaves the window to Qt and to the window manager, which gives the keyboard focus to the active window.
 class PlainPanelHost : public PanelHost {
     Q_OBJECT
 

@@ -7,7 +7,7 @@
 namespace corvane {
 
 void QtScheduler::after(std::chrono::milliseconds delay, std::function<void()> work) {
-    // Owned here rather than by the event loop, so that what the work holds on to goes no later than the
+    // Owned here rather than by the event loop, so that what the work captures is destroyed no later than the
     // scheduler.
     auto* const timer = new QTimer(&context_);
     timer->setSingleShot(true);

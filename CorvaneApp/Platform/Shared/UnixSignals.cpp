@@ -16,7 +16,7 @@ constexpr std::array endingSignals{SIGTERM, SIGINT, SIGHUP};
 
 std::array<int, 2> pipeEnds{-1, -1};
 
-// Runs inside a signal: may do next to nothing.
+// A signal handler: only async-signal-safe calls.
 void handle(int /*signal*/) {
     const int savedError = errno;
     const char byte = 0;

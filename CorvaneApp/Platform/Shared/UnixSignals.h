@@ -7,7 +7,7 @@ class QSocketNotifier;
 namespace corvane {
 
 /// Turns the signals by which a session or a terminal ends a program (SIGTERM, SIGINT, SIGHUP) into
-/// `received`, so that the application leaves by its own event loop. One for the process; main thread.
+/// `received`, so that the application quits through its own event loop. One per process; main thread.
 class UnixSignals : public QObject {
     Q_OBJECT
 

@@ -30,7 +30,7 @@ bool flushToDisk(int descriptor) {
 }
 
 mode_t creationMask() {
-    // umask() can only be read by changing it, for all threads; the kernel tells it without.
+    // umask() can only be read by changing it, for all threads; the kernel also reports it here.
     std::ifstream status("/proc/self/status");
     constexpr std::string_view label = "Umask:";
     for (std::string line; std::getline(status, line);) {
@@ -59,11 +59,11 @@ bool copyAttributes(const std::filesystem::path& from, int descriptor) {
             hasList = true;
             listKept = copyAttribute(from, descriptor, accessList);
         } else if (name.starts_with("user.")) {
-            // A lost comment or tag is no reason to refuse the user's wish.
+            // A lost comment or tag is no reason to fail.
             static_cast<void>(copyAttribute(from, descriptor, name.c_str()));
         }
     }
-    // The folder may hand a list of its own down to new files.
+    // New files may inherit a default list from the folder.
     if (!hasList) static_cast<void>(fremovexattr(descriptor, accessList));
     return listKept;
 }
@@ -71,7 +71,7 @@ bool copyAttributes(const std::filesystem::path& from, int descriptor) {
 bool renameWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to) {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
     if (errno != EINVAL && errno != ENOSYS) return false;
-    // This file system knows no such rename.
+    // This file system does not support such a rename.
     struct stat status {};
     if (lstat(to.c_str(), &status) == 0) {
         errno = EEXIST;

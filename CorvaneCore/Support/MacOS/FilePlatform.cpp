@@ -13,7 +13,7 @@
 namespace corvane::files::platform {
 
 bool flushToDisk(int descriptor) {
-    // fsync leaves the bytes in the drive's own buffer; not every file system knows the stronger call.
+    // fsync leaves the bytes in the drive's own buffer; not every file system supports the stronger call.
     return fcntl(descriptor, F_FULLFSYNC) != -1 || fsync(descriptor) == 0;
 }
 
@@ -33,7 +33,7 @@ bool copyAttributes(const std::filesystem::path& from, int descriptor) {
         accessKept = acl_set_fd_np(descriptor, list, ACL_TYPE_EXTENDED) == 0;
         acl_free(list);
     } else if (acl_t empty = acl_init(0)) {
-        // The folder may hand entries of its own down to new files. A file system without lists refuses this.
+        // New files may inherit entries from the folder. A file system without lists rejects this.
         static_cast<void>(acl_set_fd_np(descriptor, empty, ACL_TYPE_EXTENDED));
         acl_free(empty);
     }

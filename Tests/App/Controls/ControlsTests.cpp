@@ -23,7 +23,7 @@ class ControlsTest : public testing::Test {
         window_.show();
         window_.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
-        // The toolkit gives the first control the focus when a window comes up.
+        // The toolkit gives the first control the focus when a window is shown.
         window_.setFocus();
     }
 

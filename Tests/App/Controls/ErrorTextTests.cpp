@@ -5,7 +5,7 @@
 namespace corvane {
 namespace {
 
-// What a text view shows has other line ends and spaces than these.
+// The text that a text view returns has other line ends and spaces than these.
 TEST(ErrorText, theSameMessageOnceMoreLeavesTheSelection) {
     QWidget window;
     ErrorText error(&window);

@@ -29,7 +29,7 @@ class PressGuardTest : public testing::Test {
     PressGuardTest(const PressGuardTest&) = delete;
     PressGuardTest& operator=(const PressGuardTest&) = delete;
 
-    /// How many of one click are heard.
+    /// How many presses of one click take effect.
     int click() {
         const int before = clicks;
         QTest::mouseClick(&button, Qt::LeftButton);
@@ -120,7 +120,7 @@ TEST_F(PressGuardTest, theKeyboardAndAssistiveTechnologyPressAtAnyTime) {
     window.show();
     QTest::keyClick(&button, Qt::Key_Space);
     QTest::keyClick(&button, Qt::Key_Return);
-    button.click(); // what an assistive technology's press comes down to
+    button.click(); // what a press by assistive technology does
     EXPECT_EQ(clicks, 3);
 }
 

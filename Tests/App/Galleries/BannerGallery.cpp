@@ -1,5 +1,5 @@
 // Draws every state of the banners, and a stack of them, with their shadow on a light and a dark desktop,
-// into the folder given, for people to look at.
+// into the given folder, for visual review.
 
 #include "App/Support/BannerStates.h"
 #include "App/Support/LargeText.h"
@@ -72,7 +72,7 @@ QImage stack(const test::Variant& variant) {
     QPainter painter(&image);
     for (const int column : {0, columnWidth}) {
         int bottom = static_cast<int>(image.height() / image.devicePixelRatio()) - margin;
-        // The oldest is painted last: no card lies in another's shadow.
+        // The oldest is painted last: no card is in another's shadow.
         std::vector<std::pair<BannerCard*, int>> places;
         for (const char* const name : {"waiting", "done-codex", "reply"}) {
             BannerCard& banner = named(name);

@@ -1,5 +1,5 @@
-// Draws every state of the windows, the tray panel, the menus and the tray icon into the folder given, for
-// people to look at.
+// Draws every state of the windows, the tray panel, the menus and the tray icon into the given folder, for
+// visual review.
 
 #include "App/Support/LargeText.h"
 #include "App/Support/PanelStates.h"
@@ -88,7 +88,7 @@ bool saveMainWindow(const QDir& folder, const test::Variant& variant) {
         .save(folder.filePath(QStringLiteral("main-window-%1.png").arg(variant.name)));
 }
 
-/// Every size and badge on a bar of this appearance, and below each size the same enlarged.
+/// Every size and badge on a bar of this appearance, with an enlarged copy below each size.
 QImage trayIcons(ColorScheme bar) {
     constexpr int cell = 208;
     constexpr int enlargement = 4;

@@ -19,7 +19,7 @@ Date at(double seconds) {
     return Date(1'790'000'000, 0) + Seconds(seconds);
 }
 
-/// Sessions that wait, one for each name.
+/// Waiting sessions, one for each name.
 std::vector<AgentSession> sessions(const std::vector<std::string>& names) {
     std::vector<AgentSession> result;
     for (const std::string& name : names)

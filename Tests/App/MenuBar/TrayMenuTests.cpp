@@ -84,7 +84,7 @@ TEST_F(TrayMenuTest, anEntryStaysThatOfItsSessionWhenTheOrderChanges) {
     ASSERT_EQ(before.size(), 2U);
     QAction* const lower = before[1];
     const QString id = lower->data().toString();
-    // Those who wait come first.
+    // Waiting sessions come first.
     world_.waits(id.endsWith(QLatin1Char('a')) ? "a" : "b",
                  id.endsWith(QLatin1Char('a')) ? "first" : "second");
     const std::vector<QAction*> after = sessions();
@@ -174,7 +174,7 @@ TEST_F(TrayMenuTest, aLongNameIsCutBetweenCharactersSoThatTheMenuStaysNarrow) {
     const QString cut =
         text.left(text.indexOf(QStringLiteral(" · "))).mid(1).chopped(1); // without its isolate
     EXPECT_FALSE(cut.contains(QChar(QChar::ReplacementCharacter)));
-    // Three code points a character, and the dots.
+    // Three code points per character, and the ellipsis.
     EXPECT_EQ(cut.toUcs4().size() % 3, 1) << cut.toStdString();
     EXPECT_GT(cut.toUcs4().size(), 15);
     EXPECT_TRUE(cut.contains(QStringLiteral("…")));

@@ -120,7 +120,7 @@ TEST_F(AppModelTest, aBackupIsNamedByTheClockNotByTheLastPass) {
     const std::string first = backupAt(passed + Seconds(1));
     const std::string second = backupAt(passed + Seconds(3));
     EXPECT_EQ(model().now(), passed);
-    // Two seconds lie between the names, of the same length since neither had to evade the other.
+    // The names differ by two seconds and have the same length, since neither needed a suffix.
     ASSERT_EQ(first.size(), second.size());
     EXPECT_EQ(std::stoi(second.substr(second.size() - 2)) - std::stoi(first.substr(first.size() - 2)), 2)
         << first << " " << second;
@@ -263,7 +263,7 @@ TEST_F(AppModelTest, aListenerMayEndTheModel) {
         QObject::connect(&model(), &AppModel::changed, [this] { model_.reset(); });
         causes[i](model());
         EXPECT_FALSE(model_.has_value()) << i;
-        // Nothing of it goes on.
+        // Nothing continues after its end.
         platform_.time.advance(seconds(2));
         EXPECT_EQ(platform_.time.pendingCount(), 0U) << i;
     }

@@ -1,4 +1,4 @@
-// What one pass of the loop makes of many events: what nobody could see is spared.
+// How one pass of the loop handles many events: what nobody could see is skipped.
 
 #include "App/Support/AppModelSupport.h"
 
@@ -43,7 +43,7 @@ TEST_F(AppModelTest, aStormMakesNoMoreWindowsThanStand) {
     EXPECT_EQ(standing(), BannerController::maxBanners);
     EXPECT_EQ(platform_.announcer.spoken.size(), BannerController::maxBanners);
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
-    // The newest is on top, and they came one after the other.
+    // The newest is on top, and they were shown one after the other.
     EXPECT_EQ(platform_.panels.standing()[0], platform_.panels.all[2].get());
     EXPECT_EQ(platform_.panels.standing()[2], platform_.panels.all[0].get());
 }

@@ -81,7 +81,7 @@ TEST_F(SettingsDefaultsTest, aBooleanOfAnotherTypeIsFalse) {
             EXPECT_FALSE(defaults.boolean(key(i))) << i;
         }
     }
-    // Read back, all of them come from text.
+    // Read back, all values come from text.
     QSettings settings(file(), QSettings::IniFormat);
     const SettingsDefaults defaults(settings);
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -113,7 +113,7 @@ TEST_F(SettingsDefaultsTest, aTruncatedFileGivesTheDefaults) {
 }
 
 TEST_F(SettingsDefaultsTest, whatCannotBeStoredHoldsUntilTheEnd) {
-    // A folder in its place cannot be written by anybody.
+    // Nobody can write a file where a folder is.
     std::filesystem::create_directory(folder_ / "Corvane.conf");
     QSettings settings(file(), QSettings::IniFormat);
     SettingsDefaults defaults(settings);

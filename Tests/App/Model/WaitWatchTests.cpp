@@ -84,7 +84,7 @@ TEST_F(WaitWatchTest, whoRunsLongAfterThePromptIsNotKnownToHaveWaited) {
 TEST_F(WaitWatchTest, everyPromptIsLookedAtAnew) {
     runs(7, 1);
     EXPECT_EQ(ended({waiting("s", now)}), Ids());
-    // The session goes on in another process, which asks the same at once.
+    // The session is resumed in another process, which asks the same at once.
     table.processes.clear();
     runs(8, 5);
     AgentSession again = waiting("s", now);

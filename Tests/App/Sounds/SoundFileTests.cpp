@@ -1,4 +1,4 @@
-// Nobody hears in a test run, so the sounds are judged by their figures.
+// Nobody listens during a test run, so the sounds are judged by measurements.
 
 #include "App/Sounds/Waveform.h"
 #include "Sessions/AlertPreferences.h"
@@ -62,7 +62,7 @@ TEST_P(SoundFile, leavesHeadroomForASecondSound) {
 TEST_P(SoundFile, isSilentAtBothEnds) {
     EXPECT_EQ(peakBetween(wave, 0, 0.0019), 0);
     EXPECT_EQ(peakBetween(wave, -0.0099, wave.seconds()), 0);
-    // Not cut off either: the last that sounds is 60 dB below full scale.
+    // Not cut off either: the end is 60 dB below full scale.
     EXPECT_LE(peakBetween(wave, -0.02, wave.seconds()), 0.001);
 }
 
@@ -75,7 +75,7 @@ TEST_P(SoundFile, hasNoConstantPart) {
 }
 
 TEST_P(SoundFile, beginsAtOnce) {
-    // What is heard first follows the banner without a delay that could be felt.
+    // The sound begins without a noticeable delay after the banner.
     EXPECT_GE(peakBetween(wave, 0, 0.06), 0.1 * peak(wave));
 }
 

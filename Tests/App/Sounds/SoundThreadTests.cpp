@@ -1,5 +1,5 @@
-// Plays through a libcanberra of the test's own, which this program defines in place of the shared one: what
-// the two threads share is seen by the sanitizers, and no sound server is needed.
+// Plays through a fake libcanberra, which this program defines in place of the shared library: the sanitizers
+// see what the two threads share, and no sound server is needed.
 
 #include "Platform/Linux/Sounds.h"
 #include "Sessions/AlertPreferences.h"

@@ -54,8 +54,8 @@ double binFrequency(const Waveform& wave, std::size_t bin, std::size_t size) {
     return static_cast<double>(bin) * wave.rate / static_cast<double>(size);
 }
 
-// The weighting of BS.1770 as one response in the frequency, from the analogue filters behind the standard's
-// figures: power gain at `frequency`.
+// The frequency weighting of BS.1770 as one response, from the analogue filters behind the standard's
+// coefficients: power gain at `frequency`.
 double weightedPower(double frequency) {
     const auto response = [frequency](double corner, double quality, std::array<double, 3> numerator) {
         const std::complex<double> s(0, frequency / corner);

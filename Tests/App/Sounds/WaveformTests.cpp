@@ -1,4 +1,4 @@
-// The measures that judge the sounds are themselves judged here, by waves whose figures are known.
+// Tests the measurements themselves, on waves whose values are known.
 
 #include "App/Sounds/Waveform.h"
 
@@ -22,7 +22,7 @@ Waveform sine(double frequency, double amplitude, double seconds) {
     return wave;
 }
 
-// A tone that swells and dies away without a corner.
+// A tone that fades in and out smoothly.
 Waveform swell(double frequency, double amplitude, double seconds) {
     Waveform wave = sine(frequency, amplitude, seconds);
     for (std::size_t i = 0; i < wave.samples.size(); ++i) {

@@ -21,7 +21,7 @@ int distance(QRgb a, QRgb b) {
         {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
 }
 
-/// How an icon looks on an even ground.
+/// An icon on a plain background.
 QImage onGround(const QImage& icon, QRgb ground) {
     QImage result(icon.size(), QImage::Format_RGB32);
     result.fill(ground);
@@ -29,8 +29,7 @@ QImage onGround(const QImage& icon, QRgb ground) {
     return result;
 }
 
-/// How much two pictures of one size differ, as they look on white and on black: at worst in a pixel, and on
-/// average.
+/// The difference of two pictures of the same size on white and on black: the worst pixel, and the average.
 struct Difference {
     int worst = 0;
     double average = 0;
@@ -75,7 +74,7 @@ QPainterPath raven(bool isSmall) {
     return path;
 }
 
-/// The icon once more, from the designer's figures: the whole raven, cut off by the tile where it leaves it.
+/// The icon drawn independently from the designer's numbers: the whole raven, clipped by the tile.
 QImage drawnByHand(int side, int margin) {
     const bool isSmall = side <= 24;
     const QRectF tile(4, 4, 56, 56);
@@ -127,14 +126,14 @@ TEST(ApplicationIcon, everySizeIsDrawnByTheDesignersFigures) {
         const QImage drawn = applicationicon::image(size.side);
         ASSERT_EQ(drawn.size(), QSize(size.side, size.side));
         const Difference found = difference(drawn, drawnByHand(size.side, size.margin));
-        // Cutting the raven off shades its edge a little differently.
+        // Clipping the raven shades its edge a little differently.
         EXPECT_LE(found.worst, 32) << size.side;
         EXPECT_LE(found.average, 0.4) << size.side;
     }
 }
 
 TEST(ApplicationIcon, theSimplerDrawingEndsAt24Pixels) {
-    // The raven's breast and beak reach further in it.
+    // In it, the raven's breast and beak are larger.
     const QImage small = applicationicon::image(24);
     const QImage normal = applicationicon::image(25);
     EXPECT_GT(difference(small, drawnByHand(25, 2).scaled(24, 24)).worst, 40);
@@ -163,7 +162,7 @@ TEST(ApplicationIcon, theTileFillsWholePixelsInsideItsMargin) {
 }
 
 TEST(ApplicationIcon, hasTheDesignersPixels) {
-    // Cells of 48 pixels: the sizes below on white, and once more on a dark ground.
+    // Cells of 48 pixels: the sizes below on white, and again on a dark background.
     const QImage sheet(QStringLiteral(CORVANE_ICON_PICTURE));
     ASSERT_EQ(sheet.size(), QSize(240, 96));
     for (const int row : {0, 1}) {
@@ -171,7 +170,7 @@ TEST(ApplicationIcon, hasTheDesignersPixels) {
         for (const int side : {16, 22, 24, 32, 48}) {
             const QImage wanted = sheet.copy(48 * column++, 48 * row, side, side);
             const QImage drawn = onGround(applicationicon::image(side), wanted.pixel(0, 0));
-            // Another renderer shades edges a little differently, and the picture has but 256 colours.
+            // Another renderer shades edges a little differently, and the picture has only 256 colours.
             const Difference found = difference(drawn, wanted);
             EXPECT_LE(found.worst, 70) << side << ", row " << row;
             EXPECT_LE(found.average, 5) << side << ", row " << row;
@@ -209,7 +208,7 @@ void expectPicture(const std::filesystem::path& file, int side) {
     QImage picture(QString::fromStdString(file.string()));
     picture.setDevicePixelRatio(1); // as Qt takes it from "@2x"
     ASSERT_EQ(picture.size(), QSize(side, side)) << file;
-    // Files hold colours that are not multiplied by their alpha, which rounds.
+    // Files hold unpremultiplied colours, which are rounded.
     EXPECT_LE(difference(picture, applicationicon::image(side)).worst, 1) << file;
 }
 

@@ -39,7 +39,7 @@ class ScrollBarTest : public testing::Test {
 
 TEST_F(ScrollBarTest, isNothingButAThumbOnItsWay) {
     EXPECT_EQ(bar_.width(), 8);
-    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 8, 100)); // half of it all is in sight
+    EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 8, 100)); // half of the content is visible
     EXPECT_EQ(part(QStyle::SC_ScrollBarSubPage).height(), 0);
     EXPECT_EQ(part(QStyle::SC_ScrollBarAddPage), QRect(0, 100, 8, 100));
     EXPECT_FALSE(part(QStyle::SC_ScrollBarAddLine).isValid());
@@ -77,7 +77,7 @@ TEST_F(ScrollBarTest, thumbIsDraggedToTheEnd) {
     EXPECT_EQ(bar_.value(), 100);
 }
 
-/// Drawn at two device pixels a pixel, where lines that are drawn rather than filled are half a pixel off.
+/// Drawn at 2x, where lines that are stroked rather than filled are half a pixel off.
 QImage doubled(QWidget& widget, Look look) {
     widget.setPalette(Tokens::palette(look));
     widget.ensurePolished();

@@ -29,7 +29,7 @@ TEST_F(FontsTest, aFontWithAStyleNameStillGetsItsWeight) {
     const QFont semibold = fonts::system(15, QFont::DemiBold);
     EXPECT_EQ(QFontInfo(semibold).weight(), QFont::DemiBold);
     EXPECT_EQ(QFontInfo(semibold).family(), QFontInfo(before_).family());
-    // The letters that are really drawn: heavier ones are wider.
+    // The letters as drawn: heavier ones are wider.
     const QString text = QStringLiteral("Claude is waiting");
     EXPECT_GT(QFontMetricsF(semibold).horizontalAdvance(text),
               QFontMetricsF(fonts::system(15)).horizontalAdvance(text) + 1);

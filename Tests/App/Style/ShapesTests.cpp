@@ -24,7 +24,7 @@ std::array<Corner, 4> corners(const QRectF& rect) {
              {rect.bottomRight(), {-1, -1}}}};
 }
 
-/// How far a corner's arc lies inside of the corner, along each axis, at its middle.
+/// How far a corner's arc is inside of the corner, along each axis, at its middle.
 qreal diagonalInset(qreal radius) {
     return radius * (1 - 1 / std::sqrt(2.0));
 }
@@ -79,7 +79,7 @@ TEST(Shapes, cornersOfARectangleSmallerThanTwoCornersMeetInTheMiddleOfItsSides) 
         EXPECT_TRUE(path.contains(QPointF(rect.right() - hair, rect.center().y())));
         for (const Corner& corner : corners(rect))
             EXPECT_FALSE(path.contains(corner.place + corner.inwards * 0.5));
-        // No part of the edge runs back on itself: its way across the top only goes to the right.
+        // No part of the edge doubles back: across the top it only runs to the right.
         const QPolygonF edge = path.toFillPolygon();
         for (int i = 1; i < edge.size() && edge[i - 1].x() < rect.right(); ++i) {
             if (edge[i].y() > rect.center().y()) continue;

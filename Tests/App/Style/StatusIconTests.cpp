@@ -52,7 +52,8 @@ TEST(StatusIcon, smallIconsHaveTheDesignersPixels) {
     for (const ColorScheme bar : {ColorScheme::light, ColorScheme::dark}) {
         for (const int side : {16, 22, 24, 32}) {
             for (const Sample& sample : samples) {
-                // Letters of 32 pixels are the desktop's own; the picture has others than the tests.
+                // At 32 pixels the digits use the desktop's font, which differs between the picture and the
+                // tests.
                 if (side == 32 && sample.count > 1) continue;
                 const QImage drawn = onBar(statusicon::image(side, sample.count, bar), barColor(bar));
                 const QImage wanted = designed(row, sample.column, side);
@@ -70,7 +71,7 @@ TEST(StatusIcon, smallIconsHaveTheDesignersPixels) {
                                 " in place of " + hex(wanted.pixel(x, y));
                     }
                 }
-                // Edges are shaded a little differently by other ways to draw the same curve.
+                // Another way to draw the same curve shades edges a little differently.
                 EXPECT_LE(worst, 70) << side << " px, " << sample.count << " waiting, at " << where;
                 EXPECT_LE(sum / side / side, 4.5) << side << " px, " << sample.count << " waiting";
             }

@@ -117,7 +117,7 @@ TEST_P(LargeBanners, haveTheirFontsMultiplied) {
 }
 
 TEST_P(LargeBanners, haveTheirPartsWhereTheyWereTimesTheFactor) {
-    // What is laid out by a text's height lies on whole pixels.
+    // What is laid out by a text's height is on whole pixels.
     constexpr double tolerance = 3;
     const auto ordinary = waiting();
     (void)pictureOf(*ordinary);

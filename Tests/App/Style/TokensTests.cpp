@@ -90,7 +90,7 @@ TEST(Tokens, coloursOfWindowsAndControlsMatchTheirTable) {
     expectColors(Tokens::scrollThumbHovered, "#8e8e8f", "#8f8f92");
 }
 
-/// The contrast of two opaque colours as the accessibility guidelines measure it, from 1 to 21.
+/// The contrast ratio of two opaque colours according to WCAG, from 1 to 21.
 double contrastRatio(const QColor& first, const QColor& second) {
     const auto luminance = [](const QColor& color) {
         const auto linear = [](double channel) {

@@ -44,7 +44,7 @@ class TranslationsTest : public testing::Test {
   protected:
     ~TranslationsTest() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
 
-    /// Every part has the room that its text asks for, inside of its parent and beside the others.
+    /// Every part has the space that its text needs, inside its parent and without overlapping.
     static void expectNothingCut(const QWidget& view) {
         for (const auto* const paragraph : view.findChildren<Paragraph*>()) {
             if (!paragraph->isVisibleTo(&view)) continue;
@@ -79,7 +79,7 @@ class TranslationsTest : public testing::Test {
     static void expectNoKeyLeft(const QWidget& view) {
         const auto isTranslated = [](const QString& text) {
             for (const QChar character : text) {
-                // What is filled in: versions, paths and names of agents and sounds.
+                // Inserted arguments: versions, paths and names of agents and sounds.
                 if (character.unicode() > 0x7F) return true;
             }
             return false;
@@ -92,7 +92,7 @@ class TranslationsTest : public testing::Test {
         }
     }
 
-    /// Has every state drawn in made-up words of this direction and looked at by `check`.
+    /// Draws every state in pseudo-translations of this direction and calls `check` for it.
     template <typename Check>
     static void forEveryState(Qt::LayoutDirection direction, Check check) {
         test::PseudoTranslator words(direction);
@@ -202,7 +202,7 @@ TEST_F(TranslationsTest, everyPartOfAPageMirrors) {
         (void)view->grab();
         for (const auto& [part, geometry] : before) {
             const int mirrored = part->parentWidget()->width() - geometry.right() - 1;
-            // Centred parts may lie half a pixel beside the middle.
+            // Centred parts may be half a pixel off the middle.
             EXPECT_NEAR(part->geometry().left(), mirrored, 1) << part->accessibleName().toStdString();
         }
     }

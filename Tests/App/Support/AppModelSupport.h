@@ -37,7 +37,7 @@ class AppModelTest : public testing::Test {
         return *model_;
     }
 
-    /// Lets `count` passes of the loop go by. The first call runs the pass at the start.
+    /// Advances the time by `count` passes of the loop. The first call runs the pass at the start.
     void pass(int count = 1) {
         model();
         for (int i = 0; i < count; ++i) {
@@ -46,7 +46,7 @@ class AppModelTest : public testing::Test {
         }
     }
 
-    /// Drops an event file as the hook would, written at the present time of the made-up clock.
+    /// Drops an event file as the hook would, written at the fake clock's current time.
     void drop(const std::string& source, const std::string& payload, Seconds age = Seconds(0)) {
         const auto file = paths_.events() / (std::to_string(++files_) + "-1.event");
         writeFile(file, "corvane-event 1\nsource=" + source + "\nterm=ghostty\nbundle=\n---\n" + payload);

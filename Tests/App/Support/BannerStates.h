@@ -11,7 +11,7 @@
 
 namespace corvane::test {
 
-/// A banner in one of the states that users see, by a name fit for a file.
+/// A banner in one of the states that users see, with a name that is valid as a file name.
 struct BannerState {
     std::string name;
     std::unique_ptr<BannerCard> banner;
@@ -41,7 +41,7 @@ inline std::vector<BannerState> bannerStates() {
 
     AgentSession wide = waitingSession("s", since);
     wide.cwd = "/w/プロジェクト-工具箱";
-    // The emoji is the last: how wide it is differs by fractions of a pixel between versions of Qt.
+    // The emoji is last: its width differs by fractions of a pixel between versions of Qt.
     wide.message = "许可を待っています สวัสดีครับ 👩‍💻";
     states.push_back({"wide-scripts", waiting(wide)});
 

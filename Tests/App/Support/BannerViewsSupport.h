@@ -16,7 +16,7 @@
 
 namespace corvane::test {
 
-/// Makes banners on a clock that stands still, whose buttons note down that they were pressed.
+/// Creates banners with a clock that stands still, whose buttons record that they were pressed.
 class BannerViewsTest : public testing::Test {
   protected:
     [[nodiscard]] std::unique_ptr<WaitingBanner> waitingBanner(const AgentSession& session) {
@@ -49,7 +49,7 @@ class BannerViewsTest : public testing::Test {
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
                 const QColor color = image.pixelColor(x, y);
-                constexpr int tolerance = 100; // for edges that are covered in part
+                constexpr int tolerance = 100; // for antialiased edges
                 if (std::abs(color.red() - ink.red()) < tolerance &&
                     std::abs(color.green() - ink.green()) < tolerance &&
                     std::abs(color.blue() - ink.blue()) < tolerance && color.alpha() > tolerance) {

@@ -4,7 +4,7 @@
 
 namespace corvane::test {
 
-/// For its lifetime, views are made for text of this factor.
+/// During its lifetime, views are created for this text scale.
 class LargeText {
   public:
     explicit LargeText(double factor) { textscale::setFactor(factor); }

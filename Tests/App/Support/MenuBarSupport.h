@@ -17,7 +17,7 @@
 
 namespace corvane::test {
 
-/// A model over a scratch home in which agents' events can happen, and time passes when told to.
+/// A model over a scratch home, with agents' events and a fake clock.
 struct MenuBarWorld {
     MenuBarWorld() {
         const std::filesystem::path events = paths.events();
@@ -34,7 +34,7 @@ struct MenuBarWorld {
 
     void connect(AgentKind agent = AgentKind::claude) { model().connectAgent(agent); }
 
-    /// Lets the hook report an event of Claude Code, which is noticed a second later.
+    /// Makes the hook report an event of Claude Code, and advances the time by the second until it is read.
     void claude(const std::string& event, const std::string& session, const std::string& project = "shop") {
         report("claude", R"({"hook_event_name":")" + event + R"(","session_id":")" + session +
                              R"(","cwd":"/w/)" + project +
@@ -77,7 +77,7 @@ struct MenuBarWorld {
     int files_ = 0;
 };
 
-/// The shown button of this text or name; null when there is none.
+/// The visible button of this text or name; null when there is none.
 inline QAbstractButton* button(const QWidget& view, const char* text) {
     for (auto* const button : view.findChildren<QAbstractButton*>()) {
         const bool isNamed =

@@ -19,7 +19,7 @@
 
 namespace corvane::test {
 
-/// The tray panel's content in one of the states that users see, by a name fit for a file.
+/// The tray panel's content in one of the states that users see, with a name that is valid as a file name.
 struct PanelState {
     std::string name;
     std::function<std::unique_ptr<MenuBarView>(MenuBarWorld&)> make;

@@ -16,12 +16,12 @@ namespace corvane::test {
 // Pictures are compared tile by tile, so that a small part counts as much as a large one: over a whole
 // picture a missing cross changes the mean by less than a tenth. Other versions of the font rasteriser shade
 // the edges of letters a little differently, which stays below the limit in every tile; a part that has moved
-// by a pixel, vanished or taken another colour does not.
+// by a pixel, vanished or changed its colour exceeds it.
 constexpr int tileSide = 16; // in device pixels
-constexpr int tileStep = 8;  // half a tile, so that no small part lies on the border of all its tiles
+constexpr int tileStep = 8;  // half a tile, so that no small part is on the border of all its tiles
 constexpr double largestDifference = 5; // of 255, the mean over a tile
 
-/// The largest mean difference over a tile. The pictures have one size.
+/// The largest mean difference over a tile. The pictures must have the same size.
 inline double worstTile(const QImage& first, const QImage& second) {
     double worst = 0;
     for (int top = 0; top < first.height(); top += tileStep) {
@@ -42,8 +42,8 @@ inline double worstTile(const QImage& first, const QImage& second) {
     return worst;
 }
 
-/// The picture with at most 256 colours, at a third of the size; where that would be seen, as it is. Of
-/// colours that lie within a shade the commonest stands for all.
+/// The picture with at most 256 colours, a third of the file size, or unchanged where the reduction would be
+/// visible. The most common of similar colours replaces the others.
 inline QImage reduced(const QImage& image) {
     constexpr int shade = 8;
     constexpr std::size_t mostColors = 256;
@@ -67,9 +67,9 @@ inline QImage reduced(const QImage& image) {
     return worstTile(result, image) <= largestLoss ? result : image;
 }
 
-/// Expects the picture to look like the reference of this name, a file in `references`. One that does not is
-/// kept in the build folder. With CORVANE_UPDATE_PICTURES set the reference is written instead, for a person
-/// to look at before it is committed.
+/// Expects the picture to match the reference of this name, a file in `references`. One that does not is
+/// saved in the build folder. With CORVANE_UPDATE_PICTURES set, the reference is written instead, to be
+/// reviewed before it is committed.
 inline void expectAsItWas(const QImage& image, const QDir& references, const QString& name) {
     if (std::getenv("CORVANE_UPDATE_PICTURES") != nullptr) {
         ASSERT_TRUE(reduced(image).save(references.filePath(name), nullptr, 0));

@@ -10,7 +10,7 @@
 
 namespace corvane::test {
 
-/// One of the ways in which the same state is drawn, and the end of the picture's name.
+/// One of the variants in which a state is drawn, and its suffix of the picture's name.
 struct Variant {
     QString name;
     Look look;
@@ -18,7 +18,7 @@ struct Variant {
     double textScale = 1;
 };
 
-/// Both appearances with ordinary contrast, at one and two device pixels a pixel.
+/// Both appearances with normal contrast, at 1x and 2x.
 inline std::vector<Variant> ordinaryVariants() {
     return {{QStringLiteral("light-1x"), ColorScheme::light, 1},
             {QStringLiteral("light-2x"), ColorScheme::light, 2},
@@ -26,7 +26,7 @@ inline std::vector<Variant> ordinaryVariants() {
             {QStringLiteral("dark-2x"), ColorScheme::dark, 2}};
 }
 
-/// What people who see less well ask their desktop for.
+/// The variants for people with impaired vision.
 inline std::vector<Variant> legibleVariants() {
     return {{QStringLiteral("light-high-contrast-1x"), {ColorScheme::light, Contrast::high}},
             {QStringLiteral("dark-high-contrast-1x"), {ColorScheme::dark, Contrast::high}},
@@ -34,7 +34,7 @@ inline std::vector<Variant> legibleVariants() {
             {QStringLiteral("dark-text-1.5-1x"), ColorScheme::dark, 1, 1.5}};
 }
 
-/// What the galleries show.
+/// The variants in the galleries.
 inline std::vector<Variant> galleryVariants() {
     std::vector<Variant> variants = ordinaryVariants();
     for (const Variant& legible : legibleVariants()) {
@@ -47,7 +47,7 @@ inline std::vector<Variant> galleryVariants() {
     return variants;
 }
 
-/// The widget in this look, at `ratio` device pixels a pixel.
+/// The widget in this look, at the scale factor `ratio`.
 inline QImage pictureOf(QWidget& widget, Look look, int ratio) {
     widget.setPalette(Tokens::palette(look));
     QImage image(widget.size() * ratio, QImage::Format_RGB32);

@@ -4,15 +4,15 @@
 #include <QFocusEvent>
 #include <QWidget>
 
-/// Where pointer and keyboard are, for views that are drawn and not shown.
+/// Simulates pointer and focus for views that are drawn but not shown.
 namespace corvane::test {
 
-/// Has the control look as it does under the pointer.
+/// Makes the control look as it does under the pointer.
 inline void hover(QWidget& control) {
     control.setAttribute(Qt::WA_UnderMouse);
 }
 
-/// Has the control look as it does once the Tab key has led to it.
+/// Makes the control look as it does when it was reached by the Tab key.
 inline void focusByKeyboard(QWidget& control) {
     QFocusEvent event(QEvent::FocusIn, Qt::TabFocusReason);
     QCoreApplication::sendEvent(&control, &event);

@@ -6,7 +6,7 @@
 
 namespace corvane::test {
 
-/// Gives every text in letters that none of the keys has, longer by half.
+/// Translates every text into letters that occur in no key, and makes it longer by half.
 class PseudoTranslator : public QTranslator {
   public:
     explicit PseudoTranslator(Qt::LayoutDirection direction)
@@ -23,7 +23,7 @@ class PseudoTranslator : public QTranslator {
         QString result;
         for (qsizetype i = 0; i < text.size(); ++i) {
             const QChar character = text.at(i);
-            if (character == QLatin1Char('%')) { // keeps the place of what is filled in
+            if (character == QLatin1Char('%')) { // keeps placeholders
                 result += text.mid(i, 2);
                 ++i;
             } else if (character.isLetter()) {

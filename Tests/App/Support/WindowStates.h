@@ -24,7 +24,7 @@ struct ModelFixture {
     MemoryUserDefaults defaults;
     recording::RecordingPlatform platform;
     BannerController banners{platform.services()};
-    std::vector<std::string> opened; ///< the addresses that were to be opened
+    std::vector<std::string> opened; ///< the addresses that would have been opened
     std::optional<AppModel> instance;
 
     AppModel& model() {
@@ -49,19 +49,19 @@ struct ModelFixture {
                                               parent);
     }
 
-    /// Connects Claude Code, whose settings are there already, so that a backup is made.
+    /// Connects Claude Code, whose settings already exist, so that a backup is made.
     void connectClaude() {
         writeFile(home / ".claude/settings.json", "{}\n");
         model().connectAgent(AgentKind::claude);
     }
-    /// Fails to connect Codex, which another program has taken.
+    /// Fails to connect Codex, whose notify line belongs to another program.
     void failToConnectCodex() {
         writeFile(home / ".codex/config.toml", "notify = [\"/usr/local/bin/ping-me\"]\n");
         model().connectAgent(AgentKind::codex);
     }
 };
 
-/// A window's content in one of the states that users see, by a name fit for a file.
+/// A window's content in one of the states that users see, with a name that is valid as a file name.
 struct WindowState {
     std::string name;
     std::function<std::unique_ptr<QWidget>(ModelFixture&)> make;

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <toml++/toml.h>
 
-/// What must hold for the editors whatever they are given. Each check returns what is wrong; none when all is
-/// well.
+/// Properties of the editors that must hold for any input. Each check returns what is wrong; none when the
+/// property holds.
 namespace corvane::test {
 
 using Verdict = std::optional<std::string>;
@@ -84,7 +84,7 @@ inline std::string written(const toml::table& table) {
     return stream.str();
 }
 
-/// `isToml`: whether to let the TOML reader judge the result too.
+/// `isToml`: whether to check the result with the TOML parser too.
 inline Verdict checkCodexConfig(std::string_view text, std::string_view hookPath, bool isToml) {
     const std::string marker = "Corvane/bin/corvane-hook";
     const std::optional<std::string_view> line = CodexConfigEditor::notifyLine(text);
@@ -115,7 +115,7 @@ inline Verdict checkCodexConfig(std::string_view text, std::string_view hookPath
     }
     const std::string removed = CodexConfigEditor::uninstall(installed);
     if (CodexConfigEditor::isInstalled(removed)) return "installed after uninstall";
-    // Lines that went from the top may uncover a byte-order mark, which is then no part of a line any more.
+    // Removing lines from the top may expose a byte-order mark, which is then no longer part of a line.
     const std::string_view mark = "\xEF\xBB\xBF";
     if (text.starts_with(mark) == removed.starts_with(mark) &&
         CodexConfigEditor::uninstall(removed) != removed) {

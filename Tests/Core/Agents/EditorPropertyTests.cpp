@@ -69,7 +69,7 @@ class Generator {
         }
     }
 
-    /// Documents around the shape that the editor looks for, each level at times of another type.
+    /// Documents close to the structure that the editor expects, with some levels of another type.
     std::string settings() {
         return list('{', '}', [&] {
             return below(3) == 0 ? string() + ":" + value(1)
@@ -190,7 +190,7 @@ TEST(CodexConfigEditor, keepsEveryByteOfAnyTextAndTheContentOfAnyTomlFile) {
     std::size_t toml = 0;
     for (int i = 0; i < 6'000; ++i) {
         std::string text = generator.config();
-        // The TOML reader stops the program at some texts that are no TOML.
+        // The TOML parser aborts the program for some texts that are not TOML.
         const bool damaged = generator.below(4) == 0;
         if (damaged) text = generator.mutated(text);
         const std::string_view path =

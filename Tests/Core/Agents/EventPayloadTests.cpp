@@ -17,7 +17,7 @@ using corvane::EventPayload;
 
 constexpr std::array<std::string_view, 3> names{"cwd", "message", "session_id"};
 
-/// A payload read from memory of its own, whose padding looks like the end of a document.
+/// A payload read from its own memory, whose padding looks like the end of a document.
 class Reading {
   public:
     explicit Reading(std::string_view json)
@@ -273,7 +273,7 @@ void expectAgreement(std::string_view json) {
     }
 }
 
-/// A document with some of everything, short enough to be damaged in every way.
+/// A document with some of everything, short enough to be damaged in every possible way.
 constexpr std::string_view varied =
     R"({"cwd":"/w/\u00e4\ud83d\ude00","n":[-0,1.5e+3,true,false,null,{}],"message":"a\\\"b\n","s":{"t":[[]],"":"ß"}})";
 
@@ -328,8 +328,8 @@ std::string documentWith(std::string_view literal) {
 }
 
 TEST(EventPayload, findsABadEscapeAnywhereInALongText) {
-    // Long texts are looked at in blocks: the bad escape wanders over several ends of blocks, behind even and
-    // odd rows of backslashes.
+    // Long texts are checked in blocks: the invalid escape moves across several block boundaries, after even
+    // and odd runs of backslashes.
     const std::string end(700, 'y');
     for (const std::string_view before :
          {R"()", R"(\\)", R"(\\\\)", R"(\n)", R"(\u0041)", R"(\ud83d\ude00)"}) {
@@ -358,7 +358,7 @@ TEST(EventPayload, countsLongRowsOfBackslashes) {
     }
 }
 
-// What follows would take minutes, or the stack, if anything grew faster than the document.
+// The following would take minutes, or overflow the stack, if anything grew faster than the document.
 
 constexpr std::size_t million = 1'000'000;
 

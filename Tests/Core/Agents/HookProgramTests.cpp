@@ -34,7 +34,7 @@ Outcome silentSuccess() {
     return {0, "", ""};
 }
 
-/// Whether `name` is made of seconds, a hyphen, a process number and the extension.
+/// Whether `name` consists of seconds, a hyphen, a process ID and the extension.
 bool isEventName(std::string_view name) {
     const auto isNumber = [](std::string_view text) {
         return !text.empty() &&
@@ -48,7 +48,7 @@ bool isEventName(std::string_view name) {
            isNumber(name.substr(hyphen + 1));
 }
 
-/// A home of its own with the hook installed; the parameter is the shell that runs it.
+/// A scratch home with the hook installed; the parameter is the shell that runs it.
 class HookProgram : public testing::TestWithParam<std::vector<std::string>> {
   protected:
     using Environment = std::vector<std::pair<std::string, std::string>>;
@@ -74,7 +74,7 @@ class HookProgram : public testing::TestWithParam<std::vector<std::string>> {
         return result;
     }
 
-    /// The text of the one file in the inbox, which must bear a proper name.
+    /// The text of the only file in the inbox, which must have a proper name.
     [[nodiscard]] std::string onlyEventFile() const {
         const std::vector<std::string> found = names();
         EXPECT_EQ(found.size(), 1U);
@@ -176,7 +176,7 @@ TEST_P(HookProgram, writesNoEventIntoAnInboxThatIsNotWritable) {
     const Outcome outcome = runner.run(launch);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.output, "");
-    // The shell names the file that it cannot create before the silencing of standard error takes hold.
+    // The shell reports the file that it cannot create before standard error is redirected.
     EXPECT_TRUE(names().empty());
     fs::permissions(paths.events(), fs::perms(0777));
     EXPECT_EQ(runner.run(launch), silentSuccess()) << "the folder's permissions were to blame";
@@ -184,7 +184,7 @@ TEST_P(HookProgram, writesNoEventIntoAnInboxThatIsNotWritable) {
 }
 
 TEST_P(HookProgram, leavesNoEventOnAFullDisk) {
-    // A small disk in the place of the home's library, in a mount namespace that ends with the program.
+    // A small file system in place of the home's library, in a mount namespace that ends with the program.
     const fs::path hookOutside = scratch / "hook";
     fs::copy_file(paths.hookScript(), hookOutside);
     corvane::test::writeFile(scratch / "payload", std::string(1'000'000, 'x'));
@@ -223,7 +223,7 @@ TEST_P(HookProgram, leavesNoEventOnAFullDisk) {
                                 ""}));
 }
 
-/// The command lines that stand in the agents' configurations, run by the system's shell.
+/// The command lines in the agents' configurations, run by the system's shell.
 class HookCommand : public HookProgram {};
 
 INSTANTIATE_TEST_SUITE_P(System, HookCommand, testing::Values(std::vector<std::string>{"/bin/sh"}),

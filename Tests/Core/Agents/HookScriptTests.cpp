@@ -37,7 +37,7 @@ unsigned permissions(const fs::path& path) {
     return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777U : 0U;
 }
 
-/// Sets the file mode creation mask for the time of a test.
+/// Sets the file creation mask for a test.
 class CreationMask {
   public:
     explicit CreationMask(mode_t mask)

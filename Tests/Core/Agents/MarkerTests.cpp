@@ -12,7 +12,7 @@
 namespace corvane {
 namespace {
 
-/// Paths of programs of others that come close to the piece by which an own entry is known.
+/// Paths of other programs that resemble the marker of our own entries.
 constexpr std::array<std::string_view, 7> nearMisses{
     "/opt/x/bin/corvane-hook",        "/opt/corvane/bin/corvane-hook", "/opt/CORVANE/BIN/CORVANE-HOOK",
     "/opt/Corvane/bin/corvane-hoo",   "/opt/Corvane/bin/Corvane-hook", "/opt/Corvane/corvane-hook",

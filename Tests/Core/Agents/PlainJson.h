@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// A second, slow and simple JSON reader that keeps the text of numbers, and what installing and uninstalling
-/// must mean in its terms. Shares no code with what it judges; used by tests and fuzz targets.
+/// A second, slow and simple JSON parser that keeps the text of numbers, and what installing and uninstalling
+/// must do in its terms. Shares no code with the code under test; used by tests and fuzz targets.
 namespace corvane::test::plain {
 
 struct Member;
@@ -263,7 +263,7 @@ class Reader {
                 at_ = before;
             }
         }
-        // A half without its other half becomes three bytes that no other text has.
+        // An unpaired surrogate becomes three bytes that no other text has.
         append(text, first);
         return true;
     }
@@ -309,7 +309,7 @@ class Reader {
     std::size_t at_ = 0;
 };
 
-/// The settings document that `bytes` are; none when they are unreadable.
+/// Parses `bytes` as a settings document; none when they are unreadable.
 inline std::optional<Value> settings(std::string_view bytes) {
     if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
     Value empty;

@@ -28,11 +28,10 @@ using files::FileError;
 using test::fileBytes;
 using test::writeFile;
 
-/// The agent changes its file whenever the connector is about to look at it for the last time.
+/// The agent changes its file whenever the connector is about to make its final check.
 class AgentConnectorChanges : public testing::Test {
   protected:
-    /// Connects while the file is given new content up to `times` times; returns the error's code, 0 for
-    /// none.
+    /// Connects while the file gets new content up to `times` times; returns the error code, 0 for none.
     int connectWhileChanging(int times, const std::function<void(int)>& change) {
         int done = 0;
         faults::arm({0, faults::Action::fail, 0, [&](std::string_view function, int descriptor) {

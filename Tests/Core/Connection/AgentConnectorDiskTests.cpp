@@ -31,8 +31,8 @@ using test::ChildResult;
 using test::fileBytes;
 using test::writeFile;
 
-/// Gives this process mounts of its own, which nobody else sees. An ordinary user becomes the administrator
-/// of a world in which nobody else exists, where the system permits that.
+/// Moves this process into its own mount namespace. An ordinary user becomes root of a user namespace, where
+/// the system permits that.
 bool seesOwnMounts() {
     const uid_t user = geteuid();
     const gid_t group = getegid();
@@ -45,7 +45,7 @@ bool seesOwnMounts() {
     return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// Runs `body` in a child that sees a memory disk of `size` at `place`.
+/// Runs `body` in a child that has a memory file system of `size` mounted at `place`.
 ChildResult withSmallDisk(const fs::path& place, const std::string& size, const std::function<void()>& body) {
     fs::create_directories(place);
     return test::inChild([&] {
@@ -57,7 +57,7 @@ ChildResult withSmallDisk(const fs::path& place, const std::string& size, const 
     });
 }
 
-/// The code of the file error that `operation` ends in; 0 for none.
+/// The code of the file error that `operation` throws; 0 for none.
 int errorCode(const std::function<void()>& operation) {
     try {
         operation();
@@ -91,7 +91,7 @@ TEST(AgentConnectorOnDisks, aFullDiskLeavesOldOrNewBytes) {
                 EXPECT_EQ(fileBytes(file),
                           CodexConfigEditor::install(old, connector.paths().hookScript().string()));
                 ++connected;
-                // Removing makes no backup, but needs the room of a second file.
+                // Removing makes no backup, but needs space for a second file.
                 const std::string installed = fileBytes(file).value();
                 const int second = errorCode([&] { connector.disconnect(AgentKind::codex); });
                 EXPECT_TRUE(second == 0 || second == ENOSPC);

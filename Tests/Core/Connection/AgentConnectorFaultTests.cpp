@@ -60,7 +60,7 @@ const std::array scenarios{
              false},
 };
 
-/// A home in the state that the scenario begins with, and what may be found there at its end.
+/// A home in the scenario's initial state, and what may be there at its end.
 class Stage {
   public:
     explicit Stage(const Scenario& scenario)
@@ -96,7 +96,7 @@ class Stage {
                       : CodexConfigEditor::install(scenario_.old, connector_.paths().hookScript().string());
     }
 
-    /// A read that fails makes the file count as missing: then its bytes are kept under another name.
+    /// A file that cannot be read counts as missing: then its bytes are kept under another name.
     [[nodiscard]] bool isFreshWithTheOldKept() const {
         const bool claude = scenario_.kind == AgentKind::claude;
         const std::string fresh =
@@ -151,7 +151,7 @@ class Stage {
 
 class AgentConnectorFaults : public testing::TestWithParam<Scenario> {
   protected:
-    /// Performs the scenario under `plan` and checks what must hold after every failure. False when the
+    /// Runs the scenario under `plan` and checks what must hold after every failure. Returns false if the
     /// plan's call was never reached.
     bool survives(const faults::Plan& plan, bool mustSucceed = false) {
         const Stage stage(GetParam());
@@ -177,8 +177,8 @@ class AgentConnectorFaults : public testing::TestWithParam<Scenario> {
         return reached;
     }
 
-    /// Kills a child at one point of the scenario, which `run` performs in the child; checks what is found
-    /// then.
+    /// Kills a child at one point of the scenario, which `run` runs in the child; checks the state after
+    /// that.
     template <typename Run>
     bool survivesKill(const Run& run) {
         const Stage stage(GetParam());
@@ -218,7 +218,7 @@ TEST_P(AgentConnectorFaults, interruptedAndPartialCallsAreCarriedOn) {
         interruptible = function == "open" || function == "read" || function == "write" ||
                         function == "fsync" || function == "close";
     };
-    // The first pass tells which calls a signal can interrupt.
+    // The first pass finds the calls that a signal can interrupt.
     std::vector<bool> hit;
     survives({0, faults::Action::fail, 0, [&](std::string_view function, int descriptor) {
                   observer(function, descriptor);
@@ -253,8 +253,8 @@ TEST_P(AgentConnectorFaults, killedAroundEveryCallLeavesOldOrNewBytes) {
     }
 }
 
-/// Runs `body` in a child and kills it at its `stop`th entry to or return from the system, of whatever kind.
-/// Returns the child's status; none where a child cannot be traced.
+/// Runs `body` in a child and kills it at its `stop`th entry to or return from any system call. Returns the
+/// child's status; none where a child cannot be traced.
 std::optional<int> killAtStop(int stop, const std::function<void()>& body) {
     const pid_t child = fork();
     if (child == 0) {

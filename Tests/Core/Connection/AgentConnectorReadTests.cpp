@@ -29,8 +29,8 @@ using test::writeFile;
 /// The agent's file cannot be opened, for one reason or another.
 class AgentConnectorReads : public testing::TestWithParam<AgentKind> {
   protected:
-    /// The code of the error that `operation` ends in while opening the agent's file fails with `error`; 0
-    /// for none.
+    /// The code of the error that `operation` throws while opening the agent's file fails with `error`; 0 for
+    /// none.
     int codeWhileOpeningFails(int error, const std::function<void()>& operation) {
         faults::arm({1,
                      faults::Action::keepFailing,

@@ -42,7 +42,7 @@ class AgentConnectorTest : public testing::Test {
         }
     }
 
-    /// The code of the file error that connecting ends in.
+    /// The code of the file error that connecting throws.
     int connectErrorCode(AgentKind kind) {
         try {
             static_cast<void>(connector.connect(kind, test::noon));
@@ -424,7 +424,7 @@ TEST_F(AgentConnectorTest, theTargetOfALinkThatCannotBeReadIsKeptBesideTheLink) 
 TEST_F(AgentConnectorTest, anUnreadableFileThatCannotBeKeptFailsAndNothingChanges) {
     writeFile(claudeFile, "{}");
     ASSERT_EQ(chmod(claudeFile.c_str(), 0), 0);
-    // Nobody may add a name to this folder, not even for the hard link.
+    // Nobody may create a name in this folder, not even for the hard link.
     ASSERT_EQ(chmod(claudeFile.parent_path().c_str(), 0500), 0);
     const files::FileState before = files::state(claudeFile);
     test::asOrdinaryUser(home.root(), [&] {
@@ -442,7 +442,7 @@ TEST_F(AgentConnectorTest, anotherUsersUnreadableFileIsLeftAlone) {
         [&] {
             try {
                 static_cast<void>(connector.connect(AgentKind::claude, test::noon));
-                // Systems that let users link to files of others keep it by that.
+                // Systems that let users link to files of others keep it by a hard link.
                 EXPECT_EQ(backupsIn(claudeFile.parent_path()).size(), 1U);
             } catch (const FileError& error) {
                 EXPECT_EQ(error.code().value(), EPERM);

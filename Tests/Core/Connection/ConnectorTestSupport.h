@@ -16,7 +16,7 @@ namespace corvane::test {
 /// 14:03:07 on 2 March 2025 in the time zone that the tests run in, UTC.
 inline constexpr Date noon(1'740'924'187, 0);
 
-/// Sets the time zone for a test; UTC again at its end.
+/// Sets the time zone for a test; restores UTC at its end.
 class TimeZone {
   public:
     explicit TimeZone(const char* name);
@@ -25,7 +25,7 @@ class TimeZone {
     ~TimeZone();
 };
 
-/// Sets the process's mask for new files for a test.
+/// Sets the process's file creation mask for a test.
 class CreationMask {
   public:
     explicit CreationMask(mode_t mask);
@@ -37,7 +37,7 @@ class CreationMask {
     mode_t before_;
 };
 
-/// A user's home that lives as long as a test, in UTC.
+/// A user's home for the duration of a test, in UTC.
 class ScratchHome {
   public:
     ScratchHome();
@@ -51,7 +51,7 @@ class ScratchHome {
     TimeZone zone_{"UTC0"};
 };
 
-/// A scratch folder on a memory file system where there is one.
+/// A scratch folder in a memory file system if there is one.
 [[nodiscard]] ScratchFolder inMemory();
 
 /// The names in a folder, sorted; empty when it cannot be listed.
@@ -64,13 +64,13 @@ class ScratchHome {
 /// How many files this process has open.
 [[nodiscard]] std::size_t openDescriptors();
 
-/// Runs `body` in a child process without privileges, to which everything below `folder` belongs. `prepare`
-/// runs after that was handed over. What fails in the child fails the test.
+/// Runs `body` in an unprivileged child process that owns everything below `folder`. `prepare` runs after the
+/// change of ownership. What fails in the child fails the test.
 void asOrdinaryUser(
     const std::filesystem::path& folder, const std::function<void()>& body,
     const std::function<void()>& prepare = [] {});
 
-/// Runs `body` in a child process; what fails there fails the test. A child that asks for it skips the test.
+/// Runs `body` in a child process; what fails there fails the test. A child can also skip the test.
 enum class ChildResult { passed, failed, skipped };
 ChildResult inChild(const std::function<ChildResult()>& body);
 

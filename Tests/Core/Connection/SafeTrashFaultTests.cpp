@@ -19,8 +19,8 @@ using files::FileError;
 using test::fileBytes;
 using test::writeFile;
 
-/// Moves `file` into `folder` on a file system whose rename that replaces nothing fails with `error`;
-/// `before` runs just before that call. The error's code, 0 for none.
+/// Moves `file` into `folder` on a file system whose non-replacing rename fails with `error`; `before` runs
+/// just before that call. Returns the error code, 0 for none.
 int moveCode(
     const fs::path& file, const fs::path& folder, int error, const std::function<void()>& before = [] {}) {
     faults::arm({1, faults::Action::fail, error,

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 using test::fileBytes;
 using test::writeFile;
 
-/// The code of the error that `operation` ends in; 0 for none.
+/// The code of the error that `operation` throws; 0 for none.
 int errorCode(const std::function<void()>& operation) {
     try {
         operation();
@@ -31,13 +31,13 @@ int errorCode(const std::function<void()>& operation) {
     return 0;
 }
 
-/// Runs `body` as an ordinary user whose home is `home` and whose Trash lies below `data`. In a child, since
+/// Runs `body` as an ordinary user whose home is `home` and whose Trash is below `data`. In a child, since
 /// the desktop's folders are found through the environment.
 void withTrash(const fs::path& home, const fs::path& data, const std::function<void()>& body) {
     test::asOrdinaryUser(home.parent_path(), [&] {
         setenv("HOME", home.c_str(), 1);
         setenv("XDG_DATA_HOME", data.c_str(), 1);
-        alarm(60); // some versions of the library may look for a place without end
+        alarm(60); // some versions of the library may search for a place forever
         body();
     });
 }

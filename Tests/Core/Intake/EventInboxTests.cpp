@@ -52,7 +52,7 @@ class EventInboxTest : public testing::Test {
         return sessions;
     }
 
-    /// The names of all that is in the inbox, hidden ones too.
+    /// The names of all entries in the inbox, including hidden ones.
     [[nodiscard]] std::set<std::string> names() const {
         std::set<std::string> result;
         for (const auto& entry : fs::directory_iterator(inbox.directory))
@@ -60,7 +60,7 @@ class EventInboxTest : public testing::Test {
         return result;
     }
 
-    /// Whether `check` holds in a process of its own, which gives up root's right to everything.
+    /// Whether `check` holds in a child process that drops root's privileges.
     template <typename Check>
     [[nodiscard]] bool holdsForAnOrdinaryUser(Check check) const {
         fs::permissions(scratch.path().parent_path(), fs::perms(0755));
@@ -207,7 +207,7 @@ TEST_F(EventInboxTest, deletesPipesAndSocketsWithoutWaiting) {
     address.sun_family = AF_UNIX;
     const std::string_view name = "socket.event";
     std::copy(name.begin(), name.end(), address.sun_path);
-    // By its name alone: an address holds about a hundred bytes, and the folder's path may be longer.
+    // By its file name only: an address holds about a hundred bytes, and the folder's path may be longer.
     const fs::path before = fs::current_path();
     fs::current_path(inbox.directory);
     const int bound = bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address);
@@ -338,7 +338,7 @@ TEST_F(EventInboxTest, leavesNoDescriptorOpen) {
     EXPECT_EQ(lowestFree(), before);
 }
 
-/// Calls `drain()` until `writer` has ended and the inbox is empty; gives all sessions seen.
+/// Calls `drain()` until `writer` has ended and the inbox is empty; returns all sessions seen.
 template <typename Writer>
 Names drainWhile(const EventInbox& inbox, Writer write) {
     std::atomic<bool> finished = false;
@@ -359,7 +359,7 @@ Names drainWhile(const EventInbox& inbox, Writer write) {
 }
 
 TEST_F(EventInboxTest, deliversEachEventExactlyOnceWhileHooksKeepWriting) {
-    // The writer waits when a backlog builds up, since what is over two hundred is rightly dropped.
+    // The writer waits when a backlog builds up, since more than two hundred are rightly dropped.
     constexpr int count = 5000;
     std::atomic<int> written = 0;
     std::atomic<int> delivered = 0;

@@ -13,13 +13,13 @@
 #include <string_view>
 #include <vector>
 
-/// A second, slow and plain statement of what an event file says, over another JSON parser.
+/// A second, slow and simple implementation of reading event files, with another JSON parser.
 namespace corvane::test {
 
-/// Listens to the other parser and keeps the members of the top-level object.
+/// Receives the other parser's events and keeps the members of the top-level object.
 class ReferenceListener : public nlohmann::json_sax<nlohmann::json> {
   public:
-    std::map<std::string, std::optional<std::string>> members; // none for values that are no strings
+    std::map<std::string, std::optional<std::string>> members; // none for values that are not strings
     std::map<std::string, std::string> firstStrings;           // of arrays that begin with one
     bool topIsObject = false;
     bool numberTooLarge = false;
@@ -83,8 +83,8 @@ class ReferenceListener : public nlohmann::json_sax<nlohmann::json> {
     bool atArrayBegin_ = false;
 };
 
-/// `json` with the escape of U+FFFD in place of each escape of half a surrogate pair without the other half,
-/// which the other parser refuses. A backslash outside a string is an error before and after.
+/// `json` with the escape of U+FFFD in place of each escape of an unpaired surrogate, which the other parser
+/// rejects. A backslash outside a string is an error before and after.
 inline std::string withoutLoneSurrogates(std::string_view json) {
     const auto isUnit = [json](std::size_t at, std::string_view secondDigits) {
         constexpr std::string_view digits = "0123456789abcdefABCDEF";
@@ -127,9 +127,9 @@ struct ReferenceObject {
     }
 };
 
-/// None when the other parser has no say: it refuses numbers that no double can hold.
+/// None when the other parser cannot judge: it rejects numbers that no double can hold.
 inline std::optional<ReferenceObject> referenceObject(std::string_view json) {
-    // The other parser passes over a byte-order mark and takes a zero byte for the end.
+    // The other parser skips a byte-order mark and treats a zero byte as the end.
     if (json.starts_with("\xEF\xBB\xBF") || json.find('\0') != std::string_view::npos)
         return ReferenceObject{};
     ReferenceListener listener;
@@ -154,7 +154,7 @@ inline std::optional<EventKind> referenceKind(const ReferenceObject& object) {
         if (*type == "idle_prompt") return EventKind::needsInput;
         return std::nullopt;
     }
-    // Good for messages in ASCII only.
+    // Correct for messages in ASCII only.
     std::string message = object.string("message").value_or("");
     std::transform(message.begin(), message.end(), message.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
@@ -162,7 +162,7 @@ inline std::optional<EventKind> referenceKind(const ReferenceObject& object) {
                                                            : EventKind::needsPermission;
 }
 
-/// What an event file whose header is ASCII says; outer none when the other parser has no say.
+/// The event in a file whose header is ASCII; the outer optional is none when the other parser cannot judge.
 inline std::optional<std::optional<AgentEvent>> referenceEvent(std::string_view text, Date date) {
     std::vector<std::string> lines{""};
     for (const char c : text) {

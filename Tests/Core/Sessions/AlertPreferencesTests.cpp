@@ -112,7 +112,7 @@ TEST(AlertPreferences, soundGoesByTheKindOfEvent) {
     preferences.soundsOn = true;
     EXPECT_EQ(preferences.sound(EventKind::needsPermission), "Hero");
     EXPECT_EQ(preferences.sound(EventKind::needsInput), "Hero");
-    // Whether a finish alerts at all is not asked here.
+    // Whether finishing alerts at all is decided elsewhere.
     EXPECT_EQ(preferences.sound(EventKind::finished), "Pop");
     EXPECT_EQ(preferences.sound(EventKind::running), std::nullopt);
     EXPECT_EQ(preferences.sound(EventKind::ended), std::nullopt);
@@ -245,7 +245,7 @@ TEST(AlertPreferences, anyMissingMemberGivesTheDefaultsInFull) {
 TEST(AlertPreferences, anyMemberOfAWrongTypeGivesTheDefaultsInFull) {
     const std::string whole = documentUpTo(R"(,"reminderMinutes":5,"quietUntil":1)");
     ASSERT_NE(loaded(whole + "}"), AlertPreferences());
-    // Of equal names the last one counts.
+    // Of duplicate names the last one counts.
     for (const char* member : {R"("waitingSound":1)",        R"("waitingSound":null)",
                                R"("waitingSound":["Hero"])", R"("doneSound":true)",
                                R"("doneSound":null)",        R"("soundsOn":1)",

@@ -105,7 +105,7 @@ TEST(AlertText, plainTakesOnlyTheExactPermissionPrompt) {
           "Codex needs your permission to use Bash"}) {
         EXPECT_EQ(AlertText::plain(text), text);
     }
-    // What follows the prefix is trimmed away, and the prefix's own space with it.
+    // What follows the prefix is trimmed, including the prefix's own space.
     EXPECT_EQ(AlertText::plain("Claude needs your permission to use   "),
               "Claude needs your permission to use");
 }

@@ -8,9 +8,9 @@
 
 namespace corvane::test {
 
-/// The rules of the session board stated a second time, as plainly as can be and with nothing of the real
-/// one's: names instead of enumerations, whole nanoseconds instead of dates. What the model test compares
-/// with.
+/// A second implementation of the session board's rules, as simple as possible and sharing nothing with the
+/// real one: names instead of enumerations, whole nanoseconds instead of dates. The model test compares the
+/// two.
 
 using Nanoseconds = std::int64_t;
 constexpr Nanoseconds second = 1'000'000'000;

@@ -1,6 +1,5 @@
-// Long random sequences of what can happen to a board, played to the real board and to a naive restatement of
-// its rules, which must agree about everything after each step. A sequence on which they do not is made as
-// short as possible before it is printed.
+// Long random sequences of operations on the real board and on a naive implementation of its rules, which
+// must agree completely after each step. A sequence on which they differ is shrunk before it is printed.
 
 #include "NaiveBoard.h"
 #include "Sessions/SessionBoard.h"
@@ -27,10 +26,10 @@ using test::second;
 struct Step {
     enum class Kind { event, reminders, snooze, prune };
     Kind kind = Kind::event;
-    NaiveEvent event;         // only of an event
-    std::string key;          // only of a snooze
+    NaiveEvent event;         // for an event only
+    std::string key;          // for a snooze only
     Nanoseconds now = 0;      // snooze: until
-    Nanoseconds interval = 0; // only of reminders
+    Nanoseconds interval = 0; // for reminders only
 };
 
 // The naive board counts from here, so that its whole numbers reach a few centuries both ways.
@@ -113,7 +112,7 @@ AgentEvent realEvent(const NaiveEvent& event) {
     return result;
 }
 
-// Plays one step to both boards. False when they differ about its result or about the state it leaves.
+// Applies one step to both boards. Returns false if its results or the resulting states differ.
 bool agreeAbout(const Step& step, SessionBoard& real, NaiveBoard& naive) {
     bool agree = true;
     switch (step.kind) {
@@ -137,7 +136,8 @@ bool agreeAbout(const Step& step, SessionBoard& real, NaiveBoard& naive) {
            described(real.sorted()) == naive.sorted() && real.waitingCount() == naive.waitingCount();
 }
 
-// The number of steps up to and with the one that the boards differ about; none when they agree to the end.
+// The number of steps up to and including the one on which the boards differ; none when they agree to the
+// end.
 std::optional<std::size_t> firstDifference(const std::vector<Step>& steps, NaiveBoard naive) {
     SessionBoard real;
     for (std::size_t i = 0; i < steps.size(); ++i) {
@@ -146,7 +146,7 @@ std::optional<std::size_t> firstDifference(const std::vector<Step>& steps, Naive
     return std::nullopt;
 }
 
-// Leaves out as many steps as can be spared: ever smaller pieces, until no single step can go.
+// Removes as many steps as possible: ever smaller pieces, until no single step can be removed.
 std::vector<Step> shrunk(std::vector<Step> steps, const NaiveBoard& naive) {
     for (std::size_t piece = steps.size() / 2 + 1; piece > 0; piece = piece == 1 ? 0 : (piece + 1) / 2) {
         for (std::size_t begin = 0; begin < steps.size();) {
@@ -205,8 +205,7 @@ class Chance {
     std::mt19937_64 engine_;
 };
 
-// A clock that stands still, creeps, jumps by just the intervals that matter and a hair beside them, or goes
-// back.
+// A clock that stands still, creeps, jumps by exactly or nearly the intervals that matter, or goes back.
 Nanoseconds clockStep(Chance& chance) {
     static constexpr std::array<Nanoseconds, 9> intervals{1, 5, 20, 60, 120, 300, 1800, 3600, 43'200};
     switch (chance.below(10)) {
@@ -236,7 +235,7 @@ std::vector<Step> randomSteps(std::uint64_t seed, std::size_t count) {
     static constexpr std::array<Nanoseconds, 6> intervals{0,           -60 * second, second / 2,
                                                           60 * second, 120 * second, 300 * second};
     Chance chance(seed);
-    // Few sessions meet often, many make a long list.
+    // A few sessions collide often, many make a long list.
     const std::size_t sessions = 1 + chance.below(sessionIDs.size());
     Nanoseconds now = 0;
     std::vector<Step> steps(count);
@@ -284,7 +283,7 @@ TEST(SessionBoardModel, agreesWithTheNaiveBoardOnRandomSequences) {
     }
 }
 
-// Guards the guard: wrong rules must be found, and by no more steps than it takes.
+// Tests the test: wrong rules must be found, with a minimal number of steps.
 TEST(SessionBoardModel, findsAWrongRuleAndShrinksItsSequence) {
     const auto shortestFor = [](const NaiveBoard& wrong) {
         for (std::uint64_t seed = 1; seed <= 200; ++seed) {

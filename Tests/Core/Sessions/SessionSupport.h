@@ -8,7 +8,7 @@
 
 namespace corvane::test {
 
-/// A moment `seconds` after some ordinary date.
+/// A moment `seconds` after an arbitrary date.
 inline Date at(double seconds) {
     return Date(1'790'000'000, 0) + Seconds(seconds);
 }

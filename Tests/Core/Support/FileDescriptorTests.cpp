@@ -72,7 +72,7 @@ TEST(ReadToEnd, readsFilesOfAnySizeIntoOneBuffer) {
     for (const std::size_t size : {0U, 1U, 100'000U, 3U, 99'999U, 0U}) {
         const std::string bytes(size, static_cast<char>('a' + size % 26));
         test::writeFile(scratch / "file", bytes);
-        // What is expected need not be so: the file may have grown or shrunk.
+        // The expected size may be wrong: the file may have grown or shrunk.
         for (const std::size_t expected : {std::size_t{0}, size / 2, size, 2 * size}) {
             const std::size_t before = buffer.size();
             EXPECT_EQ(readToEnd(opened(scratch / "file"), buffer, {.expected = expected}), bytes);

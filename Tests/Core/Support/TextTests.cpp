@@ -47,7 +47,8 @@ TEST(TrimmingWhitespace, toleratesBytesThatAreNotUtf8) {
         EXPECT_EQ(text::trimmingWhitespace(bytes), bytes);
         EXPECT_EQ(text::trimmingWhitespace(" " + std::string(bytes) + "\n"), bytes);
     }
-    // The last byte of a no-break space alone is no space, and must not be taken for one after other bytes.
+    // The last byte of a no-break space alone is not a space, and must not be mistaken for one after other
+    // bytes.
     EXPECT_EQ(text::trimmingWhitespace("a\xA0"), "a\xA0");
     EXPECT_EQ(text::trimmingWhitespace({}), "");
 }

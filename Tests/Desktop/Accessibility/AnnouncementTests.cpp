@@ -1,4 +1,4 @@
-// What every listener on the accessibility bus is told about banners, and what it can do with them.
+// What every listener on the accessibility bus receives about banners, and what it can do with them.
 
 #include "Desktop/Accessibility/AssistiveDesktop.h"
 
@@ -19,7 +19,7 @@ constexpr const char* permissionWords = "Claude is waiting for you, shop · Clau
 
 class Announcements : public testing::Test {
   protected:
-    /// Whether exactly these lines have come, at the latest after a while.
+    /// Whether exactly these lines arrive within the time limit.
     testing::AssertionResult announces(const Lines& expected) {
         if (waitUntil(patience, [&] { return desktop_.announcements().size() >= expected.size(); }) &&
             desktop_.announcements() == expected) {
@@ -28,8 +28,8 @@ class Announcements : public testing::Test {
         return testing::AssertionFailure() << testing::PrintToString(desktop_.announcements());
     }
 
-    /// A show, a refresh, a done banner and another show, which proves that nothing of the ones before is
-    /// still to come.
+    /// A show, a refresh, a done banner and another show, which proves that no event of the previous ones is
+    /// pending.
     void showBannersOfAllKinds() {
         Lines expected{"showing\tnotification\t" + std::string(permissionWords)};
         session().claude("Notification-permission_prompt", "a", "shop");
@@ -129,7 +129,7 @@ TEST_F(Announcements, everyButtonIsPressedFromTheAccessibilityBus) {
     session().startApplication();
     desktop_.startListener();
     desktop_.waitForApplication();
-    // The hook tells that the agents run in this terminal; another window covers it.
+    // The hook reports that the agents run in this terminal; another window covers it.
     const auto terminal =
         session().run({"xterm", "-name", "ghostty", "-class", "com.mitchellh.ghostty"}, "terminal");
     const auto terminals = [this] { return session().screen().managedWindows("com.mitchellh.ghostty"); };

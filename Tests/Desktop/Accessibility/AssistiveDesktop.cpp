@@ -105,8 +105,8 @@ void AssistiveDesktop::press(const std::string& key) {
 testing::AssertionResult AssistiveDesktop::press(const std::string& key, const std::string& line) {
     const auto before = static_cast<std::ptrdiff_t>(followed().size());
     press(key);
-    // Once a step has failed most others do, and with a long wait for each of them CTest ends the program
-    // before it can tidy up.
+    // Once a step has failed most others do, and with a long wait for each of them CTest would end the
+    // program before it can clean up.
     const std::chrono::seconds timeout = testing::Test::HasFailure() ? hopelessTimeout : answerTimeout;
     std::vector<std::string> since;
     if (waitUntil(timeout, [&] {
@@ -121,8 +121,8 @@ testing::AssertionResult AssistiveDesktop::press(const std::string& key, const s
 
 testing::AssertionResult AssistiveDesktop::opensMenu() {
     EXPECT_EQ(session_.run({"xdotool", "keydown", "alt"}, "xdotool")->wait(startTimeout), 0);
-    // Once the application answers it has seen that. When both keys come at once Qt opens the menu first, and
-    // the Alt key closes it again.
+    // Once the application replies it has seen that key. When both keys arrive together, Qt opens the menu
+    // first, and the Alt key closes it again.
     static_cast<void>(window());
     const auto opened = press("f", "focus\tmenu item\tSessions\t");
     EXPECT_EQ(session_.run({"xdotool", "keyup", "alt"}, "xdotool")->wait(startTimeout), 0);
@@ -151,7 +151,7 @@ testing::AssertionResult AssistiveDesktop::opensMainWindow() {
 }
 
 std::vector<std::string> AssistiveDesktop::window() {
-    // The window manager may still be giving it the keyboard.
+    // The window manager may not have given it the focus yet.
     if (!waitUntil(startTimeout, [&] { return assist({"window"}, "window"); }))
         throw std::runtime_error("no window of the application has the keyboard");
     return logLines("window");
@@ -166,7 +166,7 @@ Rect AssistiveDesktop::place(const std::string& name) {
 }
 
 void AssistiveDesktop::startOrca() {
-    // Orca does not start beside another one of the same user, which may run in that user's own session.
+    // Orca does not start if the same user already runs one, perhaps in a session of their own.
     const fs::path tools = session_.home() / "tools";
     writeFile(tools / "pgrep", "#!/bin/sh\nexit 1\n");
     fs::permissions(tools / "pgrep", fs::perms::owner_all);

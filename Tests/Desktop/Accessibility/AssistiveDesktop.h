@@ -8,9 +8,9 @@
 
 namespace corvane::test {
 
-/// A desktop with an accessibility bus and with assistive technology, each started when the test says so.
+/// A desktop with an accessibility bus and with assistive technology, each started on request.
 ///
-/// Waits for what it starts and throws std::runtime_error when that does not come up.
+/// Waits for everything that it starts and throws std::runtime_error if it does not come up.
 class AssistiveDesktop {
   public:
     explicit AssistiveDesktop(const std::string& windowManager = "openbox")
@@ -18,45 +18,47 @@ class AssistiveDesktop {
 
     [[nodiscard]] DesktopSession& session() { return session_; }
 
-    /// Starts the accessibility bus; nobody asks for accessibility to be enabled.
+    /// Starts the accessibility bus, without requesting that accessibility be enabled.
     void startBus();
 
-    /// Starts a plain listener, and waits until it has found the application on the bus if that runs.
+    /// Starts a plain listener, and waits until it has found the application on the bus if the application
+    /// runs.
     void startListener();
     /// Waits until the listener has found the application.
     void waitForApplication();
-    /// What the application has sent since, one event a line, as Accessibility/assistive prints it.
+    /// The events that the application has sent since, one per line, as Accessibility/assistive prints them.
     [[nodiscard]] std::vector<std::string> heard() const;
-    /// The same without changes of names.
+    /// The same without name changes.
     [[nodiscard]] std::vector<std::string> announcements() const;
 
-    /// The elements of the banners that show: depth, role, name and actions, parted by tabs.
+    /// The elements of the visible banners: depth, role, name and actions, separated by tabs.
     [[nodiscard]] std::vector<std::string> tree();
-    /// Presses a button of the banner of this project; whether that could be done.
+    /// Presses a button of the banner of this project; returns whether that was possible.
     [[nodiscard]] bool pressButton(const std::string& button, const std::string& project);
 
-    /// Starts a listener that follows the keyboard, and waits until it listens.
+    /// Starts a listener that follows the keyboard focus, and waits until it is ready.
     void startFollower();
-    /// Where the keyboard has gone since, and the check boxes that changed, one a line, as
-    /// Accessibility/assistive prints it.
+    /// Where the focus has moved since, and the check boxes that changed, one per line, as
+    /// Accessibility/assistive prints them.
     [[nodiscard]] std::vector<std::string> followed() const;
 
-    /// Presses a key, and waits until the follower was told `line`; whether it was.
+    /// Presses a key, and waits until the follower has received `line`; returns whether it has.
     testing::AssertionResult press(const std::string& key, const std::string& line);
-    /// Presses a key that tells nothing.
+    /// Presses a key that causes no event.
     void press(const std::string& key);
 
-    /// Whether there come to be so many managed windows of the application, one of them with the keyboard.
+    /// Waits until the application has so many managed windows, one of them with the keyboard focus; returns
+    /// whether it does.
     testing::AssertionResult hasKeyboard(std::size_t windows);
     /// Starts the application again, which brings the main window of the first one to the front.
     testing::AssertionResult opensMainWindow();
 
-    /// Opens the main window's first menu by the keyboard.
+    /// Opens the main window's first menu with the keyboard.
     testing::AssertionResult opensMenu();
 
-    /// The elements of the window that has the keyboard, as Accessibility/assistive prints them.
+    /// The elements of the focused window, as Accessibility/assistive prints them.
     [[nodiscard]] std::vector<std::string> window();
-    /// Where the control of this name stands in that window.
+    /// The geometry of the control of this name in that window.
     [[nodiscard]] Rect place(const std::string& name);
 
     /// Starts Orca, and waits until it is up.
@@ -69,7 +71,7 @@ class AssistiveDesktop {
     [[nodiscard]] bool assist(std::vector<std::string> arguments, const std::string& log);
 
     DesktopSession session_;
-    // They go before the session looks for what is left.
+    // Destroyed before the session checks for leftovers.
     std::unique_ptr<ChildProcess> bus_;
     std::unique_ptr<ChildProcess> listener_;
     std::unique_ptr<ChildProcess> follower_;

@@ -1,5 +1,5 @@
-// What assistive technology is told of every element of every window: role, name, description and state, held
-// against the tables in Controls.
+// What assistive technology finds for every element of every window: role, name, description and state,
+// compared with the tables in Controls.
 
 #include "Connection/AgentConnector.h"
 #include "Desktop/Accessibility/AssistiveDesktop.h"
@@ -30,7 +30,7 @@ constexpr const char* connectCodex = "focus\tpush button\tConnect\tCodex";
 std::string steady(std::string line, const fs::path& home) {
     const std::size_t place = line.find(home.string());
     if (place != std::string::npos) line.replace(place, home.string().size(), "HOME");
-    // Numbers with a colon or a point in them. (GCC 12 takes std::regex under the sanitizers for faulty.)
+    // Numbers with a colon or a point in them. (GCC 12 reports std::regex as faulty under the sanitizers.)
     constexpr const char* digits = "0123456789";
     std::string result;
     std::size_t at = 0;
@@ -51,7 +51,7 @@ std::string steady(std::string line, const fs::path& home) {
     return result;
 }
 
-/// Elements of which a user must be told what they are.
+/// Elements that need a name for the user.
 bool needsName(const std::string& role, const std::string& states) {
     constexpr std::array roles{"push button", "check box",     "combo box", "menu item",    "page tab",
                                "frame",       "page tab list", "image",     "notification", "text"};
@@ -120,7 +120,7 @@ TEST_F(Controls, ofTheFirstRun) {
     EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tCodex"));
     EXPECT_TRUE(desktop.press("shift+Tab", connectClaude));
     desktop.press("space");
-    // The error comes, and the keyboard's place stays.
+    // The error appears, and the focus stays.
     EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tRemove\tCodex"));
     expectTable("first-run-error", desktop.window());
 }
@@ -132,7 +132,7 @@ TEST_F(Controls, ofTheSettings) {
     EXPECT_TRUE(desktop.press("ctrl+comma", "focus\tfiller\tCorvane Settings\t"));
     EXPECT_TRUE(desktop.press("Tab", "focus\tpage tab list\tAgents\t"));
     EXPECT_TRUE(desktop.press("Tab", connectClaude));
-    // Connecting makes a backup of the file that was there.
+    // Connecting makes a backup of the existing file.
     EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tClaude Code"));
     expectTable("settings-agents", desktop.window());
     EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpage tab list\tAgents\t"));

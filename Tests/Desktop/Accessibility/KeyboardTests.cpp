@@ -1,5 +1,5 @@
-// The windows are gone through by the keyboard alone, and each step's place of the keyboard is told to
-// assistive technology.
+// Goes through the windows with the keyboard alone; each change of focus must be reported to assistive
+// technology.
 
 #include "Desktop/Accessibility/AssistiveDesktop.h"
 
@@ -53,7 +53,8 @@ class Keyboard : public testing::TestWithParam<std::string> {
     [[nodiscard]] std::string settingsFile() {
         return fileBytes(session().home() / ".config/Corvane/Corvane.conf").value_or("");
     }
-    /// Whether the stored settings come to hold `text`. The preferences' quotation marks are escaped there.
+    /// Whether the stored settings contain `text` within the time limit. The preferences' quotation marks are
+    /// escaped there.
     [[nodiscard]] bool stores(const std::string& text) {
         return waitUntil(patience, [&] { return settingsFile().find(text) != std::string::npos; });
     }
@@ -62,8 +63,8 @@ class Keyboard : public testing::TestWithParam<std::string> {
         return fileBytes(session().home() / file).value_or("").find("corvane-hook") != std::string::npos;
     }
 
-    /// Opens the list of the picker that has the keyboard. Qt 6.4 tells the chosen sound before the list that
-    /// it is in, Qt 6.8 the list alone.
+    /// Opens the list of the focused picker. Qt 6.4 reports the selected sound before its list, Qt 6.8 only
+    /// the list.
     void opensTheWaitingSounds() {
         const std::string list = "focus\tlist\tWaiting sound\t";
         const auto before = static_cast<std::ptrdiff_t>(desktop.followed().size());
@@ -96,7 +97,7 @@ TEST_P(Keyboard, goesThroughTheFirstRun) {
     EXPECT_TRUE(desktop.press("space", "focus\tpush button\tConnect\tClaude Code"));
     EXPECT_FALSE(isConnected(".claude/settings.json"));
     EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tDone\t"));
-    // The menu gives the keyboard back.
+    // The menu returns the focus.
     EXPECT_TRUE(desktop.opensMenu());
     EXPECT_TRUE(desktop.press("Right", "focus\tmenu item\tCorvane\t"));
     desktop.press("Escape");

@@ -46,7 +46,7 @@ TEST(LoginSwitch, writesAnEntryThatStartsTheApplicationAndRemovesIt) {
     EXPECT_EQ(value(entry, "Type"), "Application");
     EXPECT_EQ(value(entry, "Name"), "Corvane");
 
-    // Without characters that mean more there, an entry's command is one of the shell's too.
+    // Without special characters, an entry's command is valid in the shell too.
     session.application().signal(SIGTERM);
     ASSERT_EQ(session.application().wait(patience), 0);
     writeFile(session.paths().events() / "0.event", "");

@@ -1,4 +1,4 @@
-// What Orca speaks about banners, as its own debug output has it.
+// What Orca speaks about banners, according to its own debug output.
 
 #include "Desktop/Accessibility/AssistiveDesktop.h"
 
@@ -14,9 +14,8 @@ constexpr std::chrono::seconds patience{20};
 
 class Orca : public testing::Test {
   protected:
-    /// Whether Orca has spoken exactly these notifications, at the latest after a while. The role is Orca's
-    /// own: Orca 43 speaks it together with the words and puts a full stop after them, Orca 48 speaks it
-    /// first.
+    /// Whether Orca speaks exactly these notifications within the time limit. The role is Orca's own: Orca 43
+    /// speaks it together with the words and puts a full stop after them, Orca 48 speaks it first.
     testing::AssertionResult speaks(const Lines& expected) {
         Lines together;
         Lines apart;
@@ -33,7 +32,7 @@ class Orca : public testing::Test {
         return testing::AssertionFailure() << testing::PrintToString(spoken);
     }
 
-    /// A show, a refresh, a done banner and another show, which proves that nothing of the ones before is
+    /// A show, a refresh, a done banner and another show, which proves that none of the previous ones is
     /// spoken twice.
     void showBannersOfAllKinds() {
         Lines expected{"Claude is waiting for you, shop · Claude needs your permission"};

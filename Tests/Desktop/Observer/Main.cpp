@@ -1,4 +1,4 @@
-// Looks at an X display from outside and says what is there, for Scripts/demonstration.
+// Inspects an X display from outside and prints what is there, for Scripts/demonstration.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/Picture.h"
@@ -88,7 +88,7 @@ int windows(const Arguments& /*arguments*/) {
     return 0;
 }
 
-// The part of WIDTHxHEIGHT+LEFT+TOP that lies on the screen.
+// The part of WIDTHxHEIGHT+LEFT+TOP that is on the screen.
 Rect area(const std::string& text, const Rect& screen) {
     Rect rect;
     char times = 0;

@@ -8,21 +8,21 @@
 
 namespace corvane::test {
 
-/// A running program that the test talks with: its standard input and output are pipes.
+/// A running program that the test communicates with: its standard input and output are pipes.
 class PipedProcess {
   public:
-    /// `command.output` takes the standard error only. Throws std::system_error when no pipe and no process
-    /// can be made.
+    /// `command.output` receives standard error only. Throws std::system_error if the pipes or the process
+    /// cannot be created.
     explicit PipedProcess(Command command);
     PipedProcess(const PipedProcess&) = delete;
     PipedProcess& operator=(const PipedProcess&) = delete;
     ~PipedProcess();
 
-    /// Throws std::system_error when the program does not take all of it.
+    /// Throws std::system_error if the program does not accept all of it.
     void write(const std::string& text);
     void closeInput();
 
-    /// Bytes of the standard output as they come: nothing when `timeout` has passed or the output ended.
+    /// Bytes of standard output as they arrive: empty after `timeout` or at the end of the output.
     [[nodiscard]] std::string read(std::chrono::milliseconds timeout);
     /// One line, without its end.
     [[nodiscard]] std::optional<std::string> readLine(std::chrono::milliseconds timeout);
@@ -30,7 +30,7 @@ class PipedProcess {
     /// Whether it has loaded a library whose path contains `name`.
     [[nodiscard]] bool hasMapped(const std::string& name) const;
 
-    /// As ChildProcess has it.
+    /// Like ChildProcess::wait.
     [[nodiscard]] std::optional<int> wait(std::chrono::milliseconds timeout);
 
   private:

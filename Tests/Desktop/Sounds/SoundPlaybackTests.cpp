@@ -1,4 +1,4 @@
-// Sounds played by the real player through a real sound server, and heard at its other end.
+// Sounds played by the real player through a real sound server, and recorded from its output.
 
 #include "App/Sounds/Waveform.h"
 #include "Desktop/Sounds/PipedProcess.h"
@@ -29,7 +29,7 @@ using std::chrono::seconds;
 // Far below the 30 s that a dead server takes, far above what a busy machine needs.
 constexpr milliseconds soon{2000};
 
-// Of the microseconds of a call to play(); it hands over a name and once starts a thread.
+// The limit for a call of play(), which queues a name and once starts a thread.
 constexpr long mostMicroseconds = 200000;
 
 Waveform soundFile(std::string_view name) {
@@ -59,7 +59,7 @@ class SoundPlayback : public testing::Test {
     SoundPlayback()
         : place(scratch) {}
 
-    // `variables` are further ones of its environment.
+    // `variables` are added to its environment.
     void startPlayer(const std::string& folder = CORVANE_SOUND_FOLDER,
                      const std::vector<std::string>& variables = {}) {
         Command command = place.command({CORVANE_SOUND_PLAYER, folder}, "player-errors");
@@ -67,7 +67,7 @@ class SoundPlayback : public testing::Test {
         player.emplace(command);
     }
 
-    // Plays sounds in one pass; gives the number of the player's threads.
+    // Plays sounds in one pass; returns the number of the player's threads.
     int play(const std::string& names) {
         player->write(names + "\n");
         const std::optional<std::string> answer = player->readLine(soon);
@@ -79,7 +79,7 @@ class SoundPlayback : public testing::Test {
         return threads;
     }
 
-    // Leaves the player's thread the time to try; a failing connection takes some milliseconds.
+    // Gives the player's thread time to try; a failing connection takes a few milliseconds.
     static void letItTry() { std::this_thread::sleep_for(milliseconds(300)); }
 
     void expectQuietEnd() {
@@ -223,7 +223,7 @@ TEST_F(SoundPlayback, aServerThatNeverAnswersHoldsUpNeitherPlayingNorQuitting) {
     ASSERT_EQ(listen(listener, 10), 0);
     startPlayer();
     play("Glass");
-    // The connection has come in: from here on the player's thread waits for an answer.
+    // The connection has arrived: from now on the player's thread waits for a reply.
     const int connection = accept(listener, nullptr, nullptr);
     ASSERT_GE(connection, 0);
     play("Tink");

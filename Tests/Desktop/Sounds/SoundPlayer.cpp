@@ -1,7 +1,6 @@
 // Plays sounds as the application does: SoundPlayer <folder of the sounds>
-// Each line of the standard input names sounds to play in one pass. The answer is a line with the
-// microseconds that the slowest call to play() took and the number of threads afterwards. The end of the
-// input ends the program.
+// Each line of standard input names sounds to play in one pass. The reply is a line with the microseconds of
+// the slowest call of play() and the number of threads afterwards. The end of the input ends the program.
 
 #include "Platform/Linux/Sounds.h"
 

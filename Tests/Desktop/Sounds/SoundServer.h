@@ -12,12 +12,12 @@
 
 namespace corvane::test {
 
-/// The place of a sound server of the test's own, and programs that are led to it and to no other.
+/// The folder of the test's own sound server, and the environment of programs that use that server only.
 class SoundPlace {
   public:
     explicit SoundPlace(const ScratchFolder& scratch);
 
-    /// A program that is led to the server, with the file of this name in the folder for its errors.
+    /// A program that uses the server, with the file of this name in the folder for its standard error.
     [[nodiscard]] Command command(std::vector<std::string> arguments, const std::string& errors) const;
     [[nodiscard]] const std::filesystem::path& socket() const { return socket_; }
 
@@ -27,10 +27,10 @@ class SoundPlace {
     std::vector<std::string> environment_;
 };
 
-/// A PulseAudio server without a sound card: what is played goes into a sink whose monitor can be recorded.
+/// A PulseAudio server without a sound card: sounds are played to a null sink whose monitor can be recorded.
 class SoundServer {
   public:
-    /// Comes back when the server answers; throws when it does not within 10 s.
+    /// Returns when the server responds; throws if it does not within 10 s.
     explicit SoundServer(const SoundPlace& place);
 
     void signal(int number) const { process_->signal(number); }
@@ -42,11 +42,11 @@ class SoundServer {
 /// Records what the server plays.
 class Recording {
   public:
-    /// Comes back when the first samples arrived.
+    /// Returns when the first samples have arrived.
     explicit Recording(const SoundPlace& place);
 
-    /// What is heard next, from a little before its first sound: recorded until `seconds` after that, or none
-    /// when `patience` is over before anything sounds. All that came before is dropped.
+    /// The next sound, from a little before it begins until `seconds` after that, or none if there is only
+    /// silence for `patience`. Everything before is dropped.
     [[nodiscard]] Waveform next(double seconds, std::chrono::milliseconds patience);
 
   private:

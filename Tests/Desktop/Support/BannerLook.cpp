@@ -8,7 +8,7 @@ namespace corvane::test {
 
 namespace {
 
-/// The colours that a banner is drawn in, stated here once more so that a wrong one in the application shows.
+/// The colours of a banner, stated independently so that a wrong one in the application is detected.
 struct Palette {
     const char* name = nullptr;
     Color primary;
@@ -51,7 +51,7 @@ std::optional<std::string> shareFault(const Picture& screen, const char* what, R
            what + " at " + at(area.x, area.y) + " is " + hex(wanted);
 }
 
-// One line of the title is drawn in the text's colour: so much of its area is ink, whatever the words.
+// The title is drawn in the text's colour, which covers at least this share of its area, whatever the words.
 constexpr double leastInk = 0.02;
 
 std::optional<std::string> waitingFault(const Picture& screen, const Rect& card, const Palette& palette) {
@@ -75,7 +75,7 @@ std::optional<std::string> waitingFault(const Picture& screen, const Rect& card,
     if (auto fault =
             colorFault(screen, "the agent's ring", glyph.x + 1, glyph.middleY(), palette.primary, exact))
         return fault;
-    // Left of the label there is nothing but the button's fill.
+    // Left of the label there is only the button's fill.
     const Rect button{card.right() - padding - 9, card.y + 29, 6, 18};
     if (auto fault = shareFault(screen, "the main button", button, palette.primary, 0.95)) return fault;
     const Rect title{glyph.right() + 12, card.y + 12, 200, 30};

@@ -26,7 +26,7 @@ std::vector<char*> pointers(const std::vector<std::string>& strings) {
     return result;
 }
 
-// Runs in the new process: only what is safe after a fork.
+// Runs in the child after fork(): only async-signal-safe calls.
 [[noreturn]] void execute(const Command& command, char* const* arguments, char* const* environment) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     setsid();

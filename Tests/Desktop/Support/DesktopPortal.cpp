@@ -1,7 +1,7 @@
-// Stands for a desktop's portal on a test's own message bus.
+// A fake of a desktop's portal on a test's own session bus.
 //
-//   DesktopPortal                               answers until it is ended; writes "ready" once it can
-//   DesktopPortal set <group> <key> <value>     changes a setting of the one that runs, which tells everybody
+//   DesktopPortal                               runs until it is ended; writes "ready" once it is
+//   DesktopPortal set <group> <key> <value>     changes a setting of the running portal, which notifies all
 //
 // A value is a whole number, a fraction with a point in it, or true or false.
 
@@ -25,9 +25,9 @@ class SettingsPortal : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
   public Q_SLOTS:
-    // The names are the portal's.
+    // The portal's interface prescribes the names.
     // NOLINTBEGIN(readability-identifier-naming)
-    // The variant within a variant is what real portals answer.
+    // Real portals return a variant within a variant.
     Q_SCRIPTABLE QDBusVariant Read(const QString& group, const QString& key, const QDBusMessage& message) {
         const QVariant value = values_.value(group + u' ' + key);
         if (!value.isValid()) {

@@ -56,9 +56,9 @@ DesktopSession::DesktopSession(const std::string& windowManager, Compositor comp
   <alias><family>monospace</family><prefer><family>Noto Sans Mono</family></prefer></alias>
 </fontconfig>
 )");
-    // As a user who has been through the first run.
+    // As for a user who has completed onboarding.
     writeFile(home_ / ".config/Corvane/Corvane.conf", "[General]\nhasCompletedOnboarding=true\n");
-    // Else it has the user choose where each window goes, and asks for a font that servers may lack.
+    // Otherwise the user would have to place each window, and it requests a font that servers may lack.
     writeFile(home_ / ".twmrc", R"(RandomPlacement
 TitleFont "fixed"
 MenuFont "fixed"
@@ -89,7 +89,7 @@ DesktopSession::~DesktopSession() {
     recordUsedFiles(leftOver());
     application_.reset();
     compositor_.reset();
-    // The latest first, so that none loses its display before it is asked to go.
+    // The latest first, so that none loses its display before it is asked to end.
     while (!processes_.empty())
         processes_.pop_back();
     std::vector<pid_t> left;
@@ -138,7 +138,7 @@ std::unique_ptr<ChildProcess> DesktopSession::run(std::vector<std::string> argum
 }
 
 void DesktopSession::startBus() {
-    // No services: nothing is started behind the test's back.
+    // No services: nothing is started by D-Bus activation.
     writeFile(scratch_ / "bus.conf",
               "<busconfig><type>session</type><listen>unix:path=" + (scratch_ / "run/bus").string() +
                   R"(</listen><auth>EXTERNAL</auth><policy context="default">)"
@@ -160,7 +160,7 @@ void DesktopSession::startServer() {
     processes_.emplace_back(server);
     close(pipe[1]);
     std::string number;
-    // The server chooses the number and tells it once it is ready.
+    // The server chooses the display number and reports it once it is ready.
     waitUntil(startTimeout, [&] {
         std::array<char, 16> bytes{};
         const ssize_t size = read(pipe[0], bytes.data(), bytes.size());
@@ -172,7 +172,7 @@ void DesktopSession::startServer() {
     number.pop_back();
     display_ = ":" + number;
     screen_ = std::make_unique<XObserver>(display_);
-    // On a connection of its own, which leaves the picture behind.
+    // On a separate connection, which leaves the pixmap behind.
     XObserver(display_).paintWallpaper();
 }
 
@@ -187,7 +187,7 @@ void DesktopSession::startWindowManager(const std::string& name, Compositor comp
         arguments.emplace_back("--sm-disable");
         arguments.emplace_back(blendsByItself ? "--composite" : "--no-composite");
     }
-    // OpenGL, also where only a slow one is to be had.
+    // OpenGL, even if it is only rendered in software.
     if (name == "kwin_x11") variables.emplace_back(blendsByItself ? "KWIN_COMPOSE=O2" : "KWIN_COMPOSE=N");
     ChildProcess& manager = start(arguments, "wm", variables);
     const auto isReady = [&] {
@@ -195,7 +195,7 @@ void DesktopSession::startWindowManager(const std::string& name, Compositor comp
     };
     if (!waitUntil(startTimeout, [&] { return isReady() || !manager.isRunning(); }) || !manager.isRunning())
         throw std::runtime_error(name + " did not start: " + fileBytes(scratch_ / "wm.log").value_or(""));
-    // Twm knows no such requests.
+    // Twm does not support such requests.
     if (name != "twm" && !screen_->windowManagerResponds(startTimeout))
         throw std::runtime_error(name + " does not respond: " + fileBytes(scratch_ / "wm.log").value_or(""));
     if (blendsByItself) {
@@ -217,10 +217,10 @@ void DesktopSession::stopCompositor() {
 }
 
 void DesktopSession::setMonitors(const std::vector<Rect>& monitors) {
-    // The first one takes the only output over from the server's own monitor, which goes by that.
+    // The first one takes over the only output from the server's own monitor, which is removed by that.
     for (std::size_t i = 0; i < monitors.size(); ++i) {
         const Rect& area = monitors[i];
-        constexpr int millimetres = 300; // not looked at, but it may not be 0
+        constexpr int millimetres = 300; // not used, but it must not be 0
         const auto side = [](int pixels) {
             return std::to_string(pixels) + "/" + std::to_string(millimetres);
         };
@@ -240,7 +240,7 @@ void DesktopSession::startApplication() {
     for (const char* const name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
         if (std::getenv(name) != nullptr) variables.push_back(name + ("=" + environmentValue(name)));
     }
-    // A file that is no event is deleted by the first drain.
+    // A file that is not an event is deleted by the first drain.
     writeFile(paths().events() / "0.event", "");
     application_ = run({CORVANE_PROGRAM}, "application", variables);
     if (!waitUntil(startTimeout, [&] { return inbox().empty() || !application_->isRunning(); }) ||
@@ -301,7 +301,7 @@ std::uint32_t DesktopSession::startTerminal(bool fullScreen, const std::string& 
     std::vector<std::uint32_t> windows;
     const bool isReady = waitUntil(startTimeout, [&] {
         windows = screen_->managedWindows("xterm");
-        // Some window managers call a window active a little before it gets the keys.
+        // Some window managers report a window as active a little before it gets the focus.
         return windows.size() == 1 && screen_->activeWindow() == windows.front() &&
                screen_->focusedWindow() == windows.front() && fs::exists(home_ / "keys") &&
                (!fullScreen || screen_->geometry(windows.front()) == screen_->screenArea());

@@ -21,11 +21,11 @@ namespace corvane::test {
 /// What blends the windows, if anything: picom, or the window manager itself.
 enum class Compositor : std::uint8_t { none, picom, windowManager };
 
-/// A user's desktop for one test: an X server, a window manager, a message bus and a home of its own, in
-/// which the real application runs and the real hook is called. At the end all of it is gone; a process that
-/// is left fails the test. When the test failed, a picture of the screen is kept in the build folder.
+/// A user's desktop for one test: its own X server, window manager, session bus and home, in which the real
+/// application runs and the real hook is called. At the end everything is removed; a process left behind
+/// fails the test. If the test failed, a screenshot is kept in the build folder.
 ///
-/// Waits for what it starts and throws std::runtime_error when that does not come up.
+/// Waits for everything that it starts and throws std::runtime_error if it does not come up.
 class DesktopSession {
   public:
     /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11, metacity or twm. Mutter
@@ -45,31 +45,31 @@ class DesktopSession {
     /// Splits the screen between monitors, the first of them being the primary one.
     void setMonitors(const std::vector<Rect>& monitors);
 
-    /// A compositor comes, or the one that was started goes.
+    /// Starts a compositing manager, or stops the one that was started.
     void startCompositor();
     void stopCompositor();
 
-    /// Starts the application, and waits until it has taken the first event away from the inbox.
+    /// Starts the application, and waits until it has read the first event from the inbox.
     void startApplication();
     [[nodiscard]] ChildProcess& application() { return *application_; }
     /// What it has printed so far.
     [[nodiscard]] std::string applicationOutput() const;
 
-    /// Runs the hook as Claude Code does, with the recorded payload "claude-<name>.json" told of another
-    /// session and of the project folder of this name in the home.
-    /// `variables` are further ones of the hook's environment.
+    /// Runs the hook as Claude Code does, with the recorded payload "claude-<name>.json" changed to this
+    /// session and to the project folder of this name in the home. `variables` are added to the hook's
+    /// environment.
     void claude(std::string_view payload, std::string_view session, std::string_view project,
                 const std::vector<std::string>& variables = {});
     /// The same as Codex does, with "codex-agent-turn-complete-<name>.json".
     void codex(std::string_view payload, std::string_view project,
                const std::vector<std::string>& variables = {});
-    /// The event files that wait in the inbox.
+    /// The event files in the inbox.
     [[nodiscard]] std::vector<std::filesystem::path> inbox() const;
 
-    /// Opens a terminal, by default over the whole screen, else with xterm's `geometry`, that notes the keys
-    /// which reach it, and waits until it has the focus. Returns its window.
+    /// Opens a terminal that records the keys it receives, by default over the whole screen, else with
+    /// xterm's `geometry`, and waits until it has the focus. Returns its window.
     std::uint32_t startTerminal(bool fullScreen = true, const std::string& geometry = {});
-    /// The keys that reached the terminal.
+    /// The keys that the terminal has received.
     [[nodiscard]] std::string typed() const;
 
     /// Types on the keyboard; returns at once.
@@ -82,13 +82,12 @@ class DesktopSession {
     /// Whether the screen shows exactly so many banners, at their places and in full, within `timeout`.
     testing::AssertionResult shows(std::size_t waiting, std::size_t done,
                                    std::chrono::milliseconds timeout = std::chrono::seconds(2));
-    /// Whether the banners come to stand in `area`, the part of a monitor that panels leave free, within
-    /// two seconds.
+    /// Whether the banners are placed in `area`, a monitor's work area, within two seconds.
     testing::AssertionResult standIn(Rect area);
-    /// Whether no window of the application comes for as long as `duration`.
+    /// Whether no window of the application appears during `duration`.
     testing::AssertionResult staysEmpty(std::chrono::milliseconds duration);
 
-    /// Runs a program in this session, with further "NAME=value", which win.
+    /// Runs a program in this session, with further "NAME=value", which take precedence.
     std::unique_ptr<ChildProcess> run(std::vector<std::string> arguments, const std::string& log,
                                       const std::vector<std::string>& variables = {});
 
@@ -107,7 +106,7 @@ class DesktopSession {
     ScratchFolder scratch_{"desktop"};
     std::filesystem::path home_;
     std::string display_;
-    std::list<ChildProcess> processes_; // in the order of their start
+    std::list<ChildProcess> processes_; // in the order in which they were started
     std::unique_ptr<XObserver> screen_;
     std::unique_ptr<ChildProcess> compositor_;
     std::unique_ptr<ChildProcess> application_;

@@ -8,19 +8,19 @@
 
 namespace corvane::test {
 
-/// What was seen of a single banner at one moment.
+/// A banner's position and opacity at one moment.
 struct FadeSample {
     std::chrono::steady_clock::time_point when;
     bool isMapped = false;
-    int top = 0;        ///< of the card, in pixels of the screen
+    int top = 0;        ///< of the card, in screen pixels
     double opacity = 0; ///< 0 to 1, by what its fill lets through
 };
 
-/// Watches the one banner whose card comes to stand at `card`, every few milliseconds until `isOver` says so
-/// of what was seen so far, or ten seconds have passed. Nothing else may stand there.
+/// Watches the one banner whose card ends up at `card`, every few milliseconds until `isOver` returns true
+/// for the samples so far, or ten seconds have passed. Nothing else may be there.
 ///
-/// Opacity is told by one pixel that all cards fill with nothing but their surface, `wallpaper` being what
-/// is seen there without a banner.
+/// Opacity is measured at one pixel that every card fills with its surface only; `wallpaper` is the colour
+/// there without a banner.
 [[nodiscard]] std::vector<FadeSample>
 recordFade(const XObserver& screen, Rect card, Color wallpaper,
            const std::function<bool(const std::vector<FadeSample>&)>& isOver);
@@ -34,7 +34,7 @@ recordFade(const XObserver& screen, Rect card, Color wallpaper,
 /// The largest step of opacity against `direction`, which is +1 for a fade in and -1 for a fade out.
 [[nodiscard]] double largestRelapse(const std::vector<FadeSample>& samples, int direction);
 
-/// The samples that are neither invisible nor in full.
+/// The number of samples that are neither invisible nor opaque.
 [[nodiscard]] std::size_t stepsBetween(const std::vector<FadeSample>& samples);
 
 } // namespace corvane::test

@@ -13,15 +13,15 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-// How late a compositor may show what has become of a window, and how late it may show a new one at all.
+// How late a compositing manager may show a window's changes, and how late a new window.
 constexpr auto delay = 300ms;
 constexpr auto firstDelay = 1s;
 
-// Other banners move at once when one is to leave, which shows in its opacity from the next step on.
+// When one banner is dismissed the others move at once, while its opacity changes only from the next step on.
 constexpr auto notice = 100ms;
 constexpr std::size_t maxUndecided = 10;
 
-// The fill lets a little of the wallpaper through, which is another one at another place.
+// The fill lets a little of the wallpaper through, which differs from place to place.
 constexpr int tolerance = 16;
 
 void blacken(Picture& picture, Rect area) {
@@ -32,7 +32,7 @@ void blacken(Picture& picture, Rect area) {
     }
 }
 
-// What is compared: all of the card but for its clock's line and for its rim, where the desktop shows at the
+// What is compared: the whole card except its clock's line and its rim, where the desktop is visible at the
 // round corners.
 Picture constantPart(const Picture& screen, Rect card) {
     constexpr int rim = 3;
@@ -86,7 +86,7 @@ void FrameWatch::look() {
     // More than three banners need.
     const Rect area{0, 0, screen_.screenArea().width, 400};
     Picture seen = screen_.screen(area);
-    // Afterwards, so that one that is still said to be opaque had not begun to fade in the picture.
+    // Queried after the picture, so that a banner that is still opaque had not begun to fade in it.
     const std::vector<Banner> banners = screen_.banners();
     note(banners);
     decide(steady_clock::now() - notice);
@@ -134,7 +134,7 @@ void FrameWatch::judge(const Picture& screen, const std::vector<Banner>& banners
             card.whole = constantPart(screen, banner.card);
             ++result_.cards;
         }
-        if (tears_.size() >= maxUndecided) return; // they hold pictures, and one would do
+        if (tears_.size() >= maxUndecided) return; // they hold pictures, and one is enough
         if (now - *card.opaqueSince < (card.whole ? delay : firstDelay)) continue;
         if (const auto wrong = card.whole ? fault(screen, card) : bannerFault(screen, banner)) {
             tears_.push_back({now, banner.window,

@@ -14,13 +14,12 @@
 
 namespace corvane::test {
 
-/// Watches the banners as the screen shows them, every few milliseconds, on a thread and a connection of its
-/// own. Each that is opaque, and not about to fade out, must be seen whole: at its place or, since
-/// compositors are a little late, at one that it has left just before. A new one may take a second until it
-/// is.
+/// Watches the banners as the screen shows them, every few milliseconds, on its own thread and connection.
+/// Each that is opaque, and not about to fade out, must be seen whole: at its place or, since compositing
+/// managers lag a little, at its previous one. A new one may take a second until it is whole.
 ///
-/// Whole means as it was when all of it was right for the first time, pixel by pixel, except for its clock.
-/// The pointer must stay away from the banners.
+/// Whole means identical, pixel by pixel, to its first correct appearance, except for its clock. The pointer
+/// must stay away from the banners.
 class FrameWatch {
   public:
     /// `display` as in DISPLAY.
@@ -30,11 +29,11 @@ class FrameWatch {
     ~FrameWatch();
 
     struct Result {
-        std::size_t frames = 0; ///< how many times the screen was another one than before
-        std::size_t cards = 0;  ///< the banners that were seen whole
+        std::size_t frames = 0; ///< how many times the screen changed
+        std::size_t cards = 0;  ///< the number of banners that were seen whole
         std::size_t torn = 0;   ///< how many times one of them was not
-        std::string fault;      ///< what was wrong for the first time, and
-        Picture picture;        ///< what the screen showed then
+        std::string fault;      ///< the first fault, and
+        Picture picture;        ///< the screen at that time
     };
     /// Stops watching.
     [[nodiscard]] Result stop();
@@ -48,7 +47,7 @@ class FrameWatch {
     };
     struct Card {
         std::optional<Time> opaqueSince;
-        std::vector<Place> places; // the present one last
+        std::vector<Place> places; // the current one last
         std::optional<Picture> whole;
     };
 

@@ -18,7 +18,7 @@ struct Rect {
 
     bool operator==(const Rect&) const = default;
 
-    [[nodiscard]] int right() const { return x + width; } ///< the first column beside it
+    [[nodiscard]] int right() const { return x + width; } ///< the first column to the right of it
     [[nodiscard]] int bottom() const { return y + height; }
     [[nodiscard]] int middleX() const { return x + width / 2; }
     [[nodiscard]] int middleY() const { return y + height / 2; }
@@ -45,11 +45,11 @@ struct Color {
     }
 };
 
-/// What a screen showed at one moment.
+/// A screenshot.
 struct Picture {
     int width = 0;
     int height = 0;
-    std::vector<std::uint32_t> pixels; ///< row by row from the top; the high byte means nothing
+    std::vector<std::uint32_t> pixels; ///< row by row from the top; the high byte is undefined
 
     /// The colour of one pixel; black outside.
     [[nodiscard]] Color at(int x, int y) const;
@@ -57,7 +57,7 @@ struct Picture {
     /// The share (0 to 1) of the pixels of `area` whose colour is within `tolerance` of `color`.
     [[nodiscard]] double share(Rect area, Color color, int tolerance) const;
 
-    /// The part within `area`, which must lie inside.
+    /// The part within `area`, which must be inside.
     [[nodiscard]] Picture part(Rect area) const;
 
     /// The number of pixels in which two pictures differ by more than `tolerance` in a channel; all of them

@@ -41,7 +41,7 @@ SidePanel::SidePanel(const std::string& display, Rect area)
     const xcb_atom_t type = atom(connection_, "_NET_WM_WINDOW_TYPE_DOCK");
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(connection_, "_NET_WM_WINDOW_TYPE"),
                         XCB_ATOM_ATOM, 32, 1, &type);
-    // Left, right, top and bottom, then where each of them begins and ends.
+    // Left, right, top and bottom, then the start and the end of each.
     std::array<std::uint32_t, 12> strut{};
     strut[2] = static_cast<std::uint32_t>(area.height);
     strut[8] = static_cast<std::uint32_t>(area.x);
@@ -49,7 +49,7 @@ SidePanel::SidePanel(const std::string& display, Rect area)
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window,
                         atom(connection_, "_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL, 32, strut.size(),
                         strut.data());
-    // Asks for exactly this place: user-specified position and size.
+    // Requests exactly this geometry: user-specified position and size.
     constexpr std::uint32_t userPosition = 1;
     constexpr std::uint32_t userSize = 2;
     const std::array<std::uint32_t, 18> hints{userPosition | userSize};

@@ -8,12 +8,12 @@ struct xcb_connection_t;
 
 namespace corvane::test {
 
-/// A panel at the top edge of the screen that keeps other windows away from its place, as a desktop's task
-/// bar does. It goes with this object.
+/// A panel at the top edge of the screen that reserves its area (a strut), as a desktop's task bar does. It
+/// is removed with this object.
 class SidePanel {
   public:
     /// Covers `area`, which begins at the screen's top. Throws std::runtime_error when the X server on
-    /// `display` does not answer.
+    /// `display` does not respond.
     SidePanel(const std::string& display, Rect area);
     SidePanel(const SidePanel&) = delete;
     SidePanel& operator=(const SidePanel&) = delete;

@@ -14,7 +14,7 @@ namespace corvane::test {
 
 namespace {
 
-/// How much of each pixel is covered by ink, 0 to 1, whatever the colours.
+/// How much of each pixel is covered by text, 0 to 1, whatever the colours.
 struct Ink {
     int width = 0;
     int height = 0;
@@ -26,7 +26,7 @@ struct Ink {
     }
 };
 
-// Ink above this is seen as a letter's, not as a trace of what lies below the banner.
+// Coverage above this counts as a letter's, not as a trace of what is below the banner.
 constexpr double visible = 0.2;
 
 // The darkest pixel is full ink and the lightest is none; the other way round in the dark appearance.
@@ -49,7 +49,7 @@ Ink inkOf(const Picture& picture) {
     return ink;
 }
 
-// The words as Qt draws them, cut to their ink.
+// The words as Qt draws them, cropped to their bounding box.
 Picture drawn(BannerLine line, const std::string& words) {
     if (qApp == nullptr) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -147,7 +147,7 @@ std::optional<std::string> wordsFault(const Picture& screen, const Banner& banne
     }
     const int bottom = match.y + wanted.height;
     if (!isEmpty(seen, 0, match.x, match.y, bottom)) return "something stands before \"" + words + "\"";
-    // A space is wider than what lies between two letters.
+    // A space is wider than the gap between two letters.
     constexpr int space = 4;
     const int after = match.x + wanted.width;
     if (!isEmpty(seen, after, line == BannerLine::title ? seen.width : after + space, match.y, bottom))

@@ -15,7 +15,7 @@ void recordUsedFiles(const std::vector<pid_t>& processes) {
     const char* const folder = std::getenv("CORVANE_USED_FILES");
     if (folder == nullptr) return;
     static std::set<std::string> known;
-    // Test programs run at the same time: each has a file of its own.
+    // Test programs run in parallel: each has its own file.
     std::ofstream record(fs::path(folder) / std::to_string(getpid()), std::ios::app);
     for (const pid_t process : processes) {
         const fs::path entry = fs::path("/proc") / std::to_string(process);

@@ -16,10 +16,10 @@ struct Free {
 template <typename Message>
 using MessagePointer = std::unique_ptr<Message, Free>;
 
-// The top bit tells events that another client sent.
+// The top bit marks events sent by another client.
 constexpr std::uint8_t responseTypeMask = 0x7F;
 
-// Returns once the server has sent all that was to be sent so far.
+// Returns once the server has sent all events so far.
 void synchronize(xcb_connection_t* connection) {
     const MessagePointer<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));

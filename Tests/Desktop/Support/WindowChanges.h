@@ -9,8 +9,8 @@ struct xcb_connection_t;
 
 namespace corvane::test {
 
-/// Counts how often top-level windows are moved, resized or restacked, over a connection of its own. A
-/// request that leaves a window as it is does not count.
+/// Counts how often top-level windows are moved, resized or restacked, over its own connection. A request
+/// that changes nothing does not count.
 class WindowChanges {
   public:
     /// `display` as in DISPLAY.

@@ -29,7 +29,7 @@ struct Size {
 constexpr Size waitingSize{520, 96};
 constexpr Size doneSize{360, 64};
 
-// The room for the shadow around a card.
+// The margins for the shadow around a card.
 constexpr int shadowSide = 24;
 constexpr int shadowAbove = 16;
 constexpr int shadowBelow = 32;
@@ -41,7 +41,6 @@ std::string lowerCase(std::string_view text) {
     return result;
 }
 
-// The banner that a window of this frame is, if any.
 /// The banner of a window, if its cards are `eighths` eighths of their ordinary size.
 std::optional<Banner> bannerOf(std::uint32_t window, Rect frame, int eighths) {
     for (const auto& [kind, ordinary] :
@@ -59,7 +58,7 @@ std::optional<Banner> bannerOf(std::uint32_t window, Rect frame, int eighths) {
 }
 
 std::optional<Banner> bannerOf(std::uint32_t window, Rect frame) {
-    // The sizes that large text gives to them; no two of them are the same.
+    // Their sizes at all text scales; no two of them are the same.
     for (int eighths = 8; eighths <= 12; ++eighths) {
         if (const std::optional<Banner> banner = bannerOf(window, frame, eighths)) return banner;
     }
@@ -151,7 +150,7 @@ std::vector<Banner> XObserver::mapped(Kinds kinds) const {
             xcb_get_window_attributes_reply(connection_, attributesCookie, nullptr));
         const ReplyPointer<xcb_get_geometry_reply_t> place(
             xcb_get_geometry_reply(connection_, geometryCookie, nullptr));
-        // The window may go between the questions.
+        // The window may be destroyed between the requests.
         if (!attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE || !isOurs(window))
             continue;
         const Rect frame{place->x, place->y, place->width, place->height};
@@ -239,7 +238,8 @@ std::string XObserver::windowManager() const {
 }
 
 bool XObserver::windowManagerResponds(std::chrono::milliseconds timeout) {
-    // Any window may ask how large its frame will be before it is mapped. This one goes with the observer.
+    // Any window may ask how large its frame will be before it is mapped. This one is destroyed with the
+    // observer.
     const std::uint32_t window = xcb_generate_id(connection_);
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -252,7 +252,7 @@ bool XObserver::windowManagerResponds(std::chrono::milliseconds timeout) {
 bool XObserver::isManaged() const {
     const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, root_), nullptr));
-    // Only one client at a time may answer for others where their windows go.
+    // Only one client at a time may redirect the requests of others.
     return attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
 }
 
@@ -368,7 +368,7 @@ void XObserver::requestWorkspaceCount(std::uint32_t count) {
 }
 
 std::uint32_t XObserver::serverTime() {
-    // The server tells it with each change of a property.
+    // The server reports it with each property change.
     const std::uint32_t window = xcb_generate_id(connection_);
     constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 1, 1, 0,
@@ -446,7 +446,7 @@ void XObserver::paintWallpaper() {
     }
     xcb_free_gc(connection_, context);
     xcb_change_window_attributes(connection_, root_, XCB_CW_BACK_PIXMAP, &pixmap);
-    // Compositors take the background from these; it must outlive this connection.
+    // Compositing managers take the background from these; it must outlive this connection.
     for (const char* const name : {"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"}) {
         xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, atom(name), XCB_ATOM_PIXMAP, 32, 1,
                             &pixmap);

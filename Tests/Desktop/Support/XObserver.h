@@ -17,24 +17,24 @@ namespace corvane::test {
 
 enum class BannerKind : std::uint8_t { waiting, done };
 
-/// One banner window as the X server has it.
+/// One banner window as the X server reports it.
 struct Banner {
     std::uint32_t window = 0;
     BannerKind kind = BannerKind::waiting;
     Rect frame;             ///< the whole window
-    Rect card;              ///< the card in it, without the room for its shadow
-    bool hasShadow = false; ///< whether the window has room for a shadow around the card
+    Rect card;              ///< the card in it, without the margins for its shadow
+    bool hasShadow = false; ///< whether the window has margins for a shadow around the card
 
     bool operator==(const Banner&) const = default;
 };
 
-/// Looks at an X display from outside, over a connection of its own: what windows there are and what the
-/// screen shows. Asks the X server only, never the application.
+/// Inspects an X display from outside, over its own connection: the windows and what the screen shows.
+/// Queries only the X server, never the application.
 ///
-/// Every function throws std::runtime_error when the server cannot be reached. One thread at a time.
+/// Every function throws std::runtime_error if the server cannot be reached. Not thread-safe.
 class XObserver {
   public:
-    /// `display` as in DISPLAY, which an empty one stands for.
+    /// `display` as in DISPLAY, which is the default.
     explicit XObserver(const std::string& display = {});
     XObserver(const XObserver&) = delete;
     XObserver& operator=(const XObserver&) = delete;
@@ -42,62 +42,61 @@ class XObserver {
 
     [[nodiscard]] Rect screenArea() const;
 
-    /// The part of the screen that panels leave free, as the window manager says; else the whole screen.
+    /// The work area that the window manager reports; else the whole screen.
     [[nodiscard]] Rect workArea() const;
 
     /// The mapped override-redirect windows of the application that have a banner's size, the highest on the
     /// screen first.
     [[nodiscard]] std::vector<Banner> banners() const;
 
-    /// The places of the application's open menus: its other override-redirect windows.
+    /// The geometry of the application's open menus: its other override-redirect windows.
     [[nodiscard]] std::vector<Rect> menus() const;
 
-    /// Whether `upper`, or the frame around it, lies above `lower` in the stacking order.
+    /// Whether `upper`, or the frame around it, is above `lower` in the stacking order.
     [[nodiscard]] bool isAbove(std::uint32_t upper, std::uint32_t lower) const;
 
-    /// How opaque a compositor is to draw a window, 0 to 1.
+    /// The opacity that is set for compositing managers, 0 to 1.
     [[nodiscard]] double opacity(std::uint32_t window) const;
 
     /// All mapped windows of the application, banners or not.
     [[nodiscard]] std::size_t windowCount() const;
 
-    /// What the screen shows, with what a compositor draws.
+    /// What the screen shows, including compositing.
     [[nodiscard]] Picture screen() const;
-    /// The part of it within `area`, which must lie on the screen. Quick enough to follow a fade.
+    /// The part of it within `area`, which must be on the screen. Fast enough to follow a fade.
     [[nodiscard]] Picture screen(Rect area) const;
 
-    /// The title of the window manager that runs; empty when there is none.
+    /// The name of the running window manager; empty when there is none.
     [[nodiscard]] std::string windowManager() const;
 
-    /// Whether the window manager, which must have a title, responds to requests within `timeout`. It claims
+    /// Whether the window manager, which must have a name, responds to requests within `timeout`. It claims
     /// the display early in its start and may take another second or more to reach its main loop.
     ///
     /// Asks again and again until it responds. Openbox moves the events that arrive during its start into a
     /// queue of its own, and then sleeps until the X server sends one more: without a further event, windows
-    /// that were mapped meanwhile stay unmanaged. A desktop with a user at it never lacks events.
+    /// that were mapped meanwhile stay unmanaged. A desktop in use never lacks events.
     [[nodiscard]] bool windowManagerResponds(std::chrono::milliseconds timeout);
 
-    /// Whether a window manager of any kind runs, also one that does not give its title.
+    /// Whether any window manager runs, even one that does not report its name.
     [[nodiscard]] bool isManaged() const;
 
-    /// Whether a compositor blends the windows.
+    /// Whether a compositing manager blends the windows.
     [[nodiscard]] bool isComposited() const;
 
-    /// The window that gets the keys, and the one that the window manager calls active.
+    /// The window with the input focus, and the one that the window manager reports as active.
     [[nodiscard]] std::uint32_t focusedWindow() const;
     [[nodiscard]] std::uint32_t activeWindow() const;
 
-    /// The managed windows whose class is `name`, in any case of letters.
+    /// The managed windows whose class is `name`, ignoring case.
     [[nodiscard]] std::vector<std::uint32_t> managedWindows(std::string_view name) const;
     [[nodiscard]] Rect geometry(std::uint32_t window) const;
 
-    /// Whether a window wants the keys, by its input hint or because it was shown for the user to use it at
-    /// once.
+    /// Whether a window wants the focus, by its input hint or a _NET_WM_USER_TIME other than 0.
     [[nodiscard]] bool asksForFocus(std::uint32_t window) const;
 
     [[nodiscard]] bool isMinimized(std::uint32_t window) const;
 
-    /// The sides of the icons that a window gives to window lists, in pixels.
+    /// The sizes of the icons that a window provides for window lists, in pixels.
     [[nodiscard]] std::vector<std::uint32_t> iconSides(std::uint32_t window) const;
     /// The class by which desktops find a window's desktop entry.
     [[nodiscard]] std::string windowClass(std::uint32_t window) const;
@@ -106,17 +105,17 @@ class XObserver {
     /// The workspace of a managed window.
     [[nodiscard]] std::uint32_t workspace(std::uint32_t window) const;
 
-    /// Ask the window manager, as a pager or the window itself does.
+    /// Send requests to the window manager, as a pager or the window itself does.
     void requestFullScreen(std::uint32_t window);
     void requestMinimized(std::uint32_t window);
     void requestWorkspace(std::uint32_t index);
     void requestWorkspaceCount(std::uint32_t count);
 
-    /// Notes that the user uses the window at this moment, as toolkits do at each key press: window managers
-    /// give no other program's window the focus for a reason that is older.
+    /// Marks the window as used at this moment, as toolkits do at each key press: window managers give no
+    /// other program's window the focus for an older reason.
     void noteUse(std::uint32_t window);
 
-    /// Puts a window in front of all others that no window manager looks after. It goes with this observer.
+    /// Shows an override-redirect window in front of all others. It is removed with this observer.
     void cover(Rect area);
 
     /// Announces, as a compositor does, that it blurs what lies behind windows that ask for it; or takes that
@@ -125,7 +124,7 @@ class XObserver {
     /// The rectangles of a window behind which it asks for the blur, in the window's coordinates.
     [[nodiscard]] std::vector<Rect> blurRegion(std::uint32_t window) const;
 
-    /// Fills the desktop's background with two tones, and tells compositors about it.
+    /// Fills the desktop's background with two tones, and announces it to compositing managers.
     void paintWallpaper();
 
   private:
@@ -135,11 +134,11 @@ class XObserver {
     [[nodiscard]] bool isOurs(std::uint32_t window) const;
     enum class Kinds { banners, menus, all };
     [[nodiscard]] std::vector<Banner> mapped(Kinds kinds) const;
-    /// The child of the root window that holds `window`.
+    /// The child of the root window that contains `window`.
     [[nodiscard]] std::uint32_t frame(std::uint32_t window) const;
     void request(std::uint32_t window, std::string_view message, std::array<std::uint32_t, 5> data);
     [[nodiscard]] std::uint32_t serverTime(); // in milliseconds
-    void roundTrip() const;                   // returns when all that was asked for has been done
+    void roundTrip() const;                   // returns when the server has processed all requests
 
     xcb_connection_t* connection_;
     std::uint32_t root_ = 0;
@@ -148,7 +147,7 @@ class XObserver {
     Rect screen_;
 };
 
-/// Asks `condition` again and again until it holds or `timeout` has passed; whether it held.
+/// Polls `condition` until it holds or `timeout` has passed; returns whether it held.
 bool waitUntil(std::chrono::milliseconds timeout, const std::function<bool()>& condition);
 
 } // namespace corvane::test

@@ -1,4 +1,4 @@
-// A window that is open but covered is raised when the user asks for it, whatever window manager runs.
+// An open but covered window is raised when the user requests it, whatever the window manager.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Tray/NotifierHost.h"
@@ -28,7 +28,7 @@ class CoveredWindow : public testing::TestWithParam<std::string> {
         ASSERT_TRUE(eventually([this] { return host.items().size() == 1; }));
     }
 
-    /// Twm knows nothing of active windows.
+    /// Twm does not report the active window.
     [[nodiscard]] static bool tellsActiveWindow() { return GetParam() != "twm"; }
 
     bool eventually(const std::function<bool()>& condition) {
@@ -38,7 +38,7 @@ class CoveredWindow : public testing::TestWithParam<std::string> {
         });
     }
 
-    /// Whether the screen shows a window of the application, by the colour of its ground.
+    /// Whether the screen shows a window of the application, by its background colour.
     [[nodiscard]] bool isSeen() { return desktop.screen().screen().share(screenArea, background, 2) > 0.05; }
     [[nodiscard]] bool isActive() {
         const auto windows = desktop.screen().managedWindows("corvane");
@@ -49,7 +49,7 @@ class CoveredWindow : public testing::TestWithParam<std::string> {
         return eventually([this] { return isSeen() && (!tellsActiveWindow() || isActive()); });
     }
 
-    /// Covers the screen with a terminal in which the user then types.
+    /// Covers the screen with a terminal that the user then types in.
     void cover() {
         constexpr const char* everything = "260x80+0+0";
         if (tellsActiveWindow()) {

@@ -13,8 +13,8 @@
 
 namespace corvane::test {
 
-/// A panel that shows StatusNotifierItems, as far as an application can tell: the watcher on the session bus,
-/// and what a panel asks of the items. Needs a QCoreApplication whose events are processed.
+/// A fake host of StatusNotifierItems: the watcher on the session bus, and a panel's queries to the items.
+/// Needs a QCoreApplication whose events are processed.
 class NotifierHost : public QObject {
     Q_OBJECT
 
@@ -25,13 +25,13 @@ class NotifierHost : public QObject {
     NotifierHost& operator=(const NotifierHost&) = delete;
     ~NotifierHost() override;
 
-    /// Takes the watcher's name, or gives it up and forgets all items.
+    /// Claims the watcher's name, or releases it and forgets all items.
     void start();
     void stop();
-    /// A watcher may be there long before the panel that shows icons.
+    /// A watcher may be there long before a host.
     void setHasHost(bool hasHost);
 
-    /// The names on the bus of the items that have registered and are still there.
+    /// The bus names of the items that have registered and are still there.
     [[nodiscard]] QStringList items() const { return items_; }
 
     /// A property of the first item; invalid when there is none.
@@ -46,7 +46,7 @@ class NotifierHost : public QObject {
         std::string label;
     };
     [[nodiscard]] std::vector<Entry> menu() const;
-    /// Chooses the entry of this label; false when there is none.
+    /// Activates the entry of this label; returns false when there is none.
     bool choose(const std::string& label);
 
     /// Tells the first item's menu that it is about to be shown.
@@ -90,7 +90,7 @@ class WatcherAdaptor : public QDBusAbstractAdaptor {
     [[nodiscard]] bool hasHost() const { return host_.hasHost(); }
     [[nodiscard]] int version() const { return 0; }
 
-    // The interface's names are given.
+    // The interface prescribes the names.
     // NOLINTBEGIN(readability-identifier-naming,readability-redundant-access-specifiers)
   public Q_SLOTS:
     void RegisterStatusNotifierItem(const QString& service) { host_.add(service); }

@@ -1,5 +1,5 @@
-// The application's own panel and menus, and the banners that come while they are open: no click lands in
-// anything but what the user sees.
+// The application's own panel and menus, and the banners that appear while they are open: every click hits
+// what the user sees.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -69,7 +69,7 @@ class OwnWindows : public testing::Test {
                   0);
     }
 
-    /// Presses and lets go as slowly as a hand does.
+    /// Presses and releases as slowly as a hand does.
     void pressLikeAHand(Rect area) {
         EXPECT_EQ(desktop
                       .run({"xdotool", "mousemove", std::to_string(area.middleX()),
@@ -81,7 +81,7 @@ class OwnWindows : public testing::Test {
 
     [[nodiscard]] std::vector<std::uint32_t> windows() { return desktop.screen().managedWindows("corvane"); }
 
-    /// Whether both banners come to stand clear of `area`, below it.
+    /// Whether both banners are placed below `area`, clear of it.
     [[nodiscard]] bool areBelow(Rect area) {
         return waitUntil(5s, [&] {
             const std::vector<Banner> banners = desktop.screen().banners();
@@ -105,7 +105,7 @@ TEST_F(OwnWindows, bannersMoveBelowThePanelWhoseButtonsTakeTheirClicks) {
     ASSERT_TRUE(areBelow(panel));
     for (const Banner& banner : desktop.screen().banners())
         EXPECT_TRUE(desktop.screen().isAbove(windows().front(), banner.window));
-    // One that comes now keeps clear of the panel as well.
+    // A banner that appears now keeps clear of the panel as well.
     desktop.claude("PostToolUse-Bash", "b", "shop");
     ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
     desktop.claude("Notification-permission_prompt", "b", "shop");

@@ -1,4 +1,4 @@
-// One application for each user and session, whatever is started again.
+// One instance per user and session, however often it is started.
 
 #include "Desktop/Support/DesktopSession.h"
 
@@ -32,7 +32,7 @@ class SecondStart : public testing::TestWithParam<Bus> {
         return waitUntil(10s, [this] { return desktop.screen().managedWindows("corvane").size() == 1; });
     }
 
-    /// Whether an application takes events away from the inbox.
+    /// Whether an application reads the inbox.
     [[nodiscard]] bool isServing() {
         writeFile(desktop.paths().events() / "0.event", "");
         return waitUntil(15s, [this] { return desktop.inbox().empty(); });
@@ -86,7 +86,7 @@ TEST_P(SecondStart, ofManyAtTheSameInstantExactlyOneStays) {
     EXPECT_TRUE(hasMainWindow()) << "the others have asked it to come forward";
 }
 
-// The second one may ask before the first has made its windows.
+// The second one may ask before the first has created its windows.
 TEST_P(SecondStart, ofTwoAtTheSameInstantTheOneThatStaysComesForward) {
     for (int round = 0; round < 5; ++round) {
         const auto one = start("one");

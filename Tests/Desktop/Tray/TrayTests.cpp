@@ -1,5 +1,5 @@
-// The tray icon and its panel with real hosts: one on the session bus, played by the test, and trayer, which
-// embeds windows.
+// The tray icon and its panel with real hosts: a fake one on the session bus, and trayer, which embeds
+// windows.
 
 #include "Connection/AgentConnector.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -47,7 +47,7 @@ class Tray : public testing::Test {
     [[nodiscard]] bool hasWindows(std::size_t count) {
         return eventually([this, count] { return windows().size() == count; });
     }
-    /// Opens the panel, and waits until it has the keyboard.
+    /// Opens the panel, and waits until it has the keyboard focus.
     [[nodiscard]] bool panelHasKeyboard() {
         return eventually([this] {
             const auto present = windows();
@@ -209,7 +209,7 @@ TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
     host->start();
     desktop.startApplication();
     ASSERT_TRUE(isRegistered());
-    // As installed: a program of its own name, here one that does nothing but read.
+    // As installed: a program with its own name, here one that only reads.
     const std::filesystem::path agent = desktop.home() / "bin/codex";
     std::filesystem::create_directories(agent.parent_path());
     std::filesystem::copy_file("/bin/cat", agent);
@@ -242,15 +242,15 @@ INSTANTIATE_TEST_SUITE_P(WindowManagers, ManagedTray, testing::ValuesIn(focusing
 class EmbeddingTray : public Tray {
   protected:
     void startTrayer() {
-        // Of a fixed width: on request it at times stays without any.
+        // Of a fixed width: on request, it sometimes stays at zero width.
         trayer = desktop.run({"trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel",
                               "--width", "120", "--height", "24", "--SetDockType", "true"},
                              "trayer");
     }
 
-    /// Whether the tray shows the bell, found by its colour; `icon` is a place on it then.
+    /// Whether the tray shows the bell, found by its colour; if so, `icon` is set to a point on it.
     [[nodiscard]] bool isEmbedded() {
-        // A tray moves and resizes its icons for a while until it is done.
+        // A tray may move and resize its icons several times.
         int looks = 0;
         return eventually([this, &looks] {
             const std::optional<Rect> found = bell();

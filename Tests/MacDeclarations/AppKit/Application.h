@@ -46,7 +46,7 @@ extern NSNotificationName NSApplicationDidChangeScreenParametersNotification;
 - (NSApplicationActivationPolicy)activationPolicy;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activate API_AVAILABLE(macos(14.0));
-// Announced to be deprecated one day, which compilers keep to themselves until then.
+// Marked for deprecation in a future version, of which compilers do not warn yet.
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)yieldActivationToApplication:(NSRunningApplication*)application API_AVAILABLE(macos(14.0));
 @property(nullable, strong) NSAppearance* appearance API_AVAILABLE(macos(10.14));

@@ -47,7 +47,7 @@ API_AVAILABLE(macos(11.0))
            drawingHandler:(BOOL (^)(NSRect dstRect))drawingHandler API_AVAILABLE(macos(10.8));
 - (instancetype)initWithCGImage:(CGImageRef)cgImage size:(NSSize)size API_AVAILABLE(macos(10.6));
 @property NSSize size;
-// Under another name, since C++ keeps this one for itself.
+// Under another name, since this one is a keyword in C++.
 @property(getter=isTemplate, setter=setTemplate:) BOOL _template;
 - (void)drawInRect:(NSRect)rect API_AVAILABLE(macos(10.9));
 @end

@@ -46,7 +46,7 @@ API_AVAILABLE(macos(10.5))
 - (void)mouseExited:(NSEvent*)event;
 @end
 
-// Of the protocol, what views and windows are asked for here.
+// Only the part of the protocol that is used with views and windows here.
 @protocol NSAccessibility <NSObject>
 @property(nullable, copy) NSString* accessibilityLabel API_AVAILABLE(macos(10.10));
 @end

@@ -35,7 +35,7 @@ enum __attribute__((flag_enum)) : CGBitmapInfo {
     kCGBitmapByteOrder32Big = (4 << 12),
 };
 
-// By the processor's byte order, which is that of all processors that macOS runs on.
+// For the processor's byte order, which is the same on all processors that macOS runs on.
 static const CGBitmapInfo kCGBitmapByteOrder32Host = kCGBitmapByteOrder32Little;
 
 extern "C" {

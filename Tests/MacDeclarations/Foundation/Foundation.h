@@ -5,7 +5,7 @@
 #include <TargetConditionals.h>
 #include <dispatch/dispatch.h>
 
-// As in C++ on macOS: an enumeration is a type of its own, a set of options is its integer.
+// As in C++ on macOS: an enumeration is a distinct type, a set of options is its integer.
 #define NS_ENUM(type, name)                                                                                  \
     enum name : type name;                                                                                   \
     enum name : type

@@ -1,4 +1,4 @@
-// In place of the C library's: macOS has "long long" for 64 bits, which is another type than "long".
+// Replaces the C library's: macOS uses "long long" for 64 bits, a different type from "long".
 #ifndef _BITS_STDINT_INTN_H
 #define _BITS_STDINT_INTN_H 1
 typedef signed char int8_t;

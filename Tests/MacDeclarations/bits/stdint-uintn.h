@@ -1,5 +1,5 @@
-// In place of the C library's: macOS has "unsigned long long" for 64 bits, which is another type than
-// "unsigned long".
+// Replaces the C library's: macOS uses "unsigned long long" for 64 bits, a different type from "unsigned
+// long".
 #ifndef _BITS_STDINT_UINTN_H
 #define _BITS_STDINT_UINTN_H 1
 typedef unsigned char uint8_t;

@@ -1,4 +1,5 @@
-// Only the names of the times differ. They are not the C library's macros, so that its own names are unknown.
+// Only the names of the times differ. The C library's macros are not defined, so its own names do not
+// compile.
 #define st_atim st_atimespec
 #define st_mtim st_mtimespec
 #define st_ctim st_ctimespec

@@ -1,4 +1,4 @@
-// What assistive technology finds in the banners on Linux. What it is told is tested on an accessibility bus.
+// What assistive technology finds in the banners on Linux. Events are tested on an accessibility bus.
 
 #include "App/Support/Sessions.h"
 #include "BannerViews.h"

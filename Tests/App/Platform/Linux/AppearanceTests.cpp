@@ -9,7 +9,7 @@
 namespace corvane {
 namespace {
 
-/// On a desktop without a portal: the palette is all there is.
+/// On a desktop without a portal, where only the palette is known.
 class LinuxAppearanceTest : public testing::Test {
   protected:
     static void SetUpTestSuite() { qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"); }
@@ -25,7 +25,7 @@ class LinuxAppearanceTest : public testing::Test {
     /// As the application does.
     void layOwnPaletteOver() { QApplication::setPalette(Tokens::palette(appearance_->colorScheme())); }
 
-    /// As Qt does when the desktop's palette is another one: fills in what the application has not set.
+    /// As Qt does when the desktop's palette changes: fills in what the application has not set.
     void desktopTurns(Qt::GlobalColor color) {
         QApplication::setPalette(Tokens::palette(appearance_->colorScheme()).resolve(desktopPalette(color)));
         QCoreApplication::processEvents();

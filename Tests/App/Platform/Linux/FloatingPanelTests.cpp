@@ -16,14 +16,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Moves animations on by hand, in place of the screen's clock.
+/// Advances animations manually, instead of the real clock.
 class HandDrivenAnimations : public QAnimationDriver {
   public:
     HandDrivenAnimations() { install(); }
     ~HandDrivenAnimations() override { uninstall(); }
 
     void pass(int count) {
-        // A new animation joins from the event loop, in two rounds, and counts from the next step.
+        // A new animation is registered by the event loop, in two iterations, and counts from the next step.
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();
         advance();
@@ -179,7 +179,7 @@ TEST_F(LinuxFloatingPanelTest, aFadeOutDuringTheFadeInNeverLosesOpacityAtOnce) {
         animations_.pass(5);
     EXPECT_GE(seen.size(), 30U);
     EXPECT_EQ(seen.back(), 0.0);
-    // The fade loses the most in its first step: twice the even share.
+    // The fade's first step is the largest: twice the average.
     const double largestStep = 2 * most * 5 / 180;
     for (std::size_t i = 1; i < seen.size(); ++i) {
         EXPECT_LE(seen[i], seen[i - 1]) << i;

@@ -68,7 +68,7 @@ TEST_F(LinuxLoginItemTest, aProgramThatIsGoneIsNotStarted) {
 }
 
 TEST_F(LinuxLoginItemTest, aFailureIsToldInWordsAndChangesNothing) {
-    // A file where the folder should be stops everybody, also an administrator.
+    // A file in place of the folder stops everybody, even root.
     test::writeFile(folder_ / "config/autostart", "in the way");
     try {
         item_.setEnabled(true);

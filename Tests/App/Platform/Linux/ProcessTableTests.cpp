@@ -73,7 +73,7 @@ TEST_F(ProcessTableTest, ancestryGoesUpToTheFirstProcess) {
 TEST_F(ProcessTableTest, ancestryEndsWhereNothingCanBeRead) {
     add(40, 30, "claude", "claude\0"s, "/w/shop");
     EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30}));
-    // A number that is used anew while we look may close a circle.
+    // A process ID that is reused during the search may cause a cycle.
     add(30, 40, "bash", "bash\0"s, "/");
     EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30}));
 }

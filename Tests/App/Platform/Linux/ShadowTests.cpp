@@ -23,10 +23,10 @@ constexpr Look looks[] = {
     {ColorScheme::dark, {8, 12, 0.44}, {1, 1.5, 0.36}},
 };
 
-// So large that the middle of a side feels only that side.
+// So large that only the nearest side affects the shadow at its middle.
 constexpr QSize cardSize{400, 200};
 
-/// How dark a layer is `distance` outside of a long side; `offset` is how far it has moved that way.
+/// How dark a layer is at `distance` outside of a long side; `offset` is its shift in that direction.
 double layerAt(const Layer& layer, double distance, double offset) {
     return layer.opacity * std::erfc((distance - offset) / layer.deviation / std::sqrt(2.0)) / 2;
 }
@@ -47,7 +47,7 @@ TEST(LinuxShadow, cardShadowHasItsTwoLayersInBothAppearances) {
             const auto alpha = [&](int x, int y) { return qAlpha(shadow.pixel(x, y)); };
             const int middleX = shadow.width() / 2;
             const int middleY = (16 + 100) * ratio;
-            // Three means stand in for the Gaussian of each layer.
+            // Three means approximate the Gaussian of each layer.
             constexpr double tolerance = 6; // of 255
             for (const int step : {0, 1, 2, 4, 8, 14}) {
                 const int pixel = step * ratio;
@@ -72,14 +72,14 @@ TEST(LinuxShadow, nothingOfAShadowLiesBelowTheCard) {
         int inside = 0;
         for (int y = 0; y < cardSize.height(); ++y) {
             for (int x = 0; x < cardSize.width(); ++x) {
-                // The whole pixel must lie on the card: the corners let a part of the shadow show.
+                // The whole pixel must be on the card: a part of the shadow is visible at the corners.
                 if (!outline.contains(QRectF(x, y, 1, 1))) continue;
                 ++inside;
                 ASSERT_EQ(qAlpha(shadow.pixel(24 + x, 16 + y)), 0) << x << "," << y;
             }
         }
         EXPECT_GT(inside, 400 * 200 * 9 / 10);
-        // A corner of the card's rectangle lies outside of its outline and is in the shadow.
+        // A corner of the card's rectangle is outside of its outline and in the shadow.
         EXPECT_GT(qAlpha(shadow.pixel(24, 16 + 199)), 0);
     }
 }

@@ -1,5 +1,5 @@
-// How the first start hears of the others, and the lock that keeps one application for each user where there
-// is no message bus.
+// How the first instance learns of further starts, and the lock that ensures one instance per user where
+// there is no session bus.
 
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/SingleInstanceLock.h"

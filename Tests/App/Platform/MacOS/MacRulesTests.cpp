@@ -155,7 +155,7 @@ class MacHoverTest : public testing::Test {
         left.setGeometry(10, 10, 100, 40);
         right.setGeometry(150, 10, 100, 40);
         window.show();
-        // This platform's own pointer stands in the corner, and tells the new window of it.
+        // This platform's own pointer is in the corner, and the new window is notified of it.
         QCoreApplication::processEvents();
     }
 
@@ -196,7 +196,7 @@ TEST_F(MacHoverTest, comesBack) {
     EXPECT_FALSE(left.underMouse());
 }
 
-/// Writes down what it is asked.
+/// Records its calls.
 class AskedApplication : public OtherApplication {
   public:
     [[nodiscard]] bool isActive() const override { return active; }

@@ -41,7 +41,7 @@ TEST(QtScheduler, dropsPendingWorkWhenItGoes) {
     scheduler->after(milliseconds(0), [&runs, held = std::move(held)] { runs += 1 + *held; });
     EXPECT_FALSE(watched.expired());
     scheduler.reset();
-    // What the work held on to goes with the scheduler, without an event loop.
+    // What the work captured is destroyed with the scheduler, without an event loop.
     EXPECT_TRUE(watched.expired());
     bool later = false;
     QtScheduler other;

@@ -147,8 +147,8 @@ TEST_F(OwnWindows, anEntryOfTheMenuTakesItsClick) {
     ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; }));
     const Rect menu = desktop.screen().menus().front();
     ASSERT_TRUE(areBelow(menu));
-    // The first entry.
-    desktop.click({menu.middleX(), menu.y + 14, 2, 2});
+    // The first entry, below the room for the shadow and the card's own edge.
+    desktop.click({menu.middleX(), menu.y + 16 + 4 + 14, 2, 2});
     EXPECT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; })) << "the main window";
     EXPECT_TRUE(desktop.shows(2, 0, 5s)) << "the banners return";
 }

@@ -149,6 +149,7 @@ TEST_P(ManagedTray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
 }
 
 TEST_F(Tray, theMenuIsSilentOnTheBusWhileItIsClosedAndRightWhenItOpens) {
+    connect(AgentKind::claude);
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -171,7 +172,7 @@ TEST_F(Tray, theMenuIsSilentOnTheBusWhileItIsClosedAndRightWhenItOpens) {
     EXPECT_EQ(host->broadcasts(), before);
     const auto session = [this] {
         const std::vector<NotifierHost::Entry> entries = host->menu();
-        return entries.size() > 2 ? entries[2].label : std::string();
+        return entries.size() > 2 ? entries[2].label : std::string("none");
     };
     EXPECT_TRUE(session().ends_with("0:00") || session().ends_with("0:01")) << session();
     host->openMenu();

@@ -1,10 +1,11 @@
 #include "Platform/Linux/ProcessTable.h"
 
+#include "Support/FileDescriptor.h"
+
 #include <algorithm>
 #include <charconv>
-#include <fstream>
+#include <fcntl.h>
 #include <functional>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -17,14 +18,14 @@ namespace {
 // More than the kernel allows for a command line or an environment.
 constexpr std::size_t longestFile = std::size_t{4} * 1024 * 1024;
 
+// Empty if the process has ended meanwhile: reading then fails although opening did not.
 std::string content(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string bytes;
-    for (std::istreambuf_iterator<char> next(stream), end; next != end && bytes.size() < longestFile;
-         ++next) {
-        bytes.push_back(*next);
-    }
-    return bytes;
+    const files::FileDescriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    std::string buffer;
+    if (!opened.isOpen()) return buffer;
+    constexpr std::size_t usual = 4096;
+    return std::string(files::readToEnd(opened, buffer, {.expected = usual, .most = longestFile})
+                           .value_or(std::string_view()));
 }
 
 std::vector<std::string_view> parts(std::string_view text, char separator) {

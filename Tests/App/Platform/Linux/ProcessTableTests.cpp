@@ -44,6 +44,20 @@ TEST_F(ProcessTableTest, aProgramIsKnownByItsCommandNameOrItsScript) {
     EXPECT_EQ(table_.running("claude", "/w/shop"), (std::vector<pid_t>{12, 11, 10}));
 }
 
+// As when a process ends between the opening and the reading of its files.
+TEST_F(ProcessTableTest, filesThatOpenAndCannotBeReadCountAsEmpty) {
+    add(10, 1, "claude", "claude\0"s, "/w/shop");
+    for (const char* const name : {"comm", "cmdline", "environ", "stat"}) {
+        fs::remove(root_ / "10" / name);
+        fs::create_directory(root_ / "10" / name);
+    }
+    EXPECT_TRUE(table_.running("claude", "/w/shop").empty());
+    EXPECT_EQ(table_.ancestry(10), std::vector<pid_t>{10});
+    EXPECT_EQ(table_.startTime(10), std::nullopt);
+    EXPECT_EQ(table_.variable(10, "TERM"), std::nullopt);
+    EXPECT_FALSE(table_.hasTerminal(10));
+}
+
 TEST_F(ProcessTableTest, onlyTheSessionsDirectoryCounts) {
     add(10, 1, "claude", "claude\0"s, "/w/shop");
     add(11, 1, "claude", "claude\0"s, "/w/shop/sub");

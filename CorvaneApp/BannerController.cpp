@@ -23,6 +23,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
+constexpr int longestPress = 4; // double-click intervals
 constexpr int screenMargin = 8;
 constexpr int bannerSpacing = 8;
 constexpr int slide = 12;
@@ -79,7 +80,7 @@ void BannerController::dismiss(std::string_view id) {
     requireMainThread();
     const auto found = entry(id);
     if (found == panels_.end()) return;
-    std::shared_ptr<FloatingPanel> panel = std::move(found->panel);
+    std::shared_ptr<BannerPanel> panel = std::move(found->panel);
     panels_.erase(found);
     if (panel) fadeOut(std::move(panel));
     if (!isUpdating_) layOut();
@@ -111,7 +112,7 @@ void BannerController::present(const std::string& id, ViewMaker makeView) {
     } else {
         panels_.insert(panels_.begin(), {id, nullptr, std::move(makeView)});
         while (panels_.size() > maxBanners) {
-            std::shared_ptr<FloatingPanel> oldest = std::move(panels_.back().panel);
+            std::shared_ptr<BannerPanel> oldest = std::move(panels_.back().panel);
             panels_.pop_back();
             if (oldest) fadeOut(std::move(oldest));
         }
@@ -120,7 +121,7 @@ void BannerController::present(const std::string& id, ViewMaker makeView) {
 }
 
 void BannerController::updateScreen() {
-    std::vector<FloatingPanel*> added;
+    std::vector<BannerPanel*> added;
     std::vector<PanelContent*> changed;
     // From the oldest to the newest, the order in which they were requested.
     for (auto entry = panels_.rbegin(); entry != panels_.rend(); ++entry) {
@@ -135,7 +136,7 @@ void BannerController::updateScreen() {
         entry->panel->setContent(std::move(view), size);
     }
     layOut();
-    for (FloatingPanel* const panel : added)
+    for (BannerPanel* const panel : added)
         fadeIn(*panel);
     if (!added.empty()) restack();
     for (PanelContent* const view : changed)
@@ -195,7 +196,7 @@ void BannerController::keepClearOf(const std::vector<OpenPopup>& popups) {
     wantedClear_ = std::move(areas);
     ++clearChanges_;
     if (hasClosed) {
-        occupyLater();
+        occupyLater(longestPress);
     } else {
         occupy();
     }
@@ -207,14 +208,15 @@ void BannerController::occupy() {
 }
 
 // The press that closes a menu may be on a banner, which must not move away from under it.
-void BannerController::occupyLater() {
+// It is not waited for without end: a release that goes to no window of ours is never seen.
+void BannerController::occupyLater(int waits) {
     const milliseconds delay(QGuiApplication::styleHints()->mouseDoubleClickInterval());
-    services_.scheduler.after(delay, [self = QPointer(this), change = clearChanges_] {
+    services_.scheduler.after(delay, [self = QPointer(this), change = clearChanges_, waits] {
         if (!self || self->clearChanges_ != change) return;
-        if (QGuiApplication::mouseButtons() == Qt::NoButton) {
+        if (QGuiApplication::mouseButtons() == Qt::NoButton || waits <= 1) {
             self->occupy();
         } else {
-            self->occupyLater();
+            self->occupyLater(waits - 1);
         }
     });
 }
@@ -225,11 +227,11 @@ void BannerController::restack() {
         entry.panel->orderFront();
 }
 
-void BannerController::fadeIn(FloatingPanel& panel) {
+void BannerController::fadeIn(BannerPanel& panel) {
     panel.fadeIn(fadeInDuration, services_.appearance.reduceMotion() ? 0 : slide);
 }
 
-void BannerController::fadeOut(std::shared_ptr<FloatingPanel> panel) {
+void BannerController::fadeOut(std::shared_ptr<BannerPanel> panel) {
     panel->fadeOut(fadeOutDuration);
     services_.scheduler.after(orderOutDelay, [panel = std::move(panel)] { panel->orderOut(); });
 }

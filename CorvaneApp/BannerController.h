@@ -2,7 +2,7 @@
 
 #include "Controls/PopupWatch.h"
 #include "Model/Banners.h"
-#include "Platform/FloatingPanel.h"
+#include "Platform/BannerPanel.h"
 #include "Platform/Platform.h"
 #include "Sessions/SessionBoard.h"
 
@@ -58,7 +58,7 @@ class BannerController : public QObject, public Banners {
   private:
     struct Entry {
         std::string id;
-        std::shared_ptr<FloatingPanel> panel; // null until the screen is updated for the first time
+        std::shared_ptr<BannerPanel> panel; // null until the screen is updated for the first time
         std::function<std::unique_ptr<PanelContent>()> makeView;
         bool isOutdated = true; // the panel does not show the latest `makeView` yet
     };
@@ -73,10 +73,11 @@ class BannerController : public QObject, public Banners {
     /// after all if `frame` has no space for it lower down.
     [[nodiscard]] QRect clearPlace(QRect place, const QRect& frame) const;
     void occupy();
-    void occupyLater();
+    /// Once no button is pressed, or after so many double-click intervals.
+    void occupyLater(int waits);
     void restack();
-    void fadeIn(FloatingPanel& panel);
-    void fadeOut(std::shared_ptr<FloatingPanel> panel);
+    void fadeIn(BannerPanel& panel);
+    void fadeOut(std::shared_ptr<BannerPanel> panel);
     [[nodiscard]] std::vector<Entry>::iterator entry(std::string_view id);
 
     PlatformServices services_;

@@ -9,6 +9,8 @@
 #include <QStyleHints>
 #include <QThread>
 #include <QWidget>
+#include <QWindow>
+#include <QtTest/QTest>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -139,6 +141,22 @@ TEST_F(BannerControllerTest, bannersReturnAMomentAfterTheWindowHasClosed) {
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), lowered);
     platform_.time.advance(milliseconds(1));
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38);
+}
+
+TEST_F(BannerControllerTest, bannersReturnAlsoWhereTheReleaseOfThePressIsNeverSeen) {
+    controller_.showWaiting(waiting("a"));
+    QWidget menu;
+    menu.setGeometry(500, 30, 200, 100);
+    menu.show();
+    controller_.keepClearOf({{&menu, menu.geometry()}});
+    QTest::mousePress(menu.windowHandle(), Qt::LeftButton);
+    controller_.keepClearOf({});
+    const milliseconds interval(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    platform_.time.advance(2 * interval);
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 100 + 8) << "the button is still pressed";
+    platform_.time.advance(3 * interval);
+    EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38);
+    QTest::mouseRelease(menu.windowHandle(), Qt::LeftButton);
 }
 
 TEST_F(BannerControllerTest, bannersDoNotReturnWhileAnotherWindowHasOpenedMeanwhile) {

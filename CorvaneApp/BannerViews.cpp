@@ -4,6 +4,7 @@
 #include "Controls/Buttons.h"
 #include "Controls/ForeignText.h"
 #include "Controls/Labels.h"
+#include "Controls/Mirrored.h"
 #include "Controls/Symbols.h"
 #include "Model/AppModel.h"
 #include "Sessions/AlertText.h"
@@ -121,10 +122,6 @@ void BannerCard::showEvent(QShowEvent* event) {
     window()->setAttribute(Qt::WA_AlwaysShowToolTips);
 }
 
-QRect BannerCard::mirrored(const QRect& rect) const {
-    return QStyle::visualRect(layoutDirection(), this->rect(), rect);
-}
-
 // WaitingBanner
 
 WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
@@ -190,11 +187,11 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     const QSize cross = close_->contentSize();
     const int plainHeight = std::max(snooze.height(), cross.height());
     const int actionsTop = (height() - jump.height() - buttonRowSpacing - plainHeight) / 2;
-    jump_->setGeometry(mirrored({QPoint(right - jump.width(), actionsTop), jump}));
+    jump_->setGeometry(mirrored(*this, {QPoint(right - jump.width(), actionsTop), jump}));
 
     const auto inPlainRow = [&](int left, const QSize& size) {
         const int top = actionsTop + jump.height() + buttonRowSpacing + (plainHeight - size.height()) / 2;
-        return mirrored({QPoint(left, top), size});
+        return mirrored(*this, {QPoint(left, top), size});
     };
     const int crossLeft = right - cross.width() + crossInset;
     close_->setContentRect(inPlainRow(crossLeft, cross));
@@ -202,7 +199,7 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     snooze_->setContentRect(inPlainRow(snoozeLeft, snooze));
     const int actionsLeft = std::min(right - jump.width(), snoozeLeft);
 
-    glyph_->setGeometry(mirrored({padding, (height() - glyphSide) / 2, glyphSide, glyphSide}));
+    glyph_->setGeometry(mirrored(*this, {padding, (height() - glyphSide) / 2, glyphSide, glyphSide}));
 
     const int textLeft = padding + glyphSide + rowSpacing;
     const int textWidth = actionsLeft - 2 * rowSpacing - flexibleSpace - textLeft;
@@ -210,11 +207,11 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     const int subtitleHeight = subtitle_->sizeHint().height();
     const int waitedHeight = waited_->sizeHint().height();
     int top = (height() - titleHeight - lineSpacing - lineAdvance(*subtitle_) - waitedHeight) / 2;
-    title_->setGeometry(mirrored({textLeft, top, textWidth, titleHeight}));
+    title_->setGeometry(mirrored(*this, {textLeft, top, textWidth, titleHeight}));
     top += titleHeight + lineSpacing;
-    subtitle_->setGeometry(mirrored({textLeft, top, textWidth, subtitleHeight}));
+    subtitle_->setGeometry(mirrored(*this, {textLeft, top, textWidth, subtitleHeight}));
     top += lineAdvance(*subtitle_);
-    waited_->setGeometry(mirrored({textLeft, top, textWidth, waitedHeight}));
+    waited_->setGeometry(mirrored(*this, {textLeft, top, textWidth, waitedHeight}));
 }
 
 // DoneBanner
@@ -242,7 +239,7 @@ DoneBanner::DoneBanner(const AgentSession& session, std::function<void()> onClos
 void DoneBanner::paintEvent(QPaintEvent* event) {
     BannerCard::paintEvent(event);
     QPainter painter(this);
-    const QRect disc = mirrored({padding, (height() - discSide) / 2, discSide, discSide});
+    const QRect disc = mirrored(*this, {padding, (height() - discSide) / 2, discSide, discSide});
     QRectF box(0, 0, checkSide, checkSide);
     box.moveCenter(QRectF(disc).center());
     symbols::paint(painter, QStringLiteral("checkmark.circle.fill"), box,
@@ -255,16 +252,16 @@ void DoneBanner::resizeEvent(QResizeEvent* event) {
 
     const QSize cross = close_->contentSize();
     const int crossLeft = width() - padding - cross.width() + crossInset;
-    close_->setContentRect(mirrored({QPoint(crossLeft, (height() - cross.height()) / 2), cross}));
+    close_->setContentRect(mirrored(*this, {QPoint(crossLeft, (height() - cross.height()) / 2), cross}));
 
     const int textLeft = padding + discSide + rowSpacing;
     const int textWidth = crossLeft - rowSpacing - textLeft;
     const int titleHeight = title_->sizeHint().height();
     const int subtitleHeight = subtitle_->sizeHint().height();
     int top = (height() - titleHeight - lineAdvance(*subtitle_)) / 2;
-    title_->setGeometry(mirrored({textLeft, top, textWidth, titleHeight}));
+    title_->setGeometry(mirrored(*this, {textLeft, top, textWidth, titleHeight}));
     top += titleHeight + lineSpacing;
-    subtitle_->setGeometry(mirrored({textLeft, top, textWidth, subtitleHeight}));
+    subtitle_->setGeometry(mirrored(*this, {textLeft, top, textWidth, subtitleHeight}));
 }
 
 } // namespace corvane

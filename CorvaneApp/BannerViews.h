@@ -37,9 +37,6 @@ class BannerCard : public PanelContent {
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
-    /// Mirrors a rectangle in right-to-left layouts.
-    [[nodiscard]] QRect mirrored(const QRect& rect) const;
-
   private:
     AgentSession session_;
     Edge edge_;

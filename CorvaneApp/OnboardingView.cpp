@@ -1,6 +1,7 @@
 #include "OnboardingView.h"
 
 #include "Controls/ErrorText.h"
+#include "Controls/Mirrored.h"
 #include "Controls/Paragraph.h"
 #include "Model/AppModel.h"
 #include "Settings/AgentCard.h"
@@ -81,9 +82,6 @@ void OnboardingView::refresh() {
 }
 
 void OnboardingView::layOut() {
-    const auto mirrored = [this](int left, int top, QSize size) {
-        return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(left, top), size));
-    };
     const int inner = width() - 2 * padding;
     int top = padding;
     for (Paragraph* const paragraph : {title_, introduction_}) {
@@ -107,11 +105,11 @@ void OnboardingView::layOut() {
     const int rowTop = bottom - std::max(test.height(), done.height());
     error_->setGeometry(padding, top, inner,
                         std::max(0, std::min(error_->heightForWidth(inner), rowTop - spacing - top)));
-    test_->setGeometry(mirrored(padding, rowTop, test));
-    done_->setGeometry(mirrored(width() - padding - done.width(), rowTop, done));
+    test_->setGeometry(mirrored(*this, padding, rowTop, test));
+    done_->setGeometry(mirrored(*this, width() - padding - done.width(), rowTop, done));
     const QSize link = contact_->contentSize();
-    contact_->setContentRect(
-        mirrored(padding + test.width() + spacing, rowTop + (test.height() - link.height()) / 2, link));
+    contact_->setContentRect(mirrored(*this, padding + test.width() + spacing,
+                                      rowTop + (test.height() - link.height()) / 2, link));
 }
 
 void OnboardingView::paintEvent(QPaintEvent* /*event*/) {

@@ -4,6 +4,7 @@
 #include "Controls/Faded.h"
 #include "Controls/FocusRing.h"
 #include "Controls/Labels.h"
+#include "Controls/Mirrored.h"
 #include "Controls/Paragraph.h"
 #include "Controls/PressGuard.h"
 #include "Controls/Symbols.h"
@@ -233,9 +234,6 @@ void FormGroup::changeEvent(QEvent* event) {
 }
 
 void FormGroup::layOut() {
-    const auto mirrored = [this](const QRect& rect) {
-        return QStyle::visualRect(layoutDirection(), this->rect(), rect);
-    };
     int top = 0;
     for (const Row& row : rows_) {
         if (row.divider != nullptr) {
@@ -245,7 +243,7 @@ void FormGroup::layOut() {
         auto* const bare = qobject_cast<BareButton*>(row.control);
         const QSize size = bare != nullptr ? bare->contentSize() : row.control->sizeHint();
         const int left = width() - rowPadding - size.width();
-        const QRect place = mirrored({QPoint(left, top + (rowHeight - size.height()) / 2), size});
+        const QRect place = mirrored(*this, {QPoint(left, top + (rowHeight - size.height()) / 2), size});
         if (bare != nullptr) {
             bare->setContentRect(place);
         } else {
@@ -255,10 +253,11 @@ void FormGroup::layOut() {
         if (row.note != nullptr && !row.note->isHidden()) {
             const QSize note = row.note->sizeHint();
             end -= note.width();
-            row.note->setGeometry(mirrored({QPoint(end, top + (rowHeight - note.height()) / 2), note}));
+            row.note->setGeometry(
+                mirrored(*this, {QPoint(end, top + (rowHeight - note.height()) / 2), note}));
             end -= rowPadding;
         }
-        row.label->setGeometry(mirrored({rowPadding, top, end - rowPadding, rowHeight}));
+        row.label->setGeometry(mirrored(*this, {rowPadding, top, end - rowPadding, rowHeight}));
         top += rowHeight;
     }
 }

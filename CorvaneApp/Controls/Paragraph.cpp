@@ -39,7 +39,7 @@ Paragraph::Paragraph(const QString& text, Style style, QWidget* parent)
     setFont(style_.font);
 }
 
-int Paragraph::lay(QTextLayout& layout, int width) const {
+int Paragraph::layOut(QTextLayout& layout, int width) const {
     QString text = this->text();
     text.replace(QLatin1Char('\n'), QChar::LineSeparator);
     // Word joiners keep a path whole: it moves to the next line if it fits there.
@@ -73,12 +73,12 @@ int Paragraph::lay(QTextLayout& layout, int width) const {
 
 int Paragraph::heightForWidth(int width) const {
     QTextLayout layout;
-    return lay(layout, width);
+    return layOut(layout, width);
 }
 
 int Paragraph::naturalWidth() const {
     QTextLayout layout;
-    (void)lay(layout, unlimitedWidth);
+    (void)layOut(layout, unlimitedWidth);
     qreal width = 0;
     for (int i = 0; i < layout.lineCount(); ++i)
         width = std::max(width, layout.lineAt(i).naturalTextWidth());
@@ -92,7 +92,7 @@ QSize Paragraph::sizeHint() const {
 
 void Paragraph::paintEvent(QPaintEvent* /*event*/) {
     QTextLayout layout;
-    const int height = lay(layout, width());
+    const int height = layOut(layout, width());
     QPainter painter(this);
     painter.setPen(color(style_.color, Tokens::look(palette())));
     layout.draw(&painter, QPointF(0, (this->height() - height) / 2.0));

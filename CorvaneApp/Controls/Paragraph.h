@@ -42,7 +42,7 @@ class Paragraph : public QLabel {
 
   private:
     /// Lays the lines out in `layout`; returns their total height, rounded up.
-    [[nodiscard]] int lay(QTextLayout& layout, int width) const;
+    [[nodiscard]] int layOut(QTextLayout& layout, int width) const;
 
     Style style_;
 };

@@ -160,7 +160,7 @@ bool SessionList::setSessions(const std::vector<AgentSession>& sessions, Date no
     }
     if (rows_ == before) return false;
 
-    arrange();
+    layOut();
     for (SessionRow* const row : rows_)
         row->show();
     if (hadFocus && old[focusedPlace] != nullptr) {
@@ -220,7 +220,7 @@ bool SessionList::eventFilter(QObject* object, QEvent* event) {
     return QScrollArea::eventFilter(object, event);
 }
 
-void SessionList::arrange() {
+void SessionList::layOut() {
     int y = 0;
     for (SessionRow* const row : rows_) {
         const int height = row->sizeHint().height();
@@ -233,7 +233,7 @@ void SessionList::arrange() {
 
 void SessionList::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
-    arrange();
+    layOut();
 }
 
 void SessionList::changeEvent(QEvent* event) {

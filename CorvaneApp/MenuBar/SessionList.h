@@ -49,7 +49,7 @@ class SessionList : public QScrollArea {
     void leaveEvent(QEvent* event) override;
 
   private:
-    void arrange();
+    void layOut();
     void updateOverlays();
 
     std::function<void(const AgentSession&)> onTap_;

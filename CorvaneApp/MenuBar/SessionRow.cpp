@@ -3,6 +3,7 @@
 #include "Controls/FocusRing.h"
 #include "Controls/ForeignText.h"
 #include "Controls/Labels.h"
+#include "Controls/Mirrored.h"
 #include "MenuBar/StatusDot.h"
 #include "Sessions/AlertText.h"
 #include "Style/Fonts.h"
@@ -104,7 +105,7 @@ void SessionRow::setSession(const AgentSession& session, Date now) {
     snoozeNote_ = isSnoozed ? tr("Snoozed until %1").arg(times::shortTime(*session.snoozedUntil, QLocale()))
                             : QString();
     name_->setHidden(foreign::isBlank(name_->text()));
-    if (name_->isHidden() != wasNameHidden) arrange();
+    if (name_->isHidden() != wasNameHidden) layOut();
     if (dotColor() != oldColor) update();
 }
 
@@ -147,15 +148,15 @@ QSize SessionRow::sizeHint() const {
 }
 
 void SessionRow::resizeEvent(QResizeEvent* /*event*/) {
-    arrange();
+    layOut();
 }
 
 void SessionRow::changeEvent(QEvent* event) {
     PushButton::changeEvent(event);
-    if (event->type() == QEvent::LayoutDirectionChange) arrange();
+    if (event->type() == QEvent::LayoutDirectionChange) layOut();
 }
 
-void SessionRow::arrange() {
+void SessionRow::layOut() {
     const int nameHeight = name_->sizeHint().height();
     const int nameAdvance = name_->isHidden() ? 0 : nameHeight + lineGap;
     const int statusHeight = status_->sizeHint().height();
@@ -163,8 +164,8 @@ void SessionRow::arrange() {
     const int top = (height() - nameAdvance - statusHeight) / 2;
     const QRect name(left, top, width() - left - padding, nameHeight);
     const QRect status(left, top + nameAdvance, name.width(), statusHeight);
-    name_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), name));
-    status_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), status));
+    name_->setGeometry(mirrored(*this, name));
+    status_->setGeometry(mirrored(*this, status));
 }
 
 void SessionRow::paintEvent(QPaintEvent* /*event*/) {

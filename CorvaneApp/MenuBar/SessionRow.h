@@ -50,7 +50,7 @@ class SessionRow : public PushButton {
     void changeEvent(QEvent* event) override;
 
   private:
-    void arrange();
+    void layOut();
 
     AgentSession session_;
     LineLabel* name_;

@@ -96,12 +96,12 @@ void TrayPanel::rebuild() {
         view_->deleteLater();
     }
     view_ = makeView_(this);
-    connect(view_, &TrayPanelView::heightChanged, this, &TrayPanel::arrange);
+    connect(view_, &TrayPanelView::heightChanged, this, &TrayPanel::layOut);
     connect(view_, &TrayPanelView::left, this, &QWidget::hide);
     view_->show();
     // The arrow keys then work from there.
     if (isVisible()) view_->setFocus();
-    arrange();
+    layOut();
 }
 
 void TrayPanel::open(QRect icon) {
@@ -111,14 +111,14 @@ void TrayPanel::open(QRect icon) {
     isBlended_ = shadow_.isBlended();
     isBlurredBehind_ = shadow_.isBlurredBehind();
     margins_ = shadow_.margins();
-    arrange();
+    layOut();
     keyboardLoss_.stop();
     hadKeyboard_ = false;
     // No control has the focus at first; Tab and the arrow keys move it to one.
     view_->setFocus();
     view_->prepareToOpen();
     host_->present();
-    arrange();
+    layOut();
 }
 
 void TrayPanel::toggle(QRect icon) {
@@ -135,7 +135,7 @@ QRect TrayPanel::cardGeometry() const {
     return {cardOrigin_, view_->size()};
 }
 
-void TrayPanel::arrange() {
+void TrayPanel::layOut() {
     if (icon_.isEmpty()) return;
     const QScreen* screen = QGuiApplication::screenAt(icon_.center());
     if (screen == nullptr) screen = QGuiApplication::primaryScreen();
@@ -163,7 +163,7 @@ void TrayPanel::followDesktop() {
     isBlended_ = isBlended;
     isBlurredBehind_ = isBlurredBehind;
     margins_ = shadow_.margins();
-    arrange();
+    layOut();
     update();
 }
 

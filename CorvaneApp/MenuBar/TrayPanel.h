@@ -61,7 +61,7 @@ class TrayPanel : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    void arrange();
+    void layOut();
     /// Gives the window the card's shape, where nothing blends it, and the blur behind it that shape.
     void cut();
     /// Follows a compositor that comes, goes or turns an effect on while the panel is open.

@@ -16,12 +16,12 @@ namespace corvane {
 ///
 /// Sizes and positions are those of the card, that is of the view, in device-independent desktop pixels with
 /// y growing downwards; the panel handles any shadow outside the card itself. Initially hidden.
-class FloatingPanel {
+class BannerPanel {
   public:
-    FloatingPanel() = default;
-    FloatingPanel(const FloatingPanel&) = delete;
-    FloatingPanel& operator=(const FloatingPanel&) = delete;
-    virtual ~FloatingPanel() = default;
+    BannerPanel() = default;
+    BannerPanel(const BannerPanel&) = delete;
+    BannerPanel& operator=(const BannerPanel&) = delete;
+    virtual ~BannerPanel() = default;
 
     /// Replaces the panel's content by `view`, at exactly `size`, without a fade. The old view is deleted
     /// when the event loop runs next: it may be in the middle of one of its own handlers.
@@ -50,14 +50,14 @@ class FloatingPanel {
 };
 
 /// Creates floating panels.
-class FloatingPanels {
+class BannerPanels {
   public:
-    FloatingPanels() = default;
-    FloatingPanels(const FloatingPanels&) = delete;
-    FloatingPanels& operator=(const FloatingPanels&) = delete;
-    virtual ~FloatingPanels() = default;
+    BannerPanels() = default;
+    BannerPanels(const BannerPanels&) = delete;
+    BannerPanels& operator=(const BannerPanels&) = delete;
+    virtual ~BannerPanels() = default;
 
-    [[nodiscard]] virtual std::unique_ptr<FloatingPanel> make() = 0;
+    [[nodiscard]] virtual std::unique_ptr<BannerPanel> make() = 0;
 
     /// Keeps all panels, even those created later, below these open windows of the application rather than
     /// above everything. Call it again, without windows, when they have closed. Does nothing if the system

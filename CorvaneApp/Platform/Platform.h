@@ -15,7 +15,7 @@ class Announcer;
 class Appearance;
 class Applications;
 class FileBrowser;
-class FloatingPanels;
+class BannerPanels;
 class LoginItem;
 class PanelHosts;
 class Scheduler;
@@ -38,7 +38,7 @@ enum class MenuBars : std::uint8_t { ofWindows, ofApplication };
 struct PlatformServices {
     Clock clock;
     Scheduler& scheduler;
-    FloatingPanels& panels;
+    BannerPanels& panels;
     PanelHosts& panelHosts;
     Activation& activation;
     WindowShadow& windowShadow;

@@ -2,6 +2,7 @@
 
 #include "Controls/Buttons.h"
 #include "Controls/Divider.h"
+#include "Controls/Mirrored.h"
 #include "Controls/Paragraph.h"
 #include "Style/Fonts.h"
 #include "Style/TextScale.h"
@@ -89,14 +90,11 @@ void AboutTab::layOut() {
     const int dot = dot_->naturalWidth();
     const int rowHeight = std::max(website.height(), contact.height());
     int x = (width() - website.width() - contact.width() - dot - 2 * dotGap) / 2;
-    const auto mirrored = [&](QSize size) {
-        return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(x, y), size));
-    };
-    website_->setContentRect(mirrored(website));
+    website_->setContentRect(mirrored(*this, x, y, website));
     x += website.width() + dotGap;
-    dot_->setGeometry(mirrored({dot, rowHeight}));
+    dot_->setGeometry(mirrored(*this, x, y, {dot, rowHeight}));
     x += dot + dotGap;
-    contact_->setContentRect(mirrored(contact));
+    contact_->setContentRect(mirrored(*this, x, y, contact));
     y += rowHeight + linksGap;
 
     divider_->setGeometry((width() - dividerWidth) / 2, y, dividerWidth, divider_->height());

@@ -1,6 +1,7 @@
 #include "Settings/AgentCard.h"
 
 #include "Controls/AgentGlyph.h"
+#include "Controls/Mirrored.h"
 #include "Controls/Paragraph.h"
 #include "Controls/Symbols.h"
 #include "Model/AppModel.h"
@@ -147,11 +148,8 @@ QRect AgentCard::checkBox() const {
 }
 
 void AgentCard::layOut() {
-    const auto mirrored = [this](int left, int top, QSize size) {
-        return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(left, top), size));
-    };
     const auto centred = [&](int left, QSize size) {
-        return mirrored(left, (height() - size.height()) / 2, size);
+        return mirrored(*this, left, (height() - size.height()) / 2, size);
     };
     glyph_->setGeometry(centred(padding, {glyphSide, glyphSide}));
 
@@ -160,10 +158,10 @@ void AgentCard::layOut() {
     const int titleHeight = title_->heightForWidth(text);
     const int detailHeight = detail_->heightForWidth(text);
     const int top = (height() - textHeight(text)) / 2;
-    title_->setGeometry(mirrored(textLeft, top, {text, titleHeight}));
+    title_->setGeometry(mirrored(*this, textLeft, top, {text, titleHeight}));
     const int detailTop = top + titleHeight + lineSpacing;
-    detail_->setGeometry(mirrored(textLeft, detailTop, {text, detailHeight}));
-    runningAgents_->setGeometry(mirrored(textLeft, detailTop + detailHeight + lineSpacing,
+    detail_->setGeometry(mirrored(*this, textLeft, detailTop, {text, detailHeight}));
+    runningAgents_->setGeometry(mirrored(*this, textLeft, detailTop + detailHeight + lineSpacing,
                                          {text, runningAgents_->heightForWidth(text)}));
 
     const QSize button = isConnected() ? remove_->sizeHint() : connect_->sizeHint();

@@ -2,6 +2,7 @@
 
 #include "Controls/Buttons.h"
 #include "Controls/ErrorText.h"
+#include "Controls/Mirrored.h"
 #include "Model/AppModel.h"
 #include "Platform/FileBrowser.h"
 #include "Settings/AgentCard.h"
@@ -50,9 +51,6 @@ void AgentsTab::refresh() {
 }
 
 void AgentsTab::layOut() {
-    const auto mirrored = [this](int left, int top, QSize size) {
-        return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(left, top), size));
-    };
     const int inner = width() - 2 * padding;
     int top = padding;
     for (AgentCard* const card : cards_) {
@@ -62,7 +60,7 @@ void AgentsTab::layOut() {
     }
     if (!backup_->isHidden()) {
         const QSize link = backup_->contentSize();
-        backup_->setContentRect(mirrored(padding, top, link));
+        backup_->setContentRect(mirrored(*this, padding, top, link));
         top += link.height() + spacing;
     }
     const QSize test = test_->sizeHint();
@@ -72,7 +70,7 @@ void AgentsTab::layOut() {
         error_->setGeometry(padding, top, inner, error);
         top += error + spacing;
     }
-    test_->setGeometry(mirrored(padding, top - spacing + testGap, test));
+    test_->setGeometry(mirrored(*this, padding, top - spacing + testGap, test));
 }
 
 void AgentsTab::resizeEvent(QResizeEvent* event) {

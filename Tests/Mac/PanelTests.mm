@@ -1,5 +1,5 @@
 #include "MacSupport.h"
-#include "Platform/MacOS/FloatingPanel.h"
+#include "Platform/MacOS/BannerPanel.h"
 #include "Platform/MacOS/Geometry.h"
 #include "Platform/MacOS/Screens.h"
 
@@ -43,8 +43,8 @@ class MacPanel : public testing::Test {
                                     desktopTop());
     }
 
-    MacFloatingPanels panels;
-    std::unique_ptr<FloatingPanel> panel = panels.make();
+    MacBannerPanels panels;
+    std::unique_ptr<BannerPanel> panel = panels.make();
 };
 
 TEST_F(MacPanel, hasTheTraitsOfABanner) {

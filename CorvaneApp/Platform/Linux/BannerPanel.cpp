@@ -1,4 +1,4 @@
-#include "Platform/Linux/FloatingPanel.h"
+#include "Platform/Linux/BannerPanel.h"
 
 #include "Platform/Linux/Shadow.h"
 #include "Platform/Linux/X11.h"
@@ -147,9 +147,9 @@ class PanelWindow : public QWidget {
     QPoint place_; // without the slide
 };
 
-class LinuxFloatingPanel : public FloatingPanel {
+class LinuxBannerPanel : public BannerPanel {
   public:
-    LinuxFloatingPanel(StackingGuard& guard, PanelDamage& damage)
+    LinuxBannerPanel(StackingGuard& guard, PanelDamage& damage)
         : guard_(guard)
         , damage_(damage)
         , window_(guard, damage) {
@@ -160,9 +160,9 @@ class LinuxFloatingPanel : public FloatingPanel {
         animation_.setEndValue(1.0);
     }
 
-    LinuxFloatingPanel(const LinuxFloatingPanel&) = delete;
-    LinuxFloatingPanel& operator=(const LinuxFloatingPanel&) = delete;
-    ~LinuxFloatingPanel() override { guard_.release(window_); }
+    LinuxBannerPanel(const LinuxBannerPanel&) = delete;
+    LinuxBannerPanel& operator=(const LinuxBannerPanel&) = delete;
+    ~LinuxBannerPanel() override { guard_.release(window_); }
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
         requireMainThread();
@@ -271,15 +271,15 @@ class LinuxFloatingPanel : public FloatingPanel {
 
 } // namespace
 
-LinuxFloatingPanels::LinuxFloatingPanels() {
+LinuxBannerPanels::LinuxBannerPanels() {
     QObject::connect(&guard_, &StackingGuard::secondPassed, &guard_, [this] {
         damage_.followCompositor();
         damage_.reportAll();
     });
 }
 
-std::unique_ptr<FloatingPanel> LinuxFloatingPanels::make() {
-    return std::make_unique<LinuxFloatingPanel>(guard_, damage_);
+std::unique_ptr<BannerPanel> LinuxBannerPanels::make() {
+    return std::make_unique<LinuxBannerPanel>(guard_, damage_);
 }
 
 } // namespace corvane

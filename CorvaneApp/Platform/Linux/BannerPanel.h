@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/FloatingPanel.h"
+#include "Platform/BannerPanel.h"
 #include "Platform/Linux/PanelDamage.h"
 #include "Platform/Linux/PopupPresses.h"
 #include "Platform/Linux/StackingGuard.h"
@@ -9,12 +9,12 @@ namespace corvane {
 
 /// Panels as override-redirect X11 windows: no window manager places, focuses, covers or lists them. On other
 /// window systems they are ordinary frameless windows that do not ask for the focus.
-class LinuxFloatingPanels : public FloatingPanels {
+class LinuxBannerPanels : public BannerPanels {
   public:
-    LinuxFloatingPanels();
+    LinuxBannerPanels();
 
     /// A panel must not outlive this object.
-    [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+    [[nodiscard]] std::unique_ptr<BannerPanel> make() override;
     void keepBelow(const std::vector<QWidget*>& windows) override { guard_.keepBelow(windows); }
 
   private:

@@ -5,8 +5,8 @@
 #include "Platform/Linux/Announcer.h"
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
+#include "Platform/Linux/BannerPanel.h"
 #include "Platform/Linux/FileBrowser.h"
-#include "Platform/Linux/FloatingPanel.h"
 #include "Platform/Linux/LoginItem.h"
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/SingleInstance.h"
@@ -76,7 +76,7 @@ class LinuxPlatform : public Platform {
     }
 
   private:
-    LinuxFloatingPanels panels_;
+    LinuxBannerPanels panels_;
     LinuxActivation activation_;
     LinuxWindowShadow windowShadow_;
     LinuxSystemSymbols systemSymbols_;

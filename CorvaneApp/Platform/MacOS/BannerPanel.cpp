@@ -1,4 +1,4 @@
-#include "Platform/MacOS/FloatingPanel.h"
+#include "Platform/MacOS/BannerPanel.h"
 
 #include "Platform/MacOS/NativePanel.h"
 #include "Platform/Shared/MainThread.h"
@@ -15,18 +15,18 @@ namespace {
 // After a slide's end, when nothing sets positions any more.
 constexpr std::chrono::milliseconds settling{40};
 
-class MacFloatingPanel : public FloatingPanel {
+class MacBannerPanel : public BannerPanel {
   public:
-    MacFloatingPanel() {
+    MacBannerPanel() {
         slide_.setSingleShot(true);
         slide_.setTimerType(Qt::PreciseTimer);
         // An animation may have overwritten a position that was set meanwhile.
         QObject::connect(&slide_, &QTimer::timeout, &slide_, [this] { panel_.setOrigin(origin_); });
     }
 
-    MacFloatingPanel(const MacFloatingPanel&) = delete;
-    MacFloatingPanel& operator=(const MacFloatingPanel&) = delete;
-    ~MacFloatingPanel() override {
+    MacBannerPanel(const MacBannerPanel&) = delete;
+    MacBannerPanel& operator=(const MacBannerPanel&) = delete;
+    ~MacBannerPanel() override {
         if (content_) NativePanel::release(*content_);
     }
 
@@ -114,12 +114,12 @@ class MacFloatingPanel : public FloatingPanel {
 
 } // namespace
 
-std::unique_ptr<FloatingPanel> MacFloatingPanels::make() {
-    return std::make_unique<MacFloatingPanel>();
+std::unique_ptr<BannerPanel> MacBannerPanels::make() {
+    return std::make_unique<MacBannerPanel>();
 }
 
-void* nativeHandle(const FloatingPanel& panel) {
-    return static_cast<const MacFloatingPanel&>(panel).handle();
+void* nativeHandle(const BannerPanel& panel) {
+    return static_cast<const MacBannerPanel&>(panel).handle();
 }
 
 } // namespace corvane

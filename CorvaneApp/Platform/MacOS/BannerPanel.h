@@ -1,17 +1,17 @@
 #pragma once
 
-#include "Platform/FloatingPanel.h"
+#include "Platform/BannerPanel.h"
 
 namespace corvane {
 
 /// Creates native AppKit panels.
-class MacFloatingPanels : public FloatingPanels {
+class MacBannerPanels : public BannerPanels {
   public:
-    [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+    [[nodiscard]] std::unique_ptr<BannerPanel> make() override;
     void keepBelow(const std::vector<QWidget*>& /*windows*/) override {}
 };
 
-/// The NSPanel behind a panel that MacFloatingPanels created.
-[[nodiscard]] void* nativeHandle(const FloatingPanel& panel);
+/// The NSPanel behind a panel that MacBannerPanels created.
+[[nodiscard]] void* nativeHandle(const BannerPanel& panel);
 
 } // namespace corvane

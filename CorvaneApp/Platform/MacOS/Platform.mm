@@ -7,8 +7,8 @@
 #include "Platform/MacOS/Appearance.h"
 #include "Platform/MacOS/ApplicationDelegate.h"
 #include "Platform/MacOS/Applications.h"
+#include "Platform/MacOS/BannerPanel.h"
 #include "Platform/MacOS/FileBrowser.h"
-#include "Platform/MacOS/FloatingPanel.h"
 #include "Platform/MacOS/LoginItem.h"
 #include "Platform/MacOS/PanelHost.h"
 #include "Platform/MacOS/Screens.h"
@@ -55,7 +55,7 @@ class MacPlatform : public Platform {
 
   private:
     Activity activity_;
-    MacFloatingPanels panels_;
+    MacBannerPanels panels_;
     MacActivation activation_;
     MacWindowShadow windowShadow_;
     MacSystemSymbols systemSymbols_;

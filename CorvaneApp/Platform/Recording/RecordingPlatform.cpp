@@ -30,7 +30,7 @@ void Time::advance(std::chrono::milliseconds span) {
 
 namespace {
 
-class RecordingPanel : public FloatingPanel {
+class RecordingPanel : public BannerPanel {
   public:
     RecordingPanel(std::shared_ptr<PanelRecord> record, Panels& panels)
         : record_(std::move(record))
@@ -77,7 +77,7 @@ class RecordingPanel : public FloatingPanel {
 
 } // namespace
 
-std::unique_ptr<FloatingPanel> Panels::make() {
+std::unique_ptr<BannerPanel> Panels::make() {
     all.push_back(std::make_shared<PanelRecord>());
     return std::make_unique<RecordingPanel>(all.back(), *this);
 }

@@ -5,8 +5,8 @@
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Applications.h"
+#include "Platform/BannerPanel.h"
 #include "Platform/FileBrowser.h"
-#include "Platform/FloatingPanel.h"
 #include "Platform/LoginItem.h"
 #include "Platform/PanelHost.h"
 #include "Platform/Platform.h"
@@ -72,9 +72,9 @@ struct PanelRecord {
     int orderOutCount = 0;
 };
 
-class Panels : public FloatingPanels {
+class Panels : public BannerPanels {
   public:
-    [[nodiscard]] std::unique_ptr<FloatingPanel> make() override;
+    [[nodiscard]] std::unique_ptr<BannerPanel> make() override;
 
     void keepBelow(const std::vector<QWidget*>& windows) override { above = windows; }
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/FloatingPanel.h"
+#include "Platform/Linux/BannerPanel.h"
 #include "Platform/Linux/Shadow.h"
 
 #include <QAnimationDriver>
@@ -71,9 +71,9 @@ class EventCounter : public QObject {
     QEvent::Type type_;
 };
 
-class LinuxFloatingPanelTest : public testing::Test {
+class LinuxBannerPanelTest : public testing::Test {
   protected:
-    LinuxFloatingPanelTest() {
+    LinuxBannerPanelTest() {
         auto card = std::make_unique<PlainCard>();
         card_ = card.get();
         panel_->setContent(std::move(card), QSize(360, 64));
@@ -90,12 +90,12 @@ class LinuxFloatingPanelTest : public testing::Test {
     static constexpr QPoint place{200, 100};
 
     HandDrivenAnimations animations_;
-    LinuxFloatingPanels panels_;
-    std::unique_ptr<FloatingPanel> panel_ = panels_.make();
+    LinuxBannerPanels panels_;
+    std::unique_ptr<BannerPanel> panel_ = panels_.make();
     QPointer<PlainCard> card_;
 };
 
-TEST_F(LinuxFloatingPanelTest, hasTheFlagsOfAPanel) {
+TEST_F(LinuxBannerPanelTest, hasTheFlagsOfAPanel) {
     const Qt::WindowFlags flags = window().windowFlags();
     EXPECT_EQ(flags & Qt::WindowType_Mask, Qt::Tool);
     for (const Qt::WindowType flag :
@@ -114,7 +114,7 @@ TEST_F(LinuxFloatingPanelTest, hasTheFlagsOfAPanel) {
     EXPECT_EQ(QApplication::focusWidget(), nullptr);
 }
 
-TEST_F(LinuxFloatingPanelTest, hasRoomForTheShadowAroundTheCard) {
+TEST_F(LinuxBannerPanelTest, hasRoomForTheShadowAroundTheCard) {
     EXPECT_EQ(panel_->size(), QSize(360, 64));
     EXPECT_EQ(card_->size(), QSize(360, 64));
     EXPECT_EQ(window().size(), QSize(360 + 48, 64 + 48));
@@ -122,7 +122,7 @@ TEST_F(LinuxFloatingPanelTest, hasRoomForTheShadowAroundTheCard) {
     EXPECT_EQ(cardPlace(), place);
 }
 
-TEST_F(LinuxFloatingPanelTest, aSlideIsAnOffsetOnThePlaceThatMayMoveMeanwhile) {
+TEST_F(LinuxBannerPanelTest, aSlideIsAnOffsetOnThePlaceThatMayMoveMeanwhile) {
     panel_->fadeIn(milliseconds(220), 12);
     EXPECT_EQ(cardPlace(), place - QPoint(0, 12));
     animations_.pass(60);
@@ -139,7 +139,7 @@ TEST_F(LinuxFloatingPanelTest, aSlideIsAnOffsetOnThePlaceThatMayMoveMeanwhile) {
     EXPECT_EQ(opacity(), 1.0);
 }
 
-TEST_F(LinuxFloatingPanelTest, opacityFollowsOutQuadAndTheSlideOutCubic) {
+TEST_F(LinuxBannerPanelTest, opacityFollowsOutQuadAndTheSlideOutCubic) {
     constexpr int slide = 240; // far more than a banner's, for fine steps
     panel_->fadeIn(milliseconds(220), slide);
     EXPECT_EQ(opacity(), 0.0);
@@ -160,7 +160,7 @@ TEST_F(LinuxFloatingPanelTest, opacityFollowsOutQuadAndTheSlideOutCubic) {
     }
 }
 
-TEST_F(LinuxFloatingPanelTest, aFadeOutDuringTheFadeInNeverLosesOpacityAtOnce) {
+TEST_F(LinuxBannerPanelTest, aFadeOutDuringTheFadeInNeverLosesOpacityAtOnce) {
     std::vector<double> seen;
     QObject::connect(window().windowHandle(), &QWindow::opacityChanged,
                      [&](qreal value) { seen.push_back(value); });
@@ -188,7 +188,7 @@ TEST_F(LinuxFloatingPanelTest, aFadeOutDuringTheFadeInNeverLosesOpacityAtOnce) {
     EXPECT_EQ(cardPlace(), before);
 }
 
-TEST_F(LinuxFloatingPanelTest, aFadedPanelIsHiddenOnlyByOrderOut) {
+TEST_F(LinuxBannerPanelTest, aFadedPanelIsHiddenOnlyByOrderOut) {
     panel_->fadeIn(milliseconds(220), 12);
     animations_.pass(220);
     panel_->fadeOut(milliseconds(180));
@@ -199,14 +199,14 @@ TEST_F(LinuxFloatingPanelTest, aFadedPanelIsHiddenOnlyByOrderOut) {
     EXPECT_FALSE(window().isVisible());
 }
 
-TEST_F(LinuxFloatingPanelTest, aHiddenPanelStaysHiddenWhateverFadesOrComesToTheFront) {
+TEST_F(LinuxBannerPanelTest, aHiddenPanelStaysHiddenWhateverFadesOrComesToTheFront) {
     panel_->fadeOut(milliseconds(180));
     panel_->orderFront();
     animations_.pass(200);
     EXPECT_FALSE(window().isVisible());
 }
 
-TEST_F(LinuxFloatingPanelTest, newContentReplacesTheViewWithoutHidingTheWindow) {
+TEST_F(LinuxBannerPanelTest, newContentReplacesTheViewWithoutHidingTheWindow) {
     panel_->fadeIn(milliseconds(220), 12);
     animations_.pass(220);
     QWidget& window = this->window();

@@ -85,6 +85,7 @@ class TerminalJump : public testing::TestWithParam<std::string> {
     /// A session of this project, in a terminal with `program` as its TERM_PROGRAM, waits for the user, who
     /// clicks "Go to Terminal".
     void goToTerminal(const std::string& project, const std::string& program = "") {
+        desktop.pointAway();
         desktop.claude("Notification-permission_prompt", project, project, {"TERM_PROGRAM=" + program});
         ASSERT_TRUE(desktop.shows(1, 0));
         desktop.click(primaryButton(desktop.screen().banners().front()));

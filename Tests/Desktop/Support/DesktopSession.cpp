@@ -326,6 +326,11 @@ void DesktopSession::point(Rect area) {
     EXPECT_EQ(process->wait(startTimeout), 0);
 }
 
+void DesktopSession::pointAway() {
+    const Rect screen = screen_->screenArea();
+    point({screen.x, screen.y + screen.height - 2, 2, 2});
+}
+
 void DesktopSession::click(Rect area) {
     const auto process = run({"xdotool", "mousemove", std::to_string(area.middleX()),
                               std::to_string(area.middleY()), "click", "1"},

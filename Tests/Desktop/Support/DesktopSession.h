@@ -76,6 +76,8 @@ class DesktopSession {
     std::unique_ptr<ChildProcess> type(const std::string& letters, std::chrono::milliseconds between);
     /// Moves the pointer to the middle of `area`.
     void point(Rect area);
+    /// Moves the pointer to the lower left corner: a control that appears under it takes no clicks at first.
+    void pointAway();
     /// Clicks in the middle of `area`.
     void click(Rect area);
 

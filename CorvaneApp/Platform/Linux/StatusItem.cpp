@@ -10,6 +10,7 @@
 #include <xcb/xcb.h>
 
 #include <chrono>
+#include <optional>
 
 namespace corvane {
 
@@ -89,6 +90,10 @@ void LinuxStatusItem::settle() {
 
 void LinuxStatusItem::makeIcon() {
     isNotifier_ = hosts_->hasNotifierHost();
+    if (!isNotifier_) {
+        bar_ = std::make_unique<TrayBar>();
+        connect(bar_.get(), &TrayBar::changed, this, &LinuxStatusItem::update);
+    }
     icon_ = std::make_unique<QSystemTrayIcon>();
     connect(icon_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         // The second press of a double click counts like the first.
@@ -103,18 +108,28 @@ void LinuxStatusItem::makeIcon() {
 
 // A tray that is just starting may miss the request.
 void LinuxStatusItem::insist() {
-    if (!hosts_->hasEmbeddingHost() || isEmbedded()) return;
+    if (!hosts_->hasEmbeddingHost()) return;
+    if (isEmbedded()) {
+        update(); // the bar can be seen by now
+        return;
+    }
     icon_->hide();
     icon_->show();
     update();
     insistence_.start();
 }
 
+ColorScheme LinuxStatusItem::barScheme() {
+    if (bar_ && isEmbedded()) {
+        const auto window = static_cast<xcb_window_t>(embeddedWindow()->internalWinId());
+        if (const std::optional<ColorScheme> scheme = bar_->scheme(window)) return *scheme;
+    }
+    return statusicon::barScheme(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), appearance_.colorScheme());
+}
+
 void LinuxStatusItem::update() {
     if (!icon_) return;
-    const ColorScheme bar =
-        statusicon::barScheme(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), appearance_.colorScheme());
-    icon_->setIcon(statusicon::icon(waitingCount_, bar));
+    icon_->setIcon(statusicon::icon(waitingCount_, barScheme()));
     icon_->setToolTip(toolTip_);
     // The embedded window has no accessible name of its own.
     if (QWidget* const window = embeddedWindow()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Appearance.h"
+#include "Platform/Linux/TrayBar.h"
 #include "Platform/Linux/TrayHosts.h"
 #include "Platform/StatusItem.h"
 
@@ -32,11 +33,14 @@ class LinuxStatusItem : public StatusItem {
     void settle();
     void makeIcon();
     void update();
+    /// The appearance of the bar that the icon is on, as far as it is known.
+    [[nodiscard]] ColorScheme barScheme();
     /// Asks the tray again to embed the icon, if it has not.
     void insist();
 
     Appearance& appearance_;
     std::unique_ptr<TrayHosts> hosts_;
+    std::unique_ptr<TrayBar> bar_; // with an embedded icon
     std::unique_ptr<QSystemTrayIcon> icon_;
     QTimer insistence_;
     bool isNotifier_ = false; // the kind of icon; false: embedded

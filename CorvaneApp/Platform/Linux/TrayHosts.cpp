@@ -2,7 +2,6 @@
 
 #include "Platform/Linux/X11.h"
 #include "Platform/Linux/XEvents.h"
-#include "Platform/Linux/XReply.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -52,11 +51,7 @@ TrayHosts::TrayHosts()
 }
 
 bool TrayHosts::hasEmbeddingHost() const {
-    xcb_connection_t* const x = x11::connection();
-    if (x == nullptr) return false;
-    const x11::Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, traySelection_), nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return x11::selectionOwner(traySelection) != XCB_WINDOW_NONE;
 }
 
 void TrayHosts::hostRegistered() {

@@ -33,17 +33,6 @@ void setShape(xcb_window_t window, xcb_shape_kind_t kind, const std::vector<QRec
                          static_cast<std::uint32_t>(shape.size()), shape.data());
 }
 
-// A window's property of 32-bit numbers; empty when it has none.
-std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name) {
-    constexpr std::uint32_t maxLength = 4096;
-    xcb_connection_t* const x = connection();
-    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
-    if (!reply || reply->format != 32) return {};
-    const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return {first, first + xcb_get_property_value_length(reply.get()) / 4};
-}
-
 // The EWMH atoms; null where there is no X server.
 xcb_ewmh_connection_t* ewmh() {
     static xcb_ewmh_connection_t shared{};
@@ -132,13 +121,46 @@ void flush() {
     if (xcb_connection_t* const x = connection()) xcb_flush(x);
 }
 
-xcb_window_t compositingManager() {
+xcb_window_t selectionOwner(const std::string& selection) {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return XCB_WINDOW_NONE;
-    const xcb_atom_t selection = atom("_NET_WM_CM_S0");
     const Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, selection), nullptr));
+        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom(selection)), nullptr));
     return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name) {
+    constexpr std::uint32_t maxLength = 4096;
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return {};
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
+    if (!reply || reply->format != 32) return {};
+    const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+QImage screenPixels(const QRect& area) {
+    constexpr int bytesPerPixel = 4;
+    xcb_connection_t* const x = connection();
+    if (x == nullptr || area.isEmpty()) return {};
+    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
+        x,
+        xcb_get_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, rootWindow(), static_cast<std::int16_t>(area.x()),
+                      static_cast<std::int16_t>(area.y()), static_cast<std::uint16_t>(area.width()),
+                      static_cast<std::uint16_t>(area.height()), ~std::uint32_t{0}),
+        nullptr));
+    if (!reply || reply->depth < 24 ||
+        xcb_get_image_data_length(reply.get()) != area.width() * area.height() * bytesPerPixel) {
+        return {};
+    }
+    return QImage(xcb_get_image_data(reply.get()), area.width(), area.height(), area.width() * bytesPerPixel,
+                  QImage::Format_RGB32)
+        .copy();
+}
+
+xcb_window_t compositingManager() {
+    return selectionOwner("_NET_WM_CM_S0");
 }
 
 bool isComposited() {

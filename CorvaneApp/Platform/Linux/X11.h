@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QRect>
 #include <QRegion>
 #include <QSize>
@@ -26,6 +27,16 @@ namespace corvane::x11 {
 /// Flushes the connection's buffer. Qt leaves opacity, shape and stacking requests there until something else
 /// happens to flush it.
 void flush();
+
+/// The owner of a selection; XCB_WINDOW_NONE without one.
+[[nodiscard]] xcb_window_t selectionOwner(const std::string& selection);
+
+/// A window's property of 32-bit numbers; empty without one.
+[[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name);
+
+/// What the screen shows in `area`, in device pixels of the root window; a null image on failure, such as on
+/// a screen of fewer than 24 bits.
+[[nodiscard]] QImage screenPixels(const QRect& area);
 
 /// The window that owns the compositing manager selection of Qt's screen; XCB_NONE if none runs.
 [[nodiscard]] xcb_window_t compositingManager();

@@ -242,11 +242,13 @@ INSTANTIATE_TEST_SUITE_P(WindowManagers, ManagedTray, testing::ValuesIn(focusing
 
 class EmbeddingTray : public Tray {
   protected:
-    void startTrayer() {
+    void startTrayer(const std::vector<std::string>& further = {}) {
         // Of a fixed width: on request, it sometimes stays at zero width.
-        trayer = desktop.run({"trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel",
-                              "--width", "120", "--height", "24", "--SetDockType", "true"},
-                             "trayer");
+        std::vector<std::string> arguments{"trayer",      "--edge",        "top",     "--align", "right",
+                                           "--widthtype", "pixel",         "--width", "120",     "--height",
+                                           "24",          "--SetDockType", "true"};
+        arguments.insert(arguments.end(), further.begin(), further.end());
+        trayer = desktop.run(arguments, "trayer");
     }
 
     /// Whether the tray shows the bell, found by its colour; if so, `icon` is set to a point on it.
@@ -265,13 +267,14 @@ class EmbeddingTray : public Tray {
         const Picture screen = desktop.screen().screen();
         for (int x = screen.width - 200; x < screen.width; ++x) {
             for (int y = 0; y < 26; ++y) {
-                if (screen.at(x, y).isNear({0x1D1D1F}, 3)) return Rect{x, y, 2, 2};
+                if (screen.at(x, y).isNear(ink, 3)) return Rect{x, y, 2, 2};
             }
         }
         return std::nullopt;
     }
 
     std::unique_ptr<ChildProcess> trayer;
+    Color ink{0x1D1D1F};
     Rect icon;
 };
 
@@ -287,6 +290,13 @@ TEST_F(EmbeddingTray, showsTheBellAndAClickOpensThePanelBelowIt) {
     EXPECT_LE(panel.x + 24 + 340, 1280) << "the card is on the screen";
     desktop.click(icon);
     EXPECT_TRUE(hasWindows(0));
+}
+
+TEST_F(EmbeddingTray, theBellIsLightOnADarkBarOfALightDesktop) {
+    startTrayer({"--transparent", "true", "--tint", "0x202024", "--alpha", "0"});
+    desktop.startApplication();
+    ink = {0xF2F2F7};
+    EXPECT_TRUE(isEmbedded());
 }
 
 TEST_F(EmbeddingTray, appearsWhenTheHostComesLaterAndSurvivesItsRestart) {

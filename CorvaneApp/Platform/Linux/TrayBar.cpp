@@ -1,0 +1,78 @@
+#include "Platform/Linux/TrayBar.h"
+
+#include "Platform/Linux/X11.h"
+#include "Platform/Linux/XEvents.h"
+#include "Platform/Linux/XReply.h"
+
+namespace corvane {
+
+namespace {
+
+constexpr const char* colorsName = "_NET_SYSTEM_TRAY_COLORS";
+// How far around an icon to look at the bar, in device pixels: beyond that are other icons.
+constexpr int reach = 2;
+constexpr int middle = 128;
+
+} // namespace
+
+TrayBar::TrayBar() {
+    connect(
+        &XEvents::instance(), &XEvents::propertyChanged, this,
+        [this, colors = x11::atom(colorsName)](xcb_atom_t name) {
+            if (name == colors) Q_EMIT changed();
+        },
+        Qt::QueuedConnection);
+}
+
+std::optional<ColorScheme> TrayBar::scheme(xcb_window_t icon) {
+    const xcb_window_t tray = x11::selectionOwner("_NET_SYSTEM_TRAY_S0");
+    if (tray == XCB_WINDOW_NONE) return std::nullopt;
+    watch(tray);
+    if (const std::optional<ColorScheme> wanted = schemeOf(x11::numbers(tray, colorsName))) return wanted;
+    const std::optional<QRect> place = x11::rootGeometry(icon);
+    const std::optional<QRect> bar = x11::rootGeometry(x11::topLevel(icon));
+    const std::optional<QRect> root = x11::rootGeometry(x11::rootWindow());
+    if (!place || !bar || !root) return std::nullopt;
+    // As the screen shows it, with what lies below a translucent bar.
+    const QRect area = place->adjusted(-reach, -reach, reach, reach) & *bar & *root;
+    return schemeAround(place->translated(-area.topLeft()), x11::screenPixels(area));
+}
+
+std::optional<ColorScheme> TrayBar::schemeOf(const std::vector<std::uint32_t>& trayColors) {
+    constexpr std::size_t fourColors = 12;
+    if (trayColors.size() != fourColors) return std::nullopt;
+    const auto channel = [&trayColors](std::size_t i) {
+        return static_cast<int>((trayColors[i] >> 8U) & 0xFFU);
+    };
+    return qGray(channel(0), channel(1), channel(2)) > middle ? ColorScheme::dark : ColorScheme::light;
+}
+
+std::optional<ColorScheme> TrayBar::schemeAround(const QRect& icon, const QImage& bar) {
+    int dark = 0;
+    int all = 0;
+    for (int y = 0; y < bar.height(); ++y) {
+        for (int x = 0; x < bar.width(); ++x) {
+            if (icon.contains(x, y)) continue;
+            ++all;
+            if (qGray(bar.pixel(x, y)) < middle) ++dark;
+        }
+    }
+    if (all == 0) return std::nullopt;
+    return 2 * dark > all ? ColorScheme::dark : ColorScheme::light;
+}
+
+void TrayBar::watch(xcb_window_t tray) {
+    xcb_connection_t* const x = x11::connection();
+    if (x == nullptr || tray == tray_) return;
+    tray_ = tray;
+    // Qt selects events of that window by the same connection: they have to stay selected.
+    const x11::Reply<xcb_get_window_attributes_reply_t> before(
+        xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, tray), nullptr));
+    if (!before) return;
+    const std::uint32_t events = before->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    // Checked, since the window may be gone by now: that is no error to report.
+    const x11::Reply<xcb_generic_error_t> error(
+        xcb_request_check(x, xcb_change_window_attributes_checked(x, tray, XCB_CW_EVENT_MASK, &events)));
+}
+
+} // namespace corvane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Style/Tokens.h"
+
+#include <QImage>
+#include <QObject>
+#include <QRect>
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace corvane {
+
+/// The bar that embeds the icon, which need not look like the applications: it may be dark on a light
+/// desktop. Main thread only.
+class TrayBar : public QObject {
+    Q_OBJECT
+
+  public:
+    TrayBar();
+
+    /// Whether the bar around the embedded window `icon` is light or dark: by the colours that the tray asks
+    /// icons to have, else by the pixels beside the icon. None if neither is available.
+    [[nodiscard]] std::optional<ColorScheme> scheme(xcb_window_t icon);
+
+    /// By the colours that a tray publishes as _NET_SYSTEM_TRAY_COLORS: four, the first of which is that of
+    /// text, in three channels of 16 bits each.
+    [[nodiscard]] static std::optional<ColorScheme> schemeOf(const std::vector<std::uint32_t>& trayColors);
+
+    /// By the pixels of `bar` outside of the rectangle `icon`: dark if most of them are.
+    [[nodiscard]] static std::optional<ColorScheme> schemeAround(const QRect& icon, const QImage& bar);
+
+  Q_SIGNALS:
+    /// The tray asks for other colours.
+    void changed();
+
+  private:
+    void watch(xcb_window_t tray);
+
+    xcb_window_t tray_ = XCB_WINDOW_NONE;
+};
+
+} // namespace corvane

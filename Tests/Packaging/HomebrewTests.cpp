@@ -196,7 +196,7 @@ TEST_F(HomebrewTest, aQuickTestIsTheUnitTestsAlone) {
 }
 
 TEST_F(HomebrewTest, theFirstLinesOfATestSayWhatComesAndHowLongThatTookTheLastTime) {
-    const std::string plan = "This will\n  - install the packages that are missing\n  - build in build/dev "
+    const std::string plan = "This will\n  - install missing packages\n  - build in build/dev "
                              "and run the unit tests\n";
     const test::Outcome first = call("test", {"--quick"});
     EXPECT_TRUE(first.output.starts_with(plan + "\n== Packages")) << first.output;

@@ -20,7 +20,7 @@ std::vector<ProcessIdentity> LinuxAgentProcesses::running(const std::string& age
 }
 
 bool LinuxAgentProcesses::isRunning(const ProcessIdentity& process) const {
-    return processes_.startTime(static_cast<pid_t>(process.number)) == process.started;
+    return !processes_.hasEnded(static_cast<pid_t>(process.number), process.started);
 }
 
 } // namespace corvane

@@ -1,9 +1,9 @@
 #include "Platform/Linux/ProcessTable.h"
 
+#include "Platform/Linux/Number.h"
 #include "Support/FileDescriptor.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fcntl.h>
 #include <functional>
 #include <system_error>
@@ -40,14 +40,6 @@ std::vector<std::string_view> parts(std::string_view text, char separator) {
 
 std::string_view lastComponent(std::string_view path) {
     return path.substr(path.find_last_of('/') + 1);
-}
-
-template <typename Number>
-std::optional<Number> number(std::string_view text) {
-    Number value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-    return value;
 }
 
 } // namespace
@@ -120,6 +112,14 @@ std::optional<std::uint64_t> ProcessTable::startTime(pid_t process) const {
     // A zombie has ended and only waits for its parent.
     if (state == "Z" || state == "X") return std::nullopt;
     return number<std::uint64_t>(statusField(process, 22));
+}
+
+bool ProcessTable::hasEnded(pid_t process, std::uint64_t started) const {
+    std::error_code error;
+    if (!fs::exists(root_ / std::to_string(process), error)) return !error;
+    // Unreadable, for want of a descriptor for instance: no proof of an end.
+    if (content(file(process, "stat")).empty()) return false;
+    return startTime(process) != started;
 }
 
 std::optional<std::string> ProcessTable::variable(pid_t process, std::string_view name) const {

@@ -29,6 +29,9 @@ class ProcessTable {
     /// When the process was started, in the kernel's clock ticks since boot; none when it has ended.
     [[nodiscard]] std::optional<std::uint64_t> startTime(pid_t process) const;
 
+    /// Whether the process that was started at `started` has certainly ended; false if that cannot be read.
+    [[nodiscard]] bool hasEnded(pid_t process, std::uint64_t started) const;
+
     /// The value of a variable in the environment that the process was started with.
     [[nodiscard]] std::optional<std::string> variable(pid_t process, std::string_view name) const;
 

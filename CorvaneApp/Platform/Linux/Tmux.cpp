@@ -1,8 +1,8 @@
 #include "Platform/Linux/Tmux.h"
 
+#include "Platform/Linux/Number.h"
+
 #include <algorithm>
-#include <charconv>
-#include <system_error>
 #include <tuple>
 
 namespace corvane::tmux {
@@ -17,14 +17,6 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
         if (end == std::string_view::npos) return parts;
         text.remove_prefix(end + 1);
     }
-}
-
-template <typename Number>
-std::optional<Number> number(std::string_view text) {
-    Number value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-    return value;
 }
 
 /// Whether `text` is an identifier as tmux assigns them, which is unambiguous as a command's target.

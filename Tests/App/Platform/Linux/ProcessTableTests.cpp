@@ -119,6 +119,9 @@ TEST_F(ProcessTableTest, theAgentsProcessesAreKnownWhileTheyRun) {
     ASSERT_EQ(processes.running("claude", "/w/shop"), (std::vector<ProcessIdentity>{{40, 4'000}}));
     EXPECT_TRUE(processes.isRunning({40, 4'000}));
     EXPECT_FALSE(processes.isRunning({40, 3'999}));
+    fs::remove(root_ / "40" / "stat");
+    fs::create_directory(root_ / "40" / "stat");
+    EXPECT_TRUE(processes.isRunning({40, 4'000})) << "what cannot be read proves no end";
     fs::remove_all(root_.path() / "40");
     EXPECT_FALSE(processes.isRunning({40, 4'000}));
     EXPECT_TRUE(processes.running("claude", "/w/shop").empty());

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <charconv>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace corvane {
+
+/// `text` as a decimal number; none unless all of it is one that fits.
+template <typename Number>
+std::optional<Number> number(std::string_view text) {
+    Number value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+} // namespace corvane

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace corvane {
@@ -81,6 +82,12 @@ fs::path makeBackup(const fs::path& file, std::string_view bytes, Date now) {
     return backup;
 }
 
+/// Removes a backup of content that the file no longer has and that we did not replace.
+void discard(const fs::path& backup) {
+    std::error_code ignored;
+    fs::remove(backup, ignored);
+}
+
 [[noreturn]] void throwKeepsChanging(const fs::path& file) {
     throw FileError(FileError::Operation::write, file, EBUSY);
 }
@@ -114,12 +121,18 @@ std::optional<fs::path> AgentConnector::connect(AgentKind kind, Date now) const 
             if (*old.bytes == bytes) return std::nullopt;
             fs::path backup = makeBackup(file, *old.bytes, now);
             if (files::replaceIfUnchanged(file, bytes, old.state)) return backup;
+            discard(backup);
         } else {
-            if (old.state.kind != FileState::Kind::absent) files::linkBackup(backupName(file, now), file);
+            std::optional<fs::path> link;
+            if (old.state.kind != FileState::Kind::absent) {
+                link = backupName(file, now);
+                files::linkBackup(*link, file);
+            }
             // The old file could not be read; with its permissions, the new one might be unreadable too.
             if (files::replaceIfUnchanged(file, bytes, old.state, files::Permissions::fresh)) {
                 return std::nullopt;
             }
+            if (link) discard(*link);
         }
     }
     throwKeepsChanging(file);

@@ -53,7 +53,12 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
         throw FileError(FileError::Operation::move, from, error);
     }
     fs::remove_all(from, error);
-    if (error) throw FileError(FileError::Operation::move, from, error);
+    if (!error) return;
+    // Of a folder, some may be gone already: the copy stays. A file is whole and stays the only one.
+    std::error_code ignored;
+    const fs::file_status left = fs::symlink_status(from, ignored);
+    if (fs::exists(left) && !fs::is_directory(left)) fs::remove(to, ignored);
+    throw FileError(FileError::Operation::move, from, error);
 }
 
 } // namespace

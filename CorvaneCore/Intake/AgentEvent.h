@@ -11,7 +11,7 @@
 namespace corvane {
 
 class EventPayload;
-struct EventInbox;
+class InboxReader;
 
 /// One thing that an agent reported, as the hook program wrote it into an event file. A plain value.
 ///
@@ -43,7 +43,7 @@ struct AgentEvent {
                                            AgentKinds agents = AgentKind::allCases);
 
   private:
-    friend struct EventInbox;
+    friend class InboxReader;
 
     /// The same without a copy of `text`, for many files in a row: `EventPayload::padding` bytes after `text`
     /// must be readable, and the working memory of `payload` is reused.

@@ -12,7 +12,8 @@ namespace corvane {
 /// The application's side of the inbox directory: collects the event files that hook processes have finished.
 ///
 /// Stores nothing but the path; all state is the directory's contents. Main thread only. Hook processes may
-/// keep writing meanwhile: a file counts from the moment it has its final name.
+/// keep writing meanwhile: a file counts from the moment it has its final name. The application itself uses
+/// `InboxReader`, which stays responsive and remembers what it could not delete.
 struct EventInbox {
     /// The most event files that one drain reads; of a larger backlog, the oldest files are deleted unread.
     static constexpr std::size_t maxBacklog = 200;

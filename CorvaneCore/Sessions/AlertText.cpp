@@ -98,4 +98,22 @@ std::string AlertText::plain(std::string_view text, Words words) {
     return joined(line.substr(0, text::prefixLength(line, longestMessage - 1)), ellipsis, {});
 }
 
+std::string AlertText::kept(std::string message) {
+    if (message.size() <= longestKept) return message;
+    const std::string_view trimmed = text::trimmingWhitespace(message);
+    if (trimmed.starts_with(permissionPrefix) && trimmed.size() > longestKept) {
+        // A line that is too wide shows both of its ends.
+        constexpr std::size_t longestEnd = longestKept / 4;
+        return joined(text::beginning(trimmed, longestKept - longestEnd), ellipsis,
+                      text::end(trimmed, longestEnd));
+    }
+    if (trimmed.starts_with(permissionPrefix)) return std::string(trimmed);
+    if (text::containsIgnoringCase(trimmed, idlePrompt)) return std::string(idlePrompt);
+
+    const std::string_view line = trimmed.substr(0, trimmed.find('\n'));
+    if (line.size() > longestKept) return joined(text::beginning(line, longestKept), ellipsis, {});
+    // What follows keeps white space at the end of the line from becoming that of the message.
+    return line.size() < trimmed.size() ? joined(line, "\n", ellipsis) : std::string(line);
+}
+
 } // namespace corvane

@@ -4,6 +4,7 @@
 #include "Support/Date.h"
 #include "Support/Words.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,15 @@ struct AlertText {
     /// characters. A permission prompt becomes "wants to use " and everything that it names; a generic prompt
     /// for input becomes empty.
     [[nodiscard]] static std::string plain(std::string_view text, Words words = inEnglish);
+
+    /// The most bytes of a message that are worth keeping.
+    static constexpr std::size_t longestKept = std::size_t{16} * 1024;
+
+    /// `message`, which can be megabytes, without what no alert ever shows or speaks of it, in not much more
+    /// than `longestKept` bytes. `plain` says the same of it; only what a permission prompt names loses its
+    /// middle, and a first line of few characters with very many marks its end. A message of up to that size
+    /// is kept as it is.
+    [[nodiscard]] static std::string kept(std::string message);
 };
 
 } // namespace corvane

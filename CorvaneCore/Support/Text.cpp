@@ -50,6 +50,46 @@ Character lastCharacter(std::string_view text) {
 
 #pragma GCC diagnostic pop
 
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+/// At least `size`, and more if a character of `text` would be split there otherwise; at most all of it.
+std::size_t upToCharacter(std::string_view text, std::size_t size) {
+    if (size >= text.size()) return text.size();
+    const std::size_t last = std::min(text.size(), size + longestCharacter - 1);
+    while (size < last && isContinuation(text[size]))
+        ++size;
+    return size;
+}
+
+bool isAscii(std::string_view text) {
+    unsigned char bits = 0;
+    for (const char byte : text)
+        bits |= static_cast<unsigned char>(byte);
+    return bits < 0x80;
+}
+
+void appendFolded(std::string& folded, std::string_view text) {
+    if (isAscii(text)) {
+        const std::size_t before = folded.size();
+        folded.append(text);
+        for (std::size_t i = before; i < folded.size(); ++i) {
+            const char byte = folded[i];
+            folded[i] = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+        }
+        return;
+    }
+    icu::StringByteSink<std::string> sink(&folded, static_cast<std::int32_t>(text.size()));
+    UErrorCode status = U_ZERO_ERROR;
+    icu::CaseMap::utf8Fold(0, {text.data(), static_cast<std::int32_t>(text.size())}, sink, nullptr, status);
+}
+
+/// The end of the white space of one byte at the beginning of `text`, which can be megabytes.
+std::size_t asciiWhitespaceEnd(std::string_view text) {
+    return std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size());
+}
+
 } // namespace
 
 std::string_view trimmingSpacesAndTabs(std::string_view text) {
@@ -59,7 +99,7 @@ std::string_view trimmingSpacesAndTabs(std::string_view text) {
 }
 
 std::string_view trimmingWhitespace(std::string_view text) {
-    std::size_t begin = 0;
+    std::size_t begin = asciiWhitespaceEnd(text);
     while (begin < text.size()) {
         const Character character = firstCharacter(text.substr(begin));
         if (!character.isWhitespace) break;
@@ -75,11 +115,17 @@ std::string_view trimmingWhitespace(std::string_view text) {
 }
 
 bool containsIgnoringCase(std::string_view text, std::string_view word) {
-    std::string folded;
-    icu::StringByteSink<std::string> sink(&folded, static_cast<std::int32_t>(text.size()));
-    UErrorCode status = U_ZERO_ERROR;
-    icu::CaseMap::utf8Fold(0, {text.data(), static_cast<std::int32_t>(text.size())}, sink, nullptr, status);
-    return U_SUCCESS(status) && folded.find(word) != std::string::npos;
+    // In pieces, since a text can be megabytes. Folding looks at one character at a time.
+    constexpr std::size_t pieceSize = 4096;
+    std::string folded; // the end of what precedes the piece, in which the word may begin, then the piece
+    while (!text.empty()) {
+        const std::size_t size = upToCharacter(text, pieceSize);
+        appendFolded(folded, text.substr(0, size));
+        if (folded.find(word) != std::string::npos) return true;
+        text.remove_prefix(size);
+        folded.erase(0, folded.size() - std::min(folded.size(), word.size()));
+    }
+    return word.empty();
 }
 
 std::size_t prefixLength(std::string_view text, std::size_t count) {
@@ -103,6 +149,19 @@ std::size_t prefixLength(std::string_view text, std::size_t count) {
     // Without ICU's data there are no boundaries; too long a text is better than none.
     if (U_FAILURE(status)) return text.size();
     return static_cast<std::size_t>(end);
+}
+
+std::string_view beginning(std::string_view text, std::size_t size) {
+    if (size >= text.size()) return text;
+    const std::size_t least = size - std::min(size, longestCharacter - 1);
+    while (size > least && isContinuation(text[size]))
+        --size;
+    return text.substr(0, size);
+}
+
+std::string_view end(std::string_view text, std::size_t size) {
+    if (size >= text.size()) return text;
+    return text.substr(upToCharacter(text, text.size() - size));
 }
 
 std::string lastPathComponent(std::string_view path) {

@@ -21,6 +21,10 @@ namespace corvane::text {
 /// `text` take; the whole size when there are no more than `count`.
 [[nodiscard]] std::size_t prefixLength(std::string_view text, std::size_t count);
 
+/// The first characters of `text`, as many code points as fit into `size` bytes; and the last ones.
+[[nodiscard]] std::string_view beginning(std::string_view text, std::size_t size);
+[[nodiscard]] std::string_view end(std::string_view text, std::size_t size);
+
 /// The last component of the file path `path`, trailing slashes ignored ("/w/shop/" gives "shop"); the whole
 /// of `path` when that component is empty or "/". ".." is not resolved.
 [[nodiscard]] std::string lastPathComponent(std::string_view path);

@@ -44,12 +44,13 @@ Fate enter(std::string_view function, int descriptor = -1, std::string_view path
         errno = now.plan.error;
         return Fate::fail;
     }
-    if (now.calls != now.plan.call) return Fate::pass;
+    if (now.calls != now.plan.call && now.plan.action != Action::failEach) return Fate::pass;
     switch (now.plan.action) {
     case Action::keepFailing:
         now.failing = function;
         [[fallthrough]];
     case Action::fail:
+    case Action::failEach:
         errno = now.plan.error;
         return Fate::fail;
     case Action::writeLittle:
@@ -120,6 +121,7 @@ int __real_rename(const char* from, const char* to);
 int __real_renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags);
 int __real_linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags);
 int __real_unlink(const char* path);
+int __real_unlinkat(int folder, const char* path, int flags);
 int __real_mkdir(const char* path, mode_t mode);
 struct dirent* __real_readdir(DIR* folder);
 
@@ -189,6 +191,9 @@ int __wrap_linkat(int fromFolder, const char* from, int toFolder, const char* to
 }
 int __wrap_unlink(const char* path) {
     return decide("unlink", -1, path, [&] { return __real_unlink(path); });
+}
+int __wrap_unlinkat(int folder, const char* path, int flags) {
+    return decide("unlinkat", folder, path, [&] { return __real_unlinkat(folder, path, flags); });
 }
 int __wrap_mkdir(const char* path, mode_t mode) {
     return decide("mkdir", -1, path, [&] { return __real_mkdir(path, mode); });

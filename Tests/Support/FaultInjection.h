@@ -10,6 +10,7 @@ namespace corvane::test::faults {
 enum class Action {
     fail,        ///< The call fails without being made.
     keepFailing, ///< So do all later calls of that function.
+    failEach,    ///< Every call that counts fails, whichever its number.
     writeLittle, ///< A write takes only one byte; other calls are unaffected.
     killBefore,  ///< The process ends at once before the call.
     killAfter,   ///< The process ends at once after the call.

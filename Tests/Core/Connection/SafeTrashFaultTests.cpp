@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <functional>
 #include <string_view>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -57,6 +59,27 @@ TEST(SafeTrashFaults, replacesNothingThatAppearsMeanwhileWhereNoRenameRefusesTo)
         EXPECT_EQ(fileBytes(scratch / "to/a"), "another program's");
         EXPECT_EQ(fileBytes(scratch / "a"), "a");
     }
+}
+
+TEST(SafeTrashFaults, aFileThatMayNotLeaveItsFolderIsNotLeftOnTwoDisks) {
+    const test::ScratchFolder scratch;
+    writeFile(scratch / "from/a", "a");
+    fs::create_directory(scratch / "to");
+    fs::permissions(scratch / "to", fs::perms(0777));
+    fs::permissions(scratch / "from", fs::perms(0555));
+    fs::permissions(scratch.path().parent_path(), fs::perms(0755));
+    const pid_t child = fork();
+    if (child == 0) {
+        // Root may remove anything.
+        constexpr uid_t nobody = 65534;
+        if (geteuid() == 0 && setuid(nobody) != 0) _exit(2);
+        _exit(moveCode(scratch / "from/a", scratch / "to", EXDEV) == EACCES ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(fileBytes(scratch / "from/a"), "a");
+    EXPECT_FALSE(fs::exists(scratch / "to/a"));
 }
 
 TEST(SafeTrashFaults, anyOtherFailureIsReportedAsItIs) {

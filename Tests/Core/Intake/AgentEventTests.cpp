@@ -353,7 +353,8 @@ TEST(AgentEvent, readsWhatTheAgentsReallySent) {
     };
     for (const SampleRow& row : rows) {
         const std::string payload = corvane::test::testData("agent-payloads/" + std::string(row.file));
-        const auto event = row.source == AgentKind::claude ? parseClaude(payload) : parseCodex(payload);
+        const auto event = parse("corvane-event 1\nsource=" + std::string(row.source.rawValue()) +
+                                 "\nterm=\nbundle=\n---\n" + payload);
         ASSERT_EQ(event.has_value(), row.kind.has_value()) << row.file;
         if (!event) continue;
         EXPECT_EQ(event->source, row.source) << row.file;

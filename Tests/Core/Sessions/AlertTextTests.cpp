@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -229,6 +231,55 @@ TEST(AlertText, everyWordIsTakenFromTheWordsGiven) {
 
 TEST(AlertText, anAgentsOwnWordsAreNotTranslated) {
     EXPECT_EQ(AlertText::plain("Which colour?", bracketed), "Which colour?");
+}
+
+TEST(AlertText, aMessageOfOrdinarySizeIsKeptAsItIs) {
+    for (const std::size_t size : {0U, 1U, 1000U, 16'384U}) {
+        const std::string message = std::string(size, ' ');
+        EXPECT_EQ(AlertText::kept(message), message) << size;
+    }
+}
+
+TEST(AlertText, whatIsKeptOfALongMessageSaysTheSame) {
+    const std::string filling(100'000, 'x');
+    std::string accents;
+    for (int i = 0; i < 20'000; ++i)
+        accents += "\u00E9\U0001F600";
+    const std::string wide(40'000, ' ');
+    const std::vector<std::string> messages{
+        filling,
+        accents,
+        wide,
+        wide + "short" + wide,
+        wide + "short  \n" + filling,
+        "short line\n" + filling,
+        "\n\nshort  \t\n" + wide + "x",
+        std::string(90, 'y') + "\n" + filling,
+        std::string(91, 'y') + "\n" + filling,
+        "ends with a space " + wide + "\n" + filling,
+        "Claude is waiting for your input\n" + filling,
+        filling + "\n" + accents + "WAITING for Your Input",
+        "Claude needs your permission to use Bash" + wide,
+        wide + "Claude needs your permission to use ",
+        filling + "\xFF\xFE",
+        std::string(50'000, '\x80'),
+    };
+    for (const std::string& message : messages) {
+        const std::string kept = AlertText::kept(message);
+        EXPECT_EQ(AlertText::plain(kept), AlertText::plain(message)) << message.substr(0, 60);
+        EXPECT_LE(kept.size(), AlertText::longestKept + 8);
+        EXPECT_EQ(AlertText::kept(kept).size(), kept.size());
+    }
+}
+
+TEST(AlertText, ofALongNameInAPermissionPromptBothEndsAreKept) {
+    const std::string name = "Bash(" + std::string(1'000'000, 'x') + ") at the end";
+    const std::string kept = AlertText::kept("  Claude needs your permission to use " + name + "\n");
+    EXPECT_LE(kept.size(), AlertText::longestKept + 8);
+    const std::string plain = AlertText::plain(kept);
+    EXPECT_TRUE(plain.starts_with("wants to use Bash(" + std::string(4'096, 'x'))) << "all that is spoken";
+    EXPECT_TRUE(plain.ends_with("x) at the end"));
+    EXPECT_NE(plain.find("x\u2026x"), std::string::npos);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Long random sequences of operations on the real board and on a naive implementation of its rules, which
 // must agree completely after each step. A sequence on which they differ is shrunk before it is printed.
 
+#include "BoardDescription.h"
 #include "NaiveBoard.h"
 #include "Sessions/SessionBoard.h"
 
@@ -16,10 +17,11 @@
 namespace corvane {
 namespace {
 
+using test::date;
+using test::described;
 using test::NaiveBoard;
 using test::NaiveEffect;
 using test::NaiveEvent;
-using test::NaiveSession;
 using test::Nanoseconds;
 using test::second;
 
@@ -32,71 +34,8 @@ struct Step {
     Nanoseconds interval = 0; // for reminders only
 };
 
-// The naive board counts from here, so that its whole numbers reach a few centuries both ways.
-constexpr std::int64_t origin = 1'790'000'000;
-
-Date date(Nanoseconds time) {
-    Nanoseconds whole = time / second;
-    Nanoseconds rest = time % second;
-    if (rest < 0) {
-        rest += second;
-        --whole;
-    }
-    return {origin + whole, static_cast<std::int32_t>(rest)};
-}
-
-Nanoseconds nanoseconds(Date date) {
-    return (date.seconds() - origin) * second + date.nanoseconds();
-}
-
-std::optional<Nanoseconds> nanoseconds(std::optional<Date> date) {
-    return date ? std::optional(nanoseconds(*date)) : std::nullopt;
-}
-
 Seconds seconds(Nanoseconds interval) {
     return Seconds(static_cast<double>(interval) / static_cast<double>(second));
-}
-
-NaiveSession described(const AgentSession& session) {
-    NaiveSession result;
-    result.agent = session.agent.rawValue();
-    result.sessionID = session.sessionID;
-    result.cwd = session.cwd;
-    result.message = session.message;
-    result.bundle = session.terminalBundleID;
-    result.program = session.terminalProgram;
-    result.lastEvent = nanoseconds(session.lastEvent);
-    result.lastAlerted = nanoseconds(session.lastAlerted);
-    result.runningSince = nanoseconds(session.runningSince);
-    result.snoozedUntil = nanoseconds(session.snoozedUntil);
-    if (const auto* const waiting = session.status.ifWaiting()) {
-        result.status = rawValue(waiting->reason);
-        result.waitingSince = nanoseconds(waiting->since);
-    } else if (const auto* const done = session.status.ifDone()) {
-        result.status = "done";
-        result.doneAt = nanoseconds(done->at);
-    } else {
-        result.status = "running";
-    }
-    return result;
-}
-
-std::vector<NaiveSession> described(const std::vector<AgentSession>& sessions) {
-    std::vector<NaiveSession> result;
-    for (const AgentSession& session : sessions)
-        result.push_back(described(session));
-    return result;
-}
-
-std::optional<NaiveEffect> described(const std::optional<BoardEffect>& effect) {
-    if (!effect) return std::nullopt;
-    if (const auto* const dismiss = effect->ifDismiss())
-        return NaiveEffect{"dismiss", dismiss->sessionID, {}};
-    if (const auto* const waiting = effect->ifShowWaiting()) {
-        return NaiveEffect{"showWaiting", waiting->session.id(), described(waiting->session)};
-    }
-    const auto* const done = effect->ifShowDone();
-    return NaiveEffect{"showDone", done->session.id(), described(done->session)};
 }
 
 AgentEvent realEvent(const NaiveEvent& event) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,6 +33,12 @@ TEST(TrimmingWhitespace, takesEveryWhiteSpaceCharacterOfUnicodeAway) {
             << space;
         EXPECT_EQ(text::trimmingWhitespace(space), "");
     }
+}
+
+TEST(TrimmingWhitespace, takesWhiteSpaceOfBothKindsAwayInAnyOrder) {
+    EXPECT_EQ(text::trimmingWhitespace(" \u2003 a \u2003 "), "a");
+    EXPECT_EQ(text::trimmingWhitespace(std::string(100'000, ' ')), "");
+    EXPECT_EQ(text::trimmingWhitespace(std::string(100'000, '\n') + "a"), "a");
 }
 
 TEST(TrimmingWhitespace, keepsWhatOnlyLooksLikeWhiteSpace) {
@@ -84,6 +91,52 @@ TEST(ContainsIgnoringCase, isTheSameInEveryLocale) {
 TEST(ContainsIgnoringCase, toleratesBytesThatAreNotUtf8) {
     EXPECT_TRUE(text::containsIgnoringCase("\xFFWAITING\xE2\x80", "waiting"));
     EXPECT_FALSE(text::containsIgnoringCase("wait\xFFing", "waiting"));
+}
+
+TEST(ContainsIgnoringCase, findsTheWordWhereverItLiesInALongText) {
+    const std::string filling(10'000, 'x');
+    for (const std::string_view word : {"WAITING"sv, "\u00C9T\u00C9"sv}) {
+        const std::string folded = word.front() == 'W' ? "waiting" : "\u00E9t\u00E9";
+        for (std::size_t before = 4'070; before < 4'110; ++before) {
+            const std::string text = filling.substr(0, before) + std::string(word) + filling;
+            EXPECT_TRUE(text::containsIgnoringCase(text, folded)) << before;
+            EXPECT_FALSE(text::containsIgnoringCase(text, folded + "g")) << before;
+        }
+    }
+    // A character of three bytes at every place.
+    for (std::size_t before = 4'090; before < 4'100; ++before) {
+        EXPECT_TRUE(text::containsIgnoringCase(filling.substr(0, before) + "\u212Aelvin", "kelvin"));
+        EXPECT_FALSE(text::containsIgnoringCase(filling.substr(0, before) + "\u212Belvin", "kelvin"));
+    }
+    EXPECT_FALSE(text::containsIgnoringCase(std::string(20'000, '\x80'), "waiting"));
+}
+
+TEST(ContainsIgnoringCase, leavesSignsBetweenTheLettersAlone) {
+    EXPECT_FALSE(text::containsIgnoringCase("@[`{", "`{`{"));
+    EXPECT_TRUE(text::containsIgnoringCase("AZ@[", "az@["));
+}
+
+TEST(Beginning, endsWithAWholeCharacter) {
+    EXPECT_EQ(text::beginning("abc", 2), "ab");
+    EXPECT_EQ(text::beginning("abc", 3), "abc");
+    EXPECT_EQ(text::beginning("abc", 9), "abc");
+    EXPECT_EQ(text::beginning("a\u20ACb", 1), "a");
+    EXPECT_EQ(text::beginning("a\u20ACb", 2), "a");
+    EXPECT_EQ(text::beginning("a\u20ACb", 3), "a");
+    EXPECT_EQ(text::beginning("a\u20ACb", 4), "a\u20AC");
+    EXPECT_EQ(text::beginning("\U0001F600b", 3), "");
+    EXPECT_EQ(text::beginning("", 0), "");
+    EXPECT_GE(text::beginning(std::string(100, '\x80'), 50).size(), 47U) << "bytes that are not UTF-8";
+}
+
+TEST(End, beginsWithAWholeCharacter) {
+    EXPECT_EQ(text::end("abc", 2), "bc");
+    EXPECT_EQ(text::end("abc", 9), "abc");
+    EXPECT_EQ(text::end("a\u20ACb", 1), "b");
+    EXPECT_EQ(text::end("a\u20ACb", 3), "b");
+    EXPECT_EQ(text::end("a\u20ACb", 4), "\u20ACb");
+    EXPECT_EQ(text::end("a\U0001F600", 3), "");
+    EXPECT_GE(text::end(std::string(100, '\x80'), 50).size(), 47U) << "bytes that are not UTF-8";
 }
 
 TEST(PrefixLength, countsBytesOfPlainText) {

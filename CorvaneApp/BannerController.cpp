@@ -1,11 +1,13 @@
 #include "BannerController.h"
 
 #include "BannerViews.h"
+#include "Controls/SecondHand.h"
 #include "Platform/Announcer.h"
 #include "Platform/Appearance.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Screens.h"
 #include "Platform/Shared/MainThread.h"
+#include "TerminalNotice.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -15,6 +17,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <iterator>
 #include <utility>
 
 namespace corvane {
@@ -31,6 +35,8 @@ constexpr milliseconds fadeInDuration{220};
 constexpr milliseconds fadeOutDuration{180};
 // A little longer than the fade, so that the panel is never hidden before it is invisible.
 constexpr milliseconds orderOutDelay{200};
+// A session's identifier begins with its agent's name.
+constexpr std::string_view noticeID = "notice:terminal";
 
 } // namespace
 
@@ -47,21 +53,21 @@ std::string BannerController::doneID(const AgentSession& session) {
 
 void BannerController::showWaiting(const AgentSession& session) {
     requireMainThread();
-    const QPointer self(this);
-    const std::string id = session.id();
-    present(id, [self, session, id, clock = services_.clock] {
+    // Shared: a session carries its message.
+    const auto shown = std::make_shared<const AgentSession>(session);
+    present(session.id(), [self = QPointer(this), shown, clock = services_.clock] {
         auto banner = std::make_unique<WaitingBanner>(
-            session, clock,
-            [self, session] {
-                if (self && self->onJump) self->onJump(session);
+            *shown, clock,
+            [self, shown] {
+                if (self && self->onJump) self->onJump(*shown);
             },
-            [self, session] {
-                if (self && self->onSnooze) self->onSnooze(session);
+            [self, shown] {
+                if (self && self->onSnooze) self->onSnooze(*shown);
             },
-            [self, id] {
-                if (self) self->dismiss(id);
+            [self, shown] {
+                if (self) self->dismiss(shown->id());
             });
-        banner->setTerminalMissing(self && self->isTerminalMissing && self->isTerminalMissing(session));
+        banner->setTerminalMissing(self && self->isTerminalMissing && self->isTerminalMissing(*shown));
         return banner;
     });
 }
@@ -72,8 +78,23 @@ void BannerController::showDone(const AgentSession& session) {
     const auto close = [self = QPointer(this), id] {
         if (self) self->dismiss(id);
     };
-    present(id, [session, close] { return std::make_unique<DoneBanner>(session, close); });
+    present(id, [shown = std::make_shared<const AgentSession>(session), close] {
+        return std::make_unique<DoneBanner>(*shown, close);
+    });
     services_.scheduler.after(doneLifetime, close);
+}
+
+void BannerController::showTerminalMissing(const AgentSession& session) {
+    requireMainThread();
+    const QPointer self(this);
+    const auto close = [self] {
+        if (self) self->dismiss(noticeID);
+    };
+    present(std::string(noticeID),
+            [session, close] { return std::make_unique<TerminalNotice>(session, close); });
+    services_.scheduler.after(noticeLifetime, [self, close, number = ++noticeCount_] {
+        if (self && self->noticeCount_ == number) close();
+    });
 }
 
 void BannerController::dismiss(std::string_view id) {
@@ -83,7 +104,8 @@ void BannerController::dismiss(std::string_view id) {
     std::shared_ptr<BannerPanel> panel = std::move(found->panel);
     panels_.erase(found);
     if (panel) fadeOut(std::move(panel));
-    if (!isUpdating_) layOut();
+    hasChanged_ = true;
+    if (!isUpdating_) updateScreen();
 }
 
 void BannerController::update(const std::function<void()>& changes) {
@@ -96,6 +118,7 @@ void BannerController::update(const std::function<void()>& changes) {
     const auto finish = qScopeGuard([this] {
         isUpdating_ = false;
         updateScreen();
+        SecondHand::instance().beat();
     });
     isUpdating_ = true;
     changes();
@@ -111,16 +134,26 @@ void BannerController::present(const std::string& id, ViewMaker makeView) {
         found->isOutdated = true;
     } else {
         panels_.insert(panels_.begin(), {id, nullptr, std::move(makeView)});
-        while (panels_.size() > maxBanners) {
-            std::shared_ptr<BannerPanel> oldest = std::move(panels_.back().panel);
-            panels_.pop_back();
-            if (oldest) fadeOut(std::move(oldest));
-        }
+        evict();
     }
+    hasChanged_ = true;
     if (!isUpdating_) updateScreen();
 }
 
+void BannerController::evict() {
+    const auto counts = [](const Entry& entry) { return entry.id != noticeID; };
+    while (std::ranges::count_if(panels_, counts) > static_cast<std::ptrdiff_t>(maxBanners)) {
+        const auto oldest = std::ranges::find_if(panels_.rbegin(), panels_.rend(), counts);
+        std::shared_ptr<BannerPanel> panel = std::move(oldest->panel);
+        panels_.erase(std::prev(oldest.base()));
+        if (panel) fadeOut(std::move(panel));
+    }
+}
+
 void BannerController::updateScreen() {
+    // Most passes change nothing: the screen is then left alone. A screen locker that is above the banners
+    // stays there.
+    if (!std::exchange(hasChanged_, false)) return;
     std::vector<BannerPanel*> added;
     std::vector<PanelContent*> changed;
     // From the oldest to the newest, the order in which they were requested.
@@ -204,7 +237,8 @@ void BannerController::keepClearOf(const std::vector<OpenPopup>& popups) {
 
 void BannerController::occupy() {
     occupied_ = wantedClear_;
-    if (!isUpdating_) layOut();
+    hasChanged_ = true;
+    if (!isUpdating_) updateScreen();
 }
 
 // The press that closes a menu may be on a banner, which must not move away from under it.

@@ -20,8 +20,8 @@
 namespace corvane {
 
 /// Shows the alerts: at most three banners at a time, one below the other at the top of the main screen, the
-/// newest on top. A session's waiting banner has the session's `id`, its done banner that `id` prefixed by
-/// "done:".
+/// newest on top, and at most one notice among them that does not count. A session's waiting banner has the
+/// session's `id`, its done banner that `id` prefixed by "done:".
 ///
 /// Main thread only; a call from another thread aborts the program.
 class BannerController : public QObject, public Banners {
@@ -33,6 +33,9 @@ class BannerController : public QObject, public Banners {
     /// How long a done banner is shown.
     static constexpr std::chrono::milliseconds doneLifetime{6000};
 
+    /// How long the notice about a terminal is shown.
+    static constexpr std::chrono::milliseconds noticeLifetime{4000};
+
     /// What `services` refers to must outlive the controller.
     explicit BannerController(PlatformServices services);
     ~BannerController() override;
@@ -40,6 +43,8 @@ class BannerController : public QObject, public Banners {
     void showWaiting(const AgentSession& session) override;
     /// The banner is removed six seconds after it was first shown, refreshed or not.
     void showDone(const AgentSession& session) override;
+    /// The notice is removed four seconds after the last call.
+    void showTerminalMissing(const AgentSession& session) override;
     void dismiss(std::string_view id) override;
     void update(const std::function<void()>& changes) override;
 
@@ -66,6 +71,8 @@ class BannerController : public QObject, public Banners {
 
     /// Shows the view that `makeView` creates in the banner, and announces it.
     void present(const std::string& id, ViewMaker makeView);
+    /// Removes the oldest banners, while there are too many.
+    void evict();
     /// Brings the screen up to date with `panels_`.
     void updateScreen();
     void layOut();
@@ -84,8 +91,10 @@ class BannerController : public QObject, public Banners {
     std::vector<Entry> panels_;   // the newest first
     std::vector<QRect> occupied_; // what the banners currently keep clear of
     std::vector<QRect> wantedClear_;
+    std::size_t noticeCount_ = 0;  // of all that were shown
     std::size_t clearChanges_ = 0; // of `occupied_`
     bool isUpdating_ = false;      // the screen is updated at the end of `update`
+    bool hasChanged_ = false;      // the screen does not show `panels_` and `occupied_` yet
 };
 
 } // namespace corvane

@@ -5,6 +5,7 @@
 #include "Controls/ForeignText.h"
 #include "Controls/Labels.h"
 #include "Controls/Mirrored.h"
+#include "Controls/SecondHand.h"
 #include "Controls/Symbols.h"
 #include "Model/AppModel.h"
 #include "Sessions/AlertText.h"
@@ -19,7 +20,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace corvane {
@@ -38,6 +38,10 @@ constexpr Scaled lineSpacing{2};
 constexpr Scaled titleSize{15.0};
 constexpr Scaled subtitleSize{13.0};
 constexpr Scaled smallSize{11.0};
+// A text that is too long becomes no smaller than this before the button makes room for it, and is cut only
+// where that does not suffice.
+constexpr Scaled smallestTitle{13.0};
+constexpr Scaled smallestSubtitle{11.0};
 
 constexpr Scaled glyphSide{36};
 
@@ -62,6 +66,11 @@ LineLabel* subtitleLabel(const AlertText& text, const AgentSession& session, QWi
     label->setText(fromUtf8(text.subtitle), drawnSubtitle(text, session));
     label->setHidden(foreign::isBlank(fromUtf8(text.subtitle)));
     return label;
+}
+
+std::vector<LineFit> lineFits(LineLabel& title, LineLabel& subtitle) {
+    return {{title, fonts::narrowing(title.font(), smallestTitle)},
+            {subtitle, fonts::narrowing(subtitle.font(), smallestSubtitle)}};
 }
 
 /// The height of a line of a column with the space below it; none where it is left out.
@@ -144,13 +153,15 @@ WaitingBanner::WaitingBanner(const AgentSession& session, Clock clock, std::func
     snooze_->setToolTip(tr("For %1 minutes").arg(static_cast<int>(AppModel::snoozeDuration.count() / 60)));
     close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);
 
+    fits_ = lineFits(*title_, *subtitle_);
+
     connect(jump_, &QAbstractButton::clicked, this, std::move(onJump));
     connect(snooze_, &QAbstractButton::clicked, this, std::move(onSnooze));
     connect(close_, &QAbstractButton::clicked, this, std::move(onClose));
+}
 
-    second_.setInterval(std::chrono::seconds(1));
-    second_.setTimerType(Qt::PreciseTimer);
-    connect(&second_, &QTimer::timeout, this, [this] { waited_->setText(waitedLabel(clock_())); });
+WaitingBanner::~WaitingBanner() {
+    stopClock();
 }
 
 void WaitingBanner::setTerminalMissing(bool isMissing) {
@@ -165,21 +176,61 @@ QString WaitingBanner::waitedLabel(Date now) const {
 
 void WaitingBanner::showEvent(QShowEvent* event) {
     BannerCard::showEvent(event);
-    if (session().isWaiting()) second_.start();
+    if (!session().isWaiting() || tick_) return;
+    SecondHand& hand = SecondHand::instance();
+    hand.startClock();
+    tick_ = connect(&hand, &SecondHand::ticked, this, [this] { waited_->setText(waitedLabel(clock_())); });
 }
 
 void WaitingBanner::hideEvent(QHideEvent* event) {
-    second_.stop();
+    stopClock();
     BannerCard::hideEvent(event);
+}
+
+void WaitingBanner::stopClock() {
+    if (disconnect(std::exchange(tick_, {}))) SecondHand::instance().stopClock();
+}
+
+namespace {
+
+// The cross is drawn this far inside its box, so the box is moved outwards to align the cross with the
+// margin.
+constexpr Scaled crossInset{3};
+constexpr Scaled buttonRowSpacing{6};
+constexpr Scaled plainSpacing{8};
+
+int textsLeft() {
+    return padding + glyphSide + rowSpacing;
+}
+
+} // namespace
+
+int WaitingBanner::textWidth() const {
+    const int plainRow =
+        snooze_->contentSize().width() + plainSpacing + close_->contentSize().width() - crossInset;
+    const int actionsLeft = width() - padding - std::max(jump_->sizeHint().width(), plainRow);
+    return actionsLeft - 2 * rowSpacing - flexibleSpace - textsLeft();
+}
+
+void WaitingBanner::makeRoomForTexts() {
+    jump_->setNarrowing(PrimaryButton::narrowest);
+    const int widest = textWidth();
+    const auto allFit = [&](int width) {
+        // A text that fits nowhere is cut anyway.
+        return std::all_of(fits_.begin(), fits_.end(),
+                           [&](const LineFit& fit) { return fit.canFit(width) || !fit.canFit(widest); });
+    };
+    for (int step = 0; step <= PrimaryButton::narrowest; ++step) {
+        jump_->setNarrowing(step);
+        if (allFit(textWidth())) break;
+    }
+    for (LineFit& fit : fits_)
+        fit.apply(textWidth());
 }
 
 void WaitingBanner::resizeEvent(QResizeEvent* event) {
     BannerCard::resizeEvent(event);
-    // The cross is drawn this far inside its box, so the box is moved outwards to align the cross with the
-    // margin.
-    constexpr Scaled crossInset{3};
-    constexpr Scaled buttonRowSpacing{6};
-    constexpr Scaled plainSpacing{8};
+    makeRoomForTexts();
 
     const int right = width() - padding;
     const QSize jump = jump_->sizeHint();
@@ -197,12 +248,11 @@ void WaitingBanner::resizeEvent(QResizeEvent* event) {
     close_->setContentRect(inPlainRow(crossLeft, cross));
     const int snoozeLeft = crossLeft - plainSpacing - snooze.width();
     snooze_->setContentRect(inPlainRow(snoozeLeft, snooze));
-    const int actionsLeft = std::min(right - jump.width(), snoozeLeft);
 
     glyph_->setGeometry(mirrored(*this, {padding, (height() - glyphSide) / 2, glyphSide, glyphSide}));
 
-    const int textLeft = padding + glyphSide + rowSpacing;
-    const int textWidth = actionsLeft - 2 * rowSpacing - flexibleSpace - textLeft;
+    const int textLeft = textsLeft();
+    const int textWidth = this->textWidth();
     const int titleHeight = title_->sizeHint().height();
     const int subtitleHeight = subtitle_->sizeHint().height();
     const int waitedHeight = waited_->sizeHint().height();
@@ -233,6 +283,7 @@ DoneBanner::DoneBanner(const AgentSession& session, std::function<void()> onClos
     title_ = titleLabel(text, this);
     subtitle_ = subtitleLabel(text, session, this);
     close_ = PlainButton::withSymbol(QStringLiteral("xmark"), crossSide, tr("Close"), this);
+    fits_ = lineFits(*title_, *subtitle_);
     connect(close_, &QAbstractButton::clicked, this, std::move(onClose));
 }
 
@@ -256,6 +307,8 @@ void DoneBanner::resizeEvent(QResizeEvent* event) {
 
     const int textLeft = padding + discSide + rowSpacing;
     const int textWidth = crossLeft - rowSpacing - textLeft;
+    for (LineFit& fit : fits_)
+        fit.apply(textWidth);
     const int titleHeight = title_->sizeHint().height();
     const int subtitleHeight = subtitle_->sizeHint().height();
     int top = (height() - titleHeight - lineAdvance(*subtitle_)) / 2;

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "Controls/LineFit.h"
 #include "Platform/PanelContent.h"
 #include "Platform/Platform.h"
 #include "Sessions/SessionBoard.h"
 
+#include <QMetaObject>
 #include <QString>
-#include <QTimer>
 
 #include <functional>
+#include <vector>
 
 namespace corvane {
 
@@ -53,6 +55,9 @@ class WaitingBanner : public BannerCard {
 
     WaitingBanner(const AgentSession& session, Clock clock, std::function<void()> onJump,
                   std::function<void()> onSnooze, std::function<void()> onClose);
+    WaitingBanner(const WaitingBanner&) = delete;
+    WaitingBanner& operator=(const WaitingBanner&) = delete;
+    ~WaitingBanner() override;
 
     /// Sets whether the button's tooltip says that the terminal was not found the last time.
     void setTerminalMissing(bool isMissing);
@@ -66,6 +71,12 @@ class WaitingBanner : public BannerCard {
     void hideEvent(QHideEvent* event) override;
 
   private:
+    /// The width left for the texts beside the button column.
+    [[nodiscard]] int textWidth() const;
+    /// Narrows the button as far as that lets a text fit that is too long otherwise.
+    void makeRoomForTexts();
+    void stopClock();
+
     Clock clock_;
     AgentGlyph* glyph_;
     LineLabel* title_;
@@ -74,7 +85,8 @@ class WaitingBanner : public BannerCard {
     PrimaryButton* jump_;
     PlainButton* snooze_;
     PlainButton* close_;
-    QTimer second_{this};
+    std::vector<LineFit> fits_;
+    QMetaObject::Connection tick_; // of the clock, while it runs
 };
 
 /// The banner of a session that has finished. Shows the session as it was given.
@@ -95,6 +107,7 @@ class DoneBanner : public BannerCard {
     LineLabel* title_;
     LineLabel* subtitle_;
     PlainButton* close_;
+    std::vector<LineFit> fits_;
 };
 
 } // namespace corvane

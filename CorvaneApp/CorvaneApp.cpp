@@ -7,6 +7,8 @@
 #include "MenuBar/TrayPanel.h"
 #include "MenuBarView.h"
 #include "Platform/Appearance.h"
+#include "Platform/LoginItem.h"
+#include "Platform/Scheduler.h"
 #include "Platform/StatusItem.h"
 #include "Settings/SettingsTabBar.h"
 #include "Settings/SettingsWindow.h"
@@ -16,14 +18,19 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QPointer>
 #include <QStyleHints>
 
+#include <chrono>
 #include <optional>
 #include <utility>
 
 namespace corvane {
 
 namespace {
+
+// How long a tray may take to appear after the start.
+constexpr std::chrono::seconds trayPatience{5};
 
 /// Scales the desktop's font for what the toolkit draws by `change`.
 void scaleFont(const char* kind, double change) {
@@ -56,9 +63,17 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
     menu_ = std::make_unique<TrayMenu>(
         model_,
         TrayMenu::Actions{[this] { openMainWindow(); }, [this] { openSettings(); }, &QCoreApplication::quit});
+    // A press on the icon with the other button need not take the keyboard from the panel.
+    connect(menu_.get(), &QMenu::aboutToShow, this, [this] {
+        if (panel_) panel_->hide();
+    });
     services_.statusItem.setMenu(menu_.get());
     connect(&services_.statusItem, &StatusItem::pressed, this,
             [this](QRect place) { requirePanel().toggle(place); });
+    connect(&services_.statusItem, &StatusItem::availabilityChanged, this, [this] {
+        isTrayKnown_ = true;
+        followTray();
+    });
     label_ = std::make_unique<MenuBarLabel>(model_, services_.statusItem, services_.singleInstance,
                                             [this] { openMainWindow(); });
     connect(&popups_, &PopupWatch::changed, this, [this] { banners_.keepClearOf(popups_.open()); });
@@ -70,6 +85,21 @@ CorvaneApp::~CorvaneApp() {
 
 void CorvaneApp::launch() {
     label_->appear();
+    services_.scheduler.after(trayPatience, [self = QPointer<CorvaneApp>(this)] {
+        if (self) self->lookForTray();
+    });
+}
+
+void CorvaneApp::lookForTray() {
+    isTrayKnown_ = true;
+    followTray();
+    const bool isWanted = !services_.statusItem.isAvailable() && !services_.loginItem.hasStartedThisProcess();
+    // Who has closed a window by now knows how to open it.
+    if (isWanted && !mainWindow_ && !settingsWindow_) openMainWindow();
+}
+
+void CorvaneApp::followTray() {
+    if (mainWindow_) mainWindow_->setTray(!isTrayKnown_ || services_.statusItem.isAvailable());
 }
 
 void CorvaneApp::followAppearance() {
@@ -94,6 +124,7 @@ void CorvaneApp::openMainWindow() {
     if (!mainWindow_)
         mainWindow_ = std::make_unique<MainWindow>(model_, services_.activation, openLink_, commands(),
                                                    services_.menuBars);
+    followTray();
     mainWindow_->present();
 }
 

@@ -37,7 +37,8 @@ class CorvaneApp : public QObject {
     [[nodiscard]] AppModel& model() { return model_; }
 
     /// To be called once after the start: shows the main window to a user who has not completed onboarding,
-    /// and only the tray icon to all others.
+    /// and only the tray icon to all others. Where no icon can be shown after a while, and the user has
+    /// started the application, the main window too: nothing else would say that it runs.
     void launch();
 
     /// Created on first use; null until then.
@@ -51,11 +52,14 @@ class CorvaneApp : public QObject {
     void openSettings();
     void openAbout();
     /// Opens it at the tray icon; if its place is unknown, below `menu`, the menu that the command came from;
-    /// without either, at the pointer.
+    /// without either, where the icon is to be expected.
     void openPanel(QRect menu = {});
 
   private:
     void followAppearance();
+    void lookForTray();
+    /// Tells the main window whether there is an icon.
+    void followTray();
     /// Rebuilds all existing views at the current text size.
     void rebuildViews();
     [[nodiscard]] TrayPanel& requirePanel();
@@ -74,6 +78,7 @@ class CorvaneApp : public QObject {
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<SettingsWindow> settingsWindow_;
     std::unique_ptr<TrayPanel> panel_;
+    bool isTrayKnown_ = false; // whether the system has told yet if there is one
 };
 
 } // namespace corvane

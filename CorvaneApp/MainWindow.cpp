@@ -43,10 +43,16 @@ QMenu* MainWindow::addMenus(QMenuBar& bar, const WindowCommands& commands) {
 
 void MainWindow::rebuild() {
     view_ = new OnboardingView(model_, openLink_);
+    view_->setTray(hasTray_);
     // The view has the focus until the user moves it to a control.
     view_->setAccessibleName(windowTitle());
     connect(view_, &OnboardingView::done, this, &QWidget::close);
     setCentralWidget(view_); // the old one is deleted when the event loop runs next
+}
+
+void MainWindow::setTray(bool isThere) {
+    hasTray_ = isThere;
+    view_->setTray(isThere);
 }
 
 QRect MainWindow::menuPlace() const {

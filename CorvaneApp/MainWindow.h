@@ -37,6 +37,9 @@ class MainWindow : public QMainWindow {
     /// Rebuilds the content at the current text size.
     void rebuild();
 
+    /// Whether the desktop shows the application's icon.
+    void setTray(bool isThere);
+
     /// Shows the window, restored if minimised, and asks the window manager to bring it to the front.
     void present();
 
@@ -55,6 +58,7 @@ class MainWindow : public QMainWindow {
     OnboardingView* view_ = nullptr;
     WindowCommands* commands_;
     QMenu* file_ = nullptr;
+    bool hasTray_ = true;
 };
 
 } // namespace corvane

@@ -50,10 +50,12 @@ OnboardingView::OnboardingView(AppModel& model, links::Opener openLink, QWidget*
     textStyle.font = fonts::system(textSize);
     textStyle.lineHeight = textLineHeight;
     textStyle.color = TextColor::secondaryOnBackground;
-    introduction_ = new Paragraph(tr("When Claude Code is waiting for your approval or your reply — or "
-                                     "finishes — you hear a sound and see a banner, even in a full-screen "
-                                     "app. Lives in your menu bar."),
-                                  textStyle, this);
+    introduction_ = new Paragraph(introduction(true), textStyle, this);
+    textStyle.color = TextColor::onSurface;
+    withoutTray_ = new Paragraph(tr("This desktop has no tray: Corvane works in the background, without an "
+                                    "icon. To come back here, start it again."),
+                                 textStyle, this);
+    withoutTray_->hide();
 
     cards_ = AgentCard::forAll(model, this);
     error_ = new ErrorText(this);
@@ -74,6 +76,20 @@ OnboardingView::OnboardingView(AppModel& model, links::Opener openLink, QWidget*
     refresh();
 }
 
+QString OnboardingView::introduction(bool hasTray) {
+    return hasTray ? tr("When Claude Code is waiting for your approval or your reply — or finishes — you "
+                        "hear a sound and see a banner, even in a full-screen app. Lives in your menu bar.")
+                   : tr("When Claude Code is waiting for your approval or your reply — or finishes — you "
+                        "hear a sound and see a banner, even in a full-screen app.");
+}
+
+void OnboardingView::setTray(bool isThere) {
+    if (withoutTray_->isHidden() == isThere) return;
+    introduction_->setText(introduction(isThere));
+    withoutTray_->setVisible(!isThere);
+    layOut();
+}
+
 void OnboardingView::refresh() {
     const QString message = fromUtf8(model_.connectError().value_or(std::string()));
     if (message == error_->message()) return;
@@ -84,10 +100,13 @@ void OnboardingView::refresh() {
 void OnboardingView::layOut() {
     const int inner = width() - 2 * padding;
     int top = padding;
-    for (Paragraph* const paragraph : {title_, introduction_}) {
-        const int height = paragraph->heightForWidth(inner);
+    const bool hasTray = withoutTray_->isHidden();
+    for (Paragraph* const paragraph : {title_, introduction_, withoutTray_}) {
+        const bool isShown = paragraph != withoutTray_ || !hasTray;
+        const int height = isShown ? paragraph->heightForWidth(inner) : 0;
         paragraph->setGeometry(padding, top, inner, height);
-        top += height + (paragraph == title_ ? titleGap : introductionGap);
+        const bool isLast = paragraph == (hasTray ? introduction_ : withoutTray_);
+        if (isShown) top += height + (isLast ? introductionGap : titleGap);
     }
     for (AgentCard* const card : cards_) {
         const int height = card->heightForWidth(inner);

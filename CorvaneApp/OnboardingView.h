@@ -2,6 +2,7 @@
 
 #include "Controls/Links.h"
 
+#include <QString>
 #include <QWidget>
 
 #include <vector>
@@ -27,6 +28,9 @@ class OnboardingView : public QWidget {
     /// `model` must outlive the view.
     OnboardingView(AppModel& model, links::Opener openLink, QWidget* parent = nullptr);
 
+    /// Whether the desktop shows the application's icon. Where not, the view says so, and how to come back.
+    void setTray(bool isThere);
+
   Q_SIGNALS:
     /// The user has completed onboarding, which the model knows. The window should close.
     void done();
@@ -39,10 +43,12 @@ class OnboardingView : public QWidget {
   private:
     void refresh();
     void layOut();
+    [[nodiscard]] static QString introduction(bool hasTray);
 
     AppModel& model_;
     Paragraph* title_;
     Paragraph* introduction_;
+    Paragraph* withoutTray_;
     std::vector<AgentCard*> cards_;
     ErrorText* error_;
     BorderedButton* test_;

@@ -24,12 +24,12 @@ int main(int argc, char** argv) {
     QApplication::setStyle(new CorvaneStyle);
     translations::install(application);
 
-    const UnixSignals signals;
-    QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);
-
     const std::unique_ptr<Platform> platform = Platform::make();
     const PlatformServices services = platform->services();
     if (!services.singleInstance.claim()) return 0;
+    // Not earlier: while a second start waits for the first one's answer, no event loop would see a signal.
+    const UnixSignals signals;
+    QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);
 
     QSettings settings;
     SettingsDefaults defaults(settings);

@@ -11,7 +11,7 @@ if(CORVANE_BUILD_APP)
       HINTS ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS} /usr/lib/qt6/bin /usr/lib64/qt6/bin
       DOC "Qt 6's compiler of translations")
     find_package(PkgConfig REQUIRED)
-    pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-ewmh xcb-icccm xcb-shape)
+    pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-ewmh xcb-icccm xcb-shape xcb-xfixes)
     pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)
   endif()
 endif()

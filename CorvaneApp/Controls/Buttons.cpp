@@ -16,6 +16,8 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <utility>
 
 namespace corvane {
@@ -40,6 +42,20 @@ constexpr Scaled linkRingMargins{QMargins{5, 3, 5, 3}};
 constexpr Scaled linkRingRadius{4.0};
 constexpr Scaled underlineOffset{2};
 constexpr int smallestClickHeight = 24;
+
+struct Narrowing {
+    Scaled<qreal> fontSize;
+    Scaled<int> padding;
+    bool hasSymbol;
+};
+
+// A smaller label than the smallest text of a banner would not be read; without the symbol it may be larger.
+constexpr std::array<Narrowing, PrimaryButton::narrowest + 1> narrowings{{
+    {shapedFontSize, shapedPadding, true},
+    {Scaled{12.0}, Scaled{10}, true},
+    {Scaled{11.0}, Scaled{8}, true},
+    {Scaled{12.0}, Scaled{8}, false},
+}};
 
 QMargins uniform(int margin) {
     return {margin, margin, margin, margin};
@@ -88,8 +104,12 @@ ShapedButton::ShapedButton(const QString& text, QFont::Weight weight, QWidget* p
 
 QSize ShapedButton::sizeHint() const {
     const QFontMetrics metrics = fontMetrics();
-    return {2 * shapedPadding + leadingWidth() + metrics.horizontalAdvance(text()),
+    return {2 * padding() + leadingWidth() + metrics.horizontalAdvance(text()),
             std::max<int>(shapedMinimumHeight, metrics.height())};
+}
+
+int ShapedButton::padding() const {
+    return shapedPadding;
 }
 
 double ShapedButton::opacity() const {
@@ -116,8 +136,8 @@ void ShapedButton::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void ShapedButton::paintText(QPainter& painter, const QColor& color) {
-    const int start = shapedPadding + leadingWidth();
-    const QRect textRect(start, 0, width() - start - shapedPadding, height());
+    const int start = padding() + leadingWidth();
+    const QRect textRect(start, 0, width() - start - padding(), height());
     painter.setPen(color);
     painter.setLayoutDirection(readingDirection(text(), layoutDirection()));
     painter.drawText(QStyle::visualRect(layoutDirection(), rect(), textRect),
@@ -130,8 +150,23 @@ PrimaryButton::PrimaryButton(const QString& text, QString symbol, QWidget* paren
     : ShapedButton(text, PrimaryButtonStyle::weight, parent)
     , symbol_(std::move(symbol)) {}
 
+void PrimaryButton::setNarrowing(int step) {
+    narrowing_ = step;
+    setFont(fonts::system(narrowings[static_cast<std::size_t>(step)].fontSize, PrimaryButtonStyle::weight));
+    updateGeometry();
+    update();
+}
+
+bool PrimaryButton::hasSymbol() const {
+    return !symbol_.isEmpty() && narrowings[static_cast<std::size_t>(narrowing_)].hasSymbol;
+}
+
+int PrimaryButton::padding() const {
+    return narrowings[static_cast<std::size_t>(narrowing_)].padding;
+}
+
 int PrimaryButton::leadingWidth() const {
-    return symbol_.isEmpty() ? 0 : symbolSide + symbolGap - symbolInset;
+    return hasSymbol() ? symbolSide + symbolGap - symbolInset : 0;
 }
 
 PrimaryButtonStyle PrimaryButton::buttonStyle() const {
@@ -147,8 +182,8 @@ void PrimaryButton::paintContent(QPainter& painter) {
     painter.fillPath(shape(), buttonStyle().fill(look));
 
     const QColor color = PrimaryButtonStyle::ink(look);
-    if (!symbol_.isEmpty()) {
-        const QRect box(shapedPadding - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
+    if (hasSymbol()) {
+        const QRect box(padding() - symbolInset, (height() - symbolSide) / 2, symbolSide, symbolSide);
         symbols::paint(painter, symbol_, QStyle::visualRect(layoutDirection(), rect(), box), color);
     }
     paintText(painter, color);

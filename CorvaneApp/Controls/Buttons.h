@@ -42,6 +42,8 @@ class ShapedButton : public PushButton {
     /// Draws the button at full opacity.
     virtual void paintContent(QPainter& painter) = 0;
     [[nodiscard]] virtual double opacity() const;
+    /// The space between the button's edges and its content.
+    [[nodiscard]] virtual int padding() const;
     /// The width of what precedes the text.
     [[nodiscard]] virtual int leadingWidth() const { return 0; }
     /// Paints the text in the remaining space.
@@ -56,16 +58,24 @@ class PrimaryButton : public ShapedButton {
     /// `symbol` may be empty.
     PrimaryButton(const QString& text, QString symbol, QWidget* parent);
 
+    /// How the button makes room for what is beside it: from 0, as usual, its label and its padding shrink in
+    /// steps; at `narrowest` it has no symbol.
+    static constexpr int narrowest = 3;
+    void setNarrowing(int step);
+
     [[nodiscard]] double opacity() const override;
 
   protected:
     void paintContent(QPainter& painter) override;
+    [[nodiscard]] int padding() const override;
     [[nodiscard]] int leadingWidth() const override;
 
   private:
     [[nodiscard]] PrimaryButtonStyle buttonStyle() const;
+    [[nodiscard]] bool hasSymbol() const;
 
     QString symbol_;
+    int narrowing_ = 0;
 };
 
 /// The button of every other action: a thin border on `surface`.

@@ -61,7 +61,12 @@ void LineLabel::setText(const QString& text, const QString& drawn) {
     line_ = std::move(line);
     shownWidth_ = -1;
     updateGeometry();
-    update();
+    if (backdrop_) {
+        // Nothing else is to be painted with it. A request for later would wake the process once more.
+        repaint();
+    } else {
+        update();
+    }
 }
 
 void LineLabel::setBackdrop(std::function<QColor()> color) {

@@ -33,6 +33,9 @@ class LineLabel : public QWidget {
     /// `color` is called at every paint.
     void setBackdrop(std::function<QColor()> color);
 
+    /// The text as it is drawn where there is room for all of it.
+    [[nodiscard]] const QString& line() const { return line_; }
+
     /// The text as it is drawn at the present width, and whether that is not all of it.
     [[nodiscard]] QString shownText() const;
     [[nodiscard]] bool isCut() const;
@@ -49,7 +52,7 @@ class LineLabel : public QWidget {
 
   private:
     QString text_;
-    QString line_; // what is drawn where there is room
+    QString line_;
     Emphasis emphasis_;
     Truncation truncation_;
     Content content_;

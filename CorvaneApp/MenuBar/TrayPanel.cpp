@@ -4,13 +4,13 @@
 #include "MenuBar/TrayPanelView.h"
 #include "Model/AppModel.h"
 #include "Platform/Platform.h"
+#include "Platform/Screens.h"
 #include "Platform/WindowShadow.h"
 #include "Style/Shapes.h"
 #include "Style/TextScale.h"
 #include "Style/Tokens.h"
 
 #include <QApplication>
-#include <QCursor>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -69,12 +69,28 @@ QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available) {
             kept(origin.y(), size.height(), room.y(), bottom)};
 }
 
+QRect expectedIcon(const QRect& screen, const QRect& available, Qt::LayoutDirection direction) {
+    const int below = screen.bottom() - available.bottom();
+    const int left = available.left() - screen.left();
+    const int right = screen.right() - available.right();
+    const int above = available.top() - screen.top();
+    const int widest = std::max({below, left, right, above});
+    const QSize point(1, 1);
+    if (widest == above)
+        return {QPoint(direction == Qt::RightToLeft ? screen.left() : screen.right(), screen.top()), point};
+    if (widest == below)
+        return {QPoint(direction == Qt::RightToLeft ? screen.left() : screen.right(), screen.bottom()),
+                point};
+    return {QPoint(widest == left ? screen.left() : screen.right(), available.bottom()), point};
+}
+
 TrayPanel::TrayPanel(AppModel& model, const PlatformServices& services, MakeView makeView)
     : QWidget(nullptr,
               Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint)
     , model_(model)
     , makeView_(std::move(makeView))
     , shadow_(services.windowShadow)
+    , screens_(services.screens)
     , host_(services.panelHosts.make(*this)) {
     installWindowRole<TrayPanel>();
     setAttribute(Qt::WA_TranslucentBackground);
@@ -105,7 +121,8 @@ void TrayPanel::rebuild() {
 }
 
 void TrayPanel::open(QRect icon) {
-    icon_ = icon.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : icon;
+    workArea_ = icon.isEmpty() ? screens_.mainVisibleFrame() : std::nullopt;
+    icon_ = icon.isEmpty() ? likelyIcon() : icon;
     // The agents and their users change these files, too.
     model_.refreshConnections();
     isBlended_ = shadow_.isBlended();
@@ -135,13 +152,21 @@ QRect TrayPanel::cardGeometry() const {
     return {cardOrigin_, view_->size()};
 }
 
+QRect TrayPanel::likelyIcon() const {
+    const QScreen* screen = workArea_ ? QGuiApplication::screenAt(workArea_->center()) : nullptr;
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr) return {};
+    return expectedIcon(screen->geometry(), workArea_.value_or(screen->availableGeometry()),
+                        layoutDirection());
+}
+
 void TrayPanel::layOut() {
     if (icon_.isEmpty()) return;
     const QScreen* screen = QGuiApplication::screenAt(icon_.center());
     if (screen == nullptr) screen = QGuiApplication::primaryScreen();
     if (screen == nullptr) return;
     const QSize card = view_->sizeHint();
-    cardOrigin_ = panelOrigin(card, icon_, screen->availableGeometry());
+    cardOrigin_ = panelOrigin(card, icon_, workArea_.value_or(screen->availableGeometry()));
     view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
     setContentsMargins(margins_);
     setFixedSize(card.grownBy(margins_));

@@ -10,10 +10,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
 class AppModel;
+class Screens;
 class TrayPanelView;
 class WindowShadow;
 struct PlatformServices;
@@ -21,6 +23,10 @@ struct PlatformServices;
 /// The origin of a panel of `size` for an icon at `icon`: below or above it, or beside it on a vertical bar,
 /// with a gap, and within `available`, the work area of the icon's screen. All in desktop coordinates.
 [[nodiscard]] QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available);
+
+/// Where to expect an icon whose place is unknown, on a screen with this work area: at that end of the bar
+/// where trays are, in the upper corner if no bar is known. All in desktop coordinates.
+[[nodiscard]] QRect expectedIcon(const QRect& screen, const QRect& available, Qt::LayoutDirection direction);
 
 /// The window that drops down from the tray icon. It takes the keyboard focus and closes when it loses it, on
 /// Escape, and when the icon is pressed again. Main thread only.
@@ -48,7 +54,8 @@ class TrayPanel : public QWidget {
     /// Rebuilds the content at the current text size.
     void rebuild();
 
-    /// Opens at the icon, or at the pointer when `icon` is empty.
+    /// Opens at the icon; where one is to be expected if `icon` is empty. The pointer tells nothing: on
+    /// Wayland's desktops its last place above an X11 window is known only.
     void open(QRect icon);
 
     /// Handles a press on the icon. The same press may have taken the focus and closed the panel already.
@@ -61,6 +68,7 @@ class TrayPanel : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
+    [[nodiscard]] QRect likelyIcon() const;
     void layOut();
     /// Gives the window the card's shape, where nothing blends it, and the blur behind it that shape.
     void cut();
@@ -74,9 +82,11 @@ class TrayPanel : public QWidget {
     AppModel& model_;
     MakeView makeView_;
     WindowShadow& shadow_;
+    Screens& screens_;
     TrayPanelView* view_ = nullptr;
     std::unique_ptr<PanelHost> host_;
     QRect icon_;
+    std::optional<QRect> workArea_; // of the icon's screen, if its place is a guess
     QPoint cardOrigin_;
     QMargins margins_;
     bool isBlended_ = false;

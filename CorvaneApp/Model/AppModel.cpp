@@ -6,9 +6,11 @@
 #include "Platform/LoginItem.h"
 #include "Platform/Scheduler.h"
 #include "Platform/Sounds.h"
+#include "Sessions/AlertText.h"
 #include "Sessions/TerminalApp.h"
 #include "Style/Translations.h"
 #include "Support/Files.h"
+#include "Support/Memory.h"
 
 #include <QPointer>
 #include <QString>
@@ -26,6 +28,7 @@ namespace {
 constexpr std::chrono::seconds loopInterval{1};
 constexpr Seconds quietDuration{3600};
 constexpr int ticksPerPruning = 60;
+constexpr const char* testSession = "test";
 
 // The error's message for the user.
 std::string localizedDescription(const std::exception& error) {
@@ -42,7 +45,7 @@ AppModel::AppModel(AgentConnector connector, UserDefaults& defaults, Banners& ba
                    const PlatformServices& services, AgentKinds agents)
     : agents_(agents)
     , connector_(std::move(connector))
-    , inbox_{connector_.paths().events(), agents}
+    , inbox_(connector_.paths().events(), agents)
     , defaults_(defaults)
     , services_(services)
     , banners_(banners)
@@ -83,16 +86,32 @@ void AppModel::repairHook() {
 
 void AppModel::scheduleTick(std::chrono::milliseconds delay) {
     services_.scheduler.after(delay, [self = QPointer(this)] {
-        if (!self) return;
-        self->tick();
-        // A receiver of `changed` may destroy the model.
-        if (self) self->scheduleTick(loopInterval);
+        if (self) self->tick();
     });
 }
 
 void AppModel::tick() {
     now_ = services_.clock();
-    const std::vector<AgentEvent> events = inbox_.drain();
+    inbox_.begin();
+    readInbox();
+}
+
+void AppModel::readInbox() {
+    const std::size_t before = arrived_.size();
+    const bool hasMore = inbox_.step(arrived_);
+    for (std::size_t i = before; i < arrived_.size(); ++i)
+        arrived_[i].message = AlertText::kept(std::move(arrived_[i].message));
+    if (!hasMore) {
+        endPass();
+        return;
+    }
+    services_.scheduler.after(std::chrono::milliseconds(0), [self = QPointer(this)] {
+        if (self) self->readInbox();
+    });
+}
+
+void AppModel::endPass() {
+    const std::vector<AgentEvent> events = std::exchange(arrived_, {});
     banners_.update([&] {
         for (const AgentEvent& event : events) {
             if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
@@ -102,10 +121,14 @@ void AppModel::tick() {
             perform(BoardEffect::showWaiting(session));
     });
     playSounds();
+    if (inbox_.wasLarge()) memory::giveBack();
     std::erase_if(missingTerminals_, [this](const std::string& id) { return !isOnBoard(id); });
     ++ticks_;
     if (ticks_ % ticksPerPruning == 0) prune();
+    const QPointer self(this);
     Q_EMIT changed();
+    // A receiver may have destroyed the model.
+    if (self) scheduleTick(loopInterval);
 }
 
 void AppModel::perform(const BoardEffect& effect) {
@@ -167,8 +190,12 @@ void AppModel::jump(const AgentSession& session) {
                                      .program = session.terminalProgram,
                                      .agent = std::string(session.agent.rawValue()),
                                      .directory = session.cwd},
-                                    [self = QPointer(this), id = session.id()](bool isFound) {
-                                        if (self) self->rememberTerminal(id, isFound);
+                                    [self = QPointer(this), session](bool isFound) {
+                                        if (!self) return;
+                                        self->rememberTerminal(session.id(), isFound);
+                                        // The test alert has no terminal, and its folder does not exist.
+                                        if (self && !isFound && session.sessionID != testSession)
+                                            self->banners_.showTerminalMissing(session);
                                     });
 }
 
@@ -220,7 +247,7 @@ void AppModel::resumeAlerts() {
 void AppModel::sendTestAlert() {
     AgentSession session;
     session.agent = AgentKind::claude;
-    session.sessionID = "test";
+    session.sessionID = testSession;
     session.cwd = "/Users/you/my-project";
     session.message = "Claude needs your permission to use Bash";
     session.status = SessionStatus::waiting(EventKind::needsPermission, now_);

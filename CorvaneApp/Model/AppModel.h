@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Connection/AgentConnector.h"
-#include "Intake/EventInbox.h"
+#include "Intake/InboxReader.h"
 #include "Model/WaitWatch.h"
 #include "Platform/Platform.h"
 #include "Sessions/AlertPreferences.h"
@@ -82,7 +82,8 @@ class AppModel : public QObject {
     /// Snoozes the session's reminders for five minutes and removes its banner.
     void snooze(const AgentSession& session);
 
-    /// Removes the session's banner and brings its terminal to the front, if one is found.
+    /// Removes the session's banner and brings its terminal to the front; if none is found, says so by a
+    /// notice.
     void jump(const AgentSession& session);
     /// Whether the last `jump` to this session found no terminal.
     [[nodiscard]] bool isTerminalMissing(std::string_view id) const;
@@ -119,7 +120,13 @@ class AppModel : public QObject {
     /// Rewrites the hook if an agent is connected: it may have been deleted with the support folder.
     void repairHook();
     void scheduleTick(std::chrono::milliseconds delay);
+    /// Begins a pass of the loop.
     void tick();
+    /// Reads a share of the inbox. Ends the pass when all is read; otherwise goes on in the event loop's next
+    /// turn.
+    void readInbox();
+    /// Applies the events of the pass, all at once, and schedules the next pass.
+    void endPass();
     void perform(const BoardEffect& effect);
     /// Plays the sounds of the pass, each once.
     void playSounds();
@@ -132,7 +139,8 @@ class AppModel : public QObject {
 
     AgentKinds agents_;
     AgentConnector connector_;
-    EventInbox inbox_;
+    InboxReader inbox_;
+    std::vector<AgentEvent> arrived_; // in the present pass
     UserDefaults& defaults_;
     PlatformServices services_;
     Banners& banners_;

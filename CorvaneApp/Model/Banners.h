@@ -31,6 +31,10 @@ class Banners {
     /// automatically after a few seconds.
     virtual void showDone(const AgentSession& session) = 0;
 
+    /// Shows, for a few seconds, that the session's terminal could not be brought to the front, and announces
+    /// it. There is one such notice at a time: the latest.
+    virtual void showTerminalMissing(const AgentSession& session) = 0;
+
     /// Removes the banner with this identifier: a session's `id` for its waiting banner. An unknown
     /// identifier is ignored.
     virtual void dismiss(std::string_view id) = 0;

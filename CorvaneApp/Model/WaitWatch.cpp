@@ -26,7 +26,9 @@ std::vector<AgentSession> WaitWatch::ended(const std::vector<AgentSession>& sess
 
 WaitWatch::Wait WaitWatch::begin(const AgentSession& session, Date now) const {
     Wait wait{session.lastEvent, std::nullopt};
-    if (session.cwd.empty() || now - session.lastEvent > freshness) return wait;
+    const auto age = now - session.lastEvent;
+    // A clock that was set back makes old events seem to be of the future.
+    if (session.cwd.empty() || age > freshness || age < -freshness) return wait;
     const std::vector<ProcessIdentity> running =
         processes_.running(std::string(session.agent.rawValue()), session.cwd);
     if (running.size() == 1) wait.process = running.front();

@@ -24,6 +24,10 @@ class LoginItem {
     /// Registers the application at its current location, or unregisters it. Idempotent. Throws
     /// LoginItemError, in which case nothing has changed.
     virtual void setEnabled(bool enabled) = 0;
+
+    /// Whether it was this item that started the running process, rather than the user. False on systems that
+    /// do not tell.
+    [[nodiscard]] virtual bool hasStartedThisProcess() const { return false; }
 };
 
 } // namespace corvane

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 
+#include <algorithm>
 #include <cmath>
 
 namespace corvane::fonts {
@@ -27,6 +28,20 @@ QFont system(qreal pixelSize, QFont::Weight weight) {
 
 QFont monospaced(qreal pixelSize, QFont::Weight weight) {
     return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), pixelSize, weight);
+}
+
+std::vector<QFont> narrowing(const QFont& font, qreal smallest) {
+    std::vector<QFont> result{font};
+    const int last = std::min(font.pixelSize(), static_cast<int>(std::floor(smallest)));
+    for (int size = font.pixelSize() - 1; size >= last; --size) {
+        result.push_back(font);
+        result.back().setPixelSize(size);
+    }
+    for (const qreal part : {0.5, 1.0}) {
+        result.push_back(result.back());
+        result.back().setLetterSpacing(QFont::AbsoluteSpacing, -part * tightestSpacing * last);
+    }
+    return result;
 }
 
 } // namespace corvane::fonts

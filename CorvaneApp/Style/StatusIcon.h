@@ -27,7 +27,10 @@ namespace corvane::statusicon {
 [[nodiscard]] QString label(int waitingCount);
 
 /// The appearance of the bar that holds the tray: dark on the desktops in `desktops` (the value of
-/// XDG_CURRENT_DESKTOP) whose bar always is, else that of the applications.
+/// XDG_CURRENT_DESKTOP) whose bar always or mostly is, else that of the applications.
 [[nodiscard]] ColorScheme barScheme(std::string_view desktops, ColorScheme applications);
+
+/// Whether the bar of a desktop in `desktops` fills symbolic icons with its own colours.
+[[nodiscard]] bool isFilledByBar(std::string_view desktops);
 
 } // namespace corvane::statusicon

@@ -434,7 +434,7 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>When Claude Code is waiting for your approval or your reply — or finishes — you hear a sound and see a banner, even in a full-screen app. Lives in your menu bar.</source>
+        <source>This desktop has no tray: Corvane works in the background, without an icon. To come back here, start it again.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -447,6 +447,14 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     </message>
     <message>
         <source>Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When Claude Code is waiting for your approval or your reply — or finishes — you hear a sound and see a banner, even in a full-screen app. Lives in your menu bar.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When Claude Code is waiting for your approval or your reply — or finishes — you hear a sound and see a banner, even in a full-screen app.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -495,6 +503,22 @@ It needs no account, keeps everything on the Mac and never goes online.</source>
     <name>corvane::ShowMainWindowButton</name>
     <message>
         <source>Corvane</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corvane::TerminalNotice</name>
+    <message>
+        <source>Couldn&apos;t bring the terminal forward</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <extracomment>What cannot be done, and the agent&apos;s folder, as spoken.</extracomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

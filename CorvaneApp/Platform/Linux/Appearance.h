@@ -1,45 +1,40 @@
 #pragma once
 
 #include "Platform/Appearance.h"
-
-#include <QDBusVariant>
-#include <QString>
-
-#include <optional>
+#include "Platform/Linux/DesktopLook.h"
+#include "Platform/Linux/KdeSettings.h"
+#include "Platform/Linux/LxqtSettings.h"
+#include "Platform/Linux/PortalSettings.h"
+#include "Platform/Linux/XSettings.h"
 
 namespace corvane {
 
-/// The user's settings from the desktop portal, kept up to date. Until it replies, or without it: the
-/// lightness of the desktop's own palette, as far as Qt is notified of its changes, normal contrast, and text
-/// as large as Qt makes it.
+/// What the user wants by all places where desktops keep that, kept up to date. Changes of the desktop's own
+/// palette are seen as far as Qt is notified of them.
 class LinuxAppearance : public Appearance {
     Q_OBJECT
 
   public:
     LinuxAppearance();
 
-    [[nodiscard]] ColorScheme colorScheme() const override { return portalScheme_.value_or(paletteScheme_); }
-    [[nodiscard]] bool reduceMotion() const override { return reduceMotion_; }
-    [[nodiscard]] Contrast contrast() const override;
+    [[nodiscard]] ColorScheme colorScheme() const override { return look_.scheme; }
+    [[nodiscard]] bool reduceMotion() const override { return look_.reduceMotion; }
+    [[nodiscard]] Contrast contrast() const override { return look_.contrast; }
     [[nodiscard]] double textScale() const override;
 
     bool eventFilter(QObject* object, QEvent* event) override;
 
   private:
-    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
-    void ask(const QString& group, const QString& key);
-    void apply(const QString& group, const QString& key, QVariant value);
-    void set(const QString& group, const QString& key, const QVariant& value);
+    [[nodiscard]] DesktopLook presentLook() const;
+    void follow();
     void followPalette();
 
-    ColorScheme paletteScheme_;
-    std::optional<ColorScheme> portalScheme_; // none if the portal leaves it to the application
-    bool reduceMotion_ = false;
-    // Newer portals report the contrast for all desktops, older ones pass on GNOME's own switch.
-    bool portalWantsContrast_ = false;
-    bool desktopWantsContrast_ = false;
-    double textScalingFactor_ = 1;
+    PortalSettings portal_;
+    KdeSettings kde_;
+    LxqtSettings lxqt_;
+    XSettings xsettings_;
+    ColorScheme palette_;
+    DesktopLook look_;
 };
 
 /// The part of a text scale that windows of `devicePixelRatio` do not apply already. GNOME's settings daemon

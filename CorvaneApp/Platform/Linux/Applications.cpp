@@ -1,7 +1,6 @@
 #include "Platform/Linux/Applications.h"
 
 #include "Platform/Linux/Tmux.h"
-#include "Platform/Linux/XReply.h"
 #include "Style/Utf8.h"
 
 #include <QByteArray>
@@ -9,13 +8,10 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
-#include <xcb/xcb_ewmh.h>
-#include <xcb/xcb_icccm.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -45,119 +41,32 @@ std::vector<QString> classes(const std::string& bundleID) {
     return result;
 }
 
-/// Has its own connection: works whatever window system Qt uses.
-class WindowList {
-  public:
-    WindowList() {
-        connection_ = xcb_connect(nullptr, &screen_);
-        isOpen_ = xcb_connection_has_error(connection_) == 0 &&
-                  xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(connection_, &ewmh_), nullptr) != 0;
-    }
-    WindowList(const WindowList&) = delete;
-    WindowList& operator=(const WindowList&) = delete;
-    ~WindowList() {
-        if (isOpen_) xcb_ewmh_connection_wipe(&ewmh_);
-        xcb_disconnect(connection_);
-    }
-
-    /// The topmost window of one of these classes, ignoring case.
-    [[nodiscard]] std::optional<xcb_window_t> topmost(const std::vector<QString>& classes) {
-        return topmost([&](xcb_window_t window) {
-            const QString name = windowClass(window);
-            return std::any_of(classes.begin(), classes.end(), [&name](const QString& wanted) {
-                return name.compare(wanted, Qt::CaseInsensitive) == 0;
-            });
-        });
-    }
-
-    /// A window of this process, going by the process ID that the window reports: `preferred` if it is one,
-    /// else the topmost.
-    [[nodiscard]] std::optional<xcb_window_t> find(pid_t process, std::optional<xcb_window_t> preferred) {
-        const auto isOwn = [&](xcb_window_t window) {
-            const std::optional<std::uint32_t> owner = cardinal(xcb_ewmh_get_wm_pid(&ewmh_, window));
-            return owner && static_cast<pid_t>(*owner) == process;
-        };
-        const std::optional<xcb_window_t> exact = topmost(
-            [&](xcb_window_t window) { return window == preferred.value_or(XCB_NONE) && isOwn(window); });
-        return exact ? exact : topmost(isOwn);
-    }
-
-    /// Raises and focuses a window, switching to its workspace first: window managers differ in how they
-    /// handle a request for a window on another workspace.
-    void activate(xcb_window_t window) {
-        constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
-        const std::optional<std::uint32_t> desktop = cardinal(xcb_ewmh_get_wm_desktop(&ewmh_, window));
-        const std::optional<std::uint32_t> current = cardinal(xcb_ewmh_get_current_desktop(&ewmh_, screen_));
-        if (desktop && *desktop != everyDesktop && desktop != current) {
-            xcb_ewmh_request_change_current_desktop(&ewmh_, screen_, *desktop, XCB_CURRENT_TIME);
-        }
-        // As a pager: some window managers refuse the request from an ordinary application.
-        xcb_ewmh_request_change_active_window(&ewmh_, screen_, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
-                                              XCB_CURRENT_TIME, XCB_WINDOW_NONE);
-        // A round trip: the reply shows that the requests have arrived.
-        const x11::Reply<xcb_get_input_focus_reply_t> answer(
-            xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
-    }
-
-  private:
-    template <typename Predicate>
-    [[nodiscard]] std::optional<xcb_window_t> topmost(Predicate isWanted) {
-        if (!isOpen_) return std::nullopt;
-        const std::vector<xcb_window_t> windows = managed();
-        const auto found = std::find_if(windows.rbegin(), windows.rend(), isWanted);
-        return found != windows.rend() ? std::optional(*found) : std::nullopt;
-    }
-
-    /// The managed windows, the topmost last.
-    [[nodiscard]] std::vector<xcb_window_t> managed() {
-        // Both lists: some window managers report the stacking order only once it has changed.
-        std::vector<xcb_window_t> result;
-        for (const auto cookie : {xcb_ewmh_get_client_list(&ewmh_, screen_),
-                                  xcb_ewmh_get_client_list_stacking(&ewmh_, screen_)}) {
-            xcb_ewmh_get_windows_reply_t reply;
-            // Both replies have the same layout.
-            if (xcb_ewmh_get_windows_reply(&ewmh_, cookie, &reply, nullptr) == 0) continue;
-            result.insert(result.end(), reply.windows, reply.windows + reply.windows_len);
-            xcb_ewmh_get_windows_reply_wipe(&reply);
-        }
-        return result;
-    }
-
-    [[nodiscard]] QString windowClass(xcb_window_t window) {
-        xcb_icccm_get_wm_class_reply_t reply;
-        if (xcb_icccm_get_wm_class_reply(connection_, xcb_icccm_get_wm_class(connection_, window), &reply,
-                                         nullptr) == 0) {
-            return {};
-        }
-        QString name = QString::fromLocal8Bit(reply.class_name);
-        xcb_icccm_get_wm_class_reply_wipe(&reply);
-        return name;
-    }
-
-    [[nodiscard]] std::optional<std::uint32_t> cardinal(xcb_get_property_cookie_t cookie) {
-        std::uint32_t value = 0;
-        if (xcb_ewmh_get_cardinal_reply(&ewmh_, cookie, &value, nullptr) == 0) return std::nullopt;
-        return value;
-    }
-
-    xcb_connection_t* connection_ = nullptr;
-    int screen_ = 0;
-    xcb_ewmh_connection_t ewmh_{};
-    bool isOpen_ = false;
-};
+/// What titles are judged by.
+WindowSearch hints(const Terminal& terminal) {
+    WindowSearch result;
+    result.directory = fromUtf8(terminal.directory);
+    result.agent = fromUtf8(terminal.agent);
+    return result;
+}
 
 } // namespace
 
 struct LinuxApplications::Search {
     Terminal terminal;
+    std::vector<std::shared_ptr<WindowRaiser>> raisers;
     std::vector<pid_t> agents; // candidates for the session's agent
     std::size_t next = 0;
     Report report;
 };
 
+LinuxApplications::LinuxApplications(Raisers raisers, ProcessTable processes)
+    : raisers_(std::move(raisers))
+    , processes_(std::move(processes)) {}
+
 void LinuxApplications::activate(const Terminal& terminal, Report report) {
     auto search = std::make_shared<Search>();
     search->terminal = terminal;
+    search->raisers = raisers_();
     search->agents = processes_.running(terminal.agent, terminal.directory);
     search->report = std::move(report);
     // Several agents may run in one directory: the session's own has the same terminal in its environment,
@@ -171,56 +80,79 @@ void LinuxApplications::activate(const Terminal& terminal, Report report) {
 }
 
 void LinuxApplications::proceed(const std::shared_ptr<Search>& search) {
-    while (search->next < search->agents.size()) {
+    if (search->next < search->agents.size()) {
         const pid_t process = search->agents[search->next++];
-        if (activateWindow(process)) {
-            search->report(true);
-            return;
-        }
-        if (const auto socket = tmux::socket(processes_.variable(process, "TMUX").value_or(""))) {
-            askTmux(*socket, process, search);
-            return;
-        }
+        activateWindow(search, process, [this, search, process](bool isFound) {
+            if (isFound) {
+                search->report(true);
+            } else if (const auto socket = tmux::socket(processes_.variable(process, "TMUX").value_or(""))) {
+                askTmux(*socket, process, search);
+            } else {
+                proceed(search);
+            }
+        });
+        return;
     }
-    const std::optional<std::string>& bundleID = search->terminal.bundleID;
-    WindowList windows;
-    const std::optional<xcb_window_t> window = bundleID ? windows.topmost(classes(*bundleID)) : std::nullopt;
-    if (window) windows.activate(*window);
-    search->report(window.has_value());
+    if (!search->terminal.bundleID) {
+        search->report(false);
+        return;
+    }
+    WindowSearch wanted = hints(search->terminal);
+    wanted.classes = classes(*search->terminal.bundleID);
+    raise(search, wanted, 0, search->report);
 }
 
-bool LinuxApplications::activateWindow(pid_t process) const {
-    // Many terminals pass their window's ID to the programs inside.
-    std::optional<xcb_window_t> told;
+void LinuxApplications::activateWindow(const std::shared_ptr<Search>& search, pid_t process,
+                                       Continuation next) {
+    WindowSearch wanted = hints(search->terminal);
+    wanted.processes = processes_.ancestry(process);
+    // Many terminals pass their window's ID to the programs inside. The variable may be inherited from a
+    // terminal in which this one was started.
     bool isNumber = false;
     const uint number =
         QString::fromStdString(processes_.variable(process, "WINDOWID").value_or("")).toUInt(&isNumber);
-    if (isNumber) told = number;
+    if (isNumber) wanted.windowID = number;
+    raise(search, wanted, 0, std::move(next));
+}
 
-    WindowList windows;
-    for (const pid_t ancestor : processes_.ancestry(process)) {
-        // The variable may be inherited from a terminal in which this one was started.
-        if (const std::optional<xcb_window_t> window = windows.find(ancestor, told)) {
-            windows.activate(*window);
-            return true;
-        }
+void LinuxApplications::raise(const std::shared_ptr<Search>& search, const WindowSearch& wanted,
+                              std::size_t index, Continuation next) {
+    if (index == search->raisers.size()) {
+        next(false);
+        return;
     }
-    return false;
+    search->raisers[index]->raise(wanted, context_,
+                                  [this, search, wanted, index, next = std::move(next)](bool isFound) {
+                                      if (isFound) {
+                                          next(true);
+                                      } else {
+                                          raise(search, wanted, index + 1, next);
+                                      }
+                                  });
 }
 
 void LinuxApplications::askTmux(const std::string& socket, pid_t process,
                                 const std::shared_ptr<Search>& search) {
     runTmux(tmux::query(socket), [this, socket, process, search](const std::string& output) {
-        const std::vector<tmux::View> views = tmux::views(
-            tmux::parse(output), processes_.variable(process, "TMUX_PANE"), processes_.ancestry(process));
-        const auto view = std::find_if(views.begin(), views.end(), [this](const tmux::View& candidate) {
-            return activateWindow(candidate.client.process);
-        });
-        if (view == views.end()) {
-            proceed(search);
+        showView(socket,
+                 tmux::views(tmux::parse(output), processes_.variable(process, "TMUX_PANE"),
+                             processes_.ancestry(process)),
+                 0, search);
+    });
+}
+
+void LinuxApplications::showView(const std::string& socket, const std::vector<tmux::View>& views,
+                                 std::size_t index, const std::shared_ptr<Search>& search) {
+    if (index == views.size()) {
+        proceed(search);
+        return;
+    }
+    activateWindow(search, views[index].client.process, [this, socket, views, index, search](bool isFound) {
+        if (!isFound) {
+            showView(socket, views, index + 1, search);
             return;
         }
-        const std::vector<std::string> selection = tmux::selection(socket, *view);
+        const std::vector<std::string> selection = tmux::selection(socket, views[index]);
         if (!selection.empty()) runTmux(selection, [](const std::string& /*output*/) {});
         search->report(true);
     });

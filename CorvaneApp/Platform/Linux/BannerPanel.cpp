@@ -1,16 +1,21 @@
 #include "Platform/Linux/BannerPanel.h"
 
+#include "Platform/Linux/Compositing.h"
 #include "Platform/Linux/Shadow.h"
 #include "Platform/Linux/X11.h"
 #include "Platform/Shared/MainThread.h"
 #include "Style/Tokens.h"
 
+#include <QBackingStore>
 #include <QEasingCurve>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QShowEvent>
 #include <QSignalBlocker>
 #include <QVariantAnimation>
+#include <QWindow>
 
+#include <functional>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -74,14 +79,21 @@ class PanelWindow : public QWidget {
     /// go or turn an effect on, and at the scale, which another screen may change. Whether anything was
     /// different.
     bool followDesktop() {
-        const bool blended = x11::isComposited();
-        const bool blurred = x11::blursBehind();
+        const bool blended = Compositing::instance().isBlended();
+        const bool blurred = Compositing::instance().isBlurredBehind();
         if (blended == blended_ && blurred == blurred_ && devicePixelRatioF() == arrangedRatio_) return false;
         blended_ = blended;
         blurred_ = blurred;
         layOut();
         update();
         return true;
+    }
+
+    /// Gives the native window, and what it is drawn from, the size at the present scale: Qt compares sizes
+    /// in device-independent pixels only, and would leave it for later.
+    void resizeNatively() {
+        if (QWindow* const native = windowHandle()) native->setGeometry(geometry());
+        if (QBackingStore* const store = backingStore()) store->resize(size());
     }
 
     /// Moves the window `offset` below its place. Returns whether the place changed.
@@ -91,13 +103,27 @@ class PanelWindow : public QWidget {
         return std::exchange(place_, place) != place;
     }
 
+    /// Called when the window's scale has changed, on versions of Qt that tell it.
+    void setRescaled(std::function<void()> rescaled) { rescaled_ = std::move(rescaled); }
+
     void ignoreClicks() { x11::setInputShape(nativeWindow(), {}); }
 
   protected:
+    void showEvent(QShowEvent* event) override {
+        // Qt raises a tool window before this event, and maps it after it.
+        StackingGuard::prepare(*this);
+        QWidget::showEvent(event);
+    }
+
     bool event(QEvent* event) override {
         // The window's contents and those of its card are about to be painted.
         if (event->type() == QEvent::UpdateRequest) damage_.reportAll();
-        return QWidget::event(event);
+        const bool isHandled = QWidget::event(event);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+        // Since then, a window has the new scale only after its screen has told the change.
+        if (event->type() == QEvent::DevicePixelRatioChange && rescaled_) rescaled_();
+#endif
+        return isHandled;
     }
 
     void paintEvent(QPaintEvent* /*event*/) override {
@@ -141,10 +167,11 @@ class PanelWindow : public QWidget {
     const StackingGuard& guard_;
     PanelDamage& damage_;
     PanelContent* card_ = nullptr;
-    bool blended_ = x11::isComposited();
-    bool blurred_ = x11::blursBehind();
+    bool blended_ = Compositing::instance().isBlended();
+    bool blurred_ = Compositing::instance().isBlurredBehind();
     qreal arrangedRatio_ = 1;
     QPoint place_; // without the slide
+    std::function<void()> rescaled_;
 };
 
 class LinuxBannerPanel : public BannerPanel {
@@ -155,7 +182,11 @@ class LinuxBannerPanel : public BannerPanel {
         , window_(guard, damage) {
         QObject::connect(&animation_, &QVariantAnimation::valueChanged, &window_,
                          [this](const QVariant& value) { advance(value.toDouble()); });
-        QObject::connect(&guard_, &StackingGuard::secondPassed, &window_, [this] { followDesktop(); });
+        QObject::connect(&Compositing::instance(), &Compositing::changed, &window_,
+                         [this] { followDesktop(); });
+        QObject::connect(window_.windowHandle(), &QWindow::screenChanged, &window_,
+                         [this] { followDesktop(); });
+        window_.setRescaled([this] { followDesktop(); });
         animation_.setStartValue(0.0);
         animation_.setEndValue(1.0);
     }
@@ -185,7 +216,6 @@ class LinuxBannerPanel : public BannerPanel {
 
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
         requireMainThread();
-        damage_.followCompositor();
         followDesktop();
         begin({window_.isBlended() ? 0.0 : 1.0, -slide}, {1.0, 0}, duration);
         advance(0);
@@ -238,7 +268,9 @@ class LinuxBannerPanel : public BannerPanel {
     }
 
     void followDesktop() {
-        if (window_.followDesktop()) place();
+        if (!window_.followDesktop()) return;
+        place();
+        window_.resizeNatively();
     }
 
     void advance(double progress) {
@@ -272,10 +304,15 @@ class LinuxBannerPanel : public BannerPanel {
 } // namespace
 
 LinuxBannerPanels::LinuxBannerPanels() {
-    QObject::connect(&guard_, &StackingGuard::secondPassed, &guard_, [this] {
-        damage_.followCompositor();
-        damage_.reportAll();
-    });
+    QObject::connect(&Compositing::instance(), &Compositing::changed, &guard_,
+                     [this] { followCompositor(); });
+    QObject::connect(&guard_, &StackingGuard::secondPassed, &guard_, [this] { damage_.reportAll(); });
+    followCompositor();
+}
+
+void LinuxBannerPanels::followCompositor() {
+    damage_.followCompositor();
+    guard_.setBeat(damage_.isNeeded() ? StackingGuard::Beat::always : StackingGuard::Beat::asNeeded);
 }
 
 std::unique_ptr<BannerPanel> LinuxBannerPanels::make() {

@@ -18,6 +18,8 @@ class LinuxBannerPanels : public BannerPanels {
     void keepBelow(const std::vector<QWidget*>& windows) override { guard_.keepBelow(windows); }
 
   private:
+    void followCompositor();
+
     StackingGuard guard_;
     PopupPresses presses_{guard_};
     PanelDamage damage_;

@@ -33,7 +33,7 @@ std::string entry(const fs::path& program) {
            "Name=Corvane\n"
            "Comment=Taps you on the shoulder when an AI coding agent needs you\n"
            "Exec=" +
-           DesktopEntry::execArgument(program.string()) +
+           DesktopEntry::execArgument(program.string()) + ' ' + LinuxLoginItem::option +
            "\n"
            "Icon=corvane\n"
            "Terminal=false\n"
@@ -64,6 +64,10 @@ bool LinuxLoginItem::isEnabled() const {
     if (!text || DesktopEntry::isDisabled(*text)) return false;
     const std::string program = DesktopEntry::execProgram(*text);
     return !program.empty() && (program.front() != '/' || access(program.c_str(), X_OK) == 0);
+}
+
+bool LinuxLoginItem::hasStartedThisProcess() const {
+    return QCoreApplication::arguments().contains(QLatin1String(option));
 }
 
 void LinuxLoginItem::setEnabled(bool enabled) {

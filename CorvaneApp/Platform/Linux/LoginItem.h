@@ -16,9 +16,13 @@ class LinuxLoginItem : public LoginItem {
     [[nodiscard]] static std::filesystem::path standardFile();
     [[nodiscard]] static std::filesystem::path runningProgram();
 
+    static constexpr const char* option = "--autostart";
+
     /// Also false when the entry is switched off, or starts a program that does not exist.
     [[nodiscard]] bool isEnabled() const override;
     void setEnabled(bool enabled) override;
+    /// By the option that the entry passes on.
+    [[nodiscard]] bool hasStartedThisProcess() const override;
 
   private:
     std::filesystem::path file_;

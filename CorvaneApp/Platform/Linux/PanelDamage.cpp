@@ -1,5 +1,6 @@
 #include "Platform/Linux/PanelDamage.h"
 
+#include "Platform/Linux/Compositing.h"
 #include "Platform/Linux/X11.h"
 
 #include <QWidget>
@@ -10,7 +11,7 @@
 namespace corvane {
 
 void PanelDamage::followCompositor() {
-    const xcb_window_t compositor = x11::compositingManager();
+    const xcb_window_t compositor = Compositing::instance().manager();
     if (compositor_ == compositor) return;
     compositor_ = compositor;
     isNeeded_ =

@@ -25,9 +25,11 @@ class PanelDamage {
     void add(QWidget& window) { windows_.push_back(&window); }
     void remove(QWidget& window) { std::erase(windows_, &window); }
 
-    /// Checks which compositing manager runs; call it when a panel is shown, and from time to time after
-    /// that.
+    /// Checks which compositing manager runs; call it at first, and when it has changed.
     void followCompositor();
+
+    /// Whether anything is reported to the present compositing manager.
+    [[nodiscard]] bool isNeeded() const { return isNeeded_; }
 
     /// Call it right before one of the windows changes what the screen shows; and from time to time, since
     /// windows of other programs, and the compositing manager's own animations, erase panels too.

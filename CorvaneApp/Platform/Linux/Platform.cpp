@@ -6,16 +6,19 @@
 #include "Platform/Linux/Appearance.h"
 #include "Platform/Linux/Applications.h"
 #include "Platform/Linux/BannerPanel.h"
+#include "Platform/Linux/BusProbe.h"
 #include "Platform/Linux/FileBrowser.h"
 #include "Platform/Linux/LoginItem.h"
+#include "Platform/Linux/PanelHost.h"
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/Sounds.h"
 #include "Platform/Linux/StartupToken.h"
 #include "Platform/Linux/StatusItem.h"
+#include "Platform/Linux/SwayIpc.h"
 #include "Platform/Linux/SystemSymbols.h"
 #include "Platform/Linux/WindowShadow.h"
-#include "Platform/Shared/PlainPanelHost.h"
+#include "Platform/Linux/X11.h"
 #include "Platform/Shared/QtScheduler.h"
 #include "Style/ApplicationIcon.h"
 
@@ -24,6 +27,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <optional>
 
 namespace corvane {
 
@@ -31,7 +35,11 @@ namespace {
 
 constexpr const char* windowSystemVariable = "QT_QPA_PLATFORM";
 constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
+constexpr const char* sharedMemoryVariable = "QT_XCB_NO_MITSHM";
+// A bus of a machine that is busy with a login replies late.
+constexpr std::chrono::seconds busPatience{5};
 bool hasChosenWindowSystem = false;
+bool hasRefusedSharedMemory = false;
 StartupToken ownStartup;
 
 /// Qt's previous message handler.
@@ -80,7 +88,7 @@ class LinuxPlatform : public Platform {
     LinuxActivation activation_;
     LinuxWindowShadow windowShadow_;
     LinuxSystemSymbols systemSymbols_;
-    PlainPanelHosts panelHosts_{activation_};
+    LinuxPanelHosts panelHosts_{activation_, x11::connection() != nullptr ? sway::socket() : std::nullopt};
     LinuxScreens screens_;
     LinuxAppearance appearance_;
     LinuxAnnouncer announcer_;
@@ -98,8 +106,9 @@ class LinuxPlatform : public Platform {
 } // namespace
 
 std::unique_ptr<Platform> Platform::make() {
-    // Child processes must not inherit the choice.
+    // Child processes must not inherit the choices.
     if (hasChosenWindowSystem) qunsetenv(windowSystemVariable);
+    if (hasRefusedSharedMemory) qunsetenv(sharedMemoryVariable);
     // For a program that is not installed, whose desktop entry and icon no desktop finds.
     QGuiApplication::setWindowIcon(applicationicon::icon());
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
@@ -117,9 +126,18 @@ bool Platform::prepareProcess() {
     }
     ownStartup = StartupToken::fromEnvironment();
     printMessage = qInstallMessageHandler(takeMessage);
+    // Where there is no session bus, its library would start one that outlives the application. For one that
+    // hangs, Qt would wait for minutes and without a window. Nothing is at the address of a null device.
+    const std::string bus = busprobe::sessionAddress();
+    if (bus.empty() || busprobe::hangs(bus, busPatience))
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
     hasChosenWindowSystem = hasX && !isChosen;
     if (hasChosenWindowSystem) qputenv(windowSystemVariable, "xcb;wayland");
+    // With pictures in shared memory, Qt waits for the X server before each painting of what it has painted
+    // before: each banner's clock would wake the process twice more a second.
+    hasRefusedSharedMemory = !qEnvironmentVariableIsSet(sharedMemoryVariable);
+    if (hasRefusedSharedMemory) qputenv(sharedMemoryVariable, "1");
     // Without it, Qt serves only screen readers that were started earlier. It stays set, since Qt reads it
     // again whenever an accessibility bus appears.
     if (!qEnvironmentVariableIsSet(accessibilityVariable)) qputenv(accessibilityVariable, "1");

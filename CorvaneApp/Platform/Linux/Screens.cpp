@@ -1,5 +1,6 @@
 #include "Platform/Linux/Screens.h"
 
+#include "Platform/Linux/SwayIpc.h"
 #include "Platform/Linux/X11.h"
 #include "Platform/Linux/XEvents.h"
 
@@ -21,7 +22,7 @@ QRect devicePixels(const QScreen& screen) {
 }
 
 // Qt knows the work area of a single screen only.
-QRect availableGeometry(const QScreen& screen) {
+QRect availableToX(const QScreen& screen) {
     if (QGuiApplication::screens().size() == 1) return screen.availableGeometry();
     const QPoint origin = screen.geometry().topLeft();
     const std::optional<QRect> free = x11::freeArea(devicePixels(screen));
@@ -49,15 +50,11 @@ QScreen* screenWithFocus() {
     return best;
 }
 
-QScreen* mainScreen() {
-    if (QScreen* const focused = screenWithFocus()) return focused;
-    if (QScreen* const pointed = QGuiApplication::screenAt(QCursor::pos())) return pointed;
-    return QGuiApplication::primaryScreen();
-}
-
 } // namespace
 
-LinuxScreens::LinuxScreens() {
+LinuxScreens::LinuxScreens()
+    : sway_(std::make_unique<SwayOutputs>(sway::socket())) {
+    connect(sway_.get(), &SwayOutputs::changed, this, &Screens::changed);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
         watch(screen);
         Q_EMIT changed();
@@ -80,8 +77,29 @@ void LinuxScreens::watch(QScreen* screen) {
 }
 
 std::optional<QRect> LinuxScreens::mainVisibleFrame() const {
+    // For the next time; if something has changed, that is reported, and the banners are placed anew.
+    sway_->refresh();
     const QScreen* const screen = mainScreen();
     return screen != nullptr ? std::optional(availableGeometry(*screen)) : std::nullopt;
+}
+
+QScreen* LinuxScreens::mainScreen() const {
+    if (const SwayOutput* const output = sway_->focused()) {
+        for (QScreen* const screen : QGuiApplication::screens()) {
+            if (sway_->at(devicePixels(*screen)) == output) return screen;
+        }
+    }
+    if (QScreen* const focused = screenWithFocus()) return focused;
+    if (QScreen* const pointed = QGuiApplication::screenAt(QCursor::pos())) return pointed;
+    return QGuiApplication::primaryScreen();
+}
+
+QRect LinuxScreens::availableGeometry(const QScreen& screen) const {
+    const SwayOutput* const output = sway_->at(devicePixels(screen));
+    if (output == nullptr) return availableToX(screen);
+    // Not the output's own area: XWayland rounds a screen's size down where there is a scale.
+    const qreal ratio = screen.devicePixelRatio();
+    return screen.geometry().marginsRemoved((QMarginsF(output->reserved) / ratio).toMargins());
 }
 
 } // namespace corvane

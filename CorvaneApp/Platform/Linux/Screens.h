@@ -1,12 +1,16 @@
 #pragma once
 
+#include "Platform/Linux/SwayOutputs.h"
 #include "Platform/Screens.h"
+
+#include <memory>
 
 class QScreen;
 
 namespace corvane {
 
-/// The screens as Qt knows them; the main one is that of the active window, if the X server reports it.
+/// The screens as Qt knows them; the main one is that of the active window, if the X server reports it. Under
+/// sway, bars and the focus are what sway reports.
 class LinuxScreens : public Screens {
     Q_OBJECT
 
@@ -17,6 +21,11 @@ class LinuxScreens : public Screens {
 
   private:
     void watch(QScreen* screen);
+    [[nodiscard]] QScreen* mainScreen() const;
+    [[nodiscard]] QRect availableGeometry(const QScreen& screen) const;
+
+    // Has itself refreshed by questions about the screens.
+    std::unique_ptr<SwayOutputs> sway_;
 };
 
 } // namespace corvane

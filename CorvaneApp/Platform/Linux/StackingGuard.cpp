@@ -1,5 +1,6 @@
 #include "Platform/Linux/StackingGuard.h"
 
+#include "Platform/Linux/ScreenLockers.h"
 #include "Platform/Linux/X11.h"
 #include "Platform/Linux/XEvents.h"
 
@@ -23,13 +24,21 @@ xcb_window_t native(const QWidget& window) {
 StackingGuard::StackingGuard() {
     timer_.setInterval(std::chrono::seconds(1));
     connect(&timer_, &QTimer::timeout, this, [this] {
-        if (!x11::hasActiveWindowHint()) restore();
+        if (!isActiveKnown_) restore();
         Q_EMIT secondPassed();
     });
     connect(&XEvents::instance(), &XEvents::propertyChanged, this,
-            [this, activeWindow = x11::atom("_NET_ACTIVE_WINDOW")](xcb_atom_t name) {
-                if (name == activeWindow && !windows_.empty()) restore();
+            [this, activeWindow = x11::atom("_NET_ACTIVE_WINDOW"),
+             manager = x11::atom("_NET_SUPPORTING_WM_CHECK")](xcb_atom_t name) {
+                if (windows_.empty()) return;
+                if (name == activeWindow) restore();
+                if (name == activeWindow || name == manager) followWindowManager();
             });
+}
+
+void StackingGuard::prepare(const QWidget& window) {
+    const std::vector<xcb_window_t> lockers = x11::screenLockers();
+    if (!lockers.empty()) x11::placeBelowAll(native(window), lockers);
 }
 
 void StackingGuard::raise(QWidget& window) {
@@ -37,8 +46,23 @@ void StackingGuard::raise(QWidget& window) {
     windows_.push_back(&window);
     // Whenever one is shown, all are raised one after the other: only the final order counts.
     restoreSoon();
-    if (!timer_.isActive()) timer_.start();
+    if (windows_.size() == 1) followWindowManager();
     if (isNew) Q_EMIT arrangementChanged();
+}
+
+void StackingGuard::setBeat(Beat beat) {
+    beat_ = beat;
+    followWindowManager();
+}
+
+void StackingGuard::followWindowManager() {
+    isActiveKnown_ = x11::hasActiveWindowHint();
+    const bool isNeeded = !windows_.empty() && (!isActiveKnown_ || beat_ == Beat::always);
+    if (!isNeeded) {
+        timer_.stop();
+    } else if (!timer_.isActive()) {
+        timer_.start();
+    }
 }
 
 void StackingGuard::keepBelow(const std::vector<QWidget*>& others) {
@@ -70,7 +94,7 @@ void StackingGuard::restore() {
             window->raise();
         return;
     }
-    std::vector<xcb_window_t> above;
+    std::vector<xcb_window_t> above = x11::screenLockers();
     for (const QPointer<QWidget>& window : above_) {
         if (window && window->isVisible()) above.push_back(native(*window));
     }

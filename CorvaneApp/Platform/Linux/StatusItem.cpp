@@ -1,58 +1,56 @@
 #include "Platform/Linux/StatusItem.h"
 
+#include "Platform/Linux/NotifierPlace.h"
 #include "Platform/Linux/X11.h"
-#include "Platform/Linux/XReply.h"
 #include "Style/StatusIcon.h"
+#include "Style/SymbolicBell.h"
 
-#include <QApplication>
+#include <QCursor>
+#include <QGuiApplication>
 #include <QMenu>
-#include <QWidget>
-#include <xcb/xcb.h>
+#include <QScreen>
+#include <QStandardPaths>
+#include <QStringList>
 
 #include <chrono>
 #include <optional>
+#include <system_error>
+#include <vector>
 
 namespace corvane {
 
 namespace {
 
-// How long a tray may take to embed the icon.
-constexpr std::chrono::seconds embeddingTime{1};
-
-/// The window that Qt offers for embedding; null when there is none.
-QWidget* embeddedWindow() {
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (window->inherits("QSystemTrayIconSys")) return window;
-    }
-    return nullptr;
-}
-
-xcb_window_t parent(xcb_window_t window) {
-    xcb_connection_t* const x = x11::connection();
-    if (x == nullptr) return XCB_WINDOW_NONE;
-    const x11::Reply<xcb_query_tree_reply_t> reply(
-        xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
-    return reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
-}
-
-/// Whether a tray has taken that window into one of its own.
-bool isEmbedded() {
-    const QWidget* const window = embeddedWindow();
-    return window != nullptr &&
-           parent(static_cast<xcb_window_t>(window->internalWinId())) != x11::rootWindow();
-}
+// How long a bar takes to be drawn, or to be drawn anew when the desktop's theme changes.
+constexpr std::chrono::milliseconds drawingTime{1500};
 
 } // namespace
 
 LinuxStatusItem::LinuxStatusItem(Appearance& appearance)
     : appearance_(appearance) {
-    connect(&appearance_, &Appearance::changed, this, &LinuxStatusItem::update);
-    insistence_.setSingleShot(true);
-    insistence_.setInterval(embeddingTime);
-    connect(&insistence_, &QTimer::timeout, this, &LinuxStatusItem::insist);
+    look_.setSingleShot(true);
+    look_.setInterval(drawingTime);
+    connect(&look_, &QTimer::timeout, this, [this] { lookAtBars(lastPlace_); });
+    connect(&appearance_, &Appearance::changed, this, [this] {
+        update();
+        if (!notifier_) return;
+        look_.start();
+        // Plasma gives an icon its bar's new colours only when it gets the icon anew.
+        QTimer::singleShot(drawingTime, notifier_.get(), &NotifierItem::iconChanged);
+    });
 }
 
 LinuxStatusItem::~LinuxStatusItem() = default;
+
+std::filesystem::path LinuxStatusItem::iconFolder() {
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) return {};
+    const std::filesystem::path data = program.parent_path().parent_path() / "share";
+    // Plasma fills an icon with the applications' colours instead of the bar's if it is told a folder.
+    const QStringList known = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+    return known.contains(QString::fromStdString(data.string())) ? std::filesystem::path() : data / "icons";
+}
 
 void LinuxStatusItem::show(int waitingCount, const QString& label, const QString& toolTip) {
     waitingCount_ = waitingCount;
@@ -68,74 +66,86 @@ void LinuxStatusItem::show(int waitingCount, const QString& label, const QString
 
 void LinuxStatusItem::setMenu(QMenu* menu) {
     menu_ = menu;
-    if (icon_) icon_->setContextMenu(menu);
+    notifier_.reset();
+    embedded_.reset();
+    if (menu != nullptr && hosts_) settle();
 }
 
 bool LinuxStatusItem::isAvailable() const {
-    if (!hosts_) return false;
-    if (!icon_) return hosts_->hasNotifierHost() || hosts_->hasEmbeddingHost();
-    return isNotifier_ ? hosts_->hasNotifierHost() : hosts_->hasEmbeddingHost();
+    return hosts_ && (hosts_->hasNotifierHost() || hosts_->hasEmbeddingHost());
 }
 
 QRect LinuxStatusItem::place() const {
-    return icon_ && isAvailable() ? icon_->geometry() : QRect();
+    return embedded_ && isAvailable() ? embedded_->place() : QRect();
 }
 
 void LinuxStatusItem::settle() {
     if (!hosts_->isNotifierKnown()) return;
-    if (!icon_ && isAvailable()) makeIcon();
-    if (icon_ && !isNotifier_) insistence_.start();
+    if (hosts_->hasNotifierHost()) {
+        embedded_.reset();
+        if (!notifier_) makeNotifier();
+    } else if (hosts_->hasEmbeddingHost()) {
+        notifier_.reset();
+        if (!embedded_) makeEmbedded();
+        embedded_->insistSoon();
+    }
     Q_EMIT availabilityChanged();
 }
 
-void LinuxStatusItem::makeIcon() {
-    isNotifier_ = hosts_->hasNotifierHost();
-    if (!isNotifier_) {
-        bar_ = std::make_unique<TrayBar>();
-        connect(bar_.get(), &TrayBar::changed, this, &LinuxStatusItem::update);
-    }
-    icon_ = std::make_unique<QSystemTrayIcon>();
-    connect(icon_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        // The second press of a double click counts like the first.
-        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
-            Q_EMIT pressed(icon_->geometry());
+void LinuxStatusItem::makeNotifier() {
+    notifier_ = std::make_unique<NotifierItem>(face(), menu_, QString::fromStdString(iconFolder().string()));
+    connect(notifier_.get(), &NotifierItem::activated, this, [this](QPoint given) {
+        const QRect place = clicked(given);
+        if (!place.isEmpty()) lookAtBars(place.center());
+        Q_EMIT pressed(place);
     });
-    icon_->setContextMenu(menu_);
-    update();
-    icon_->show();
-    update();
+    connect(notifier_.get(), &NotifierItem::menuRequested, this, [this](QPoint given) {
+        const QRect place = clicked(given);
+        if (menu_ != nullptr) menu_->popup(place.isEmpty() ? given : place.center());
+    });
+    look_.start();
 }
 
-// A tray that is just starting may miss the request.
-void LinuxStatusItem::insist() {
-    if (!hosts_->hasEmbeddingHost()) return;
-    if (isEmbedded()) {
-        update(); // the bar can be seen by now
-        return;
-    }
-    icon_->hide();
-    icon_->show();
+void LinuxStatusItem::makeEmbedded() {
+    embedded_ = std::make_unique<EmbeddedIcon>(menu_);
+    connect(embedded_.get(), &EmbeddedIcon::pressed, this, &StatusItem::pressed);
+    connect(embedded_.get(), &EmbeddedIcon::barChanged, this, &LinuxStatusItem::update);
     update();
-    insistence_.start();
-}
-
-ColorScheme LinuxStatusItem::barScheme() {
-    if (bar_ && isEmbedded()) {
-        const auto window = static_cast<xcb_window_t>(embeddedWindow()->internalWinId());
-        if (const std::optional<ColorScheme> scheme = bar_->scheme(window)) return *scheme;
-    }
-    return statusicon::barScheme(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), appearance_.colorScheme());
 }
 
 void LinuxStatusItem::update() {
-    if (!icon_) return;
-    icon_->setIcon(statusicon::icon(waitingCount_, barScheme()));
-    icon_->setToolTip(toolTip_);
-    // The embedded window has no accessible name of its own.
-    if (QWidget* const window = embeddedWindow()) {
-        window->setWindowTitle(label_);
-        window->setAccessibleName(label_);
-    }
+    if (notifier_) notifier_->show(face());
+    if (embedded_) embedded_->show(waitingCount_, label_, toolTip_, barScheme());
+}
+
+NotifierFace LinuxStatusItem::face() const {
+    const bool isFilled = statusicon::isFilledByBar(qgetenv("XDG_CURRENT_DESKTOP").toStdString());
+    return {waitingCount_, label_, toolTip_, isFilled ? symbolicbell::name(waitingCount_) : QString(),
+            seenBar_.value_or(barScheme())};
+}
+
+ColorScheme LinuxStatusItem::barScheme() const {
+    return statusicon::barScheme(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), appearance_.colorScheme());
+}
+
+void LinuxStatusItem::lookAtBars(QPoint place) {
+    lastPlace_ = place;
+    seenBar_ = TrayBar::schemeOfBars((QPointF(place) * qGuiApp->devicePixelRatio()).toPoint());
+    update();
+}
+
+QRect LinuxStatusItem::clicked(QPoint given) {
+    std::vector<QRect> screens;
+    for (const QScreen* const screen : QGuiApplication::screens())
+        screens.push_back(screen->geometry());
+    const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    // Above native windows of a Wayland session, X11 knows the pointer's last place only.
+    const std::optional<QPoint> pointer = !isWayland ? std::optional(QCursor::pos()) : std::nullopt;
+    QRect place;
+    if (notifierPlaceIsKnown(isWayland, qgetenv("XDG_CURRENT_DESKTOP").toStdString()))
+        place = notifierPlace(given, pointer, ratio, screens);
+    return place.isEmpty() && pointer ? notifierPlaceOnBar(*pointer, ratio, x11::bars()) : place;
 }
 
 } // namespace corvane

@@ -1,28 +1,32 @@
 #pragma once
 
 #include "Platform/Appearance.h"
-#include "Platform/Linux/TrayBar.h"
+#include "Platform/Linux/EmbeddedIcon.h"
+#include "Platform/Linux/NotifierItem.h"
 #include "Platform/Linux/TrayHosts.h"
 #include "Platform/StatusItem.h"
 
 #include <QPointer>
-#include <QSystemTrayIcon>
 #include <QTimer>
 
+#include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace corvane {
 
-/// A StatusNotifierItem on the session bus if there is a host for those, else a window embedded in the tray.
-///
-/// Qt chooses between the two once per process, when its first icon is created. So the icon is created only
-/// when a host of either kind appears; until then nothing is shown.
+/// A StatusNotifierItem on the session bus while there is a host for those, else a window embedded in the
+/// tray. Nothing is shown before a host of either kind appears.
 class LinuxStatusItem : public StatusItem {
     Q_OBJECT
 
   public:
     explicit LinuxStatusItem(Appearance& appearance);
     ~LinuxStatusItem() override;
+
+    /// The folder of the icon themes with the bell's drawings, next to the running program; empty if it is
+    /// one in which desktops look anyway.
+    [[nodiscard]] static std::filesystem::path iconFolder();
 
     void show(int waitingCount, const QString& label, const QString& toolTip) override;
     void setMenu(QMenu* menu) override;
@@ -31,20 +35,24 @@ class LinuxStatusItem : public StatusItem {
 
   private:
     void settle();
-    void makeIcon();
+    void makeNotifier();
+    void makeEmbedded();
     void update();
-    /// The appearance of the bar that the icon is on, as far as it is known.
-    [[nodiscard]] ColorScheme barScheme();
-    /// Asks the tray again to embed the icon, if it has not.
-    void insist();
+    [[nodiscard]] NotifierFace face() const;
+    /// The appearance of the bar that the icon is on, unless the bar can be seen.
+    [[nodiscard]] ColorScheme barScheme() const;
+    /// Looks at the bars; at the one at `place`, in device-independent pixels, if there are several.
+    void lookAtBars(QPoint place);
+    [[nodiscard]] static QRect clicked(QPoint given);
 
     Appearance& appearance_;
     std::unique_ptr<TrayHosts> hosts_;
-    std::unique_ptr<TrayBar> bar_; // with an embedded icon
-    std::unique_ptr<QSystemTrayIcon> icon_;
-    QTimer insistence_;
-    bool isNotifier_ = false; // the kind of icon; false: embedded
+    std::unique_ptr<NotifierItem> notifier_;
+    std::unique_ptr<EmbeddedIcon> embedded_;
     QPointer<QMenu> menu_;
+    QTimer look_;
+    QPoint lastPlace_;
+    std::optional<ColorScheme> seenBar_;
     int waitingCount_ = 0;
     QString label_;
     QString toolTip_;

@@ -2,7 +2,6 @@
 
 #include "Platform/Linux/X11.h"
 #include "Platform/Linux/XEvents.h"
-#include "Platform/Linux/XReply.h"
 
 namespace corvane {
 
@@ -25,7 +24,7 @@ TrayBar::TrayBar() {
 }
 
 std::optional<ColorScheme> TrayBar::scheme(xcb_window_t icon) {
-    const xcb_window_t tray = x11::selectionOwner("_NET_SYSTEM_TRAY_S0");
+    const xcb_window_t tray = x11::selectionOwner(x11::traySelection());
     if (tray == XCB_WINDOW_NONE) return std::nullopt;
     watch(tray);
     if (const std::optional<ColorScheme> wanted = schemeOf(x11::numbers(tray, colorsName))) return wanted;
@@ -36,6 +35,18 @@ std::optional<ColorScheme> TrayBar::scheme(xcb_window_t icon) {
     // As the screen shows it, with what lies below a translucent bar.
     const QRect area = place->adjusted(-reach, -reach, reach, reach) & *bar & *root;
     return schemeAround(place->translated(-area.topLeft()), x11::screenPixels(area));
+}
+
+std::optional<ColorScheme> TrayBar::schemeOfBars(QPoint place) {
+    const std::optional<QRect> root = x11::rootGeometry(x11::rootWindow());
+    if (!root) return std::nullopt;
+    QRect found;
+    for (const QRect& bar : x11::bars()) {
+        const QRect visible = bar & *root;
+        if (visible.isEmpty()) continue;
+        if (found.isEmpty() || visible.contains(place)) found = visible;
+    }
+    return schemeAround({}, x11::screenPixels(found));
 }
 
 std::optional<ColorScheme> TrayBar::schemeOf(const std::vector<std::uint32_t>& trayColors) {
@@ -62,17 +73,9 @@ std::optional<ColorScheme> TrayBar::schemeAround(const QRect& icon, const QImage
 }
 
 void TrayBar::watch(xcb_window_t tray) {
-    xcb_connection_t* const x = x11::connection();
-    if (x == nullptr || tray == tray_) return;
+    if (tray == tray_) return;
     tray_ = tray;
-    // Qt selects events of that window by the same connection: they have to stay selected.
-    const x11::Reply<xcb_get_window_attributes_reply_t> before(
-        xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, tray), nullptr));
-    if (!before) return;
-    const std::uint32_t events = before->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
-    // Checked, since the window may be gone by now: that is no error to report.
-    const x11::Reply<xcb_generic_error_t> error(
-        xcb_request_check(x, xcb_change_window_attributes_checked(x, tray, XCB_CW_EVENT_MASK, &events)));
+    x11::watchProperties(tray);
 }
 
 } // namespace corvane

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QObject>
+#include <QPoint>
 #include <QRect>
 #include <xcb/xcb.h>
 
@@ -24,6 +25,11 @@ class TrayBar : public QObject {
     /// Whether the bar around the embedded window `icon` is light or dark: by the colours that the tray asks
     /// icons to have, else by the pixels beside the icon. None if neither is available.
     [[nodiscard]] std::optional<ColorScheme> scheme(xcb_window_t icon);
+
+    /// Whether the bars of this desktop are light or dark, as the screen shows them; of several, the one at
+    /// `place`, in device pixels. None if there is none, or none can be seen: those of Wayland's desktops
+    /// cannot.
+    [[nodiscard]] static std::optional<ColorScheme> schemeOfBars(QPoint place);
 
     /// By the colours that a tray publishes as _NET_SYSTEM_TRAY_COLORS: four, the first of which is that of
     /// text, in three channels of 16 bits each.

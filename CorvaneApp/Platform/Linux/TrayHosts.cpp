@@ -19,14 +19,13 @@ namespace {
 constexpr QLatin1String service("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String path("/StatusNotifierWatcher");
 constexpr std::chrono::milliseconds answerTimeout{3000};
-constexpr const char* traySelection = "_NET_SYSTEM_TRAY_S0";
 
 } // namespace
 
 TrayHosts::TrayHosts()
     : watcher_(service, QDBusConnection::sessionBus(),
                QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration)
-    , traySelection_(x11::atom(traySelection)) {
+    , traySelection_(x11::atom(x11::traySelection())) {
     // An embedding host announces its start by a message to the root window. Queued: Queued, since Qt's own
     // icon handles the same message.
     connect(
@@ -51,7 +50,7 @@ TrayHosts::TrayHosts()
 }
 
 bool TrayHosts::hasEmbeddingHost() const {
-    return x11::selectionOwner(traySelection) != XCB_WINDOW_NONE;
+    return x11::selectionOwner(x11::traySelection()) != XCB_WINDOW_NONE;
 }
 
 void TrayHosts::hostRegistered() {

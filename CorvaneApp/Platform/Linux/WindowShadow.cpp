@@ -1,5 +1,6 @@
 #include "Platform/Linux/WindowShadow.h"
 
+#include "Platform/Linux/Compositing.h"
 #include "Platform/Linux/Shadow.h"
 #include "Platform/Linux/X11.h"
 
@@ -9,7 +10,7 @@
 namespace corvane {
 
 bool LinuxWindowShadow::isBlended() const {
-    return x11::isComposited();
+    return Compositing::instance().isBlended();
 }
 
 QMargins LinuxWindowShadow::margins() const {
@@ -17,7 +18,7 @@ QMargins LinuxWindowShadow::margins() const {
 }
 
 bool LinuxWindowShadow::isBlurredBehind() const {
-    return x11::blursBehind();
+    return Compositing::instance().isBlurredBehind();
 }
 
 void LinuxWindowShadow::setBlurBehind(const QWidget& window, const QPainterPath& outline) {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <string>
@@ -16,8 +17,6 @@
 namespace corvane::x11 {
 
 namespace {
-
-constexpr const char* blurRegionName = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
 void setShape(xcb_window_t window, xcb_shape_kind_t kind, const std::vector<QRect>& rectangles) {
     xcb_connection_t* const x = connection();
@@ -57,7 +56,8 @@ std::optional<xcb_window_t> activeWindowHint() {
     xcb_ewmh_connection_t* const x = ewmh();
     if (x == nullptr) return std::nullopt;
     xcb_window_t window = XCB_WINDOW_NONE;
-    if (xcb_ewmh_get_active_window_reply(x, xcb_ewmh_get_active_window(x, 0), &window, nullptr) == 0)
+    if (xcb_ewmh_get_active_window_reply(x, xcb_ewmh_get_active_window(x, screenNumber()), &window,
+                                         nullptr) == 0)
         return std::nullopt;
     return window;
 }
@@ -99,10 +99,27 @@ xcb_connection_t* connection() {
     return native != nullptr ? native->connection() : nullptr;
 }
 
+int screenNumber() {
+    static const int wanted = [] {
+        char* host = nullptr;
+        int display = 0;
+        int screen = 0;
+        if (xcb_parse_display(nullptr, &host, &display, &screen) == 0) return 0;
+        std::free(host);
+        return screen;
+    }();
+    xcb_connection_t* const x = connection();
+    // Qt may have been told another display than that of the environment.
+    return x != nullptr && wanted < xcb_setup_roots_length(xcb_get_setup(x)) ? wanted : 0;
+}
+
 xcb_window_t rootWindow() {
     xcb_connection_t* const x = connection();
-    return x != nullptr ? xcb_setup_roots_iterator(xcb_get_setup(x)).data->root
-                        : xcb_window_t{XCB_WINDOW_NONE};
+    if (x == nullptr) return XCB_WINDOW_NONE;
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(x));
+    for (int i = screenNumber(); i > 0; --i)
+        xcb_screen_next(&screens);
+    return screens.data->root;
 }
 
 xcb_atom_t atom(const std::string& name) {
@@ -140,6 +157,19 @@ std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name)
     return {first, first + xcb_get_property_value_length(reply.get()) / 4};
 }
 
+void watchProperties(xcb_window_t window) {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    // Qt may have selected events of that window by the same connection: they have to stay selected.
+    const Reply<xcb_get_window_attributes_reply_t> before(
+        xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window), nullptr));
+    if (!before) return;
+    const std::uint32_t events = before->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    // Checked, since the window may be gone by now: that is no error to report.
+    const Reply<xcb_generic_error_t> error(
+        xcb_request_check(x, xcb_change_window_attributes_checked(x, window, XCB_CW_EVENT_MASK, &events)));
+}
+
 QImage screenPixels(const QRect& area) {
     constexpr int bytesPerPixel = 4;
     xcb_connection_t* const x = connection();
@@ -160,7 +190,15 @@ QImage screenPixels(const QRect& area) {
 }
 
 xcb_window_t compositingManager() {
-    return selectionOwner("_NET_WM_CM_S0");
+    return selectionOwner(compositingSelection());
+}
+
+std::string compositingSelection() {
+    return "_NET_WM_CM_S" + std::to_string(screenNumber());
+}
+
+std::string traySelection() {
+    return "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber());
 }
 
 bool isComposited() {
@@ -193,9 +231,9 @@ void setBlurRegion(xcb_window_t window, const QRegion& region) {
 }
 
 std::string text(xcb_window_t window, const std::string& name) {
-    constexpr std::uint32_t maxLength = 64; // in 32-bit units
+    constexpr std::uint32_t maxLength = 65536; // in 32-bit units
     xcb_connection_t* const x = connection();
-    if (x == nullptr) return {};
+    if (x == nullptr || window == XCB_WINDOW_NONE) return {};
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         x, xcb_get_property(x, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength), nullptr));
     if (!reply || reply->format != 8) return {};
@@ -223,7 +261,8 @@ std::optional<QRect> rootGeometry(xcb_window_t window) {
 std::optional<QRect> freeArea(const QRect& monitor) {
     xcb_ewmh_connection_t* const x = ewmh();
     if (x == nullptr) return std::nullopt;
-    const std::string index = std::to_string(cardinal(xcb_ewmh_get_current_desktop(x, 0)).value_or(0));
+    const std::string index =
+        std::to_string(cardinal(xcb_ewmh_get_current_desktop(x, screenNumber())).value_or(0));
     const std::vector<std::uint32_t> areas = numbers(rootWindow(), "_GTK_WORKAREAS_D" + index);
     for (std::size_t i = 0; i + 3 < areas.size(); i += 4) {
         const QRect area(static_cast<int>(areas[i]), static_cast<int>(areas[i + 1]),
@@ -233,7 +272,8 @@ std::optional<QRect> freeArea(const QRect& monitor) {
 
     const std::optional<QRect> root = rootGeometry(rootWindow());
     xcb_ewmh_get_windows_reply_t windows;
-    if (!root || xcb_ewmh_get_client_list_reply(x, xcb_ewmh_get_client_list(x, 0), &windows, nullptr) == 0)
+    if (!root || xcb_ewmh_get_client_list_reply(x, xcb_ewmh_get_client_list(x, screenNumber()), &windows,
+                                                nullptr) == 0)
         return std::nullopt;
     QRect area = monitor;
     for (std::uint32_t i = 0; i < windows.windows_len; ++i)
@@ -242,25 +282,44 @@ std::optional<QRect> freeArea(const QRect& monitor) {
     return area;
 }
 
+std::vector<QRect> bars() {
+    std::vector<QRect> result;
+    const xcb_atom_t dock = atom("_NET_WM_WINDOW_TYPE_DOCK");
+    for (const xcb_window_t window : numbers(rootWindow(), "_NET_CLIENT_LIST")) {
+        const std::vector<std::uint32_t> types = numbers(window, "_NET_WM_WINDOW_TYPE");
+        if (types.empty() || types.front() != dock) continue;
+        if (const std::optional<QRect> place = rootGeometry(window)) result.push_back(*place);
+    }
+    return result;
+}
+
 bool hasActiveWindowHint() {
-    return activeWindowHint().has_value();
+    if (activeWindowHint().has_value()) return true;
+    // Openbox removes the property while no window is active. What a window manager supports stays on the
+    // root window when it has died, but its own window does not.
+    constexpr const char* check = "_NET_SUPPORTING_WM_CHECK";
+    const std::vector<std::uint32_t> manager = numbers(rootWindow(), check);
+    if (manager.empty() || numbers(manager.front(), check) != manager) return false;
+    const std::vector<std::uint32_t> supported = numbers(rootWindow(), "_NET_SUPPORTED");
+    return std::find(supported.begin(), supported.end(), atom("_NET_ACTIVE_WINDOW")) != supported.end();
 }
 
 void moveToCurrentWorkspace(xcb_window_t window) {
     constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
     xcb_ewmh_connection_t* const x = ewmh();
     if (x == nullptr) return;
-    const std::optional<std::uint32_t> current = cardinal(xcb_ewmh_get_current_desktop(x, 0));
+    const std::optional<std::uint32_t> current = cardinal(xcb_ewmh_get_current_desktop(x, screenNumber()));
     const std::optional<std::uint32_t> own = cardinal(xcb_ewmh_get_wm_desktop(x, window));
     if (!current || !own || *own == everyWorkspace || own == current) return;
-    xcb_ewmh_request_change_wm_desktop(x, 0, window, *current, XCB_EWMH_CLIENT_SOURCE_TYPE_NORMAL);
+    xcb_ewmh_request_change_wm_desktop(x, screenNumber(), window, *current,
+                                       XCB_EWMH_CLIENT_SOURCE_TYPE_NORMAL);
 }
 
 void requestActivation(xcb_window_t window) {
     xcb_ewmh_connection_t* const x = ewmh();
     if (x == nullptr) return;
-    xcb_ewmh_request_change_active_window(x, 0, window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME,
-                                          XCB_WINDOW_NONE);
+    xcb_ewmh_request_change_active_window(x, screenNumber(), window, XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER,
+                                          XCB_CURRENT_TIME, XCB_WINDOW_NONE);
 }
 
 void finishStartup(xcb_window_t window, const std::string& startupId) {
@@ -344,6 +403,16 @@ void reportDamage(xcb_window_t window, QSize size) {
 
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles) {
     setShape(window, XCB_SHAPE_SK_INPUT, rectangles);
+}
+
+void leaveOutOfTaskBars(xcb_window_t window) {
+    xcb_connection_t* const x = connection();
+    if (x == nullptr) return;
+    // Qt leaves what is there and adds its own.
+    const std::array<xcb_atom_t, 2> states{atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                                           atom("_NET_WM_STATE_SKIP_PAGER")};
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
+                        static_cast<std::uint32_t>(states.size()), states.data());
 }
 
 void setBoundingShape(xcb_window_t window, const QRegion& region) {

@@ -18,7 +18,10 @@ namespace corvane::x11 {
 /// Qt's own connection; null where Qt runs on something else.
 [[nodiscard]] xcb_connection_t* connection();
 
-/// The root window of Qt's screen.
+/// The number of the X screen that Qt is connected to, as in DISPLAY; 0 where there is no X server.
+[[nodiscard]] int screenNumber();
+
+/// The root window of that screen.
 [[nodiscard]] xcb_window_t rootWindow();
 
 /// The atom of a name; 0 where there is no X server.
@@ -34,9 +37,20 @@ void flush();
 /// A window's property of 32-bit numbers; empty without one.
 [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name);
 
+/// Has changes of the properties of another program's window reported to `XEvents`.
+void watchProperties(xcb_window_t window);
+
 /// What the screen shows in `area`, in device pixels of the root window; a null image on failure, such as on
 /// a screen of fewer than 24 bits.
 [[nodiscard]] QImage screenPixels(const QRect& area);
+
+/// The selections by which the compositing manager and the embedding tray of Qt's screen are found.
+[[nodiscard]] std::string compositingSelection();
+[[nodiscard]] std::string traySelection();
+
+/// The property by which a compositing manager announces on the root window that it blurs, and by which
+/// windows ask for it.
+constexpr const char* blurRegionName = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
 /// The window that owns the compositing manager selection of Qt's screen; XCB_NONE if none runs.
 [[nodiscard]] xcb_window_t compositingManager();
@@ -52,7 +66,7 @@ void flush();
 /// Asks for the blur behind `region` of the window, in its device pixels; an empty one ends it.
 void setBlurRegion(xcb_window_t window, const QRegion& region);
 
-/// A window's property as text; empty when it has none.
+/// A window's property as text or bytes; empty when it has none.
 [[nodiscard]] std::string text(xcb_window_t window, const std::string& name);
 
 /// The window that the window manager calls active.
@@ -65,7 +79,11 @@ void setBlurRegion(xcb_window_t window, const QRegion& region);
 /// manager reports it for each monitor, else by the panels' own struts. None if neither is known.
 [[nodiscard]] std::optional<QRect> freeArea(const QRect& monitor);
 
-/// Whether the window manager reports which window is active.
+/// The places of the desktop's bars, in device pixels of the root window: its managed windows of the type
+/// "dock".
+[[nodiscard]] std::vector<QRect> bars();
+
+/// Whether a window manager runs that reports which window is active, if one is.
 [[nodiscard]] bool hasActiveWindowHint();
 
 /// The child of the root window that contains `window`: the window manager's frame, else the window itself.
@@ -95,6 +113,9 @@ void reportDamage(xcb_window_t window, QSize size);
 
 /// Limits the area in which `window` takes pointer events to `rectangles`, in device pixels of the window.
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);
+
+/// Asks the window manager to list a window that is not shown yet in no task bar and no pager.
+void leaveOutOfTaskBars(xcb_window_t window);
 
 /// Sets the bounding shape of `window` to `region`, in device pixels of the window; an empty region resets
 /// it.

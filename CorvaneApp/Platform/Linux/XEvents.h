@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include <cstdint>
+#include <optional>
 
 namespace corvane {
 
@@ -20,6 +21,9 @@ class XEvents : public QObject, public QAbstractNativeEventFilter {
     XEvents(const XEvents&) = delete;
     XEvents& operator=(const XEvents&) = delete;
 
+    /// Has the X server report changes of this selection's owner. Returns false where it cannot.
+    bool watchSelection(std::uint32_t selection);
+
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   Q_SIGNALS:
@@ -27,9 +31,13 @@ class XEvents : public QObject, public QAbstractNativeEventFilter {
     void propertyChanged(std::uint32_t name);
     /// A client message has arrived. `type` and `subject`, its second number, are atoms.
     void messageReceived(std::uint32_t type, std::uint32_t subject);
+    /// A selection that is watched, an atom, has a new owner or none any more.
+    void selectionOwnerChanged(std::uint32_t selection);
 
   private:
     explicit XEvents(QObject* parent);
+
+    std::optional<std::uint8_t> selectionEvent_; // its number; none before a selection is watched
 };
 
 } // namespace corvane

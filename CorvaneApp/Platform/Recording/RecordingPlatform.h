@@ -247,8 +247,10 @@ class FakeLoginItem : public LoginItem {
         if (failure) throw LoginItemError(*failure);
         enabled = wanted;
     }
+    [[nodiscard]] bool hasStartedThisProcess() const override { return isStarter; }
 
     bool enabled = false;
+    bool isStarter = false;
     /// Makes every change fail with this message.
     std::optional<std::string> failure;
 };

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Platform/Linux/WindowRaiser.h"
+
+#include <QObject>
+#include <QString>
+#include <QTemporaryFile>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+class QDBusMessage;
+
+namespace corvane {
+
+/// One script in KWin: loaded, run, asked back, and unloaded. Deletes itself when it has reported.
+class KWinScript : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.corvane.WindowChoice")
+
+  public:
+    KWinScript(WindowSearch search, WindowRaiser::Report report, QObject& context);
+    ~KWinScript() override;
+
+    void start(std::chrono::milliseconds limit);
+
+    /// Called by the script with the description of all windows; the number of the one to raise, -1 for none.
+    Q_SCRIPTABLE Q_INVOKABLE int choose(const QString& windows);
+    /// Called by the script once it has raised that window.
+    Q_SCRIPTABLE Q_INVOKABLE void raised();
+
+  private:
+    [[nodiscard]] bool writeScript();
+    /// Runs the loaded script, whose object has another path in KWin 5 than in KWin 6.
+    void run(int number, bool isOldPath);
+    void call(const QString& path, const QString& interface, const QString& method,
+              const QVariantList& arguments, std::function<void(const QDBusMessage& reply)> finished);
+    void finish(bool isFound);
+
+    WindowSearch search_;
+    WindowRaiser::Report report_;
+    QString name_;
+    QString path_; // of this object on the session bus
+    QTemporaryFile file_;
+    QTimer limit_;
+    bool isRequested_ = false; // KWin may hold the script
+};
+
+} // namespace corvane

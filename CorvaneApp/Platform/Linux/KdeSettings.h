@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Platform/Linux/ConfigFiles.h"
+#include "Platform/Linux/DesktopLook.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <string_view>
+
+namespace corvane {
+
+/// KDE's configuration of how programs look, kept up to date; empty in a session of another desktop.
+class KdeSettings : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit KdeSettings(const QStringList& files = sessionFiles());
+
+    [[nodiscard]] const KdeLook& look() const { return look_; }
+
+    /// Where the running session keeps it; none if that is not KDE's.
+    [[nodiscard]] static QStringList sessionFiles();
+
+    /// What a configuration file says.
+    [[nodiscard]] static KdeLook parsed(std::string_view text);
+
+  Q_SIGNALS:
+    void changed();
+
+  private:
+    void follow();
+
+    ConfigFiles files_;
+    KdeLook look_;
+};
+
+} // namespace corvane

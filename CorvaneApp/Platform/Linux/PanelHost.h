@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Platform/Shared/PlainPanelHost.h"
+
+#include <QPoint>
+#include <QString>
+#include <QTimer>
+
+#include <optional>
+#include <utility>
+
+namespace corvane {
+
+/// Keeps the window out of task bars and pagers, most of which list a tool window without a main window. Has
+/// sway put it at its place: sway centres the windows that it lets float, wherever they ask to be.
+class LinuxPanelHost : public PlainPanelHost {
+    Q_OBJECT
+
+  public:
+    /// `sway`: its socket, if it runs and places the window.
+    LinuxPanelHost(QWidget& window, Activation& activation, std::optional<QString> sway);
+
+    void setGeometry(const QRect& geometry, const QPainterPath& outline) override;
+    void present() override;
+
+  private:
+    void placeBySway();
+    void askSway();
+
+    QWidget& window_;
+    std::optional<QString> sway_;
+    QPoint place_;
+    QTimer again_;
+    int requestsLeft_ = 0;
+};
+
+class LinuxPanelHosts : public PanelHosts {
+  public:
+    LinuxPanelHosts(Activation& activation, std::optional<QString> sway)
+        : activation_(activation)
+        , sway_(std::move(sway)) {}
+
+    [[nodiscard]] std::unique_ptr<PanelHost> make(QWidget& window) override {
+        return std::make_unique<LinuxPanelHost>(window, activation_, sway_);
+    }
+
+  private:
+    Activation& activation_;
+    std::optional<QString> sway_;
+};
+
+} // namespace corvane

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QChar>
+#include <QPainterPath>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+#include <array>
+#include <cstdint>
+
+/// The shapes of the system tray's bell, in the units of one of three grids that put its straight edges on
+/// whole pixels.
+namespace corvane::bell {
+
+/// The bell's dimensions on one grid, in grid units.
+struct Grid {
+    int side = 0;
+    double stroke = 0;
+    double left = 0; // the middle of the arch's sides
+    double right = 0;
+    double archY = 0;
+    double archRadius = 0;
+    double lipY = 0;
+    double lipFrom = 0;
+    double lipTo = 0;
+    double knobX = 0;
+    double knobFrom = 0;
+    double knobTo = 0;
+    double clapperY = 0;
+    double clapperFrom = 0;
+    double clapperTo = 0;
+    QPointF dot;
+    double dotRadius = 0;
+    double gap = 0;
+    double pillHeight = 0;
+    double pillRadius = 0;
+    std::array<double, 3> pillWidths{}; // for one, two and three characters
+    double digitMargins = 0;            // the pill's width minus that of its digits at most
+};
+
+/// The grid for an icon of `side` pixels.
+[[nodiscard]] const Grid& gridFor(int side);
+
+/// Where the badge is, and what is erased around it.
+struct Badge {
+    QPainterPath shape;
+    QPainterPath gap;
+    QRectF pill; // empty for a dot
+};
+
+/// A dot for no characters, else a pill for one to three of them.
+[[nodiscard]] Badge badge(const Grid& grid, qsizetype characters);
+
+/// The bell's arch down to the lip.
+[[nodiscard]] QPainterPath arch(const Grid& grid);
+
+/// The bell's strokes as a filled shape, `extra` wider on each side. Its curves are off by at most
+/// `curveError`.
+[[nodiscard]] QPainterPath strokes(const Grid& grid, qsizetype characters, double extra,
+                                   double curveError = 0.25);
+
+/// The cells of a badge's digits in `pill`, each of them a square of one unit, which a small icon draws in
+/// place of letters. Of digits and "+" only.
+[[nodiscard]] QPainterPath cells(const QString& text, const QRectF& pill);
+
+} // namespace corvane::bell

@@ -57,6 +57,18 @@ TEST_F(BannerControllerTest, aWaitingBannerStandsAtTheTopCentreOfTheMainScreen) 
     EXPECT_TRUE(panel.isVisible);
 }
 
+TEST_F(BannerControllerTest, aPassThatChangesNothingLeavesTheScreenAlone) {
+    controller_.update([this] { controller_.showWaiting(waiting("a")); });
+    const PanelRecord& panel = *platform_.panels.all[0];
+    const QPoint place = panel.origin;
+    platform_.panels.stacking.clear();
+    platform_.screens.frame = QRect(100, 30, 1280, 770);
+    controller_.update([] {});
+    EXPECT_TRUE(panel.origin == place && platform_.panels.stacking.empty());
+    Q_EMIT platform_.screens.changed();
+    EXPECT_NE(panel.origin, place);
+}
+
 TEST_F(BannerControllerTest, aDoneBannerHasItsOwnSize) {
     controller_.showDone(done("a"));
     EXPECT_EQ(platform_.panels.all.at(0)->size, QSize(360, 64));

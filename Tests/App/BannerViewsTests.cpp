@@ -1,6 +1,7 @@
 #include "App/Support/BannerViewsSupport.h"
 #include "Controls/AgentGlyph.h"
 #include "Controls/Buttons.h"
+#include "Controls/SecondHand.h"
 #include "Style/Tokens.h"
 
 #include <QFontDatabase>
@@ -89,7 +90,7 @@ TEST_F(BannerViewsTest, anEmptyWaitedLineKeepsItsPlaceAndNeverTicks) {
     const auto idle = waitingBanner(doneSession("s", start));
     const auto waiting = waitingBanner(waitingSession("s", start));
     idle->show();
-    EXPECT_FALSE(idle->findChild<QTimer*>()->isActive());
+    EXPECT_FALSE(SecondHand::instance().isRunning());
     render(*waiting);
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(idle->findChildren<LineLabel*>().at(i)->geometry(),
@@ -107,16 +108,39 @@ TEST_F(BannerViewsTest, theWaitedLineIsNeverNegative) {
 TEST_F(BannerViewsTest, onlyTheWaitedLineMovesWithTheClock) {
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->show();
-    auto* const second = banner->findChild<QTimer*>();
-    ASSERT_NE(second, nullptr);
-    EXPECT_TRUE(second->isActive());
-    EXPECT_EQ(second->interval(), 1000);
+    SecondHand& hand = SecondHand::instance();
+    EXPECT_TRUE(hand.isRunning());
     now_ = start + Seconds(7);
-    QTimerEvent tick(second->timerId());
-    QCoreApplication::sendEvent(second, &tick);
+    Q_EMIT hand.ticked();
     EXPECT_EQ(texts(*banner).at(2), "waiting 0:07");
     banner->hide();
-    EXPECT_FALSE(second->isActive());
+    EXPECT_FALSE(hand.isRunning());
+    now_ = start + Seconds(9);
+    Q_EMIT hand.ticked();
+    EXPECT_EQ(texts(*banner).at(2), "waiting 0:07");
+}
+
+TEST_F(BannerViewsTest, allClocksMoveTogetherUntilTheLastBannerHasGone) {
+    auto first = waitingBanner(waitingSession("s", start));
+    auto second = waitingBanner(waitingSession("t", start));
+    first->show();
+    second->show();
+    const SecondHand& hand = SecondHand::instance();
+    first.reset();
+    EXPECT_TRUE(hand.isRunning());
+    second->hide();
+    second->show();
+    EXPECT_TRUE(hand.isRunning());
+    second.reset();
+    EXPECT_FALSE(hand.isRunning());
+}
+
+TEST_F(BannerViewsTest, aBeatRightAfterATickMovesNoClock) {
+    const auto banner = waitingBanner(waitingSession("s", start));
+    banner->show();
+    now_ = start + Seconds(7);
+    SecondHand::instance().beat();
+    EXPECT_EQ(texts(*banner).at(2), "waiting 0:00");
 }
 
 TEST_F(BannerViewsTest, aTickRepaintsNothingButTheWaitedLine) {
@@ -128,9 +152,7 @@ TEST_F(BannerViewsTest, aTickRepaintsNothingButTheWaitedLine) {
 
     PaintCounter counter(*banner);
     now_ = start + Seconds(7);
-    auto* const second = banner->findChild<QTimer*>();
-    QTimerEvent tick(second->timerId());
-    QCoreApplication::sendEvent(second, &tick);
+    Q_EMIT SecondHand::instance().ticked();
     QCoreApplication::processEvents();
     EXPECT_EQ(counter.counts, (std::map<QObject*, int>{{banner->findChildren<LineLabel*>().at(2), 1}}));
 }

@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCursor>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStyleHints>
@@ -24,35 +25,6 @@
 
 namespace corvane {
 namespace {
-
-TEST(TrayPanelPlace, isBelowABarAtTheTop) {
-    EXPECT_EQ(panelOrigin({340, 200}, {600, 0, 24, 24}, {0, 30, 1280, 770}), QPoint(441, 34));
-}
-
-TEST(TrayPanelPlace, isAboveABarAtTheBottom) {
-    EXPECT_EQ(panelOrigin({340, 200}, {600, 776, 24, 24}, {0, 0, 1280, 770}), QPoint(441, 566));
-}
-
-TEST(TrayPanelPlace, isBelowAMenuThatHasRoomThere) {
-    EXPECT_EQ(panelOrigin({340, 200}, {600, 500, 40, 20}, {0, 30, 1280, 770}), QPoint(449, 524));
-}
-
-TEST(TrayPanelPlace, isBesideABarThatStandsUpright) {
-    EXPECT_EQ(panelOrigin({340, 200}, {2, 400, 24, 24}, {28, 0, 1252, 800}), QPoint(32, 311));
-    EXPECT_EQ(panelOrigin({340, 200}, {1254, 400, 24, 24}, {0, 0, 1252, 800}), QPoint(908, 311));
-}
-
-TEST(TrayPanelPlace, isKeptOnTheScreen) {
-    EXPECT_EQ(panelOrigin({340, 200}, {1257, 1, 22, 24}, {0, 30, 1280, 770}), QPoint(936, 34));
-    EXPECT_EQ(panelOrigin({340, 200}, {2, 790, 1, 1}, {0, 0, 1280, 800}), QPoint(4, 586));
-    EXPECT_EQ(panelOrigin({340, 200}, {640, 300, 1, 1}, {0, 0, 1280, 800}), QPoint(470, 305));
-    EXPECT_EQ(panelOrigin({340, 900}, {640, 300, 1, 1}, {0, 0, 1280, 800}).y(), 4)
-        << "too high for the screen";
-}
-
-TEST(TrayPanelPlace, isOnTheScreenOfTheIcon) {
-    EXPECT_EQ(panelOrigin({340, 200}, {-100, 0, 24, 24}, {-1280, 30, 1280, 770}), QPoint(-344, 34));
-}
 
 class CorvaneAppTest : public testing::Test {
   protected:
@@ -238,6 +210,22 @@ TEST_F(CorvaneAppTest, aPressOpensThePanelAndAnotherOneClosesIt) {
     EXPECT_FALSE(app().panel()->isVisible());
     Q_EMIT tray().pressed({1000, 0, 24, 24});
     EXPECT_TRUE(app().panel()->isVisible());
+}
+
+TEST_F(CorvaneAppTest, thePanelOpensInTheCornerWhereTheIconsPlaceIsUnknown) {
+    world.platform.screens.frame = QRect(0, 0, 800, 760);
+    app();
+    QCursor::setPos(200, 200);
+    Q_EMIT tray().pressed({});
+    EXPECT_EQ(app().panel()->cardGeometry().bottomRight(), QPoint(800 - 4 - 1, 760 - 4 - 1));
+}
+
+TEST_F(CorvaneAppTest, thePanelClosesWhenTheMenuOpens) {
+    app();
+    Q_EMIT tray().pressed({});
+    ASSERT_TRUE(app().panel()->isVisible());
+    Q_EMIT tray().menu->aboutToShow();
+    EXPECT_FALSE(app().panel()->isVisible());
 }
 
 TEST_F(CorvaneAppTest, thePanelClosesAtEscape) {

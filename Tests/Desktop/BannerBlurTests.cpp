@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <string>
 #include <vector>
 
 namespace corvane::test {
@@ -77,6 +78,51 @@ TEST_F(BannerBlur, theCardIsTranslucentOverABlurOfItsShapeWhichIsFollowed) {
     EXPECT_TRUE(desktop.screen().blurRegion(shown.window).empty());
     desktop.screen().announceBlur(true);
     EXPECT_TRUE(covers(0.82)) << cover();
+}
+
+/// The largest difference between two pixels of an area, of 255.
+int contrast(const Picture& picture) {
+    int darkest = 255;
+    int lightest = 0;
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const int channel = picture.at(x, y).channels().front();
+            darkest = std::min(darkest, channel);
+            lightest = std::max(lightest, channel);
+        }
+    }
+    return lightest - darkest;
+}
+
+TEST(KWinBlur, isDrawnBehindTheCardAndNowhereElse) {
+    if (std::ranges::count(windowManagers(), "kwin_x11") == 0)
+        GTEST_SKIP() << "KWin is not among those to test";
+    DesktopSession desktop("kwin_x11", Compositor::windowManager);
+    // It does not do so by itself where graphics are rendered in software.
+    const auto effect = desktop.run({"gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path",
+                                     "/Effects", "--method", "org.kde.kwin.Effects.loadEffect", "blur"},
+                                    "effect");
+    ASSERT_EQ(effect->wait(20s), 0);
+    // Dark letters everywhere.
+    const auto terminal =
+        desktop.run({"xterm", "-fullscreen", "-bg", "white", "-fg", "black", "-e", "sh", "-c",
+                     "yes '####################' | tr -d '\\n' | head -c 40000; exec cat"},
+                    "xterm");
+    const Rect below{400, 78, 30, 20}; // of the card, where it shows nothing itself
+    ASSERT_TRUE(waitUntil(20s, [&] { return contrast(desktop.screen().screen(below)) > 200; }));
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    const Rect card{380, 8, 520, 96};
+    ASSERT_TRUE(waitUntil(10s, [&] {
+        const std::vector<Banner> banners = desktop.screen().banners();
+        return banners.size() == 1 && banners.front().card == card;
+    }));
+    // Unblurred, the letters would show through a card of 0.82 with a contrast of 46.
+    EXPECT_TRUE(waitUntil(5s, [&] { return contrast(desktop.screen().screen(below)) < 15; }))
+        << contrast(desktop.screen().screen(below));
+    EXPECT_LT(desktop.screen().screen(below).at(15, 10).channels().front(), 252) << "what is below tints it";
+    const Rect outside{card.x - 60, below.y, 30, 20};
+    EXPECT_GT(contrast(desktop.screen().screen(outside)), 150) << "beside the card they stay sharp";
 }
 
 } // namespace

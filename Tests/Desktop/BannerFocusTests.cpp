@@ -74,8 +74,7 @@ TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
 }
 
 TEST_P(BannerFocus, clickOnSnoozeTakesTheBannerAwayAndTheFocusStays) {
-    desktop.startTerminal();
-    const std::uint32_t focused = desktop.screen().focusedWindow();
+    const std::uint32_t focused = desktop.startTerminal();
     raiseBanner("a", 1);
     desktop.click(snoozeButton(desktop.screen().banners().front()));
     EXPECT_TRUE(desktop.shows(0, 0));
@@ -90,8 +89,7 @@ TEST_P(BannerFocus, clickOnGoToTerminalTakesTheBannerAway) {
 }
 
 TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerTakesItAway) {
-    desktop.startTerminal();
-    const std::uint32_t focused = desktop.screen().focusedWindow();
+    const std::uint32_t focused = desktop.startTerminal();
     desktop.codex("codex-tui", "shop");
     ASSERT_TRUE(desktop.shows(0, 1));
     desktop.click(closeButton(desktop.screen().banners().front()));
@@ -100,8 +98,7 @@ TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerTakesItAway) {
 }
 
 TEST_P(BannerFocus, clickOnTheCardBesideItsButtonsDoesNothing) {
-    desktop.startTerminal();
-    const std::uint32_t focused = desktop.screen().focusedWindow();
+    const std::uint32_t focused = desktop.startTerminal();
     raiseBanner("a", 1);
     const Rect card = desktop.screen().banners().front().card;
     desktop.click({card.x + 60, card.y + 40, 2, 2});
@@ -125,8 +122,7 @@ TEST_P(BannerFocus, bannerStaysOnTheScreenWhenTheWorkspaceChanges) {
 }
 
 TEST_P(BannerFocus, threeBannersStandOneBelowTheOtherAndAFourthTakesTheOldestsPlace) {
-    desktop.startTerminal();
-    const std::uint32_t focused = desktop.screen().focusedWindow();
+    const std::uint32_t focused = desktop.startTerminal();
     raiseBanner("a", 1);
     raiseBanner("b", 2);
     raiseBanner("c", 3);

@@ -42,6 +42,16 @@ TEST_F(BannerWindow, isInFrontAgainWhenAnotherWindowBecomesActiveAfterOneCovered
     EXPECT_TRUE(desktop.shows(1, 0));
 }
 
+// A screen locker is such a window: no window manager manages it.
+TEST_F(BannerWindow, leavesAWindowThatWasRaisedOverItOnTop) {
+    desktop.startApplication();
+    raiseBanner();
+    desktop.screen().cover(desktop.screen().screenArea());
+    ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
+    constexpr auto twoPasses = 2100ms;
+    EXPECT_FALSE(waitUntil(twoPasses, [&] { return !screenFault(desktop.screen(), 1, 0).has_value(); }));
+}
+
 TEST_F(BannerWindow, isMovedAndRaisedOnceWhenAnotherComesAndLeftAloneWhileClocksTick) {
     desktop.startApplication();
     raiseBanner();

@@ -31,6 +31,60 @@ TEST(Process, terminationAndInterruptEndItWithStatusZero) {
     }
 }
 
+/// How long the process runs on after this signal, at most `timeout`.
+std::chrono::milliseconds lifeAfter(ChildProcess& process, int signal, std::chrono::milliseconds timeout) {
+    const auto start = std::chrono::steady_clock::now();
+    process.signal(signal);
+    process.wait(timeout);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+}
+
+// What desktops grant a program at the end of a session.
+constexpr auto longestEnd = 300ms;
+
+TEST(Process, endsAtOnceWhileABannerStands) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    EXPECT_LT(lifeAfter(desktop.application(), SIGTERM, 5s), longestEnd);
+}
+
+TEST(Process, endsAtOnceWhileTheSoundServerAndTheBusHang) {
+    DesktopSession desktop;
+    // Accepts connections and answers none.
+    const auto server = desktop.run({"/usr/bin/python3", "-c",
+                                     "import os, socket\n"
+                                     "folder = os.environ['XDG_RUNTIME_DIR'] + '/pulse'\n"
+                                     "os.makedirs(folder)\n"
+                                     "server = socket.socket(socket.AF_UNIX)\n"
+                                     "server.bind(folder + '/native')\n"
+                                     "server.listen()\n"
+                                     "asked = []\n"
+                                     "while True:\n"
+                                     "    asked.append(server.accept())\n"
+                                     "    open(os.environ['HOME'] + '/asked', 'w').close()\n"},
+                                    "server");
+    desktop.startApplication({"CANBERRA_DRIVER=pulse"});
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0));
+    ASSERT_TRUE(waitUntil(5s, [&] { return fs::exists(desktop.home() / "asked"); }));
+    const auto bus = desktop.holdBus();
+    EXPECT_LT(lifeAfter(desktop.application(), SIGTERM, 5s), longestEnd);
+}
+
+TEST(Process, secondStartEndsAtOnceWhileTheFirstHangs) {
+    DesktopSession desktop;
+    desktop.startApplication();
+    desktop.application().signal(SIGSTOP);
+    const auto second = desktop.run({CORVANE_PROGRAM}, "second");
+    // It waits for an answer.
+    EXPECT_FALSE(second->wait(2s).has_value());
+    EXPECT_LT(lifeAfter(*second, SIGTERM, 5s), longestEnd);
+    EXPECT_FALSE(second->isRunning());
+    desktop.application().signal(SIGCONT);
+}
+
 TEST(Process, supportDirectoryBecomesPrivateAtTheStart) {
     DesktopSession desktop;
     fs::permissions(desktop.paths().support, static_cast<fs::perms>(0755));

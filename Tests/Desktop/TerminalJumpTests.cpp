@@ -154,6 +154,21 @@ TEST_P(TerminalJump, takesTheTopmostWindowOfATerminalThatTellsItsProgramsNone) {
     expectAgentToRead("here");
 }
 
+TEST_P(TerminalJump, titlesTellApartTheWindowsOfATerminalThatTellsItsProgramsNone) {
+    const auto openTitled = [this](const std::string& folder, const std::string& title) {
+        return openXfceTerminal("cd " + folder + " && unset WINDOWID && printf '\\033]0;" + title +
+                                "\\007' && exec ../bin/claude");
+    };
+    const std::uint32_t shop = openTitled("shop", "you@host: ~/shop");
+    const std::uint32_t blog = openTitled("blog", "you@host: ~/blog");
+    openOther();
+    goToTerminal("shop");
+    EXPECT_TRUE(becomesActive(shop));
+    expectAgentToRead("shop");
+    goToTerminal("blog");
+    EXPECT_TRUE(becomesActive(blog));
+}
+
 TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
     const std::uint32_t stale = openOther();
     tmuxSocket = (desktop.home() / "tmux").string();
@@ -234,16 +249,27 @@ TEST_P(TerminalJump, theBannerGoesWithAnAgentThatIsKilledWhileItWaits) {
     EXPECT_FALSE(waitUntil(3s, [&] { return desktop.screen().banners().size() != 1; }));
 }
 
-TEST_P(TerminalJump, withoutARunningAgentNothingHappens) {
+TEST_P(TerminalJump, withoutARunningAgentOnlyACardSaysSoForFourSeconds) {
     openXterm("cd blog && exec ../bin/claude");
     const std::uint32_t other = openOther();
     // Same folder, other program; same program, other folder.
     leaveWorkspace(openXterm("cd shop && exec cat"));
     const std::uint32_t active = desktop.screen().activeWindow();
     goToTerminal("shop");
+    const auto notices = [&] { return desktop.screen().menus(); };
+    ASSERT_TRUE(waitUntil(2s, [&] { return notices().size() == 1; }));
+    const Rect screen = desktop.screen().workArea();
+    // The window has margins for the card's shadow where windows are blended.
+    const bool hasShadow = desktop.screen().isComposited();
+    const Rect card{screen.x + (screen.width - 440) / 2, screen.y + 8, 440, 64};
+    const Rect notice = hasShadow ? Rect{card.x - 24, card.y - 16, card.width + 48, card.height + 48} : card;
+    EXPECT_TRUE(waitUntil(1s, [&] { return notices() == std::vector<Rect>{notice}; }));
     EXPECT_FALSE(waitUntil(1s, [&] {
         return desktop.screen().activeWindow() != active || desktop.screen().currentWorkspace() != 1;
     }));
+    EXPECT_EQ(notices().size(), 1U);
+    EXPECT_TRUE(waitUntil(5s, [&] { return notices().empty(); }));
+    EXPECT_EQ(desktop.screen().activeWindow(), active);
     EXPECT_NE(active, other);
     EXPECT_TRUE(desktop.application().isRunning());
     EXPECT_EQ(desktop.applicationOutput(), "");

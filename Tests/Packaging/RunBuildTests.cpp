@@ -23,6 +23,11 @@ std::vector<std::string> builtFiles() {
                                     "Packaging/linux/made/org.corvane.Corvane.metainfo.xml"};
     for (const char* const side : {"16", "22", "24", "32", "48", "64", "128", "256", "512"})
         result.push_back(std::string("share/icons/hicolor/") + side + "x" + side + "/apps/corvane.png");
+    for (const char* const size : {"16x16", "22x22", "24x24", "scalable"}) {
+        for (const char* const count : {"", "1-", "2-", "3-", "4-", "5-", "6-", "7-", "8-", "9-"})
+            result.push_back(std::string("share/icons/hicolor/") + size + "/status/corvane-bell-" + count +
+                             "symbolic.svg");
+    }
     for (const char* const sound : {"Glass", "Ping", "Hero", "Submarine", "Purr", "Pop", "Tink", "Funk"})
         result.push_back(std::string("share/corvane/sounds/") + sound + ".wav");
     return result;

@@ -111,11 +111,16 @@ TEST_F(PopupCardsTest, aMenuOfABarLiesBelowItsTitle) {
 }
 
 TEST_F(PopupCardsTest, aPressOnTheShadowIsOneBesideTheMenu) {
-    menu_.popup({200, 100});
-    QTest::mousePress(&menu_, Qt::LeftButton, {}, PopupCards::card(menu_).center());
+    // Later versions of Qt close a menu at a press where the pointer was when the menu opened.
+    window_.show();
+    QTest::mouseMove(window_.windowHandle(), QPoint(290, 390));
+    const auto press = [this](QPoint place) {
+        menu_.popup({200, 100});
+        QTest::mousePress(&menu_, Qt::LeftButton, {}, place);
+    };
+    press(QRect({}, menu_.sizeHint()).center());
     EXPECT_TRUE(menu_.isVisible());
-    menu_.popup({200, 100});
-    QTest::mousePress(&menu_, Qt::LeftButton, {}, QPoint(2, 2));
+    press({2, 2});
     EXPECT_FALSE(menu_.isVisible());
 }
 

@@ -6,8 +6,11 @@
 #include <QVariant>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 namespace corvane {
@@ -123,6 +126,85 @@ TEST_F(SettingsDefaultsTest, whatCannotBeStoredHoldsUntilTheEnd) {
     settings.sync();
     EXPECT_NE(settings.status(), QSettings::NoError);
     EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), chosen);
+}
+
+/// While it exists, no file of this process can grow, as on a full disk.
+class FullDisk {
+  public:
+    FullDisk()
+        : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &limit_);
+        rlimit none = limit_;
+        none.rlim_cur = 0;
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &limit_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+  private:
+    rlimit limit_{};
+    void (*handler_)(int);
+};
+
+TEST_F(SettingsDefaultsTest, onAFullDiskTheOldPreferencesStayAndTheNewOnesHoldUntilTheyCanBeStored) {
+    AlertPreferences old;
+    old.waitingSound = "Ping";
+    AlertPreferences chosen;
+    chosen.waitingSound = "Hero";
+    QSettings settings(file(), QSettings::IniFormat);
+    SettingsDefaults defaults(settings);
+    old.save(defaults, "alertPreferences");
+    settings.sync();
+    const std::optional<std::string> before = test::fileBytes(folder_ / "Corvane.conf");
+    {
+        const FullDisk disk;
+        chosen.save(defaults, "alertPreferences");
+        settings.sync();
+        EXPECT_NE(settings.status(), QSettings::NoError);
+    }
+    EXPECT_EQ(test::fileBytes(folder_ / "Corvane.conf"), before);
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), chosen);
+    settings.sync();
+    QSettings again(file(), QSettings::IniFormat);
+    const SettingsDefaults reread(again);
+    EXPECT_EQ(AlertPreferences::load(reread, "alertPreferences"), chosen);
+}
+
+TEST_F(SettingsDefaultsTest, aFolderThatWasReplacedByAFileIsWaitedFor) {
+    const std::filesystem::path folder = folder_ / "config";
+    test::writeFile(folder, "in the way");
+    const QString path = QString::fromStdString((folder / "Corvane.conf").string());
+    QSettings settings(path, QSettings::IniFormat);
+    SettingsDefaults defaults(settings);
+    AlertPreferences chosen;
+    chosen.doneSound = "Purr";
+    chosen.save(defaults, "alertPreferences");
+    settings.sync();
+    EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), chosen);
+    EXPECT_EQ(test::fileBytes(folder), "in the way");
+
+    std::filesystem::remove(folder);
+    settings.sync();
+    QSettings again(path, QSettings::IniFormat);
+    const SettingsDefaults reread(again);
+    EXPECT_EQ(AlertPreferences::load(reread, "alertPreferences"), chosen);
+}
+
+TEST_F(SettingsDefaultsTest, aLinkInTheFilesPlaceStaysOne) {
+    test::writeFile(folder_ / "elsewhere", "");
+    std::filesystem::create_symlink(folder_ / "elsewhere", folder_ / "Corvane.conf");
+    {
+        QSettings settings(file(), QSettings::IniFormat);
+        SettingsDefaults defaults(settings);
+        defaults.setBoolean("flag", true);
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "Corvane.conf"));
+    QSettings settings(file(), QSettings::IniFormat);
+    EXPECT_TRUE(SettingsDefaults(settings).boolean("flag"));
 }
 
 } // namespace

@@ -81,6 +81,14 @@ TEST_F(WaitWatchTest, whoRunsLongAfterThePromptIsNotKnownToHaveWaited) {
     EXPECT_EQ(ended({fresh, old}, WaitWatch::freshness), Ids{"claude:fresh"});
 }
 
+TEST_F(WaitWatchTest, whatIsOfTheFutureSinceTheClockWasSetBackIsNotFresh) {
+    runs(7, 1);
+    const AgentSession ahead = waiting("ahead", now + WaitWatch::freshness + Seconds(2));
+    EXPECT_EQ(ended({ahead}), Ids());
+    table.processes.clear();
+    EXPECT_EQ(ended({ahead}), Ids());
+}
+
 TEST_F(WaitWatchTest, everyPromptIsLookedAtAnew) {
     runs(7, 1);
     EXPECT_EQ(ended({waiting("s", now)}), Ids());

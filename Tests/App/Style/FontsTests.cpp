@@ -5,6 +5,9 @@
 #include <QFontMetricsF>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <vector>
+
 namespace corvane {
 namespace {
 
@@ -33,6 +36,31 @@ TEST_F(FontsTest, aFontWithAStyleNameStillGetsItsWeight) {
     const QString text = QStringLiteral("Claude is waiting");
     EXPECT_GT(QFontMetricsF(semibold).horizontalAdvance(text),
               QFontMetricsF(fonts::system(15)).horizontalAdvance(text) + 1);
+}
+
+TEST_F(FontsTest, aNarrowingFontBecomesSmallerAndThenCloser) {
+    const QString text = QStringLiteral("Claude is waiting");
+    const std::vector<QFont> all = fonts::narrowing(fonts::system(15, QFont::DemiBold), 13.9);
+    ASSERT_EQ(all.size(), 5U);
+    EXPECT_EQ(all[0], fonts::system(15, QFont::DemiBold));
+    const int sizes[] = {15, 14, 13, 13, 13};
+    const double spacings[] = {0, 0, 0, -0.26, -0.52};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        EXPECT_EQ(all[i].pixelSize(), sizes[i]);
+        EXPECT_NEAR(all[i].letterSpacing(), spacings[i], 0.02);
+        EXPECT_EQ(all[i].weight(), QFont::DemiBold);
+        if (i > 0) {
+            EXPECT_LT(QFontMetricsF(all[i]).horizontalAdvance(text),
+                      QFontMetricsF(all[i - 1]).horizontalAdvance(text));
+        }
+    }
+}
+
+TEST_F(FontsTest, aFontSmallerThanTheSmallestOnlyBecomesCloser) {
+    const std::vector<QFont> all = fonts::narrowing(fonts::system(11), 13);
+    ASSERT_EQ(all.size(), 3U);
+    for (const QFont& font : all)
+        EXPECT_EQ(font.pixelSize(), 11);
 }
 
 } // namespace

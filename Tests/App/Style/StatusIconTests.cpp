@@ -111,11 +111,19 @@ TEST(StatusIcon, labelTellsHowManyWait) {
     EXPECT_EQ(statusicon::label(120), QStringLiteral("120 agents waiting for you"));
 }
 
+TEST(StatusIcon, theBarsOfSomeDesktopsFillSymbolicIcons) {
+    for (const char* const desktop : {"KDE", "XFCE", "X-Cinnamon", "ubuntu:GNOME"})
+        EXPECT_TRUE(statusicon::isFilledByBar(desktop)) << desktop;
+    for (const char* const desktop : {"", "LXQt", "MATE", "sway", "KDEX:X"})
+        EXPECT_FALSE(statusicon::isFilledByBar(desktop)) << desktop;
+}
+
 TEST(StatusIcon, barIsDarkWhereItAlwaysIsAndElseLikeTheApplications) {
     using statusicon::barScheme;
     EXPECT_EQ(barScheme("GNOME", ColorScheme::light), ColorScheme::dark);
     EXPECT_EQ(barScheme("ubuntu:GNOME", ColorScheme::light), ColorScheme::dark);
     EXPECT_EQ(barScheme("Unity:Unity7:ubuntu", ColorScheme::light), ColorScheme::dark);
+    EXPECT_EQ(barScheme("sway", ColorScheme::light), ColorScheme::dark);
     EXPECT_EQ(barScheme("KDE", ColorScheme::light), ColorScheme::light);
     EXPECT_EQ(barScheme("KDE", ColorScheme::dark), ColorScheme::dark);
     EXPECT_EQ(barScheme("X-GNOMELIKE:", ColorScheme::light), ColorScheme::light);

@@ -4,6 +4,7 @@
 #include "App/Support/Sessions.h"
 #include "BannerViews.h"
 #include "Controls/Buttons.h"
+#include "TerminalNotice.h"
 
 #include <memory>
 #include <string>
@@ -17,7 +18,7 @@ struct BannerState {
     std::unique_ptr<BannerCard> banner;
 };
 
-/// Every state of both banners; the waiting ones have waited for 42 seconds.
+/// Every state of the banners; the waiting ones have waited for 42 seconds.
 inline std::vector<BannerState> bannerStates() {
     const Date since(1'790'000'000, 0);
     const auto waiting = [since](const AgentSession& session) {
@@ -38,6 +39,11 @@ inline std::vector<BannerState> bannerStates() {
     longTexts.message =
         "Claude needs your permission to use mcp__deployment_server__promote_release_candidate";
     states.push_back({"long", waiting(longTexts)});
+
+    AgentSession sentence = waitingSession("s", since);
+    sentence.cwd = "/w/customer-reports";
+    sentence.message = "Claude needs your permission";
+    states.push_back({"sentence", waiting(sentence)});
 
     AgentSession wide = waitingSession("s", since);
     wide.cwd = "/w/プロジェクト-工具箱";
@@ -69,6 +75,10 @@ inline std::vector<BannerState> bannerStates() {
     states.push_back({"done", std::make_unique<DoneBanner>(doneSession("s", since), [] {})});
     states.push_back(
         {"done-codex", std::make_unique<DoneBanner>(doneSession("s", since, AgentKind::codex), [] {})});
+
+    AgentSession lost = waitingSession("s", since);
+    lost.cwd = "/w/a-monorepo-with-a-very-long-folder-name/services/notes-api";
+    states.push_back({"terminal-missing", std::make_unique<TerminalNotice>(lost, [] {})});
     return states;
 }
 

@@ -94,6 +94,12 @@ inline std::vector<WindowState> windowStates() {
              fixture.failToConnectCodex();
              return fixture.onboarding();
          }},
+        {"first-run-no-tray",
+         [](ModelFixture& fixture) {
+             auto view = fixture.onboarding();
+             view->setTray(false);
+             return view;
+         }},
         {"first-run-right-to-left",
          [](ModelFixture& fixture) {
              fixture.connectClaude();

@@ -6,17 +6,23 @@
 #include "Desktop/Support/XObserver.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <optional>
+#include <poll.h>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -37,6 +43,8 @@ constexpr const char* usage = R"(usage: corvane-observer COMMAND
   wait-for-window CLASS [--timeout S]
                               waits until the window manager has a window of this class
   wallpaper                   paints the desktop's background
+  record FOLDER AREA          records an area until the standard input ends, 30 times a second, and writes each
+                              frame that differs from the previous one as FOLDER/<milliseconds since the first>.png
   screenshot FILE [AREA]      writes what the screen, or an area like 40x20+300+200 of it, shows as a PNG file
   tone AREA                   how light an area is in the mean, from 0 to 255
   ink AREA                    whether the screen shows something there: whether not all is of one colour
@@ -111,6 +119,44 @@ int screenshot(const Arguments& arguments) {
     const XObserver x;
     const Rect whole = x.screenArea();
     x.screen(arguments.size() == 3 ? area(arguments[2], whole) : whole).save(arguments[1]);
+    return 0;
+}
+
+/// Whether the standard input has ended. Waits for that until `end`.
+bool inputHasEnded(std::chrono::steady_clock::time_point end) {
+    for (;;) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        if (poll(&input, 1, static_cast<int>(std::max<std::int64_t>(0, left.count()))) <= 0) return false;
+        std::array<char, 64> ignored{};
+        if (read(STDIN_FILENO, ignored.data(), ignored.size()) <= 0) return true;
+    }
+}
+
+int record(const Arguments& arguments) {
+    if (arguments.size() != 3) throw WrongCall("record needs a folder and an area");
+    constexpr std::chrono::milliseconds interval{33};
+    constexpr std::size_t mostFrames =
+        400; // all are kept in memory, since writing one takes longer than that
+    const XObserver x;
+    const Rect rect = area(arguments[2], x.screenArea());
+    std::vector<std::pair<std::chrono::milliseconds, Picture>> frames;
+    const auto start = std::chrono::steady_clock::now();
+    auto next = start;
+    do {
+        const auto now = std::chrono::steady_clock::now();
+        Picture picture = x.screen(rect);
+        if (frames.empty() || picture.differences(frames.back().second, 0) > 0) {
+            if (frames.size() == mostFrames)
+                throw std::runtime_error("the area changes too often to be recorded");
+            frames.emplace_back(std::chrono::duration_cast<std::chrono::milliseconds>(now - start),
+                                std::move(picture));
+        }
+        next = std::max(next + interval, now);
+    } while (!inputHasEnded(next));
+    for (const auto& [time, picture] : frames)
+        picture.save(std::filesystem::path(arguments[1]) / (std::to_string(time.count()) + ".png"));
     return 0;
 }
 
@@ -225,6 +271,7 @@ int main(int argc, char** argv) {
         {"wait-for-desktop", waitForDesktop},
         {"wait-for-window", waitForWindow},
         {"wallpaper", wallpaper},
+        {"record", record},
         {"screenshot", screenshot},
         {"ink", ink},
         {"tone", tone},

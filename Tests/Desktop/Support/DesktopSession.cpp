@@ -68,13 +68,20 @@ IconManagerFont "fixed"
 )");
     HookScript::install(paths());
     startBus();
-    startServer();
-    startWindowManager(windowManager, compositor);
+    if (windowManager == "sway") {
+        startSway();
+    } else if (windowManager == "kwin_wayland") {
+        startWaylandKWin();
+    } else {
+        startServer();
+        startWindowManager(windowManager, compositor);
+    }
 }
 
 DesktopSession::~DesktopSession() {
     const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-    if (testing::Test::HasFailure() && screen_ && test != nullptr) {
+    const bool hasPicture = variables_.empty();
+    if (testing::Test::HasFailure() && screen_ && hasPicture && test != nullptr) {
         const std::string name =
             replaced(std::string(test->test_suite_name()) + "." + test->name(), "/", "-");
         const fs::path picture = fs::path(CORVANE_FAILURE_PICTURES) / (name + ".png");
@@ -89,6 +96,8 @@ DesktopSession::~DesktopSession() {
     recordUsedFiles(leftOver());
     application_.reset();
     compositor_.reset();
+    stopSway();
+    settings_.reset();
     // The latest first, so that none loses its display before it is asked to end.
     while (!processes_.empty())
         processes_.pop_back();
@@ -98,7 +107,8 @@ DesktopSession::~DesktopSession() {
         return left.empty();
     });
     for (const pid_t process : left) {
-        ADD_FAILURE() << "process " << process << " is left";
+        ADD_FAILURE() << "process " << process << " is left: "
+                      << fileBytes(fs::path("/proc") / std::to_string(process) / "comm").value_or("");
         kill(process, SIGKILL);
     }
 }
@@ -119,6 +129,7 @@ Command DesktopSession::command(std::vector<std::string> arguments, const std::s
         "DBUS_SESSION_BUS_ADDRESS=unix:path=" + (scratch_ / "run/bus").string(),
         "DISPLAY=" + display_,
     };
+    result.environment.insert(result.environment.end(), variables_.begin(), variables_.end());
     for (const std::string& variable : variables) {
         const std::string name = variable.substr(0, variable.find('=') + 1);
         std::erase_if(result.environment, [&](const std::string& old) { return old.starts_with(name); });
@@ -144,9 +155,21 @@ void DesktopSession::startBus() {
                   R"(</listen><auth>EXTERNAL</auth><policy context="default">)"
                   R"(<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>)"
                   "</policy></busconfig>");
-    start({"dbus-daemon", "--nofork", "--config-file=" + (scratch_ / "bus.conf").string()}, "bus");
+    servers_[static_cast<std::size_t>(Server::bus)] =
+        &start({"dbus-daemon", "--nofork", "--config-file=" + (scratch_ / "bus.conf").string()}, "bus");
     if (!waitUntil(startTimeout, [&] { return fs::exists(scratch_ / "run/bus"); }))
         throw std::runtime_error("the message bus did not start");
+}
+
+std::shared_ptr<void> DesktopSession::holdBus() {
+    ChildProcess& bus = server(Server::bus);
+    bus.signal(SIGSTOP);
+    return {&bus, [](ChildProcess* held) { held->signal(SIGCONT); }};
+}
+
+void DesktopSession::restartBus() {
+    fs::remove(scratch_ / "run/bus");
+    startBus();
 }
 
 void DesktopSession::startServer() {
@@ -157,7 +180,7 @@ void DesktopSession::startServer() {
                               "-nolisten", "tcp", "-noreset"},
                              "xvfb", {});
     server.inheritedDescriptor = pipe[1];
-    processes_.emplace_back(server);
+    servers_[static_cast<std::size_t>(Server::x)] = &processes_.emplace_back(server);
     close(pipe[1]);
     std::string number;
     // The server chooses the display number and reports it once it is ready.
@@ -190,6 +213,7 @@ void DesktopSession::startWindowManager(const std::string& name, Compositor comp
     // OpenGL, even if it is only rendered in software.
     if (name == "kwin_x11") variables.emplace_back(blendsByItself ? "KWIN_COMPOSE=O2" : "KWIN_COMPOSE=N");
     ChildProcess& manager = start(arguments, "wm", variables);
+    servers_[static_cast<std::size_t>(Server::windowManager)] = &manager;
     const auto isReady = [&] {
         return name == "twm" ? screen_->isManaged() : !screen_->windowManager().empty();
     };
@@ -236,14 +260,29 @@ void DesktopSession::setMonitors(const std::vector<Rect>& monitors) {
     }
 }
 
-void DesktopSession::startApplication() {
-    std::vector<std::string> variables;
+void DesktopSession::setSettings(const std::string& lines) {
+    const fs::path file = home_ / ".xsettingsd";
+    writeFile(file, lines);
+    const std::string before = screen_->settings();
+    if (settings_) {
+        settings_->signal(SIGHUP);
+    } else {
+        settings_ = run({"xsettingsd", "-c", file.string()}, "settings");
+    }
+    if (!waitUntil(startTimeout, [&] { return screen_->settings() != before; }))
+        throw std::runtime_error("the settings are not published: " +
+                                 fileBytes(scratch_ / "settings.log").value_or(""));
+}
+
+void DesktopSession::startApplication(std::vector<std::string> variables, Start start) {
     for (const char* const name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
         if (std::getenv(name) != nullptr) variables.push_back(name + ("=" + environmentValue(name)));
     }
     // A file that is not an event is deleted by the first drain.
     writeFile(paths().events() / "0.event", "");
-    application_ = run({CORVANE_PROGRAM}, "application", variables);
+    std::vector<std::string> arguments{CORVANE_PROGRAM};
+    if (start == Start::atLogin) arguments.emplace_back("--autostart");
+    application_ = run(arguments, "application", variables);
     if (!waitUntil(startTimeout, [&] { return inbox().empty() || !application_->isRunning(); }) ||
         !application_->isRunning())
         throw std::runtime_error("the application did not start: " + applicationOutput());
@@ -251,6 +290,10 @@ void DesktopSession::startApplication() {
 
 std::string DesktopSession::applicationOutput() const {
     return fileBytes(scratch_ / "application.log").value_or("");
+}
+
+std::string DesktopSession::windowManagerOutput() const {
+    return fileBytes(scratch_ / "wm.log").value_or("");
 }
 
 void DesktopSession::runHook(const std::vector<std::string>& arguments, const std::string& input,

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <list>
@@ -29,7 +30,9 @@ enum class Compositor : std::uint8_t { none, picom, windowManager };
 class DesktopSession {
   public:
     /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11, metacity or twm. Mutter
-    /// blends windows in any case; openbox and twm cannot.
+    /// blends windows in any case; openbox and twm cannot. With sway or kwin_wayland, the session is a
+    /// Wayland session: the screen is that of XWayland, which has windows but no picture. Under sway, each
+    /// output has a bar at the top.
     explicit DesktopSession(const std::string& windowManager = "openbox",
                             Compositor compositor = Compositor::picom);
     DesktopSession(const DesktopSession&) = delete;
@@ -42,18 +45,34 @@ class DesktopSession {
     [[nodiscard]] const std::filesystem::path& home() const { return home_; }
     [[nodiscard]] CorvanePaths paths() const { return CorvanePaths::standard(home_); }
 
+    /// What the application depends on, to be hung or killed.
+    enum class Server : std::uint8_t { bus, x, windowManager };
+    [[nodiscard]] ChildProcess& server(Server server) {
+        return *servers_.at(static_cast<std::size_t>(server));
+    }
+    [[nodiscard]] ChildProcess& compositor() { return *compositor_; }
+    /// Starts the session bus again, at the same address.
+    void restartBus();
+
     /// Splits the screen between monitors, the first of them being the primary one.
     void setMonitors(const std::vector<Rect>& monitors);
+
+    /// Keeps the session bus from answering, until the result is destroyed.
+    [[nodiscard]] std::shared_ptr<void> holdBus();
 
     /// Starts a compositing manager, or stops the one that was started.
     void startCompositor();
     void stopCompositor();
 
-    /// Starts the application, and waits until it has read the first event from the inbox.
-    void startApplication();
+    /// Starts the application, with further "NAME=value", and waits until it has read the first event from
+    /// the inbox. A user who starts it by hand on a desktop without a tray gets a window.
+    enum class Start : std::uint8_t { atLogin, byHand };
+    void startApplication(std::vector<std::string> variables = {}, Start start = Start::atLogin);
     [[nodiscard]] ChildProcess& application() { return *application_; }
     /// What it has printed so far.
     [[nodiscard]] std::string applicationOutput() const;
+    /// What the window manager has printed so far.
+    [[nodiscard]] std::string windowManagerOutput() const;
 
     /// Runs the hook as Claude Code does, with the recorded payload "claude-<name>.json" changed to this
     /// session and to the project folder of this name in the home. `variables` are added to the hook's
@@ -65,6 +84,10 @@ class DesktopSession {
                const std::vector<std::string>& variables = {});
     /// The event files in the inbox.
     [[nodiscard]] std::vector<std::filesystem::path> inbox() const;
+
+    /// Runs the desktop's settings manager with these lines, as "Net/ThemeName \"Adwaita\"", or tells the
+    /// running one, and waits until it has published them.
+    void setSettings(const std::string& lines);
 
     /// Opens a terminal that records the keys it receives, by default over the whole screen, else with
     /// xterm's `geometry`, and waits until it has the focus. Returns its window.
@@ -100,6 +123,10 @@ class DesktopSession {
                         const std::vector<std::string>& variables = {});
     void startBus();
     void startServer();
+    void startSway();
+    void startWaylandKWin();
+    void enterWayland();
+    void stopSway();
     void startWindowManager(const std::string& name, Compositor compositor);
     void runHook(const std::vector<std::string>& arguments, const std::string& input,
                  std::string_view project, const std::vector<std::string>& variables);
@@ -108,11 +135,17 @@ class DesktopSession {
     ScratchFolder scratch_{"desktop"};
     std::filesystem::path home_;
     std::string display_;
-    std::list<ChildProcess> processes_; // in the order in which they were started
+    std::vector<std::string> variables_;     // of the session
+    std::list<ChildProcess> processes_;      // in the order in which they were started
+    std::array<ChildProcess*, 3> servers_{}; // of these, by `Server`
     std::unique_ptr<XObserver> screen_;
     std::unique_ptr<ChildProcess> compositor_;
+    std::unique_ptr<ChildProcess> settings_;
     std::unique_ptr<ChildProcess> application_;
 };
+
+/// Whether sway can be started: not by root, unless as another user in a namespace of its own.
+[[nodiscard]] bool canStartSway();
 
 /// The window managers to test under: openbox and xfwm4, and those that the environment variable
 /// CORVANE_TEST_WINDOW_MANAGERS names, separated by spaces.

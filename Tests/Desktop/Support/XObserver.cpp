@@ -113,6 +113,23 @@ std::vector<std::uint32_t> XObserver::cardinals(std::uint32_t window, std::strin
     return result;
 }
 
+std::string XObserver::settings() const {
+    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        connection_, xcb_get_selection_owner(connection_, atom("_XSETTINGS_S0")), nullptr));
+    if (!reply || reply->owner == XCB_WINDOW_NONE) return {};
+    return property(reply->owner, "_XSETTINGS_SETTINGS");
+}
+
+bool XObserver::isKeyboardGrabbed() const {
+    const ReplyPointer<xcb_grab_keyboard_reply_t> grab(xcb_grab_keyboard_reply(
+        connection_,
+        xcb_grab_keyboard(connection_, 0, root_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr));
+    if (grab && grab->status == XCB_GRAB_STATUS_SUCCESS) xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+    roundTrip();
+    return grab && grab->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
 bool XObserver::asksForFocus(std::uint32_t window) const {
     constexpr std::uint32_t inputHint = 1;
     const std::vector<std::uint32_t> hints = cardinals(window, "WM_HINTS");
@@ -292,6 +309,14 @@ Rect XObserver::geometry(std::uint32_t window) const {
         xcb_translate_coordinates_reply(connection_, placeCookie, nullptr));
     if (!size || !place) return {};
     return {place->dst_x, place->dst_y, size->width, size->height};
+}
+
+bool XObserver::isLeftOutOfTaskBars(std::uint32_t window) const {
+    const std::vector<std::uint32_t> states = cardinals(window, "_NET_WM_STATE");
+    const auto has = [&](std::string_view name) {
+        return std::find(states.begin(), states.end(), atom(name)) != states.end();
+    };
+    return has("_NET_WM_STATE_SKIP_TASKBAR") && has("_NET_WM_STATE_SKIP_PAGER");
 }
 
 bool XObserver::isMinimized(std::uint32_t window) const {

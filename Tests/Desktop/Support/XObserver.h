@@ -83,6 +83,9 @@ class XObserver {
     /// Whether a compositing manager blends the windows.
     [[nodiscard]] bool isComposited() const;
 
+    /// What the settings manager publishes, as it does; empty without one.
+    [[nodiscard]] std::string settings() const;
+
     /// The window with the input focus, and the one that the window manager reports as active.
     [[nodiscard]] std::uint32_t focusedWindow() const;
     [[nodiscard]] std::uint32_t activeWindow() const;
@@ -91,8 +94,14 @@ class XObserver {
     [[nodiscard]] std::vector<std::uint32_t> managedWindows(std::string_view name) const;
     [[nodiscard]] Rect geometry(std::uint32_t window) const;
 
+    /// Whether a program holds the keyboard, as screen lockers and open menus do.
+    [[nodiscard]] bool isKeyboardGrabbed() const;
+
     /// Whether a window wants the focus, by its input hint or a _NET_WM_USER_TIME other than 0.
     [[nodiscard]] bool asksForFocus(std::uint32_t window) const;
+
+    /// Whether a managed window asks to be left out of task bars and pagers.
+    [[nodiscard]] bool isLeftOutOfTaskBars(std::uint32_t window) const;
 
     [[nodiscard]] bool isMinimized(std::uint32_t window) const;
 

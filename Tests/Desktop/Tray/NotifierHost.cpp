@@ -65,25 +65,59 @@ QVariant NotifierHost::property(const char* name) const {
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
-std::string NotifierHost::toolTip() const {
+QStringList NotifierHost::toolTipLines() const {
     const QVariant value = property("ToolTip");
-    if (!value.isValid()) return {};
+    if (!value.isValid()) return {QString(), QString()};
     // The icon's name and pixmaps, then the title and the text.
     const auto structure = value.value<QDBusArgument>();
     structure.beginStructure();
     structure.asVariant();
     structure.asVariant();
     const QString title = structure.asVariant().toString();
+    const QString text = structure.asVariant().toString();
     structure.endStructure();
-    return title.toStdString();
+    return {title, text};
+}
+
+std::string NotifierHost::toolTip() const {
+    return toolTipLines().first().toStdString();
+}
+
+std::string NotifierHost::toolTipText() const {
+    return toolTipLines().last().toStdString();
+}
+
+std::vector<NotifierHost::Picture> NotifierHost::pictures(const char* name) const {
+    std::vector<Picture> result;
+    const QVariant value = property(name);
+    if (!value.isValid()) return result;
+    const auto array = value.value<QDBusArgument>();
+    array.beginArray();
+    while (!array.atEnd()) {
+        Picture picture;
+        int height = 0;
+        array.beginStructure();
+        array >> picture.side >> height >> picture.pixels;
+        array.endStructure();
+        if (height == picture.side) result.push_back(picture);
+    }
+    array.endArray();
+    return result;
+}
+
+void NotifierHost::call(const QString& method, int x, int y) {
+    if (items_.isEmpty()) throw std::runtime_error("there is no item to click");
+    QDBusMessage call = QDBusMessage::createMethodCall(items_.first(), itemPath, itemInterface, method);
+    call << x << y;
+    bus_.call(call);
 }
 
 void NotifierHost::activate(int x, int y) {
-    if (items_.isEmpty()) throw std::runtime_error("there is no item to activate");
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(items_.first(), itemPath, itemInterface, QStringLiteral("Activate"));
-    call << x << y;
-    bus_.call(call);
+    call(QStringLiteral("Activate"), x, y);
+}
+
+void NotifierHost::requestMenu(int x, int y) {
+    call(QStringLiteral("ContextMenu"), x, y);
 }
 
 std::vector<NotifierHost::Entry> NotifierHost::menu() const {

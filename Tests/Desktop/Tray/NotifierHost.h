@@ -38,7 +38,17 @@ class NotifierHost : public QObject {
     [[nodiscard]] QVariant property(const char* name) const;
     /// The first item's tooltip.
     [[nodiscard]] std::string toolTip() const;
+    /// The lines below the first one.
+    [[nodiscard]] std::string toolTipText() const;
+    /// The pictures in one of its properties.
+    struct Picture {
+        int side = 0;
+        QByteArray pixels; // alpha, red, green and blue of each
+    };
+    [[nodiscard]] std::vector<Picture> pictures(const char* name) const;
+    /// Clicks with the left and with the right button; the latter as a host that shows no menus does.
     void activate(int x, int y);
+    void requestMenu(int x, int y);
 
     /// The visible entries of the first item's menu, in order; a divider is "-".
     struct Entry {
@@ -66,6 +76,9 @@ class NotifierHost : public QObject {
     void hostRegistered();
 
   private:
+    void call(const QString& method, int x, int y);
+    [[nodiscard]] QStringList toolTipLines() const;
+
     QDBusConnection bus_;
     QDBusServiceWatcher leaving_;
     Q_SLOT void countBroadcast(const QDBusMessage& message);

@@ -3,13 +3,13 @@
 #include "App/Support/Sessions.h"
 #include "BannerViews.h"
 #include "Controls/Labels.h"
+#include "Controls/SecondHand.h"
 #include "Platform/Linux/Announcer.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -132,9 +132,7 @@ TEST_F(AnnouncerTest, theClockIsNamedByItsTime) {
     const auto banner = waitingBanner();
     banner->show();
     now_ = start + Seconds(7);
-    auto* const second = banner->findChild<QTimer*>();
-    QTimerEvent tick(second->timerId());
-    QCoreApplication::sendEvent(second, &tick);
+    Q_EMIT SecondHand::instance().ticked();
     EXPECT_EQ(children(*banner).at(3).name, "waiting 0:07");
 }
 

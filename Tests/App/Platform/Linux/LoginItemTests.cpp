@@ -36,6 +36,7 @@ TEST_F(LinuxLoginItemTest, switchingOnWritesAnEntryThatStartsTheProgram) {
     const std::string entry = test::fileBytes(file_).value_or("");
     EXPECT_TRUE(entry.starts_with("[Desktop Entry]\nType=Application\n")) << entry;
     EXPECT_EQ(DesktopEntry::execProgram(entry), program_.string());
+    EXPECT_NE(entry.find(" --autostart\nIcon="), std::string::npos) << entry;
     item_.setEnabled(false);
     EXPECT_FALSE(item_.isEnabled());
     EXPECT_FALSE(fs::exists(file_));

@@ -163,6 +163,16 @@ TEST_F(SingleInstanceFolder, isNoLinkThatSomebodyPutThere) {
     EXPECT_EQ(SingleInstanceLock::standardFolder(), fs::path());
 }
 
+TEST_F(SingleInstanceFolder, isNoneThatAnotherUserMadeFirst) {
+    if (getuid() != 0) GTEST_SKIP() << "only root can make a folder of another user";
+    constexpr uid_t other = 12345;
+    qunsetenv("XDG_RUNTIME_DIR");
+    fs::create_directory(own);
+    fs::permissions(own, fs::perms::owner_all);
+    ASSERT_EQ(chown(own.c_str(), other, other), 0);
+    EXPECT_EQ(SingleInstanceLock::standardFolder(), fs::path());
+}
+
 class LinuxSingleInstanceTest : public testing::Test {
   protected:
     void listen() {

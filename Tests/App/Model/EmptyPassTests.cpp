@@ -1,0 +1,26 @@
+// What a pass costs in which nothing has happened: the application does it once a second, all day.
+
+#include "App/Support/AppModelSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <malloc.h>
+
+namespace corvane {
+namespace {
+
+using test::AppModelTest;
+
+TEST_F(AppModelTest, emptyPassesKeepNoMemory) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's allocator keeps no such account";
+#endif
+    constexpr int everyKind = 180; // passes; the board is pruned in some of them
+    pass(everyKind);
+    const std::size_t before = mallinfo2().uordblks;
+    pass(10 * everyKind);
+    EXPECT_LE(mallinfo2().uordblks, before);
+}
+
+} // namespace
+} // namespace corvane

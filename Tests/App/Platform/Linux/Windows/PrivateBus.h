@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Support/TestSupport.h"
+
+#include <QProcess>
+#include <QString>
+
+namespace corvane::test {
+
+/// A session bus of its own, which becomes that of this process. Created before anything else uses the bus.
+class PrivateBus {
+  public:
+    PrivateBus();
+    ~PrivateBus();
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    [[nodiscard]] QString address() const { return address_; }
+
+  private:
+    ScratchFolder folder_{"bus"};
+    QProcess daemon_;
+    QString address_;
+};
+
+} // namespace corvane::test

@@ -1,0 +1,70 @@
+// What the running application costs while nothing happens: Benchmarks/footprint has the figures.
+
+#include "Desktop/Support/DesktopSession.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <thread>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+class Footprint : public testing::Test {
+  protected:
+    /// How often the threads of the application went to sleep per second, and so were woken, at the calmest
+    /// of three times: it starts, and a busy machine reads pages back in.
+    [[nodiscard]] double wakeUps() {
+        constexpr auto duration = 3s;
+        double fewest = std::numeric_limits<double>::max();
+        for (int i = 0; i < 3; ++i) {
+            const long before = sleeps();
+            std::this_thread::sleep_for(duration);
+            fewest = std::min(fewest, static_cast<double>(sleeps() - before) / duration.count());
+        }
+        return fewest;
+    }
+
+    DesktopSession desktop;
+
+  private:
+    [[nodiscard]] long sleeps() {
+        long all = 0;
+        const std::string folder = "/proc/" + std::to_string(desktop.application().id()) + "/task";
+        for (const auto& task : fs::directory_iterator(folder)) {
+            std::istringstream status(fileBytes(task.path() / "status").value_or(""));
+            long count = 0;
+            for (std::string word; status >> word;) {
+                if (word == "voluntary_ctxt_switches:" && status >> count) all += count;
+            }
+        }
+        return all;
+    }
+};
+
+// With room for one pass more than seconds.
+TEST_F(Footprint, withoutBannersItWakesOnceASecond) {
+    desktop.startApplication();
+    EXPECT_LE(wakeUps(), 1.5);
+}
+
+TEST_F(Footprint, threeBannersWithTheirClocksWakeItHardlyMore) {
+    desktop.startApplication();
+    for (const char* const session : {"a", "b", "c"})
+        desktop.claude("Notification-permission_prompt", session, "shop");
+    ASSERT_TRUE(desktop.shows(3, 0, 5s));
+    EXPECT_LE(wakeUps(), 4);
+}
+
+} // namespace
+
+} // namespace corvane::test

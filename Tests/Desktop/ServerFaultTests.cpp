@@ -1,0 +1,254 @@
+// The servers that the application depends on hang, die and come back: it never waits for them, and uses what
+// comes back.
+
+#include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/LoopWatch.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace corvane::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+using Server = DesktopSession::Server;
+
+class ServerFault : public testing::Test {
+  protected:
+    void startApplication() {
+        desktop.startApplication(
+            {"LD_PRELOAD=" CORVANE_LOOP_WATCH_LIBRARY, "CORVANE_LOOP_WATCH=" + heartbeat.string()});
+        ASSERT_TRUE(waitUntil(5s, [this] { return record().waits > 1; })) << "the heartbeat is not felt";
+        // The start may wait for replies. In place, since the file is mapped.
+        std::fstream file(heartbeat, std::ios::in | std::ios::out | std::ios::binary);
+        const std::int64_t none = 0;
+        file.write(reinterpret_cast<const char*>(&none), sizeof none);
+        starved = starvation();
+    }
+
+    [[nodiscard]] LoopWatchRecord record() const {
+        LoopWatchRecord result{};
+        const std::string bytes = fileBytes(heartbeat).value_or("");
+        if (bytes.size() == sizeof result) std::memcpy(&result, bytes.data(), sizeof result);
+        return result;
+    }
+
+    /// Whether the main thread has gone through its loop for `duration`, and has not slept outside of it for
+    /// longer than a tenth of a second.
+    [[nodiscard]] testing::AssertionResult isResponsive(std::chrono::milliseconds duration = 2500ms) {
+        const std::int64_t before = record().waits;
+        std::this_thread::sleep_for(duration);
+        const LoopWatchRecord seen = record();
+        const auto sleep = std::chrono::nanoseconds(std::int64_t{seen.longestSleep});
+        if (seen.waits - before < duration / 1s)
+            return testing::AssertionFailure() << "the loop ran " << seen.waits - before << " times";
+        // On a busy machine the X server waits for a processor, and the main thread for its replies.
+        const auto excuse = std::min<std::chrono::nanoseconds>(starvation() - starved, 900ms);
+        if (sleep > 100ms + excuse)
+            return testing::AssertionFailure() << "asleep for " << sleep / 1ms << " ms";
+        return testing::AssertionSuccess();
+    }
+
+    /// How long the X server has waited for a processor in all.
+    [[nodiscard]] std::chrono::nanoseconds starvation() {
+        std::istringstream times(
+            fileBytes("/proc/" + std::to_string(desktop.server(Server::x).id()) + "/schedstat").value_or(""));
+        std::int64_t running = 0;
+        std::int64_t waiting = 0;
+        times >> running >> waiting;
+        return std::chrono::nanoseconds(waiting);
+    }
+
+    void alert(const std::string& session) {
+        desktop.claude("Notification-permission_prompt", session, "shop");
+    }
+    void answer(const std::string& session) { desktop.claude("PostToolUse-Bash", session, "shop"); }
+
+    [[nodiscard]] bool isDrained() {
+        return waitUntil(5s, [this] { return desktop.inbox().empty(); });
+    }
+
+    DesktopSession desktop;
+    ScratchFolder scratch{"heartbeat"};
+    fs::path heartbeat = scratch / "heartbeat";
+    std::chrono::nanoseconds starved{0}; // when the heartbeat began
+};
+
+TEST_F(ServerFault, theHeartbeatMissesWhileTheXServerHangsAndABannerIsToBeShown) {
+    startApplication();
+    desktop.server(Server::x).signal(SIGSTOP);
+    alert("a");
+    std::this_thread::sleep_for(2500ms);
+    desktop.server(Server::x).signal(SIGCONT);
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    // Nothing can be shown without the server, and every toolkit waits for it.
+    EXPECT_GT(std::chrono::nanoseconds(std::int64_t{record().longestSleep}), 100ms);
+}
+
+TEST_F(ServerFault, anXServerThatHangsIsNotWaitedForWhileNothingIsToBeShown) {
+    startApplication();
+    desktop.server(Server::x).signal(SIGSTOP);
+    writeFile(desktop.paths().events() / "1.event", "");
+    EXPECT_TRUE(isDrained());
+    EXPECT_TRUE(isResponsive());
+    desktop.server(Server::x).signal(SIGCONT);
+    alert("a");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+}
+
+TEST_F(ServerFault, losingTheXServerIsACleanExit) {
+    startApplication();
+    alert("a");
+    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    desktop.server(Server::x).signal(SIGKILL);
+    const std::optional<int> status = desktop.application().wait(5s);
+    ASSERT_TRUE(status.has_value());
+    EXPECT_LT(*status, 128) << "killed by signal " << *status - 128;
+}
+
+TEST_F(ServerFault, aSessionBusThatHangsIsNotWaitedFor) {
+    startApplication();
+    desktop.server(Server::bus).signal(SIGSTOP);
+    alert("a");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    answer("a");
+    EXPECT_TRUE(desktop.shows(0, 0, 5s));
+    EXPECT_TRUE(isResponsive());
+    desktop.server(Server::bus).signal(SIGCONT);
+    // A second start finds the first by the bus.
+    const auto second = desktop.run({CORVANE_PROGRAM}, "second");
+    EXPECT_EQ(second->wait(10s), 0);
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().managedWindows("corvane").size() == 1; }));
+    EXPECT_TRUE(isResponsive(1500ms));
+}
+
+TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHangsAtTheStart) {
+    desktop.server(Server::bus).signal(SIGSTOP);
+    startApplication();
+    alert("a");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(isResponsive(1500ms));
+    desktop.server(Server::bus).signal(SIGCONT);
+    EXPECT_TRUE(isResponsive(1500ms));
+}
+
+TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHasDied) {
+    startApplication();
+    desktop.server(Server::bus).signal(SIGKILL);
+    alert("a");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    desktop.restartBus();
+    alert("b");
+    EXPECT_TRUE(desktop.shows(2, 0, 5s));
+    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(desktop.application().isRunning());
+}
+
+TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
+    startApplication();
+    desktop.server(Server::windowManager).signal(SIGSTOP);
+    alert("a");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    desktop.server(Server::windowManager).signal(SIGCONT);
+    desktop.server(Server::windowManager).signal(SIGKILL);
+    alert("b");
+    EXPECT_TRUE(desktop.shows(2, 0, 5s));
+    EXPECT_TRUE(isResponsive());
+    const auto another = desktop.run({"openbox", "--sm-disable"}, "openbox");
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().windowManagerResponds(1s); }));
+    const std::uint32_t terminal = desktop.startTerminal();
+    for (const Banner& banner : desktop.screen().banners())
+        EXPECT_TRUE(desktop.screen().isAbove(banner.window, terminal));
+}
+
+TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
+    startApplication();
+    desktop.compositor().signal(SIGSTOP);
+    alert("a");
+    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().size() == 1; }));
+    answer("a");
+    EXPECT_TRUE(isResponsive());
+    desktop.compositor().signal(SIGCONT);
+    EXPECT_TRUE(desktop.shows(0, 0, 5s));
+    alert("b");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+}
+
+TEST_F(ServerFault, aTrayThatHangsOrDiesIsNotWaitedForAndAnotherIsUsed) {
+    const auto tray = [this] { return desktop.run({"trayer", "--edge", "bottom"}, "trayer"); };
+    auto first = tray();
+    startApplication();
+    // The tray's row of icons is as wide as the icons in it.
+    ASSERT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
+    first->signal(SIGSTOP);
+    alert("a"); // changes the icon
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(isResponsive());
+    first->signal(SIGKILL);
+    first->wait(5s);
+    EXPECT_TRUE(isResponsive(1500ms));
+    const auto second = tray();
+    EXPECT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
+    EXPECT_TRUE(isResponsive(1500ms));
+}
+
+TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
+    const auto portal = desktop.run({CORVANE_PORTAL}, "portal");
+    ASSERT_TRUE(waitUntil(10s, [&] {
+        return fileBytes(desktop.home().parent_path() / "portal.log").value_or("").find("ready") !=
+               std::string::npos;
+    }));
+    portal->signal(SIGSTOP);
+    startApplication();
+    alert("a");
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(isResponsive(1500ms));
+    portal->signal(SIGCONT);
+    EXPECT_TRUE(isResponsive(1500ms));
+}
+
+TEST_F(ServerFault, aScreenThatIsTurnedOffAndOnAgainShowsTheBannersThatStand) {
+    startApplication();
+    alert("a");
+    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    // Fails in the end, since the server's screen cannot have no size; by then the monitor is off.
+    EXPECT_NE(desktop.run({"xrandr", "--output", "screen", "--off"}, "xrandr")->wait(10s), std::nullopt);
+    alert("b");
+    EXPECT_TRUE(isDrained());
+    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_EQ(desktop.run({"xrandr", "--output", "screen", "--auto"}, "xrandr")->wait(10s), 0);
+    EXPECT_TRUE(desktop.shows(2, 0, 5s));
+}
+
+TEST_F(ServerFault, bannersFollowAScreenThatChangesItsSize) {
+    startApplication();
+    alert("a");
+    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    const std::vector<std::vector<std::string>> changes{
+        {"--newmode", "small", "63.5", "1024", "1072", "1176", "1328", "768", "771", "775", "798"},
+        {"--addmode", "screen", "small"},
+        {"--output", "screen", "--mode", "small"}};
+    for (std::vector<std::string> arguments : changes) {
+        arguments.insert(arguments.begin(), "xrandr");
+        EXPECT_EQ(desktop.run(arguments, "xrandr")->wait(10s), 0);
+    }
+    EXPECT_TRUE(desktop.standIn({0, 0, 1024, 768}));
+    EXPECT_TRUE(isResponsive(1500ms));
+}
+
+} // namespace
+
+} // namespace corvane::test

@@ -76,7 +76,7 @@ def main():
             return scratch.run(build / "bin/corvane-observer", *words)
 
         teller = Teller()
-        story = Story(scratch, teller, observe, build / "bin/corvane", PICTURES)
+        story = Story(scratch, teller, observe, build, PICTURES)
         try:
             scratch.furnish()
             story.tell()

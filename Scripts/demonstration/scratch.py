@@ -92,8 +92,8 @@ class Scratch:
     def furnish(self):
         """Creates the folders of a user who has just logged in, and points the environment at them."""
         for folder in (".config", ".cache", ".local/share", ".local/state", ".local/bin"):
-            (self.home / folder).mkdir(parents=True)
-        (self.folder / "tmp").mkdir()
+            (self.home / folder).mkdir(parents=True, exist_ok=True)
+        (self.folder / "tmp").mkdir(exist_ok=True)
         self.runtime.mkdir(mode=0o700)
         path = os.environ["PATH"]
         os.environ.clear()

@@ -2,12 +2,16 @@
 
 import re
 import time
+from pathlib import Path
 
 from agents import (agent_asks, agent_says, claude, claude_commands, claude_file, codex, codex_command, codex_file,
                     source_text, user_says)
 from desktop import Desktop
 from eyes import LOOK_AGAIN, Eyes
+from film import Film
 from scratch import Failure, wait_until
+
+ROOT = Path(__file__).resolve().parents[2]
 
 MAIN, PANEL, SETTINGS = "main", "panel", "settings"
 CARDS = {"Claude Code": "claude", "Codex": "codex"}
@@ -20,6 +24,12 @@ DONE_LIFE = (5.5, 7.5)
 
 ONE_WAITS = "1 agent waiting for you"
 
+# What the moving picture shows of the screen: the banners' place, and most of the terminals below it.
+FILM_AREA = (190, 0, 900, 480)
+
+# How long the moving picture shows the banner before it is answered, at least, in seconds.
+READING = 1.5
+
 # How long the window manager's pop-up shows the new workspace, in seconds.
 POPUP_LIFE = 1
 
@@ -30,11 +40,12 @@ def area(place):
 
 
 class Story:
-    def __init__(self, scratch, teller, observe, program, pictures):
+    def __init__(self, scratch, teller, observe, build, pictures):
         self._scratch = scratch
         self._tell = teller
         self._observe = observe
-        self._program = program
+        self._program = build / "bin/corvane"
+        self._observer = build / "bin/corvane-observer"
         self._pictures = pictures
         self._count = 0
         self._application = None
@@ -79,6 +90,13 @@ class Story:
             raise Failure("no screenshot could be taken", "see the message above", result.stdout)
         self._tell.say(f"    screenshot: {file}")
         return file
+
+    def _save_film(self, name):
+        self._count += 1
+        file = self._pictures / f"{self._count:02}-{name}.png"
+        frames, size = self._film.save(ROOT / file)
+        self._tell.say(f"    moving picture of {frames} frames, {size // 1000} kB: {file}")
+        self.documentation[f"{name}.png"] = file
 
     def _window_picture(self, name, role):
         """A picture of one window, with its frame."""
@@ -166,12 +184,12 @@ class Story:
         home = self._scratch.home
         settings = self._files["Claude Code"]
         self._shop = claude(self._scratch, settings, "web-shop", "session-1")
-        self._payments = claude(self._scratch, settings, "payments-api", "session-2")
+        self._payments = claude(self._scratch, settings, "payments", "session-2")
         self._codex = codex(self._scratch, self._files["Codex"], "handbook", "session-3")
         self._eyes.go_to_workspace(CLAUDE_WORKSPACE)
-        self._shop_terminal = self._desktop.open_terminal("web-shop", self._shop.terminal_command, "96x30+40+60",
+        self._shop_terminal = self._desktop.open_terminal("web-shop", self._shop.terminal_command, "96x30+230+80",
                                                           self._shop.folder)
-        self._payments_terminal = self._desktop.open_terminal("payments-api", self._payments.terminal_command,
+        self._payments_terminal = self._desktop.open_terminal("payments", self._payments.terminal_command,
                                                               "96x30+420+240", self._payments.folder)
         self._eyes.go_to_workspace(CODEX_WORKSPACE)
         self._desktop.open_terminal("handbook", self._codex.terminal_command, "96x30+120+120", self._codex.folder)
@@ -189,6 +207,8 @@ class Story:
 
     def _permission(self):
         self._tell.step("Claude Code asks for permission in web-shop")
+        self._eyes.put_pointer_aside()
+        self._film = Film(self._scratch, self._observer, area(FILM_AREA))
         self._shop.send("claude-Notification-permission_prompt", agent_asks("npm test -- checkout"))
         took = self._banners(1, 0)
         banner = self._eyes.see_words(1, "Claude is waiting for you", "web-shop")
@@ -201,6 +221,9 @@ class Story:
             raise Failure("the tray icon does not show it", LOOK_AGAIN, self._eyes.tray_icon()[1])
         self._tell.seen(f"the tray icon says: {ONE_WAITS}")
         self._picture("waiting")
+        # As long as somebody takes who reads it.
+        time.sleep(READING)
+        self._film.mark_still()
 
     def _go_to_terminal(self):
         self._tell.step("\"Go to Terminal\" is clicked")
@@ -215,15 +238,16 @@ class Story:
         self._tell.seen("the banner is gone")
         time.sleep(POPUP_LIFE)
         self._picture("terminal")
+        self._save_film("banner")
         self._shop.send("claude-PostToolUse-Bash", agent_says("Ran npm test -- checkout: 42 passed"))
         self._eyes.go_to_workspace(USER_WORKSPACE)
         time.sleep(POPUP_LIFE)
 
     def _snooze(self):
-        self._tell.step("Claude Code asks in payments-api too, and the user snoozes it")
+        self._tell.step("Claude Code asks in payments too, and the user snoozes it")
         self._payments.send("claude-Notification-permission_prompt", agent_asks("psql -f migrations/0042.sql"))
         self._banners(1, 0)
-        self._eyes.see_words(1, "Claude is waiting for you", "payments-api")
+        self._eyes.see_words(1, "Claude is waiting for you", "payments")
         self._tell.seen("its banner")
         self._eyes.click(self._eyes.see("push button", "Snooze"))
         took = self._banners(0, 0)
@@ -240,7 +264,7 @@ class Story:
     def _panel(self):
         self._tell.step("The tray icon is clicked")
         self._open_panel()
-        for project, agent, status in (("payments-api", "Claude", "Waiting for you.*"), ("web-shop", "Claude", "Running.*"),
+        for project, agent, status in (("payments", "Claude", "Waiting for you.*"), ("web-shop", "Claude", "Running.*"),
                                        ("handbook", "Codex", "Done.*")):
             row = self._eyes.see("push button", re.compile(f"{project}, {agent}, {status}", re.S))
             self._tell.seen(f"a row of the panel: {row.name}")
@@ -308,7 +332,7 @@ class Story:
         self._tell.seen("light again; Ctrl+W closes the window")
 
     def _finished(self):
-        self._tell.step("Claude Code waits in web-shop, and ends its turn in payments-api after more than 20 s of work")
+        self._tell.step("Claude Code waits in web-shop, and ends its turn in payments after more than 20 s of work")
         self._payments.send("claude-PostToolUse-Bash", agent_says("Ran psql: 3 tables changed"))
         self._shop.send("claude-Notification-permission_prompt", agent_asks("git push origin discount-code"))
         self._banners(1, 0)
@@ -317,7 +341,7 @@ class Story:
         self._payments.send("claude-Stop", agent_says("Refunds are retried up to five times now."))
         took = self._banners(1, 1)
         came = time.monotonic()
-        self._eyes.see_words(1, "Claude finished", "payments-api")
+        self._eyes.see_words(1, "Claude finished", "payments")
         self._eyes.see_words(2, "Claude is waiting for you", "web-shop")
         self._tell.seen(f"after {worked:.0f} s of work its done banner, on top of the waiting one, after {took} s")
         self.documentation["screenshot.png"] = self._picture("done")

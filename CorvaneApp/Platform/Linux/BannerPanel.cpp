@@ -162,7 +162,9 @@ class PanelWindow : public QWidget {
         x11::flush();
     }
 
-    [[nodiscard]] xcb_window_t nativeWindow() const { return static_cast<xcb_window_t>(internalWinId()); }
+    [[nodiscard]] xcb_window_t nativeWindow() const {
+        return static_cast<xcb_window_t>(internalWinId());
+    }
 
     const StackingGuard& guard_;
     PanelDamage& damage_;

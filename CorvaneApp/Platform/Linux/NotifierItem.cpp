@@ -39,7 +39,7 @@ NotifierPixmap pixmap(int side, int waitingCount, ColorScheme bar) {
 NotifierItem::NotifierItem(NotifierFace face, QMenu* menu, QString iconFolder)
     : face_(std::move(face))
     , iconFolder_(std::move(iconFolder))
-    , watcher_(watcherService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration) {
+    , watcher_(watcherService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange) {
     registerNotifierTypes();
     new NotifierItemAdaptor(*this);
     QDBusConnection bus = QDBusConnection::sessionBus();
@@ -54,7 +54,10 @@ NotifierItem::NotifierItem(NotifierFace face, QMenu* menu, QString iconFolder)
                    .arg(QCoreApplication::applicationPid())
                    .arg(++count);
     bus.registerService(service_);
-    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &NotifierItem::registerAtWatcher);
+    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& /*before*/, const QString& now) {
+                if (!now.isEmpty()) registerAtWatcher();
+            });
     registerAtWatcher();
 }
 

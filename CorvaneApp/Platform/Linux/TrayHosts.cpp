@@ -11,6 +11,7 @@
 #include <xcb/xcb.h>
 
 #include <chrono>
+#include <limits>
 
 namespace corvane {
 
@@ -18,16 +19,18 @@ namespace {
 
 constexpr QLatin1String service("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String path("/StatusNotifierWatcher");
-constexpr std::chrono::milliseconds answerTimeout{3000};
+// How long nothing is done about a tray while a StatusNotifierWatcher that is there does not reply.
+constexpr std::chrono::milliseconds patience{3000};
+// It may reply much later, at the end of a busy login. The bus replies in its place when it ends.
+constexpr int noTimeout = std::numeric_limits<int>::max();
 
 } // namespace
 
 TrayHosts::TrayHosts()
-    : watcher_(service, QDBusConnection::sessionBus(),
-               QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration)
+    : watcher_(service, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForOwnerChange)
     , traySelection_(x11::atom(x11::traySelection())) {
-    // An embedding host announces its start by a message to the root window. Queued: Queued, since Qt's own
-    // icon handles the same message.
+    // An embedding host announces its start by a message to the root window. Queued, since Qt's own icon
+    // handles the same message.
     connect(
         &XEvents::instance(), &XEvents::messageReceived, this,
         [this, manager = x11::atom("MANAGER")](xcb_atom_t type, xcb_atom_t selection) {
@@ -39,8 +42,17 @@ TrayHosts::TrayHosts()
         isNotifierKnown_ = true;
         return;
     }
-    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayHosts::ask);
-    connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setNotifierHost(false); });
+    patience_.setSingleShot(true);
+    patience_.setInterval(patience);
+    connect(&patience_, &QTimer::timeout, this, [this] { setNotifierHost(false); });
+    patience_.start();
+    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& /*before*/, const QString& now) {
+                if (now.isEmpty())
+                    setNotifierHost(false);
+                else
+                    ask();
+            });
     // The StatusNotifierWatcher may start first and the host much later.
     bus.connect(service, path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
                 SLOT(hostRegistered()));
@@ -62,9 +74,10 @@ void TrayHosts::ask() {
         service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call.setAutoStartService(false);
     call << service << QStringLiteral("IsStatusNotifierHostRegistered");
-    auto* const pending = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(call, static_cast<int>(answerTimeout.count())), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
+    // An earlier question may have gone to a watcher that has lost the name since.
+    delete asked_;
+    asked_ = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, noTimeout), this);
+    connect(asked_, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *finished;
         setNotifierHost(!reply.isError() && reply.value().variant().toBool());
@@ -72,6 +85,7 @@ void TrayHosts::ask() {
 }
 
 void TrayHosts::setNotifierHost(bool isThere) {
+    patience_.stop();
     isNotifierKnown_ = true;
     hasNotifierHost_ = isThere;
     Q_EMIT changed();

@@ -2,8 +2,12 @@
 
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QPointer>
+#include <QTimer>
 
 #include <cstdint>
+
+class QDBusPendingCallWatcher;
 
 namespace corvane {
 
@@ -17,7 +21,8 @@ class TrayHosts : public QObject {
   public:
     TrayHosts();
 
-    /// Whether the session bus has replied if there is a host. Until then `hasNotifierHost` is false.
+    /// Whether it is settled if there is a host on the session bus: it was told, or not told for three
+    /// seconds. Until then `hasNotifierHost` is false.
     [[nodiscard]] bool isNotifierKnown() const { return isNotifierKnown_; }
     [[nodiscard]] bool hasNotifierHost() const { return hasNotifierHost_; }
     /// Queries the X server.
@@ -33,6 +38,8 @@ class TrayHosts : public QObject {
     Q_SLOT void hostRegistered();
 
     QDBusServiceWatcher watcher_;
+    QTimer patience_;
+    QPointer<QDBusPendingCallWatcher> asked_;
     std::uint32_t traySelection_; // an X11 atom
     bool isNotifierKnown_ = false;
     bool hasNotifierHost_ = false;

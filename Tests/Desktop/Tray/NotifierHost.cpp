@@ -1,6 +1,7 @@
 #include "Desktop/Tray/NotifierHost.h"
 
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -12,7 +13,12 @@ namespace corvane::test {
 
 namespace {
 
-const QString connectionName = QStringLiteral("notifier-host");
+/// Each host has a connection, and so a place on the bus, of its own.
+QString nextConnectionName() {
+    static int count = 0;
+    return QStringLiteral("notifier-host-%1").arg(++count);
+}
+
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
@@ -21,7 +27,7 @@ const QString menuInterface = QStringLiteral("com.canonical.dbusmenu");
 } // namespace
 
 NotifierHost::NotifierHost(const std::string& bus)
-    : bus_(QDBusConnection::connectToBus(QString::fromStdString(bus), connectionName)) {
+    : bus_(QDBusConnection::connectToBus(QString::fromStdString(bus), nextConnectionName())) {
     if (!bus_.isConnected()) throw std::runtime_error("the session bus cannot be reached");
     new WatcherAdaptor(*this);
     bus_.registerObject(QStringLiteral("/StatusNotifierWatcher"), this);
@@ -33,11 +39,15 @@ NotifierHost::NotifierHost(const std::string& bus)
 }
 
 NotifierHost::~NotifierHost() {
-    QDBusConnection::disconnectFromBus(connectionName);
+    QDBusConnection::disconnectFromBus(bus_.name());
 }
 
 void NotifierHost::start() {
-    if (!bus_.registerService(watcherName)) throw std::runtime_error("another watcher is there");
+    const auto reply =
+        bus_.interface()->registerService(watcherName, QDBusConnectionInterface::ReplaceExistingService,
+                                          QDBusConnectionInterface::AllowReplacement);
+    if (reply != QDBusConnectionInterface::ServiceRegistered)
+        throw std::runtime_error("another watcher is there");
 }
 
 void NotifierHost::stop() {

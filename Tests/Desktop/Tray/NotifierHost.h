@@ -25,7 +25,7 @@ class NotifierHost : public QObject {
     NotifierHost& operator=(const NotifierHost&) = delete;
     ~NotifierHost() override;
 
-    /// Claims the watcher's name, or releases it and forgets all items.
+    /// Claims the watcher's name, from another host if need be, or releases it and forgets all items.
     void start();
     void stop();
     /// A watcher may be there long before a host.

@@ -111,6 +111,26 @@ TEST_F(Tray, survivesTheRestartOfTheHost) {
     EXPECT_TRUE(isRegistered());
 }
 
+TEST_F(Tray, movesToAWatcherThatTakesTheNameOver) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    NotifierHost next(bus());
+    next.start();
+    EXPECT_TRUE(eventually([&next] { return next.items().size() == 1; }));
+}
+
+TEST_F(Tray, appearsWhereTheWatcherIsSlowToReply) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    // Longer than the application waits for it. It replies while the test's events are processed.
+    waitUntil(4s, [] { return false; });
+    ASSERT_TRUE(host->items().isEmpty());
+    EXPECT_TRUE(isRegistered());
+}
+
 class ManagedTray : public Tray, public testing::WithParamInterface<std::string> {
   protected:
     ManagedTray()

@@ -11,9 +11,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace corvane::test {
 namespace {
@@ -224,6 +228,31 @@ TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
 }
 
 // A row of the panel leads to the terminal in which the session's agent runs.
+TEST_P(ManagedTray, windowsOpenInTheMiddleOfTheWorkArea) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->start();
+    desktop.startApplication();
+    ASSERT_TRUE(isRegistered());
+    const Rect area = desktop.screen().workArea();
+    std::vector<std::uint32_t> seen;
+    for (const char* const entry : {"Open Corvane", "Settings…"}) {
+        ASSERT_TRUE(host->choose(entry));
+        ASSERT_TRUE(hasWindows(seen.size() + 1));
+        const auto present = windows();
+        const auto window = std::ranges::find_if(
+            present, [&](std::uint32_t each) { return std::ranges::find(seen, each) == seen.end(); });
+        ASSERT_NE(window, present.end());
+        // The frame's title is above it.
+        EXPECT_TRUE(eventually([&] {
+            const Rect place = desktop.screen().geometry(*window);
+            return std::abs(place.middleX() - area.middleX()) <= 8 &&
+                   std::abs(place.middleY() - area.middleY()) <= 40;
+        })) << entry
+            << ": " << desktop.screen().geometry(*window).x << ", " << desktop.screen().geometry(*window).y;
+        seen.push_back(*window);
+    }
+}
+
 TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
     connect(AgentKind::codex);
     host = std::make_unique<NotifierHost>(bus());

@@ -6,9 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 
 namespace corvane::test {
@@ -110,6 +114,29 @@ TEST(SoundFiles, canBeToldApart) {
             EXPECT_LT(likeness(sound(left), sound(right)), 0.75) << left << " and " << right;
         }
     }
+}
+
+TEST(SoundFiles, haveTheFiguresOfTheTable) {
+    std::istringstream page(fileBytes(CORVANE_SOUND_TABLE).value_or(""));
+    const std::regex row(
+        R"(\| (\w+) \| .* \| (\d+) ms \| (\d+) Hz \| (\d+) ms \| (\d+) ms \| (-[\d.]+) dBFS \|)");
+    std::map<std::string, std::array<double, 5>, std::less<>> table;
+    for (std::string line; std::getline(page, line);) {
+        std::smatch cells;
+        if (!std::regex_match(line, cells, row)) continue;
+        for (std::size_t i = 0; i < 5; ++i)
+            table[cells[1]].at(i) = std::stod(cells[i + 2]);
+    }
+    // Rounded, and measured in steps of 2 ms, which the mathematics of another system may just miss.
+    constexpr std::array<double, 5> tolerances{1, 2, 2.5, 2.5, 0.1};
+    for (const std::string_view name : AlertPreferences::soundChoices) {
+        const auto found = table.find(name);
+        ASSERT_NE(found, table.end()) << name << " has no row";
+        const std::array<double, 5> measured = figures(sound(name));
+        for (std::size_t i = 0; i < 5; ++i)
+            EXPECT_NEAR(found->second.at(i), measured.at(i), tolerances.at(i)) << name << ", figure " << i;
+    }
+    EXPECT_EQ(table.size(), AlertPreferences::soundChoices.size());
 }
 
 TEST(SoundFiles, anyTwoAtOnceDoNotClip) {

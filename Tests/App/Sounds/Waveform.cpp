@@ -279,4 +279,9 @@ double correlation(const Waveform& whole, const Waveform& part, std::size_t firs
     return greatest;
 }
 
+std::array<double, 5> figures(const Waveform& wave) {
+    return {wave.seconds() * 1000, spectralCentroid(wave), attackTime(wave) * 1000, decayTime(wave) * 1000,
+            decibels(peak(wave))};
+}
+
 } // namespace corvane::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -54,5 +55,9 @@ struct Waveform {
 /// `first` to `last`: 1 when it is there unchanged except for its level.
 [[nodiscard]] double correlation(const Waveform& whole, const Waveform& part, std::size_t first,
                                  std::size_t last);
+
+/// What the table in Resources/Sounds/README.md says of a sound, in the order of its columns: length in
+/// milliseconds, centroid in hertz, attack and decay in milliseconds, peak in decibels of full scale.
+[[nodiscard]] std::array<double, 5> figures(const Waveform& wave);
 
 } // namespace corvane::test

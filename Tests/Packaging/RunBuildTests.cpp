@@ -114,6 +114,19 @@ TEST_F(RunTest, withADisplayItBuildsWhatAnInstallationNeedsAndStartsTheProgram) 
         ElementsAre("dependencies build", "cmake --build build/release --target InstalledFiles", "corvane "));
 }
 
+TEST(Configuration, ofASystemWithoutAPlatformSaysHowToAddOne) {
+    const test::ScratchFolder scratch;
+    const test::Outcome configured = test::runScript(
+        CORVANE_CMAKE,
+        {"-S", CORVANE_SOURCES, "-B", (scratch / "build").string(), "-G", "Ninja",
+         "-DCMAKE_SYSTEM_NAME=FreeBSD", "-DCMAKE_LIBRARY_ARCHITECTURE=" CORVANE_LIBRARY_ARCHITECTURE,
+         "-DCMAKE_PREFIX_PATH=/usr", "-DCORVANE_BUILD_APP=OFF", "-DCORVANE_BUILD_TESTS=OFF",
+         "-DCORVANE_BUILD_BENCHMARKS=OFF"},
+        {{"PATH", "/usr/local/bin:/usr/bin:/bin"}, {"HOME", scratch.path().string()}});
+    EXPECT_NE(configured.status, 0);
+    EXPECT_THAT(configured.output, HasSubstr("no platform for FreeBSD; docs/extending.md"));
+}
+
 TEST(Demonstration, removesThePicturesOfAnEarlierRun) {
     const test::ScratchFolder scratch;
     const fs::path tree = scratch / "tree";

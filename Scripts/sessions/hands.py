@@ -61,8 +61,8 @@ class X11Hands(Hands):
         self._scratch.run("xdotool", "mousedown" if is_pressed else "mouseup", 1 if button == LEFT else 3)
 
     def _key(self, code, is_pressed):
-        # X numbers keys from 8.
-        self._scratch.run("xdotool", "keydown" if is_pressed else "keyup", code + 8)
+        # X numbers keys from 8. Escape by name: xdotool takes its number, of one digit, for the key of that digit.
+        self._scratch.run("xdotool", "keydown" if is_pressed else "keyup", "Escape" if code == ESCAPE else code + 8)
 
     def screenshot(self):
         return ImageGrab.grab(xdisplay=os.environ["DISPLAY"]).convert("RGB")

@@ -33,6 +33,12 @@ def changed_share(before, after, area):
     return mask.histogram()[255] / (mask.width * mask.height)
 
 
+def changed_part(before, after, area):
+    """The smallest part of an area that contains all changes; None without any."""
+    box = changes(before, after, area).getbbox()
+    return (area[0] + box[0], area[1] + box[1], box[2] - box[0], box[3] - box[1]) if box else None
+
+
 def changed_spans(before, after, area, gap=5):
     """The spans of columns, left to right, in which a bar has changed: (left, width)."""
     mask = changes(before, after, area, EQUAL_IN_BAR)

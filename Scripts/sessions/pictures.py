@@ -76,15 +76,17 @@ def luminance(color):
     return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2]
 
 
-def contrast(picture, area, share):
-    """The best contrast ratio between the background, its commonest colour, and any tone that at least this share of
-    the area has."""
-    crop = picture.crop(cut(area)).quantize(16, dither=Image.Dither.NONE).convert("RGB")
-    counts = Counter(crop.getdata()).most_common()
-    background = luminance(counts[0][0])
+def contrast(picture, area, share, margin=2):
+    """The best contrast ratio between the ground, the commonest colour of the area and a margin around it, and any tone
+    that at least this share of the area itself has: what is beside it may be of other colours."""
+    left, top, width, height = area
+    around = left - margin, top - margin, width + 2 * margin, height + 2 * margin
+    crop = picture.crop(cut(around)).quantize(16, dither=Image.Dither.NONE).convert("RGB")
+    background = luminance(Counter(crop.getdata()).most_common(1)[0][0])
+    counts = Counter(crop.crop((margin, margin, margin + width, margin + height)).getdata())
     ratios = [1.0]
-    for color, count in counts[1:]:
-        if count >= share * crop.width * crop.height:
+    for color, count in counts.items():
+        if count >= share * width * height:
             light, dark = sorted((luminance(color), background), reverse=True)
             ratios.append((light + 0.05) / (dark + 0.05))
     return max(ratios)

@@ -3,6 +3,7 @@
 #include "Platform/Linux/SwayIpc.h"
 #include "Platform/Linux/X11.h"
 
+#include <QEvent>
 #include <QWidget>
 
 #include <chrono>
@@ -24,6 +25,8 @@ LinuxPanelHost::LinuxPanelHost(QWidget& window, Activation& activation, std::opt
     again_.setSingleShot(true);
     again_.setInterval(requestGap);
     connect(&again_, &QTimer::timeout, this, &LinuxPanelHost::askSway);
+    connect(&desktop_, &DesktopPresses::pressed, this, &PanelHost::pressedElsewhere);
+    window_.installEventFilter(this);
 }
 
 void LinuxPanelHost::setGeometry(const QRect& geometry, const QPainterPath& outline) {
@@ -37,6 +40,12 @@ void LinuxPanelHost::present() {
     if (!window_.isVisible()) x11::leaveOutOfTaskBars(static_cast<xcb_window_t>(window_.winId()));
     PlainPanelHost::present();
     placeBySway();
+}
+
+bool LinuxPanelHost::eventFilter(QObject* /*object*/, QEvent* event) {
+    if (event->type() == QEvent::Show) desktop_.start();
+    if (event->type() == QEvent::Hide) desktop_.stop();
+    return false;
 }
 
 void LinuxPanelHost::placeBySway() {

@@ -1,18 +1,21 @@
 #pragma once
 
+#include "Platform/Linux/DesktopPresses.h"
 #include "Platform/Shared/PlainPanelHost.h"
 
 #include <QPoint>
 #include <QString>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 #include <utility>
 
 namespace corvane {
 
 /// Keeps the window out of task bars and pagers, most of which list a tool window without a main window. Has
-/// sway put it at its place: sway centres the windows that it lets float, wherever they ask to be.
+/// sway put it at its place: sway centres the windows that it lets float, wherever they ask to be. Notices
+/// presses on the bare desktop, most of which do not take the keyboard focus away.
 class LinuxPanelHost : public PlainPanelHost {
     Q_OBJECT
 
@@ -23,6 +26,9 @@ class LinuxPanelHost : public PlainPanelHost {
     void setGeometry(const QRect& geometry, const QPainterPath& outline) override;
     void present() override;
 
+  protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
   private:
     void placeBySway();
     void askSway();
@@ -32,6 +38,7 @@ class LinuxPanelHost : public PlainPanelHost {
     QPoint place_;
     QTimer again_;
     int requestsLeft_ = 0;
+    DesktopPresses desktop_;
 };
 
 class LinuxPanelHosts : public PanelHosts {

@@ -62,6 +62,15 @@ std::optional<xcb_window_t> activeWindowHint() {
     return window;
 }
 
+// The window by which the running window manager is known. What one supports stays on the root window when it
+// has died, but its own window does not.
+xcb_window_t windowManagersWindow() {
+    constexpr const char* check = "_NET_SUPPORTING_WM_CHECK";
+    const std::vector<std::uint32_t> manager = numbers(rootWindow(), check);
+    const bool isThere = !manager.empty() && numbers(manager.front(), check) == manager;
+    return isThere ? manager.front() : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 // `area` without a panel's struts, the strips reserved along the root window's edges.
 QRect withoutStruts(QRect area, xcb_window_t window, const QRect& root) {
     xcb_ewmh_wm_strut_partial_t kept;
@@ -113,13 +122,18 @@ int screenNumber() {
     return x != nullptr && wanted < xcb_setup_roots_length(xcb_get_setup(x)) ? wanted : 0;
 }
 
-xcb_window_t rootWindow() {
+const xcb_screen_t* screen() {
     xcb_connection_t* const x = connection();
-    if (x == nullptr) return XCB_WINDOW_NONE;
+    if (x == nullptr) return nullptr;
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(x));
     for (int i = screenNumber(); i > 0; --i)
         xcb_screen_next(&screens);
-    return screens.data->root;
+    return screens.data;
+}
+
+xcb_window_t rootWindow() {
+    const xcb_screen_t* const found = screen();
+    return found != nullptr ? found->root : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 xcb_atom_t atom(const std::string& name) {
@@ -293,13 +307,14 @@ std::vector<QRect> bars() {
     return result;
 }
 
+std::string windowManager() {
+    return text(windowManagersWindow(), "_NET_WM_NAME");
+}
+
 bool hasActiveWindowHint() {
     if (activeWindowHint().has_value()) return true;
-    // Openbox removes the property while no window is active. What a window manager supports stays on the
-    // root window when it has died, but its own window does not.
-    constexpr const char* check = "_NET_SUPPORTING_WM_CHECK";
-    const std::vector<std::uint32_t> manager = numbers(rootWindow(), check);
-    if (manager.empty() || numbers(manager.front(), check) != manager) return false;
+    // Openbox removes the property while no window is active.
+    if (windowManagersWindow() == XCB_WINDOW_NONE) return false;
     const std::vector<std::uint32_t> supported = numbers(rootWindow(), "_NET_SUPPORTED");
     return std::find(supported.begin(), supported.end(), atom("_NET_ACTIVE_WINDOW")) != supported.end();
 }

@@ -21,6 +21,9 @@ namespace corvane::x11 {
 /// The number of the X screen that Qt is connected to, as in DISPLAY; 0 where there is no X server.
 [[nodiscard]] int screenNumber();
 
+/// That screen as it was when Qt connected; null where there is no X server.
+[[nodiscard]] const xcb_screen_t* screen();
+
 /// The root window of that screen.
 [[nodiscard]] xcb_window_t rootWindow();
 
@@ -82,6 +85,9 @@ void setBlurRegion(xcb_window_t window, const QRegion& region);
 /// The places of the desktop's bars, in device pixels of the root window: its managed windows of the type
 /// "dock".
 [[nodiscard]] std::vector<QRect> bars();
+
+/// The name of the window manager; empty if none runs or it has none.
+[[nodiscard]] std::string windowManager();
 
 /// Whether a window manager runs that reports which window is active, if one is.
 [[nodiscard]] bool hasActiveWindowHint();

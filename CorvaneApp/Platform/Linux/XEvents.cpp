@@ -41,6 +41,9 @@ bool XEvents::watchSelection(std::uint32_t selection) {
 bool XEvents::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
     // The top bit marks events sent by another client.
     constexpr std::uint8_t responseTypeMask = 0x7F;
+    // X11 has the directions of the wheel as buttons.
+    constexpr std::uint8_t firstWheelButton = 4;
+    constexpr std::uint8_t lastWheelButton = 7;
     if (eventType != "xcb_generic_event_t") return false;
     const auto* const event = static_cast<const xcb_generic_event_t*>(message);
     const auto type = static_cast<std::uint8_t>(event->response_type & responseTypeMask);
@@ -53,6 +56,12 @@ bool XEvents::nativeEventFilter(const QByteArray& eventType, void* message, qint
     case XCB_PROPERTY_NOTIFY:
         Q_EMIT propertyChanged(static_cast<const xcb_property_notify_event_t*>(message)->atom);
         break;
+    case XCB_BUTTON_PRESS: {
+        const auto* const press = static_cast<const xcb_button_press_event_t*>(message);
+        if (press->detail < firstWheelButton || press->detail > lastWheelButton)
+            Q_EMIT buttonPressed(press->event);
+        break;
+    }
     case XCB_CLIENT_MESSAGE: {
         const auto* const client = static_cast<const xcb_client_message_event_t*>(message);
         Q_EMIT messageReceived(client->type, client->data.data32[1]);

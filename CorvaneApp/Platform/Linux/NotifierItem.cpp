@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QtEndian>
 
+#include <chrono>
 #include <utility>
 
 namespace corvane {
@@ -20,6 +21,8 @@ constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 constexpr QLatin1String itemPath("/StatusNotifierItem");
 constexpr QLatin1String menuPathName("/MenuBar");
 constexpr QLatin1String noMenuPath("/NO_DBUSMENU"); // as hosts know it
+constexpr std::chrono::milliseconds returnDelay{1000};
+constexpr int mostReturns = 3;
 constexpr int pictureSides[] = {16, 22, 24, 32, 44, 48, 64};
 
 NotifierPixmap pixmap(int side, int waitingCount, ColorScheme bar) {
@@ -54,11 +57,16 @@ NotifierItem::NotifierItem(NotifierFace face, QMenu* menu, QString iconFolder)
                    .arg(QCoreApplication::applicationPid())
                    .arg(++count);
     bus.registerService(service_);
+    return_.setSingleShot(true);
+    return_.setInterval(returnDelay);
+    connect(&return_, &QTimer::timeout, this, &NotifierItem::registerAtWatcher);
+    bus.connect(watcherService, watcherPath, watcherService, QStringLiteral("StatusNotifierItemUnregistered"),
+                this, SLOT(returnToWatcher(QString)));
     connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*name*/, const QString& /*before*/, const QString& now) {
-                if (!now.isEmpty()) registerAtWatcher();
+                if (!now.isEmpty()) meetWatcher();
             });
-    registerAtWatcher();
+    meetWatcher();
 }
 
 // Watchers take an icon out when its name is released.
@@ -67,6 +75,20 @@ NotifierItem::~NotifierItem() {
     bus.unregisterService(service_);
     bus.unregisterObject(itemPath);
     if (menu_) bus.unregisterObject(menuPathName);
+}
+
+void NotifierItem::meetWatcher() {
+    returnsLeft_ = mostReturns;
+    registerAtWatcher();
+}
+
+// GNOME's extension may fail to read an item while the desktop is busy, such as after the login, and forgets
+// it then.
+void NotifierItem::returnToWatcher(const QString& item) {
+    // Some watchers add the path.
+    if (item.section(u'/', 0, 0) != service_ || returnsLeft_ == 0) return;
+    --returnsLeft_;
+    return_.start();
 }
 
 void NotifierItem::registerAtWatcher() {

@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 
@@ -31,7 +32,8 @@ struct NotifierFace {
 };
 
 /// An icon on the session bus for hosts of StatusNotifierItems, which tell where it was clicked. It is there
-/// from its creation until its destruction, whether a watcher comes, goes or restarts. Main thread only.
+/// from its creation until its destruction, whether a watcher comes, goes, restarts or drops it for once.
+/// Main thread only.
 class NotifierItem : public QObject {
     Q_OBJECT
 
@@ -62,12 +64,16 @@ class NotifierItem : public QObject {
 
   private:
     void registerAtWatcher();
+    void meetWatcher();
+    Q_SLOT void returnToWatcher(const QString& item);
 
     NotifierFace face_;
     QString iconFolder_;
     QString service_;
     std::unique_ptr<NotifierMenu> menu_;
     QDBusServiceWatcher watcher_;
+    QTimer return_;
+    int returnsLeft_ = 0; // to this watcher
 };
 
 /// The item's interface on the bus.

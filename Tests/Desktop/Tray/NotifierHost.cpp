@@ -55,6 +55,10 @@ void NotifierHost::stop() {
     items_.clear();
 }
 
+void NotifierHost::drop() {
+    Q_EMIT itemUnregistered(items_.takeFirst());
+}
+
 void NotifierHost::setHasHost(bool hasHost) {
     hasHost_ = hasHost;
     if (hasHost) Q_EMIT hostRegistered();

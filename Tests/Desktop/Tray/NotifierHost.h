@@ -28,6 +28,8 @@ class NotifierHost : public QObject {
     /// Claims the watcher's name, from another host if need be, or releases it and forgets all items.
     void start();
     void stop();
+    /// Takes the item out although it is still there, as a watcher does that failed to read it.
+    void drop();
     /// A watcher may be there long before a host.
     void setHasHost(bool hasHost);
 

@@ -221,6 +221,22 @@ TEST_F(NotifierIcon, movesFromATrayThatEmbedsItToAHostThatComesLater) {
     EXPECT_TRUE(eventually(isEmbedded)) << "and back";
 }
 
+TEST_F(NotifierIcon, registersAgainAtAWatcherThatDropsItButNotForever) {
+    start();
+    for (int drop = 0; drop < 3; ++drop) {
+        host.drop();
+        ASSERT_TRUE(isRegistered()) << drop;
+    }
+    host.drop();
+    EXPECT_FALSE(waitUntil(3s, [this] {
+        QCoreApplication::processEvents();
+        return !host.items().empty();
+    })) << "a watcher that does not want it is left alone";
+    host.stop();
+    host.start();
+    EXPECT_TRUE(isRegistered()) << "another watcher";
+}
+
 TEST_F(NotifierIcon, withoutATrayAStartByHandOpensTheMainWindow) {
     desktop.startApplication({}, DesktopSession::Start::byHand);
     EXPECT_TRUE(windows().empty());

@@ -198,8 +198,8 @@ QImage screenPixels(const QRect& area) {
         xcb_get_image_data_length(reply.get()) != area.width() * area.height() * bytesPerPixel) {
         return {};
     }
-    return QImage(xcb_get_image_data(reply.get()), area.width(), area.height(), area.width() * bytesPerPixel,
-                  QImage::Format_RGB32)
+    return QImage(xcb_get_image_data(reply.get()), area.width(), area.height(),
+                  qsizetype{area.width()} * bytesPerPixel, QImage::Format_RGB32)
         .copy();
 }
 
@@ -387,6 +387,7 @@ void placeBelowAll(xcb_window_t window, const std::vector<xcb_window_t>& others)
     xcb_connection_t* const x = connection();
     if (x == nullptr) return;
     std::vector<xcb_window_t> frames;
+    frames.reserve(others.size());
     for (const xcb_window_t other : others)
         frames.push_back(topLevel(other));
     const Reply<xcb_query_tree_reply_t> tree(

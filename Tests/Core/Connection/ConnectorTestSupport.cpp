@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <exception>
 #include <grp.h>
 #include <sys/stat.h>
@@ -16,16 +15,6 @@
 namespace corvane::test {
 
 namespace fs = std::filesystem;
-
-TimeZone::TimeZone(const char* name) {
-    setenv("TZ", name, 1);
-    tzset();
-}
-
-TimeZone::~TimeZone() {
-    setenv("TZ", "UTC0", 1);
-    tzset();
-}
 
 CreationMask::CreationMask(mode_t mask)
     : before_(umask(mask)) {}

@@ -2,6 +2,7 @@
 
 #include "Support/Date.h"
 #include "Support/TestSupport.h"
+#include "Support/TimeZone.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -15,15 +16,6 @@ namespace corvane::test {
 
 /// 14:03:07 on 2 March 2025 in the time zone that the tests run in, UTC.
 inline constexpr Date noon(1'740'924'187, 0);
-
-/// Sets the time zone for a test; restores UTC at its end.
-class TimeZone {
-  public:
-    explicit TimeZone(const char* name);
-    TimeZone(const TimeZone&) = delete;
-    TimeZone& operator=(const TimeZone&) = delete;
-    ~TimeZone();
-};
 
 /// Sets the process's file creation mask for a test.
 class CreationMask {

@@ -10,9 +10,14 @@
 #include "Style/TextScale.h"
 #include "Style/Times.h"
 
+#include <QCoreApplication>
+#include <QCursor>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QStyle>
+#include <QWindow>
 
 #include <algorithm>
 #include <optional>
@@ -98,11 +103,24 @@ void MenuBarView::refresh() {
     if (rowsChanged) orderTabs();
 
     const int height = layOut(true);
-    if (std::exchange(height_, height) != height) {
+    const bool heightChanges = std::exchange(height_, height) != height;
+    if (heightChanges) {
         updateGeometry();
         Q_EMIT heightChanged();
     }
     layOut(false);
+    if (rowsChanged || heightChanges) followPointer();
+}
+
+// Otherwise the row that was under the pointer would stay highlighted, and keep it for good if the next press
+// came before the pointer moved.
+void MenuBarView::followPointer() {
+    QWindow* const panel = window()->windowHandle();
+    if (panel == nullptr || !underMouse()) return;
+    const QPointF pointer = QCursor::pos();
+    QMouseEvent move(QEvent::MouseMove, panel->mapFromGlobal(pointer), pointer, Qt::NoButton,
+                     QGuiApplication::mouseButtons(), QGuiApplication::keyboardModifiers());
+    QCoreApplication::sendEvent(panel, &move);
 }
 
 QSize MenuBarView::sizeHint() const {

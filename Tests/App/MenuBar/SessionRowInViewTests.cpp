@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QLocale>
 #include <QScrollBar>
+#include <QtTest/QTest>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -52,6 +53,23 @@ TEST_F(SessionRowInViewTest, theToolTipSaysThatTheTerminalWasNotFoundTheLastTime
     world.platform.applications.isFound = true;
     row.click();
     EXPECT_EQ(test::toolTip(row), "");
+}
+
+TEST_F(SessionRowInViewTest, theRowThatComesUnderThePointerIsHighlightedAndTheOneThatLeavesItIsNot) {
+    world.connect();
+    world.waits("a", "shop");
+    world.waits("b", "notes");
+    MenuBarView& panel = view();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    const auto rows = [&panel] { return panel.list().rows(); };
+    ASSERT_EQ(rows().front()->session().sessionID, "b");
+    QTest::mouseMove(rows().front(), QPoint(40, 20));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rows().front()->underMouse(); }));
+
+    world.waits("a", "shop");
+    ASSERT_EQ(rows().front()->session().sessionID, "a");
+    EXPECT_TRUE(rows().front()->underMouse());
+    EXPECT_FALSE(rows().back()->underMouse());
 }
 
 TEST_F(SessionRowInViewTest, aNameThatIsCutIsWholeInItsToolTipAsPlainText) {

@@ -10,8 +10,7 @@ namespace corvane {
 namespace {
 
 constexpr std::chrono::milliseconds second{1000};
-// How much earlier than a second after the last tick a beat becomes the next one, and how long to wait for a
-// late beat.
+// How long to wait for a late beat.
 constexpr std::chrono::milliseconds tolerance{100};
 
 } // namespace
@@ -25,16 +24,11 @@ SecondHand& SecondHand::instance() {
 SecondHand::SecondHand(QObject* parent)
     : QObject(parent) {
     timer_.setTimerType(Qt::PreciseTimer);
-    connect(&timer_, &QTimer::timeout, this, [this] {
-        tick();
-        if (clocks_ > 0) timer_.start(second);
-    });
+    connect(&timer_, &QTimer::timeout, this, [this] { tick(second); });
 }
 
 void SecondHand::startClock() {
-    if (clocks_++ > 0) return;
-    sinceTick_.start();
-    timer_.start(second);
+    if (clocks_++ == 0) timer_.start(second);
 }
 
 void SecondHand::stopClock() {
@@ -42,14 +36,12 @@ void SecondHand::stopClock() {
 }
 
 void SecondHand::beat() {
-    if (clocks_ == 0 || !sinceTick_.hasExpired((second - tolerance).count())) return;
-    tick();
-    if (clocks_ > 0) timer_.start(second + tolerance);
+    if (clocks_ > 0) tick(second + tolerance);
 }
 
-void SecondHand::tick() {
-    sinceTick_.start();
+void SecondHand::tick(std::chrono::milliseconds next) {
     Q_EMIT ticked();
+    if (clocks_ > 0) timer_.start(next);
 }
 
 } // namespace corvane

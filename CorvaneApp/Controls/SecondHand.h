@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+
+#include <chrono>
 
 namespace corvane {
 
@@ -21,8 +22,8 @@ class SecondHand : public QObject {
     void stopClock();
     [[nodiscard]] bool isRunning() const { return timer_.isActive(); }
 
-    /// Tells that a pass of the application's own loop is under way: the next tick is now, if it is about
-    /// due.
+    /// Tells that a pass of the application's own loop is under way: the next tick is now. The other views
+    /// show the time of the pass, so that a banner is never a second ahead of them or behind.
     void beat();
 
   Q_SIGNALS:
@@ -31,10 +32,10 @@ class SecondHand : public QObject {
   private:
     explicit SecondHand(QObject* parent);
 
-    void tick();
+    /// Ticks, and again after `next` unless a beat comes before.
+    void tick(std::chrono::milliseconds next);
 
     QTimer timer_;
-    QElapsedTimer sinceTick_;
     int clocks_ = 0;
 };
 

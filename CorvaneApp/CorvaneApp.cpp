@@ -157,6 +157,8 @@ TrayPanel& CorvaneApp::requirePanel() {
             return new MenuBarView(model_, {[this] { openSettings(); }, openLink_, &QCoreApplication::quit},
                                    parent);
         });
+        connect(panel_.get(), &TrayPanel::menuRequested, menu_.get(),
+                [this](QPoint place) { menu_->popup(place); });
         new WindowCommands(*panel_, commands());
         popups_.add(*panel_, [this] { return panel_->windowGeometry(); });
     }

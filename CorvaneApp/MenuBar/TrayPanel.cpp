@@ -216,10 +216,13 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     paintCard(painter, card, look, isBlurredBehind_ ? Fill::overBlur : Fill::opaque);
 }
 
-// A click beside the card, on its shadow, counts as outside of the panel, even if the icon is below. It
-// cannot be passed through: reparenting window managers would take it themselves.
+// A click beside the card, on its shadow, counts as outside of the panel; if the icon is below, as one on the
+// icon. It cannot be passed through: reparenting window managers would take it themselves.
 void TrayPanel::mousePressEvent(QMouseEvent* event) {
-    if (!view_->geometry().contains(event->pos())) hide();
+    if (view_->geometry().contains(event->pos())) return;
+    hide();
+    const QPoint place = event->globalPosition().toPoint();
+    if (event->button() == Qt::RightButton && icon_.contains(place)) Q_EMIT menuRequested(place);
 }
 
 void TrayPanel::followKeyboard() {

@@ -61,6 +61,11 @@ class TrayPanel : public QWidget {
     /// Handles a press on the icon. The same press may have taken the focus and closed the panel already.
     void toggle(QRect icon);
 
+  Q_SIGNALS:
+    /// The icon's menu is asked for, at this place on the desktop, by a press on the part of the icon that
+    /// the panel's shadow covers.
+    void menuRequested(QPoint place);
+
   protected:
     void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;

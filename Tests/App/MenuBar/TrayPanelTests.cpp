@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QScrollBar>
+#include <QtTest/QTest>
 #include <gtest/gtest.h>
 
 namespace corvane {
@@ -48,6 +49,24 @@ TEST_F(TrayPanelTest, closesAtAPressElsewhereWhichLeavesItClosed) {
     EXPECT_FALSE(panel_.isVisible());
     panel_.toggle({300, 10, 22, 22});
     EXPECT_TRUE(panel_.isVisible());
+}
+
+TEST_F(TrayPanelTest, aRightClickOnTheIconBelowItsShadowAsksForTheMenu) {
+    QPoint asked;
+    QObject::connect(&panel_, &TrayPanel::menuRequested, &panel_, [&asked](QPoint place) { asked = place; });
+    const QRect icon(300, 10, 22, 22);
+    const auto press = [&](Qt::MouseButton button, QPoint place) {
+        asked = QPoint();
+        panel_.open(icon);
+        panel_.move(host().geometry.topLeft());
+        QTest::mouseClick(&panel_, button, {}, panel_.mapFromGlobal(place));
+        EXPECT_FALSE(panel_.isVisible());
+        return asked;
+    };
+    const QPoint covered(icon.center().x(), icon.bottom());
+    EXPECT_EQ(press(Qt::RightButton, covered), covered);
+    EXPECT_EQ(press(Qt::LeftButton, covered), QPoint()) << "closes the panel, as on the rest of the icon";
+    EXPECT_EQ(press(Qt::RightButton, {icon.right() + 10, covered.y()}), QPoint()) << "beside the icon";
 }
 
 TEST_F(TrayPanelTest, leavesRoomForTheShadowAroundItsCard) {

@@ -170,14 +170,24 @@ void AppModel::prune() {
 }
 
 void AppModel::endDeadSessions() {
-    for (const AgentSession& session : waitWatch_.ended(board_.sessions(), now_)) {
-        AgentEvent event;
-        event.source = session.agent;
-        event.kind = EventKind::ended;
-        event.sessionID = session.sessionID;
-        event.date = now_;
-        if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
+    for (const AgentSession& session : waitWatch_.ended(board_.sessions(), now_))
+        end(session);
+}
+
+void AppModel::endSessions(AgentKind agent) {
+    const std::vector<AgentSession> before = board_.sessions();
+    for (const AgentSession& session : before) {
+        if (session.agent == agent) end(session);
     }
+}
+
+void AppModel::end(const AgentSession& session) {
+    AgentEvent event;
+    event.source = session.agent;
+    event.kind = EventKind::ended;
+    event.sessionID = session.sessionID;
+    event.date = now_;
+    if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
 }
 
 void AppModel::playSound(EventKind kind) {
@@ -284,6 +294,7 @@ void AppModel::disconnectAgent(AgentKind agent) {
     try {
         connector_.disconnect(agent);
         connectError_ = std::nullopt;
+        endSessions(agent);
     } catch (const std::exception& error) {
         connectError_ = filled(tr("Couldn't remove Corvane from %1: %2").toStdString(),
                                {agent.displayName(), localizedDescription(error)});

@@ -88,8 +88,8 @@ class AppModel : public QObject {
     /// Whether the last `jump` to this session found no terminal.
     [[nodiscard]] bool isTerminalMissing(std::string_view id) const;
 
-    /// Installs the hook and the agent's configuration entry, or removes the entry. A failure is reported by
-    /// `connectError`.
+    /// Installs the hook and the agent's configuration entry, or removes the entry and ends the agent's
+    /// sessions. A failure is reported by `connectError`.
     void connectAgent(AgentKind agent);
     void disconnectAgent(AgentKind agent);
 
@@ -134,6 +134,9 @@ class AppModel : public QObject {
     void prune();
     /// Ends the sessions whose agent has exited while it waited.
     void endDeadSessions();
+    /// Ends all sessions of an agent that reports no more.
+    void endSessions(AgentKind agent);
+    void end(const AgentSession& session);
     [[nodiscard]] bool isOnBoard(std::string_view id) const;
     void rememberTerminal(const std::string& id, bool isFound);
 

@@ -101,6 +101,35 @@ TEST_F(AppModelTest, connectingAndRemovingAnAgentIsSeenAtOnce) {
     EXPECT_FALSE(model().connected().at(AgentKind::claude));
 }
 
+TEST_F(AppModelTest, removingAnAgentEndsItsSessionsAndTheirRemindersOnly) {
+    model().connectAgent(AgentKind::claude);
+    model().connectAgent(AgentKind::codex);
+    pass();
+    dropClaude("Notification", "a");
+    dropClaude("Notification", "b");
+    dropCodexDone("c");
+    pass();
+    ASSERT_EQ(standing(), 3U);
+
+    model().disconnectAgent(AgentKind::claude);
+    EXPECT_EQ(standing(), 1U) << "the banner of Codex";
+    ASSERT_EQ(model().board().sessions().size(), 1U);
+    EXPECT_EQ(model().board().sessions().front().agent, AgentKind::codex);
+    const std::size_t before = played().size();
+    pass(200);
+    EXPECT_EQ(played().size(), before) << "a reminder";
+}
+
+TEST_F(AppModelTest, aRemovalThatFailsLeavesTheSessions) {
+    pass();
+    dropClaude("Notification", "a");
+    pass();
+    test::writeFile(home_.path() / ".claude/settings.json", "not JSON");
+    model().disconnectAgent(AgentKind::claude);
+    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(model().board().sessions().size(), 1U);
+}
+
 TEST_F(AppModelTest, aConnectThatChangesAFileTellsItsBackup) {
     test::writeFile(home_.path() / ".claude/settings.json", "{}");
     model().connectAgent(AgentKind::claude);

@@ -114,6 +114,7 @@ void AppModel::endPass() {
     const std::vector<AgentEvent> events = std::exchange(arrived_, {});
     banners_.update([&] {
         for (const AgentEvent& event : events) {
+            if (removed_.contains(event.source)) continue;
             if (const std::optional<BoardEffect> effect = board_.apply(event)) perform(*effect);
         }
         endDeadSessions();
@@ -294,6 +295,7 @@ void AppModel::disconnectAgent(AgentKind agent) {
     try {
         connector_.disconnect(agent);
         connectError_ = std::nullopt;
+        removed_.insert(agent);
         endSessions(agent);
     } catch (const std::exception& error) {
         connectError_ = filled(tr("Couldn't remove Corvane from %1: %2").toStdString(),
@@ -342,8 +344,10 @@ std::optional<Date> AppModel::quietUntil() const {
 }
 
 void AppModel::refreshConnections() {
-    for (const AgentKind agent : agents_)
+    for (const AgentKind agent : agents_) {
         connected_[agent] = connector_.isConnected(agent);
+        if (connected_[agent]) removed_.erase(agent);
+    }
     Q_EMIT changed();
 }
 

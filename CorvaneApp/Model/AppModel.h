@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace corvane {
@@ -152,6 +153,7 @@ class AppModel : public QObject {
     WaitWatch waitWatch_;
     std::set<std::string, std::less<>> missingTerminals_; ///< sessions by `id`; none that left the board
     std::unordered_map<AgentKind, bool> connected_;
+    std::unordered_set<AgentKind> removed_; // by the user, in this run, and not connected since
     std::optional<std::filesystem::path> lastBackup_;
     std::optional<AgentKind> lastConnected_; // whose configuration that is
     std::optional<std::string> connectError_;

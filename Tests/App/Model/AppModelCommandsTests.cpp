@@ -120,6 +120,23 @@ TEST_F(AppModelTest, removingAnAgentEndsItsSessionsAndTheirRemindersOnly) {
     EXPECT_EQ(played().size(), before) << "a reminder";
 }
 
+TEST_F(AppModelTest, whatAnOpenConversationOfARemovedAgentReportsAlertsNobodyUntilItIsConnectedAgain) {
+    model().connectAgent(AgentKind::codex);
+    pass();
+    model().disconnectAgent(AgentKind::codex);
+    dropCodexDone("a");
+    dropClaude("Notification", "b");
+    pass();
+    EXPECT_EQ(standing(), 1U) << "the banner of Claude";
+    ASSERT_EQ(model().board().sessions().size(), 1U);
+    EXPECT_EQ(model().board().sessions().front().agent, AgentKind::claude);
+
+    model().connectAgent(AgentKind::codex);
+    dropCodexDone("a");
+    pass();
+    EXPECT_EQ(standing(), 2U);
+}
+
 TEST_F(AppModelTest, aRemovalThatFailsLeavesTheSessions) {
     pass();
     dropClaude("Notification", "a");

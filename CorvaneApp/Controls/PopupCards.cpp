@@ -32,9 +32,9 @@ QComboBox* pickerOf(const QWidget& popup) {
                                                        : nullptr;
 }
 
-QRect screenAt(QPoint place, const QWidget& popup) {
+const QScreen& screenAt(QPoint place, const QWidget& popup) {
     const QScreen* const screen = QGuiApplication::screenAt(place);
-    return screen != nullptr ? screen->geometry() : popup.screen()->geometry();
+    return screen != nullptr ? *screen : *popup.screen();
 }
 
 /// `card` moved onto `screen`.
@@ -61,6 +61,15 @@ bool isAt(QPoint pointer, const QRect& window, const QRect& screen) {
 }
 
 } // namespace
+
+QRect cardAtEdge(QSize size, const QRect& window, const QRect& screen, const QRect& workArea) {
+    QRect card(window.topLeft(), size);
+    for (const QRect& area : {screen, workArea}) {
+        if (isNear(window.right(), area.right())) card.moveRight(area.right());
+        if (isNear(window.bottom(), area.bottom())) card.moveBottom(area.bottom());
+    }
+    return card;
+}
 
 PopupCards::PopupCards(WindowShadow& shadow)
     : shadow_(shadow) {
@@ -137,17 +146,16 @@ void PopupCards::placeMenu(QMenu& menu) {
         const QRect item = bar->actionGeometry(menu.menuAction());
         anchor = QRect(bar->mapToGlobal(item.topLeft()), item.size());
     }
-    const QRect screen = screenAt(window.topLeft(), menu);
+    const QScreen& present = screenAt(window.topLeft(), menu);
+    const QRect screen = present.geometry();
     if (bar != nullptr || isAt(anchor.topLeft(), window, screen)) {
         card.moveLeft(menu.isRightToLeft() ? anchor.right() + 1 - card.width() : anchor.left());
         const bool isAbove = window.bottom() <= anchor.top() + reach;
         card.moveTop(isAbove ? anchor.top() - card.height()
                              : (bar != nullptr ? anchor.bottom() + 1 : anchor.top()));
     } else {
-        // At a place of the keyboard's.
-        card.moveTopLeft(window.topLeft());
-        if (window.right() >= screen.right()) card.moveRight(screen.right());
-        if (window.bottom() >= screen.bottom()) card.moveBottom(screen.bottom());
+        // At a place of the keyboard's, or beside the bar on which the pointer is.
+        card = cardAtEdge(card.size(), window, screen, present.availableGeometry());
     }
     menu.move(keptOn(screen, card).marginsAdded(room).topLeft());
 }
@@ -174,7 +182,7 @@ void PopupCards::placeList(QWidget& popup, QComboBox& picker) {
     // The present choice lies over the picker.
     const int present = std::max(0, picker.currentIndex());
     card.moveTop(corner.y() + (picker.height() - row) / 2 - padding - present * row);
-    popup.setGeometry(keptOn(screenAt(corner, popup), card).marginsAdded(popup.contentsMargins()));
+    popup.setGeometry(keptOn(screenAt(corner, popup).geometry(), card).marginsAdded(popup.contentsMargins()));
 }
 
 void PopupCards::paintGround(QWidget& popup) {

@@ -13,6 +13,11 @@ namespace corvane {
 
 class WindowShadow;
 
+/// Where a menu's card of `size` belongs if Qt has put its window, which includes the room for the shadow, at
+/// no pointer: in the window's corner, or at the edge of the screen or of its work area to which Qt has moved
+/// the window back. All in desktop coordinates.
+[[nodiscard]] QRect cardAtEdge(QSize size, const QRect& window, const QRect& screen, const QRect& workArea);
+
 /// Has every menu and every picker's list of the application appear as a card like the tray panel: with round
 /// corners, and with a shadow where the desktop blends windows. The style paints the card; this gives its
 /// window the room, the shape and the place. Main thread only.

@@ -77,6 +77,24 @@ TEST_F(PopupCardsTest, aMenuIsTranslucentOverABlurOfItsShapeOnlyWhereTheDesktopB
     EXPECT_EQ(shadow_.behind.boundingRect().toAlignedRect(), PopupCards::card(menu_));
 }
 
+TEST(CardAtEdge, liesAtTheEdgeToWhichQtHasMovedItsWindowBack) {
+    const QRect screen(0, 0, 1440, 900);
+    const QSize card(273, 166);
+    const QSize window = card.grownBy({24, 16, 24, 32});
+    const auto place = [&](QPoint corner, const QRect& workArea) {
+        return cardAtEdge(card, {corner, window}, screen, workArea);
+    };
+    const QRect belowBar = screen.adjusted(0, 28, 0, 0);
+    EXPECT_EQ(place({600, 28}, belowBar).topLeft(), QPoint(600, 28));
+    EXPECT_EQ(place({1440 - window.width(), 28}, belowBar).right(), 1439);
+    const QRect aboveBar = screen.adjusted(0, 0, 0, -28);
+    EXPECT_EQ(place({600, 872 - window.height()}, aboveBar), QRect(QPoint(600, 872 - 166), card));
+    EXPECT_EQ(place({600, 900 - window.height()}, screen).bottom(), 899);
+    const QRect leftOfBar = screen.adjusted(0, 0, -40, 0);
+    EXPECT_EQ(place({1400 - window.width(), 300}, leftOfBar), QRect(QPoint(1400 - 273, 300), card));
+    EXPECT_EQ(place({600, 300}, aboveBar).topLeft(), QPoint(600, 300));
+}
+
 TEST_F(PopupCardsTest, aMenuStaysOnTheScreen) {
     const QRect screen = menu_.screen()->geometry();
     menu_.popup(screen.bottomRight());

@@ -1,5 +1,6 @@
 #include "App/Support/DirectionMarks.h"
 #include "App/Support/MenuBarSupport.h"
+#include "Connection/AgentConnector.h"
 #include "MenuBar/TrayMenu.h"
 #include "Style/CorvaneStyle.h"
 #include "Style/Times.h"

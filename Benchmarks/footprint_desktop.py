@@ -1,5 +1,5 @@
-"""A desktop of its own for Benchmarks/footprint: X server, window manager, tray and session bus in a scratch home, and
-what its screen shows. Xlib is used through ctypes, so that nothing needs to be installed for Python."""
+"""A desktop of its own for Benchmarks/footprint and Benchmarks/soak: X server, window manager, tray and session bus in a
+scratch home, and what its screen shows. Xlib is used through ctypes, so that nothing needs to be installed for Python."""
 
 import ctypes
 import os
@@ -59,6 +59,52 @@ class Event(ctypes.Union):  # XEvent
 
 
 ERROR_HANDLER = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)
+
+
+class Client(ctypes.Structure):  # XResClient
+    _fields_ = [("base", ctypes.c_ulong), ("mask", ctypes.c_ulong)]
+
+
+class Kind(ctypes.Structure):  # XResType
+    _fields_ = [("name", ctypes.c_ulong), ("count", ctypes.c_uint)]
+
+
+class Resources:
+    """What the clients of an X server keep there. None of it is known without libXRes."""
+
+    def __init__(self, screen):
+        self.screen = screen
+        try:
+            self.library = ctypes.CDLL("libXRes.so.1")
+        except OSError:
+            self.library = None
+
+    def clients(self):
+        """The resource bases of the connected clients."""
+        if self.library is None:
+            return set()
+        count, found = ctypes.c_int(), ctypes.POINTER(Client)()
+        if not self.library.XResQueryClients(self.screen.display, ctypes.byref(count), ctypes.byref(found)):
+            return set()
+        bases = {found[i].base for i in range(count.value)}
+        self.screen.x.XFree(found)
+        return bases
+
+    def kept_by(self, clients):
+        """The number of resources of these clients, and the KiB of their pixmaps; none if that cannot be known."""
+        if not clients:
+            return None
+        resources, pixels = 0, 0
+        for base in clients:
+            count, found = ctypes.c_int(), ctypes.POINTER(Kind)()
+            if self.library.XResQueryClientResources(self.screen.display, ctypes.c_ulong(base), ctypes.byref(count),
+                                                     ctypes.byref(found)):
+                resources += sum(found[i].count for i in range(count.value))
+                self.screen.x.XFree(found)
+            size = ctypes.c_ulong()
+            if self.library.XResQueryClientPixmapBytes(self.screen.display, ctypes.c_ulong(base), ctypes.byref(size)):
+                pixels += size.value
+        return resources, pixels // 1024
 
 
 class Screen:
@@ -223,10 +269,10 @@ class Desktop:
             raise Failure("the tray did not start")
         time.sleep(1)
 
-    def run(self, *arguments, inherited=(), variables=None):
-        process = subprocess.Popen(arguments, env={**self.environment, **(variables or {})}, cwd=self.home,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                   pass_fds=inherited, start_new_session=True)
+    def run(self, *arguments, inherited=(), errors=subprocess.DEVNULL):
+        process = subprocess.Popen(arguments, env=self.environment, cwd=self.home, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=errors, pass_fds=inherited,
+                                   start_new_session=True)
         self.processes.append(process)
         return process
 
@@ -246,9 +292,9 @@ class Desktop:
             except subprocess.TimeoutExpired:
                 continue
 
-    def command(self, *arguments):
-        """Runs a short program to its end."""
-        result = subprocess.run(arguments, env=self.environment, cwd=self.home, stdin=subprocess.DEVNULL,
+    def command(self, *arguments, text="", variables=None):
+        """Runs a short program to its end, with that text as its input."""
+        result = subprocess.run(arguments, env={**self.environment, **(variables or {})}, cwd=self.home, input=text,
                                 stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, timeout=PATIENCE,
                                 check=False)
         if result.returncode != 0:

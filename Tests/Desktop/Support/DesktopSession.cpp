@@ -94,7 +94,7 @@ DesktopSession::~DesktopSession() {
         }
     }
     recordUsedFiles(leftOver());
-    application_.reset();
+    stopApplication();
     compositor_.reset();
     stopSway();
     settings_.reset();
@@ -286,6 +286,18 @@ void DesktopSession::startApplication(std::vector<std::string> variables, Start 
     if (!waitUntil(startTimeout, [&] { return inbox().empty() || !application_->isRunning(); }) ||
         !application_->isRunning())
         throw std::runtime_error("the application did not start: " + applicationOutput());
+}
+
+// A fault while it quits, such as one that a sanitizer finds, shows in its exit status alone.
+void DesktopSession::stopApplication() {
+    if (application_ && application_->isRunning()) {
+        application_->stop();
+        const int status = application_->wait(std::chrono::milliseconds(0)).value_or(0);
+        // What does not end in time, as on a busy machine, was killed.
+        if (status != 0 && status != 128 + SIGKILL)
+            ADD_FAILURE() << "the application quits with status " << status << "\n" << applicationOutput();
+    }
+    application_.reset();
 }
 
 std::string DesktopSession::applicationOutput() const {

@@ -1,3 +1,4 @@
+#include "CommandLine.h"
 #include "CorvaneApp.h"
 #include "Model/SettingsDefaults.h"
 #include "Platform/Platform.h"
@@ -10,9 +11,19 @@
 #include <QDir>
 #include <QSettings>
 
+#include <cstddef>
+#include <cstdio>
+#include <span>
+
 int main(int argc, char** argv) {
     using namespace corvane;
 
+    // Before anything else, which would bring a running application's window forward.
+    if (const auto text =
+            commandline::answer(std::span(argv, static_cast<std::size_t>(argc)), CORVANE_VERSION)) {
+        std::puts(text->c_str());
+        return 0;
+    }
     if (!Platform::prepareProcess()) return 1;
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvane"));

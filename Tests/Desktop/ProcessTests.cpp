@@ -114,6 +114,21 @@ TEST(Process, withoutADisplayItSaysWhatIsMissingAndFails) {
     EXPECT_FALSE(fs::exists(desktop.home() / ".config/Corvane"));
 }
 
+TEST(Process, printsItsVersionAndItsOptionsWithoutADisplayAndStartsNothing) {
+    DesktopSession desktop;
+    fs::remove_all(desktop.paths().support);
+    const auto said = [&desktop](const char* option) {
+        const auto application = desktop.run(
+            {"/bin/sh", "-c", std::string("\"$0\" ") + option + " >\"$HOME/said\" 2>&1", CORVANE_PROGRAM},
+            "other", {"DISPLAY="});
+        EXPECT_EQ(application->wait(10s), 0);
+        return fileBytes(desktop.home() / "said").value_or("");
+    };
+    EXPECT_TRUE(said("--version").starts_with("corvane "));
+    EXPECT_TRUE(said("--help").starts_with("Usage: corvane "));
+    EXPECT_FALSE(fs::exists(desktop.paths().support));
+}
+
 TEST(Process, withADisplayThatDoesNotAnswerItFailsAndNamesIt) {
     DesktopSession desktop;
     const auto application = desktop.run({"/bin/sh", "-c", "\"$0\" 2>\"$HOME/said\"", CORVANE_PROGRAM},

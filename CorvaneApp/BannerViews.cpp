@@ -299,10 +299,10 @@ void DoneBanner::paintEvent(QPaintEvent* event) {
 
 void DoneBanner::resizeEvent(QResizeEvent* event) {
     BannerCard::resizeEvent(event);
-    constexpr Scaled crossInset{4};
+    constexpr Scaled doneCrossInset{4};
 
     const QSize cross = close_->contentSize();
-    const int crossLeft = width() - padding - cross.width() + crossInset;
+    const int crossLeft = width() - padding - cross.width() + doneCrossInset;
     close_->setContentRect(mirrored(*this, {QPoint(crossLeft, (height() - cross.height()) / 2), cross}));
 
     const int textLeft = padding + discSide + rowSpacing;

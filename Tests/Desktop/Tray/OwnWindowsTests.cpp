@@ -129,6 +129,19 @@ TEST_F(OwnWindows, aClickOnABannersButtonLandsInItWhileThePanelIsOpen) {
     EXPECT_EQ(windows().size(), 1U) << "the panel stays open";
 }
 
+TEST_F(OwnWindows, aRightClickOnAnyPartOfTheIconOpensTheMenuWhileThePanelIsOpen) {
+    // The room for the panel's shadow covers the lower part.
+    for (const int y : {3, 20}) {
+        desktop.click(icon);
+        ASSERT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; }));
+        rightClick({icon.x + 4, y, 2, 2});
+        EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; })) << "at " << y;
+        EXPECT_TRUE(waitUntil(5s, [this] { return windows().empty(); })) << "at " << y;
+        EXPECT_EQ(desktop.run({"xdotool", "key", "Escape"}, "xdotool")->wait(10s), 0);
+        ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().empty(); }));
+    }
+}
+
 TEST_F(OwnWindows, bannersMoveBelowTheMenuAndAClickOnTheirButtonsLandsInThem) {
     rightClick(icon);
     ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; }));

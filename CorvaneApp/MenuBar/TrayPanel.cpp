@@ -78,9 +78,10 @@ QRect expectedIcon(const QRect& screen, const QRect& available, Qt::LayoutDirect
     const QSize point(1, 1);
     if (widest == above)
         return {QPoint(direction == Qt::RightToLeft ? screen.left() : screen.right(), screen.top()), point};
-    if (widest == below)
+    if (widest == below) {
         return {QPoint(direction == Qt::RightToLeft ? screen.left() : screen.right(), screen.bottom()),
                 point};
+    }
     return {QPoint(widest == left ? screen.left() : screen.right(), available.bottom()), point};
 }
 

@@ -206,7 +206,9 @@ TEST_F(TrayMenuTest, aNameThatShowsNothingIsLeftOut) {
 }
 
 TEST_F(TrayMenuTest, withoutAConnectedAgentItOffersToConnectOneAndListsNothing) {
-    world_.model().disconnectAgent(AgentKind::claude);
+    // By another program: the model would drop what the agent reports.
+    AgentConnector(world_.home.path(), world_.paths).disconnect(AgentKind::claude);
+    world_.model().refreshConnections();
     world_.waits("a", "shop");
     EXPECT_EQ(entries(), (std::vector<std::string>{"Open Corvane", "Connect Claude Code", "-",
                                                    "Quiet for 1 hour", "Settings…", "Quit"}));

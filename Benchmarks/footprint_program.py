@@ -23,12 +23,18 @@ def tasks(process):
     return list(Path(f"/proc/{process}/task").iterdir())
 
 
-def memory(process):
-    """Proportional and private memory, in KiB."""
+def mapped(process):
+    """The sums over all that the process has mapped, in KiB, by their names in smaps_rollup."""
     numbers = {}
     for line in Path(f"/proc/{process}/smaps_rollup").read_text(encoding="utf-8").splitlines()[1:]:
         name, value = line.split(":")
         numbers[name] = int(value.split()[0])
+    return numbers
+
+
+def memory(process):
+    """Proportional and private memory, in KiB."""
+    numbers = mapped(process)
     return numbers["Pss"], numbers["Private_Clean"] + numbers["Private_Dirty"]
 
 

@@ -24,7 +24,8 @@ void centre(QWidget& window) {
     QRect place = QStyle::alignedRect(window.layoutDirection(), Qt::AlignCenter, window.size(),
                                       screen.availableGeometry());
     place.moveTop(std::max(place.top(), screen.availableGeometry().top()));
-    window.move(place.topLeft());
+    // Without its frame, whose size is known only afterwards.
+    window.setGeometry(place);
 }
 
 } // namespace

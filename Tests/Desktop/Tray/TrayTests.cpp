@@ -242,11 +242,10 @@ TEST_P(ManagedTray, windowsOpenInTheMiddleOfTheWorkArea) {
         const auto window = std::ranges::find_if(
             present, [&](std::uint32_t each) { return std::ranges::find(seen, each) == seen.end(); });
         ASSERT_NE(window, present.end());
-        // The frame's title is above it.
         EXPECT_TRUE(eventually([&] {
             const Rect place = desktop.screen().geometry(*window);
             return std::abs(place.middleX() - area.middleX()) <= 8 &&
-                   std::abs(place.middleY() - area.middleY()) <= 40;
+                   std::abs(place.middleY() - area.middleY()) <= 8;
         })) << entry
             << ": " << desktop.screen().geometry(*window).x << ", " << desktop.screen().geometry(*window).y;
         seen.push_back(*window);

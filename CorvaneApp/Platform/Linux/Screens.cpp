@@ -21,12 +21,17 @@ QRect devicePixels(const QScreen& screen) {
     return {geometry.topLeft(), (QSizeF(geometry.size()) * screen.devicePixelRatio()).toSize()};
 }
 
-// Qt knows the work area of a single screen only.
+// Qt knows the work area of a single screen only, and misses for good a change that comes while it starts, as
+// at a login.
 QRect availableToX(const QScreen& screen) {
-    if (QGuiApplication::screens().size() == 1) return screen.availableGeometry();
     const QPoint origin = screen.geometry().topLeft();
-    const std::optional<QRect> free = x11::freeArea(devicePixels(screen));
-    if (!free) return screen.geometry();
+    const QRect whole = devicePixels(screen);
+    std::optional<QRect> free;
+    if (QGuiApplication::screens().size() > 1)
+        free = x11::freeArea(whole);
+    else if (const std::optional<QRect> area = x11::workArea())
+        free = area->intersected(whole);
+    if (!free || free->isEmpty()) return screen.geometry();
     const qreal ratio = screen.devicePixelRatio();
     return {origin + ((free->topLeft() - origin) / ratio), (QSizeF(free->size()) / ratio).toSize()};
 }

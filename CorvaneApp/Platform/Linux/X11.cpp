@@ -296,6 +296,17 @@ std::optional<QRect> freeArea(const QRect& monitor) {
     return area;
 }
 
+std::optional<QRect> workArea() {
+    xcb_ewmh_connection_t* const x = ewmh();
+    if (x == nullptr) return std::nullopt;
+    const std::vector<std::uint32_t> areas = numbers(rootWindow(), "_NET_WORKAREA");
+    const std::size_t first =
+        std::size_t{4} * cardinal(xcb_ewmh_get_current_desktop(x, screenNumber())).value_or(0);
+    if (areas.size() < first + 4) return std::nullopt;
+    return QRect(static_cast<int>(areas[first]), static_cast<int>(areas[first + 1]),
+                 static_cast<int>(areas[first + 2]), static_cast<int>(areas[first + 3]));
+}
+
 std::vector<QRect> bars() {
     std::vector<QRect> result;
     const xcb_atom_t dock = atom("_NET_WM_WINDOW_TYPE_DOCK");

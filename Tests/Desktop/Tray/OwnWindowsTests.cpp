@@ -30,7 +30,6 @@ class OwnWindows : public testing::Test {
             desktop.run({"trayer", "--edge", "top", "--align", "center", "--widthtype", "pixel", "--width",
                          "120", "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true"},
                         "trayer");
-        ASSERT_TRUE(waitUntil(10s, [this] { return desktop.screen().workArea().y > 0; }));
         desktop.startApplication();
         ASSERT_TRUE(hasIcon());
         desktop.claude("Notification-permission_prompt", "a", "shop");

@@ -82,8 +82,8 @@ void setBlurRegion(xcb_window_t window, const QRegion& region);
 /// manager reports it for each monitor, else by the panels' own struts. None if neither is known.
 [[nodiscard]] std::optional<QRect> freeArea(const QRect& monitor);
 
-/// The part of the whole desktop that panels leave free on the current workspace, in device pixels of the root
-/// window. None if the window manager does not report it.
+/// The part of the whole desktop that panels leave free on the current workspace, in device pixels of the
+/// root window. None if the window manager does not report it.
 [[nodiscard]] std::optional<QRect> workArea();
 
 /// The places of the desktop's bars, in device pixels of the root window: its managed windows of the type

@@ -77,6 +77,19 @@ class ServerFault : public testing::Test {
     }
     void answer(const std::string& session) { desktop.claude("PostToolUse-Bash", session, "shop"); }
 
+    /// Stops a client of the X server at a moment at which it has not grabbed the server: else no other
+    /// client is served, the tests' own included.
+    void hang(ChildProcess& client) {
+        for (int attempt = 0; attempt < 10; ++attempt) {
+            client.signal(SIGSTOP);
+            const auto probe = desktop.run({"xrandr", "--listmonitors"}, "probe");
+            if (probe->wait(2s)) return;
+            client.signal(SIGCONT);
+            probe->wait(5s);
+        }
+        FAIL() << "the X server is grabbed at every attempt";
+    }
+
     [[nodiscard]] bool isDrained() {
         return waitUntil(5s, [this] { return desktop.inbox().empty(); });
     }
@@ -159,7 +172,7 @@ TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHasDied) {
 
 TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
     startApplication();
-    desktop.server(Server::windowManager).signal(SIGSTOP);
+    ASSERT_NO_FATAL_FAILURE(hang(desktop.server(Server::windowManager)));
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
     desktop.server(Server::windowManager).signal(SIGCONT);
@@ -176,7 +189,7 @@ TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
 
 TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
     startApplication();
-    desktop.compositor().signal(SIGSTOP);
+    ASSERT_NO_FATAL_FAILURE(hang(desktop.compositor()));
     alert("a");
     EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().size() == 1; }));
     answer("a");
@@ -193,7 +206,7 @@ TEST_F(ServerFault, aTrayThatHangsOrDiesIsNotWaitedForAndAnotherIsUsed) {
     startApplication();
     // The tray's row of icons is as wide as the icons in it.
     ASSERT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
-    first->signal(SIGSTOP);
+    ASSERT_NO_FATAL_FAILURE(hang(*first));
     alert("a"); // changes the icon
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
     EXPECT_TRUE(isResponsive());

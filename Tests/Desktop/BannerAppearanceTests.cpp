@@ -76,7 +76,7 @@ class BannerAppearance : public testing::Test {
 
     testing::AssertionResult haveOutline(Color color) {
         Color seen;
-        const bool isThere = waitUntil(2s, [&] {
+        const bool isThere = waitUntil(5s, [&] {
             const std::vector<Banner> banners = desktop.screen().banners();
             const Picture screen = desktop.screen().screen();
             return std::ranges::all_of(banners, [&](const Banner& banner) {

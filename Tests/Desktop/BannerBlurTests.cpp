@@ -41,7 +41,7 @@ TEST_F(BannerBlur, theCardIsOpaqueWhereNothingIsBlurred) {
     desktop.claude("Notification-permission_prompt", "a", "shop");
     ASSERT_TRUE(desktop.shows(1, 0));
     // Once it has faded in to the last step.
-    EXPECT_TRUE(waitUntil(2s, [this] { return cover() == 1; })) << cover();
+    EXPECT_TRUE(waitUntil(5s, [this] { return cover() == 1; })) << cover();
     EXPECT_TRUE(desktop.screen().blurRegion(banner().window).empty());
 }
 

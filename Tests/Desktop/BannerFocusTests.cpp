@@ -68,7 +68,7 @@ TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
     EXPECT_TRUE(typing->isRunning()) << "the keys were to be typed all the while";
 
     EXPECT_EQ(typing->wait(30s), 0);
-    EXPECT_TRUE(waitUntil(2s, [&] { return desktop.typed().size() >= letters.size(); }));
+    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.typed().size() >= letters.size(); }));
     EXPECT_EQ(desktop.typed(), letters);
     EXPECT_EQ(desktop.screen().activeWindow(), terminal);
 }
@@ -128,7 +128,7 @@ TEST_P(BannerFocus, threeBannersStandOneBelowTheOtherAndAFourthTakesTheOldestsPl
     raiseBanner("c", 3);
     const std::vector<Banner> before = desktop.screen().banners();
     desktop.claude("Notification-permission_prompt", "d", "shop");
-    ASSERT_TRUE(waitUntil(2s, [&] { return desktop.screen().banners().front().window != before[0].window; }));
+    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().front().window != before[0].window; }));
     ASSERT_TRUE(desktop.shows(3, 0));
     const std::vector<Banner> after = desktop.screen().banners();
     EXPECT_EQ(after[1].window, before[0].window);

@@ -93,7 +93,7 @@ TEST_P(BannerFrames, bannersAreWholeWhileOthersComeAndMakeRoom) {
 TEST_P(BannerFrames, bannersAreWholeWhileOthersGoAndTheGapCloses) {
     for (const char* const session : {"a", "b", "c"}) {
         raiseBanner(session);
-        ASSERT_TRUE(waitUntil(2s, [&] { return desktop.inbox().empty(); }));
+        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.inbox().empty(); }));
     }
     ASSERT_TRUE(desktop.shows(3, 0));
     std::this_thread::sleep_for(500ms);

@@ -34,7 +34,7 @@ TEST_P(BannerStack, threeBannersStackNewestOnTopAndAFourthEvictsTheOldest) {
         windows.insert(windows.begin(), banners.front().window);
     }
     desktop.claude("Notification-permission_prompt", "d", "shop");
-    ASSERT_TRUE(waitUntil(2s, [&] { return desktop.screen().banners().front().window != windows[0]; }));
+    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().front().window != windows[0]; }));
     ASSERT_TRUE(desktop.shows(3, 0));
     const std::vector<Banner> banners = desktop.screen().banners();
     EXPECT_EQ(banners[1].window, windows[0]);
@@ -46,7 +46,7 @@ TEST_P(BannerStack, bannersBelowCloseTheGapOfOneThatLeaves) {
     for (const char* const session : {"a", "b", "c"}) {
         desktop.claude("Notification-permission_prompt", session, "shop");
         // One after the other, so that the order is known.
-        ASSERT_TRUE(waitUntil(2s, [&] { return desktop.inbox().empty(); }));
+        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.inbox().empty(); }));
     }
     ASSERT_TRUE(desktop.shows(3, 0));
     const std::vector<Banner> before = desktop.screen().banners();
@@ -81,7 +81,7 @@ TEST_P(BannerStack, secondAlertOfASessionKeepsTheOneBannerAtItsPlace) {
     ASSERT_TRUE(desktop.shows(1, 0));
     const std::vector<Banner> before = desktop.screen().banners();
     desktop.claude("Notification-idle_prompt", "a", "shop");
-    ASSERT_TRUE(waitUntil(2s, [&] { return desktop.inbox().empty(); }));
+    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.inbox().empty(); }));
     EXPECT_TRUE(desktop.shows(1, 0));
     EXPECT_EQ(desktop.screen().banners(), before);
 }
@@ -137,7 +137,7 @@ TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersHaveGone) {
     EXPECT_NE(desktop.screen().screen().differences(before, 0), 0U);
     desktop.claude("PostToolUse-Bash", "a", "shop");
     ASSERT_TRUE(desktop.shows(0, 0));
-    EXPECT_TRUE(waitUntil(2s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
+    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
 }
 
 TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
@@ -146,7 +146,7 @@ TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
     desktop.codex("codex-tui", "shop");
     ASSERT_TRUE(desktop.shows(1, 1));
     const auto haveShadows = [&](bool wanted) {
-        return waitUntil(2s, [&] {
+        return waitUntil(5s, [&] {
             const std::vector<Banner> banners = desktop.screen().banners();
             return std::ranges::all_of(banners, [&](const Banner& b) { return b.hasShadow == wanted; });
         });
@@ -183,7 +183,7 @@ TEST(BannerUnderTwm, isInFrontAgainSoonAfterAWindowWasRaisedOverIt) {
     ASSERT_EQ(raising->wait(20s), 0);
     ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
     desktop.application().signal(SIGCONT);
-    EXPECT_TRUE(desktop.shows(1, 0, 2s));
+    EXPECT_TRUE(desktop.shows(1, 0, 5s));
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, BannerStack, testing::Values(Compositor::none, Compositor::picom),

@@ -32,7 +32,11 @@ class ServerFault : public testing::Test {
         desktop.startApplication(
             {"LD_PRELOAD=" CORVANE_LOOP_WATCH_LIBRARY, "CORVANE_LOOP_WATCH=" + heartbeat.string()});
         ASSERT_TRUE(waitUntil(5s, [this] { return record().waits > 1; })) << "the heartbeat is not felt";
-        // The start may wait for replies. In place, since the file is mapped.
+        forgetSleep(); // the start may wait for replies
+    }
+
+    void forgetSleep() {
+        // In place, since the file is mapped.
         std::fstream file(heartbeat, std::ios::in | std::ios::out | std::ios::binary);
         const std::int64_t none = 0;
         file.write(reinterpret_cast<const char*>(&none), sizeof none);
@@ -47,7 +51,8 @@ class ServerFault : public testing::Test {
     }
 
     /// Whether the main thread has gone through its loop for `duration`, and has not slept outside of it for
-    /// longer than a tenth of a second.
+    /// longer than other clients, which may grab the X server, need on a busy machine. A hang lasts for
+    /// seconds.
     [[nodiscard]] testing::AssertionResult isResponsive(std::chrono::milliseconds duration = 2500ms) {
         const std::int64_t before = record().waits;
         std::this_thread::sleep_for(duration);
@@ -57,7 +62,7 @@ class ServerFault : public testing::Test {
             return testing::AssertionFailure() << "the loop ran " << seen.waits - before << " times";
         // On a busy machine the X server waits for a processor, and the main thread for its replies.
         const auto excuse = std::min<std::chrono::nanoseconds>(starvation() - starved, 900ms);
-        if (sleep > 100ms + excuse)
+        if (sleep > 400ms + excuse)
             return testing::AssertionFailure() << "asleep for " << sleep / 1ms << " ms";
         return testing::AssertionSuccess();
     }
@@ -86,6 +91,7 @@ class ServerFault : public testing::Test {
             if (probe->wait(2s)) return;
             client.signal(SIGCONT);
             probe->wait(5s);
+            forgetSleep(); // the application has waited for the server as well
         }
         FAIL() << "the X server is grabbed at every attempt";
     }
@@ -101,7 +107,7 @@ class ServerFault : public testing::Test {
 };
 
 TEST_F(ServerFault, theHeartbeatMissesWhileTheXServerHangsAndABannerIsToBeShown) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::x).signal(SIGSTOP);
     alert("a");
     std::this_thread::sleep_for(2500ms);
@@ -112,7 +118,7 @@ TEST_F(ServerFault, theHeartbeatMissesWhileTheXServerHangsAndABannerIsToBeShown)
 }
 
 TEST_F(ServerFault, anXServerThatHangsIsNotWaitedForWhileNothingIsToBeShown) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::x).signal(SIGSTOP);
     writeFile(desktop.paths().events() / "1.event", "");
     EXPECT_TRUE(isDrained());
@@ -123,17 +129,18 @@ TEST_F(ServerFault, anXServerThatHangsIsNotWaitedForWhileNothingIsToBeShown) {
 }
 
 TEST_F(ServerFault, losingTheXServerIsACleanExit) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
     ASSERT_TRUE(desktop.shows(1, 0, 5s));
-    desktop.server(Server::x).signal(SIGKILL);
+    // Killed, the server would leave its socket behind.
+    desktop.server(Server::x).signal(SIGTERM);
     const std::optional<int> status = desktop.application().wait(5s);
     ASSERT_TRUE(status.has_value());
     EXPECT_LT(*status, 128) << "killed by signal " << *status - 128;
 }
 
 TEST_F(ServerFault, aSessionBusThatHangsIsNotWaitedFor) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::bus).signal(SIGSTOP);
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
@@ -150,7 +157,7 @@ TEST_F(ServerFault, aSessionBusThatHangsIsNotWaitedFor) {
 
 TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHangsAtTheStart) {
     desktop.server(Server::bus).signal(SIGSTOP);
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
     EXPECT_TRUE(isResponsive(1500ms));
@@ -159,7 +166,7 @@ TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHangsAtTheStart) {
 }
 
 TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHasDied) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::bus).signal(SIGKILL);
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
@@ -171,7 +178,7 @@ TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHasDied) {
 }
 
 TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     ASSERT_NO_FATAL_FAILURE(hang(desktop.server(Server::windowManager)));
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
@@ -188,7 +195,7 @@ TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
 }
 
 TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     ASSERT_NO_FATAL_FAILURE(hang(desktop.compositor()));
     alert("a");
     EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().size() == 1; }));
@@ -203,7 +210,7 @@ TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
 TEST_F(ServerFault, aTrayThatHangsOrDiesIsNotWaitedForAndAnotherIsUsed) {
     const auto tray = [this] { return desktop.run({"trayer", "--edge", "bottom"}, "trayer"); };
     auto first = tray();
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     // The tray's row of icons is as wide as the icons in it.
     ASSERT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
     ASSERT_NO_FATAL_FAILURE(hang(*first));
@@ -225,7 +232,7 @@ TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
                std::string::npos;
     }));
     portal->signal(SIGSTOP);
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0, 5s));
     EXPECT_TRUE(isResponsive(1500ms));
@@ -234,7 +241,7 @@ TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
 }
 
 TEST_F(ServerFault, aScreenThatIsTurnedOffAndOnAgainShowsTheBannersThatStand) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
     ASSERT_TRUE(desktop.shows(1, 0, 5s));
     // Fails in the end, since the server's screen cannot have no size; by then the monitor is off.
@@ -247,7 +254,7 @@ TEST_F(ServerFault, aScreenThatIsTurnedOffAndOnAgainShowsTheBannersThatStand) {
 }
 
 TEST_F(ServerFault, bannersFollowAScreenThatChangesItsSize) {
-    startApplication();
+    ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
     ASSERT_TRUE(desktop.shows(1, 0, 5s));
     const std::vector<std::vector<std::string>> changes{

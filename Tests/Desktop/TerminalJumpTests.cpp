@@ -257,13 +257,13 @@ TEST_P(TerminalJump, withoutARunningAgentOnlyACardSaysSoForFourSeconds) {
     const std::uint32_t active = desktop.screen().activeWindow();
     goToTerminal("shop");
     const auto notices = [&] { return desktop.screen().menus(); };
-    ASSERT_TRUE(waitUntil(2s, [&] { return notices().size() == 1; }));
+    ASSERT_TRUE(waitUntil(5s, [&] { return notices().size() == 1; }));
     const Rect screen = desktop.screen().workArea();
     // The window has margins for the card's shadow where windows are blended.
     const bool hasShadow = desktop.screen().isComposited();
     const Rect card{screen.x + (screen.width - 440) / 2, screen.y + 8, 440, 64};
     const Rect notice = hasShadow ? Rect{card.x - 24, card.y - 16, card.width + 48, card.height + 48} : card;
-    EXPECT_TRUE(waitUntil(1s, [&] { return notices() == std::vector<Rect>{notice}; }));
+    EXPECT_TRUE(waitUntil(5s, [&] { return notices() == std::vector<Rect>{notice}; }));
     EXPECT_FALSE(waitUntil(1s, [&] {
         return desktop.screen().activeWindow() != active || desktop.screen().currentWorkspace() != 1;
     }));

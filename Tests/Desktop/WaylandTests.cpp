@@ -107,6 +107,15 @@ class Sway : public WaylandSession {
         return {};
     }
 
+    /// The upper edge of what bars leave free of an output, in logical pixels; -1 without such an output.
+    [[nodiscard]] int freeTop(const QString& output = QStringLiteral("HEADLESS-1")) {
+        for (const QJsonValue space : query("get_workspaces").array()) {
+            if (space["output"].toString() == output && space["visible"].toBool())
+                return space["rect"].toObject()["y"].toInt();
+        }
+        return -1;
+    }
+
     /// A native terminal with a shell command in it, which gets the focus.
     ChildProcess& openFoot(const std::string& shellCommand) {
         programs.push_back(desktop->run({"foot", "-c", "/dev/null", "sh", "-c", shellCommand}, "foot"));
@@ -135,21 +144,22 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfTheOutputWithTheFocus) {
     const auto place = [&](int left, int width, int barHeight) {
         return Rect{left + (width - size.width) / 2, barHeight + margin, size.width, size.height};
     };
-    const QJsonObject free = query("get_workspaces").array().first().toObject()["rect"].toObject();
-    const int barHeight = free["y"].toInt();
-    ASSERT_GT(barHeight, 0) << "there is to be a bar";
+    ASSERT_TRUE(waitUntil(10s, [&] { return freeTop() > 0; })) << "there is to be a bar";
+    const int barHeight = freeTop();
     alert("shop");
     EXPECT_TRUE(waitUntil(5s, [&] { return cards() == std::vector<Rect>{place(0, 1280, barHeight)}; }));
 
     command("create_output");
     command("output HEADLESS-2 resolution 1000x700 position 1280 0");
     command("focus output HEADLESS-2");
+    ASSERT_TRUE(waitUntil(10s, [&] { return freeTop("HEADLESS-2") == barHeight; }));
     alert("blog");
     const Rect second = place(1280, 1000, barHeight);
     EXPECT_TRUE(waitUntil(5s, [&] { return !cards().empty() && cards()[0] == second; }));
 
     // The bar goes while banners are shown; the next one finds the free place.
     command("bar bar-0 mode invisible");
+    ASSERT_TRUE(waitUntil(10s, [&] { return freeTop("HEADLESS-2") == 0; }));
     alert("third");
     EXPECT_TRUE(waitUntil(5s, [&] { return !cards().empty() && cards()[0] == place(1280, 1000, 0); }));
 }
@@ -158,8 +168,9 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfAScaledOutput) {
     command("output HEADLESS-1 scale 1.5");
     const auto screen = [this] { return XObserver(desktop->display()).screenArea(); };
     ASSERT_TRUE(waitUntil(5s, [&] { return screen().width < 1280; }));
-    const int barHeight = query("get_workspaces").array().first().toObject()["rect"].toObject()["y"].toInt();
-    ASSERT_GT(barHeight, 0);
+    // The bar's height in logical pixels does not depend on the scale.
+    ASSERT_TRUE(waitUntil(10s, [&] { return freeTop() > 0; }));
+    const int barHeight = freeTop();
     alert("shop");
     EXPECT_TRUE(waitUntil(5s, [&] { return cards().size() == 1 && cards()[0].y == barHeight + 8; }));
     // Until 22, XWayland rounded the width of a mode down to a multiple of 8.
@@ -170,7 +181,7 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfAScaledOutput) {
 TEST_F(Sway, aJumpThatFindsNothingShowsACard) {
     ChildProcess& other = openFoot("exec cat");
     goToTerminal("shop");
-    ASSERT_TRUE(waitUntil(2s, [&] { return desktop->screen().menus().size() == 1; }));
+    ASSERT_TRUE(waitUntil(5s, [&] { return desktop->screen().menus().size() == 1; }));
     EXPECT_TRUE(waitUntil(6s, [&] { return desktop->screen().menus().empty(); }));
     EXPECT_EQ(focused(), other.id());
 }

@@ -409,7 +409,7 @@ testing::AssertionResult DesktopSession::shows(std::size_t waiting, std::size_t 
 
 testing::AssertionResult DesktopSession::standIn(Rect area) {
     std::optional<std::string> fault;
-    const bool seen = waitUntil(std::chrono::seconds(2), [&] {
+    const bool seen = waitUntil(std::chrono::seconds(5), [&] {
         const std::vector<Banner> banners = screen_->banners();
         fault = banners.empty() ? "there is no banner" : layoutFault(banners, area);
         return !fault;

@@ -106,8 +106,8 @@ class DesktopSession {
 
     /// Whether the screen shows exactly so many banners, at their places and in full, within `timeout`.
     testing::AssertionResult shows(std::size_t waiting, std::size_t done,
-                                   std::chrono::milliseconds timeout = std::chrono::seconds(2));
-    /// Whether the banners are placed in `area`, a monitor's work area, within two seconds.
+                                   std::chrono::milliseconds timeout = std::chrono::seconds(5));
+    /// Whether the banners are placed in `area`, a monitor's work area, within five seconds.
     testing::AssertionResult standIn(Rect area);
     /// Whether no window of the application appears during `duration`.
     testing::AssertionResult staysEmpty(std::chrono::milliseconds duration);

@@ -137,8 +137,11 @@ TEST_F(OwnWindows, aRightClickOnAnyPartOfTheIconOpensTheMenuWhileThePanelIsOpen)
         rightClick({icon.x + 4, y, 2, 2});
         EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; })) << "at " << y;
         EXPECT_TRUE(waitUntil(5s, [this] { return windows().empty(); })) << "at " << y;
-        EXPECT_EQ(desktop.run({"xdotool", "key", "Escape"}, "xdotool")->wait(10s), 0);
-        ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().empty(); }));
+        // More than once: the menu takes the keyboard a moment after it has appeared.
+        ASSERT_TRUE(waitUntil(10s, [this] {
+            desktop.run({"xdotool", "key", "Escape"}, "xdotool")->wait(10s);
+            return desktop.screen().menus().empty();
+        }));
     }
 }
 

@@ -6,6 +6,7 @@ import os
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 from pathlib import Path
@@ -21,6 +22,12 @@ BUS = """<busconfig><type>session</type><listen>unix:path={socket}</listen><auth
 
 class Failure(Exception):
     pass
+
+
+def end_in_order():
+    """Lets SIGTERM and SIGHUP end this program as an exception, so that what it has started ends as well."""
+    for number in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda received, _: sys.exit(128 + received))
 
 
 def wait_until(condition, seconds=PATIENCE, pause=0.02):

@@ -18,6 +18,7 @@ Exits with status 0 only if nothing was "not seen".
 import json
 import os
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -41,7 +42,9 @@ LIMIT = 900
 # $1 becomes /tmp, so that sockets and locks of displays are the session's own. The shell, as the first process,
 # reaps what others leave; "$@" runs as an ordinary user.
 INSIDE = """
-mount --bind "$1" /tmp && mkdir -pm 1777 /tmp/.X11-unix /tmp/.ICE-unix && ip link set lo up 2>/dev/null
+mount --bind "$1" /tmp || exit 1
+mkdir -pm 1777 /tmp/.X11-unix /tmp/.ICE-unix
+ip link set lo up 2>/dev/null
 shift
 "$@" &
 wait $!
@@ -142,6 +145,9 @@ def run_login(name, login, folder):
 def main():
     from definitions import COMMON, SESSIONS
 
+    # Else neither the processes in the namespaces would end nor their folder be removed.
+    for number in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda received, _: sys.exit(128 + received))
     words = sys.argv[1:]
     build = ROOT / "build/release"
     for option in ("--build", "--installed"):

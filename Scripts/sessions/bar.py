@@ -29,7 +29,7 @@ class BarChecks(Examination):
         # A new icon moves others aside, and a clock may have moved on: the icon is what opens the panel.
         for middle in list(self._candidates(spans))[:MOST_CANDIDATES]:
             self._click_icon(middle, strip)
-            if wait_until(lambda: self.window("panel"), 3, 0.2):
+            if wait_until(lambda: self.window("panel"), 5, 0.2):
                 self._icon = middle, strip[1], 0, strip[3]
                 self._close_panel()
                 # Some screenshots show the pointer, which is not a part of the icon.
@@ -147,7 +147,7 @@ class BarChecks(Examination):
         aside = 40 if left > WIDTH // 2 else WIDTH - 40
         self.hands.click(aside, HEIGHT // 2)
         try:
-            see(lambda: not self.window("panel"), 3, "a click elsewhere did not close the panel")
+            see(lambda: not self.window("panel"), SOON, "a click elsewhere did not close the panel")
         finally:
             self._close_panel()
 

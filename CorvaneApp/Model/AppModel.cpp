@@ -112,6 +112,7 @@ void AppModel::readInbox() {
 
 void AppModel::endPass() {
     const std::vector<AgentEvent> events = std::exchange(arrived_, {});
+    recheckRemoved(events);
     banners_.update([&] {
         for (const AgentEvent& event : events) {
             if (removed_.contains(event.source)) continue;
@@ -130,6 +131,15 @@ void AppModel::endPass() {
     Q_EMIT changed();
     // A receiver may have destroyed the model.
     if (self) scheduleTick(loopInterval);
+}
+
+void AppModel::recheckRemoved(const std::vector<AgentEvent>& events) {
+    std::unordered_set<AgentKind> reporting;
+    for (const AgentEvent& event : events) {
+        if (removed_.contains(event.source)) reporting.insert(event.source);
+    }
+    for (const AgentKind agent : reporting)
+        checkConnection(agent);
 }
 
 void AppModel::perform(const BoardEffect& effect) {
@@ -343,11 +353,14 @@ std::optional<Date> AppModel::quietUntil() const {
     return prefs_.isQuiet(now_) ? prefs_.quietUntil : std::nullopt;
 }
 
+void AppModel::checkConnection(AgentKind agent) {
+    connected_[agent] = connector_.isConnected(agent);
+    if (connected_[agent]) removed_.erase(agent);
+}
+
 void AppModel::refreshConnections() {
-    for (const AgentKind agent : agents_) {
-        connected_[agent] = connector_.isConnected(agent);
-        if (connected_[agent]) removed_.erase(agent);
-    }
+    for (const AgentKind agent : agents_)
+        checkConnection(agent);
     Q_EMIT changed();
 }
 

@@ -110,6 +110,8 @@ class AppModel : public QObject {
     /// Plays a sound for a user who is choosing one, in quiet time too.
     void playSample(const std::string& sound);
 
+    /// Reads from the agents' configuration which of them are connected now; they and other programs change
+    /// it too.
     void refreshConnections();
 
   Q_SIGNALS:
@@ -128,6 +130,10 @@ class AppModel : public QObject {
     void readInbox();
     /// Applies the events of the pass, all at once, and schedules the next pass.
     void endPass();
+    /// Checks the removed agents that have reported something: another program, such as one that restores
+    /// the user's settings, may have put the entries back.
+    void recheckRemoved(const std::vector<AgentEvent>& events);
+    void checkConnection(AgentKind agent);
     void perform(const BoardEffect& effect);
     /// Plays the sounds of the pass, each once.
     void playSounds();

@@ -137,6 +137,23 @@ TEST_F(AppModelTest, whatAnOpenConversationOfARemovedAgentReportsAlertsNobodyUnt
     EXPECT_EQ(standing(), 2U);
 }
 
+TEST_F(AppModelTest, aRemovedAgentAlertsAgainOnceAnotherProgramHasPutItsEntriesBack) {
+    const std::filesystem::path settings = home_.path() / ".claude/settings.json";
+    model().connectAgent(AgentKind::claude);
+    pass();
+    const std::string entries = test::fileBytes(settings).value_or("");
+    model().disconnectAgent(AgentKind::claude);
+    dropClaude("Notification", "a");
+    pass();
+    ASSERT_EQ(standing(), 0U);
+
+    test::writeFile(settings, entries);
+    dropClaude("Notification", "b");
+    pass();
+    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(model().listedWaitingCount(), 1) << "the icon";
+}
+
 TEST_F(AppModelTest, aRemovalThatFailsLeavesTheSessions) {
     pass();
     dropClaude("Notification", "a");

@@ -154,7 +154,8 @@ void PopupCards::placeMenu(QMenu& menu) {
         card.moveTop(isAbove ? anchor.top() - card.height()
                              : (bar != nullptr ? anchor.bottom() + 1 : anchor.top()));
     } else {
-        // At a place of the keyboard's, or beside the bar on which the pointer is.
+        // At a place of the keyboard's, or beside the bar on which the pointer is. The work area is Qt's own,
+        // since this is about where Qt has put the window.
         card = cardAtEdge(card.size(), window, screen, present.availableGeometry());
     }
     menu.move(keptOn(screen, card).marginsAdded(room).topLeft());

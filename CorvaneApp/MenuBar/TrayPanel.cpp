@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <utility>
 
 namespace corvane {
@@ -122,7 +123,6 @@ void TrayPanel::rebuild() {
 }
 
 void TrayPanel::open(QRect icon) {
-    workArea_ = icon.isEmpty() ? screens_.mainVisibleFrame() : std::nullopt;
     icon_ = icon.isEmpty() ? likelyIcon() : icon;
     // The agents and their users change these files, too.
     model_.refreshConnections();
@@ -154,20 +154,19 @@ QRect TrayPanel::cardGeometry() const {
 }
 
 QRect TrayPanel::likelyIcon() const {
-    const QScreen* screen = workArea_ ? QGuiApplication::screenAt(workArea_->center()) : nullptr;
+    const std::optional<QRect> available = screens_.mainVisibleFrame();
+    if (!available) return {};
+    const QScreen* screen = QGuiApplication::screenAt(available->center());
     if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-    if (screen == nullptr) return {};
-    return expectedIcon(screen->geometry(), workArea_.value_or(screen->availableGeometry()),
-                        layoutDirection());
+    return screen != nullptr ? expectedIcon(screen->geometry(), *available, layoutDirection()) : QRect();
 }
 
 void TrayPanel::layOut() {
     if (icon_.isEmpty()) return;
-    const QScreen* screen = QGuiApplication::screenAt(icon_.center());
-    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-    if (screen == nullptr) return;
+    const std::optional<QRect> available = screens_.visibleFrameAt(icon_.center());
+    if (!available) return;
     const QSize card = view_->sizeHint();
-    cardOrigin_ = panelOrigin(card, icon_, workArea_.value_or(screen->availableGeometry()));
+    cardOrigin_ = panelOrigin(card, icon_, *available);
     view_->setGeometry(QRect(QPoint(margins_.left(), margins_.top()), card));
     setContentsMargins(margins_);
     setFixedSize(card.grownBy(margins_));

@@ -10,7 +10,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace corvane {
 
@@ -55,7 +54,7 @@ class TrayPanel : public QWidget {
     void rebuild();
 
     /// Opens at the icon; where one is to be expected if `icon` is empty. The pointer tells nothing: on
-    /// Wayland's desktops its last place above an X11 window is known only.
+    /// Wayland's desktops only its last place above an X11 window is known.
     void open(QRect icon);
 
     /// Handles a press on the icon. The same press may have taken the focus and closed the panel already.
@@ -91,7 +90,6 @@ class TrayPanel : public QWidget {
     TrayPanelView* view_ = nullptr;
     std::unique_ptr<PanelHost> host_;
     QRect icon_;
-    std::optional<QRect> workArea_; // of the icon's screen, if its place is a guess
     QPoint cardOrigin_;
     QMargins margins_;
     bool isBlended_ = false;

@@ -16,6 +16,8 @@ class Screens : public QObject {
     /// none without a screen. The main screen is the one that the user works on: the one with the focused
     /// window if the system reports it, else the one with the pointer, else the primary.
     [[nodiscard]] virtual std::optional<QRect> mainVisibleFrame() const = 0;
+    /// That area of the screen at `place`, in the same coordinates; of the primary one if no screen is there.
+    [[nodiscard]] virtual std::optional<QRect> visibleFrameAt(QPoint place) const = 0;
 
   Q_SIGNALS:
     /// Screens were added, removed or moved, or changed their size, scale or free area.

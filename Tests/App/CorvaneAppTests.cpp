@@ -321,10 +321,10 @@ class SessionsCommand : public CorvaneAppTest {
 };
 
 TEST_F(SessionsCommand, opensThePanelAtTheIcon) {
-    tray().iconPlace = {600, 0, 24, 24};
+    tray().iconPlace = {600, 10, 24, 24};
     file->actions().at(0)->trigger();
     EXPECT_EQ(panel().left(), 611 - 340 / 2);
-    EXPECT_EQ(panel().top(), 24 + 4);
+    EXPECT_EQ(panel().top(), 10 + 24 + 4);
 }
 
 TEST_F(SessionsCommand, opensThePanelUnderTheMenuWhereTheIconsPlaceIsUnknown) {

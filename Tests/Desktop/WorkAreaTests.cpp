@@ -2,10 +2,12 @@
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/SidePanel.h"
+#include "Platform/Linux/Activation.h"
 #include "Platform/Linux/Screens.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QRect>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -23,7 +25,7 @@ TEST(WorkArea, isWhatTheWindowManagerReportsEvenIfQtHasMissedAChange) {
     int count = 1;
     char name[] = "test";
     char* arguments[] = {name, nullptr};
-    const QGuiApplication application(count, arguments);
+    const QApplication application(count, arguments);
     const LinuxScreens screens;
     const Rect whole = desktop.screen().screenArea();
     EXPECT_EQ(screens.mainVisibleFrame(), QRect(whole.x, whole.y, whole.width, whole.height));
@@ -32,7 +34,17 @@ TEST(WorkArea, isWhatTheWindowManagerReportsEvenIfQtHasMissedAChange) {
     const SidePanel panel(desktop.display(), {0, 0, whole.width, height});
     ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().workArea().y == height; }));
     // Qt learns of it by an event, which it has not processed.
-    EXPECT_EQ(screens.mainVisibleFrame(), QRect(0, height, whole.width, whole.height - height));
+    const QRect free(0, height, whole.width, whole.height - height);
+    EXPECT_EQ(screens.mainVisibleFrame(), free);
+    EXPECT_EQ(screens.visibleFrameAt({whole.width - 1, 0}), free);
+    EXPECT_EQ(screens.visibleFrameAt({-100, -100}), free) << "beside all screens";
+
+    // In its middle a window opens.
+    QWidget window;
+    window.setFixedSize(200, 100);
+    LinuxActivation(screens).present(window);
+    EXPECT_EQ(window.geometry(),
+              QRect((whole.width - 200) / 2, height + (whole.height - height - 100) / 2, 200, 100));
 }
 
 } // namespace

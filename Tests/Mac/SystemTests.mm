@@ -73,6 +73,14 @@ TEST(MacScreens, haveTheFreeAreaThatQtKnows) {
                             [&](const QScreen* screen) { return screen->availableGeometry() == *frame; }));
 }
 
+TEST(MacScreens, haveAFreeAreaForEachPlaceAndThePrimaryOnesElsewhere) {
+    const MacScreens screens;
+    for (const QScreen* const screen : QGuiApplication::screens())
+        EXPECT_EQ(screens.visibleFrameAt(screen->geometry().center()), screen->availableGeometry());
+    EXPECT_EQ(screens.visibleFrameAt({-100000, -100000}),
+              QGuiApplication::primaryScreen()->availableGeometry());
+}
+
 TEST(MacScreens, tellOfAChange) {
     MacScreens screens;
     int changes = 0;

@@ -1,29 +1,26 @@
 #include "Platform/Linux/Activation.h"
 
 #include "Platform/Linux/X11.h"
+#include "Platform/Screens.h"
 
 #include <QCursor>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
+#include <optional>
 
 namespace corvane {
 
 namespace {
 
-/// Moves a window that was never shown to the middle of the user's screen. Left to themselves, some window
-/// managers open it in a corner, and others partly below the screen.
-void centre(QWidget& window) {
-    const QScreen* const pointed = QGuiApplication::screenAt(QCursor::pos());
-    const QScreen& screen = pointed != nullptr ? *pointed : *window.screen();
+/// Moves a window that was never shown to the middle of the user's screen, whose free area this is. Left to
+/// themselves, some window managers open it in a corner, and others partly below the screen.
+void centre(QWidget& window, const QRect& available) {
     window.ensurePolished();
     window.adjustSize();
-    QRect place = QStyle::alignedRect(window.layoutDirection(), Qt::AlignCenter, window.size(),
-                                      screen.availableGeometry());
-    place.moveTop(std::max(place.top(), screen.availableGeometry().top()));
+    QRect place = QStyle::alignedRect(window.layoutDirection(), Qt::AlignCenter, window.size(), available);
+    place.moveTop(std::max(place.top(), available.top()));
     // Without its frame, whose size is known only afterwards.
     window.setGeometry(place);
 }
@@ -36,8 +33,8 @@ void LinuxActivation::present(QWidget& window) {
     const WId id = window.internalWinId();
     if (id != 0)
         x11::moveToCurrentWorkspace(static_cast<xcb_window_t>(id));
-    else
-        centre(window);
+    else if (const std::optional<QRect> available = screens_.visibleFrameAt(QCursor::pos()))
+        centre(window, *available);
     window.show();
     if (x11::hasActiveWindowHint()) {
         const auto native = static_cast<xcb_window_t>(window.internalWinId());

@@ -7,6 +7,8 @@
 
 namespace corvane {
 
+class Screens;
+
 /// On Linux, windows are activated one by one. A window on another workspace is first moved to the current
 /// one: merely activated, it would stay there, unseen.
 ///
@@ -15,12 +17,17 @@ namespace corvane {
 /// attention, because the user last used another program.
 class LinuxActivation : public Activation {
   public:
+    /// `screens` must outlive it.
+    explicit LinuxActivation(const Screens& screens)
+        : screens_(screens) {}
+
     void present(QWidget& window) override;
 
     /// The token of the start by which the user requested the window that is presented next.
     void setStartup(StartupToken token) { startup_ = std::move(token); }
 
   private:
+    const Screens& screens_;
     StartupToken startup_;
 };
 

@@ -85,11 +85,11 @@ class LinuxPlatform : public Platform {
 
   private:
     LinuxBannerPanels panels_;
-    LinuxActivation activation_;
+    LinuxScreens screens_;
+    LinuxActivation activation_{screens_};
     LinuxWindowShadow windowShadow_;
     LinuxSystemSymbols systemSymbols_;
     LinuxPanelHosts panelHosts_{activation_, x11::connection() != nullptr ? sway::socket() : std::nullopt};
-    LinuxScreens screens_;
     LinuxAppearance appearance_;
     LinuxAnnouncer announcer_;
     LinuxSounds sounds_;

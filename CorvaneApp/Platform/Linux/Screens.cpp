@@ -82,10 +82,12 @@ void LinuxScreens::watch(QScreen* screen) {
 }
 
 std::optional<QRect> LinuxScreens::mainVisibleFrame() const {
-    // For the next time; if something has changed, that is reported, and the banners are placed anew.
-    sway_->refresh();
-    const QScreen* const screen = mainScreen();
-    return screen != nullptr ? std::optional(availableGeometry(*screen)) : std::nullopt;
+    return visibleFrame(mainScreen());
+}
+
+std::optional<QRect> LinuxScreens::visibleFrameAt(QPoint place) const {
+    const QScreen* const screen = QGuiApplication::screenAt(place);
+    return visibleFrame(screen != nullptr ? screen : QGuiApplication::primaryScreen());
 }
 
 QScreen* LinuxScreens::mainScreen() const {
@@ -99,12 +101,15 @@ QScreen* LinuxScreens::mainScreen() const {
     return QGuiApplication::primaryScreen();
 }
 
-QRect LinuxScreens::availableGeometry(const QScreen& screen) const {
-    const SwayOutput* const output = sway_->at(devicePixels(screen));
-    if (output == nullptr) return availableToX(screen);
+std::optional<QRect> LinuxScreens::visibleFrame(const QScreen* screen) const {
+    // For the next time; if something has changed, that is reported, and the banners are placed anew.
+    sway_->refresh();
+    if (screen == nullptr) return std::nullopt;
+    const SwayOutput* const output = sway_->at(devicePixels(*screen));
+    if (output == nullptr) return availableToX(*screen);
     // Not the output's own area: XWayland rounds a screen's size down where there is a scale.
-    const qreal ratio = screen.devicePixelRatio();
-    return screen.geometry().marginsRemoved((QMarginsF(output->reserved) / ratio).toMargins());
+    const qreal ratio = screen->devicePixelRatio();
+    return screen->geometry().marginsRemoved((QMarginsF(output->reserved) / ratio).toMargins());
 }
 
 } // namespace corvane

@@ -18,11 +18,12 @@ class LinuxScreens : public Screens {
     LinuxScreens();
 
     [[nodiscard]] std::optional<QRect> mainVisibleFrame() const override;
+    [[nodiscard]] std::optional<QRect> visibleFrameAt(QPoint place) const override;
 
   private:
     void watch(QScreen* screen);
     [[nodiscard]] QScreen* mainScreen() const;
-    [[nodiscard]] QRect availableGeometry(const QScreen& screen) const;
+    [[nodiscard]] std::optional<QRect> visibleFrame(const QScreen* screen) const;
 
     // Has itself refreshed by questions about the screens.
     std::unique_ptr<SwayOutputs> sway_;

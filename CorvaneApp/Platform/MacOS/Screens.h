@@ -17,6 +17,7 @@ class MacScreens : public Screens {
     MacScreens();
 
     [[nodiscard]] std::optional<QRect> mainVisibleFrame() const override;
+    [[nodiscard]] std::optional<QRect> visibleFrameAt(QPoint place) const override;
 
   private:
     Observation parametersChange_;

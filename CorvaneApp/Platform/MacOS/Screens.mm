@@ -6,6 +6,15 @@
 
 namespace corvane {
 
+namespace {
+
+QRect fromNative(NSRect frame) {
+    return geometry::fromNative({frame.origin.x, frame.origin.y, frame.size.width, frame.size.height},
+                                desktopTop());
+}
+
+} // namespace
+
 double desktopTop() {
     NSScreen* const first = NSScreen.screens.firstObject;
     return first ? NSMaxY(first.frame) : 0;
@@ -20,9 +29,15 @@ std::optional<QRect> MacScreens::mainVisibleFrame() const {
     NSScreen* const main = NSScreen.mainScreen;
     NSScreen* const screen = main ? main : NSScreen.screens.firstObject;
     if (!screen) return std::nullopt;
-    const NSRect frame = screen.visibleFrame;
-    return geometry::fromNative({frame.origin.x, frame.origin.y, frame.size.width, frame.size.height},
-                                desktopTop());
+    return fromNative(screen.visibleFrame);
+}
+
+std::optional<QRect> MacScreens::visibleFrameAt(QPoint place) const {
+    for (NSScreen* const screen in NSScreen.screens) {
+        if (fromNative(screen.frame).contains(place)) return fromNative(screen.visibleFrame);
+    }
+    NSScreen* const primary = NSScreen.screens.firstObject;
+    return primary ? std::optional(fromNative(primary.visibleFrame)) : std::nullopt;
 }
 
 } // namespace corvane

@@ -165,6 +165,7 @@ class FakePanelHosts : public PanelHosts {
 class FixedScreens : public Screens {
   public:
     [[nodiscard]] std::optional<QRect> mainVisibleFrame() const override { return frame; }
+    [[nodiscard]] std::optional<QRect> visibleFrameAt(QPoint /*place*/) const override { return frame; }
     void setFrame(std::optional<QRect> newFrame);
 
     std::optional<QRect> frame = QRect(0, 30, 1280, 770);

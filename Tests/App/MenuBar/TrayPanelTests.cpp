@@ -31,6 +31,12 @@ TEST_F(TrayPanelTest, isPresentedByItsHost) {
     EXPECT_EQ(host().presentCount, 1);
 }
 
+TEST_F(TrayPanelTest, isWithinTheFreeAreaThatTheSystemReportsForTheIconsScreen) {
+    world_.platform.screens.frame = QRect(0, 0, 800, 500);
+    panel_.open({300, 510, 22, 22});
+    EXPECT_EQ(panel_.cardGeometry().bottom() + 1, 500 - 4);
+}
+
 TEST_F(TrayPanelTest, tellsItsHostWhereItIs) {
     panel_.open({300, 10, 22, 22});
     EXPECT_EQ(host().geometry.size(), panel_.size());

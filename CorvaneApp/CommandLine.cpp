@@ -9,7 +9,8 @@ constexpr std::string_view usage = R"(Usage: corvane [OPTION]
 Taps you on the shoulder when an AI coding agent in a terminal needs you. It
 stays in the tray; if it runs already, its window opens.
 
-  --autostart  opens no window where there is no tray; passed at login
+  --autostart  opens no window where there is no tray or it runs already;
+               passed at login
   --help, -h   prints this
   --version    prints the version
 

@@ -98,7 +98,9 @@ class LinuxPlatform : public Platform {
     LinuxLoginItem loginItem_{LinuxLoginItem::standardFile(), LinuxLoginItem::runningProgram()};
     LinuxFileBrowser fileBrowser_;
     LinuxStatusItem statusItem_{appearance_};
-    LinuxSingleInstance singleInstance_{ownStartup};
+    LinuxSingleInstance singleInstance_{ownStartup, loginItem_.hasStartedThisProcess()
+                                                        ? LinuxSingleInstance::Start::atLogin
+                                                        : LinuxSingleInstance::Start::byHand};
     // Created last and destroyed first: work that is still pending may hold a panel.
     QtScheduler scheduler_;
 };

@@ -8,6 +8,7 @@
 #include <QMetaMethod>
 
 #include <chrono>
+#include <optional>
 #include <utility>
 
 namespace corvane {
@@ -27,8 +28,9 @@ constexpr int mostAttempts = 20;
 
 } // namespace
 
-LinuxSingleInstance::LinuxSingleInstance(StartupToken startup)
-    : startup_(std::move(startup)) {}
+LinuxSingleInstance::LinuxSingleInstance(StartupToken startup, Start start)
+    : startup_(std::move(startup))
+    , start_(start) {}
 
 LinuxSingleInstance::~LinuxSingleInstance() = default;
 
@@ -42,7 +44,7 @@ bool LinuxSingleInstance::claim() {
     lock_ = std::make_unique<SingleInstanceLock>(SingleInstanceLock::standardFolder());
     connect(lock_.get(), &SingleInstanceLock::asked, this,
             [this](const std::string& message) { tell(StartupToken::fromMessage(message)); });
-    return lock_->claim(startup_.message());
+    return lock_->claim(start_ == Start::byHand ? std::optional(startup_.message()) : std::nullopt);
 }
 
 LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
@@ -57,6 +59,7 @@ LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
                                              QDBusConnectionInterface::DontAllowReplacement);
         if (!taken.isValid()) break;
         if (taken.value() == QDBusConnectionInterface::ServiceRegistered) return Outcome::first;
+        if (start_ == Start::atLogin) return Outcome::second;
 
         QDBusMessage call =
             QDBusMessage::createMethodCall(busName, objectPath, interface, QStringLiteral("Activate"));

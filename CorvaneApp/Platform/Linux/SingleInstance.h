@@ -16,8 +16,12 @@ class LinuxSingleInstance : public SingleInstance {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    /// `startup` is this process's token, to be passed to the running instance.
-    explicit LinuxSingleInstance(StartupToken startup = {});
+    /// By the user, or by the entry that the session starts at login.
+    enum class Start { byHand, atLogin };
+
+    /// `startup` is this process's token, to be passed to the running instance. That is left alone if this
+    /// process was started at login.
+    explicit LinuxSingleInstance(StartupToken startup = {}, Start start = Start::byHand);
     ~LinuxSingleInstance() override;
 
     [[nodiscard]] bool claim() override;
@@ -48,6 +52,7 @@ class LinuxSingleInstance : public SingleInstance {
     void tell(const StartupToken& startup);
 
     StartupToken startup_;
+    Start start_;
     std::unique_ptr<SingleInstanceLock> lock_;
     bool isUntold_ = false;
     bool isStartedByRequest_ = false; // and that request has not come yet

@@ -57,7 +57,7 @@ fs::path SingleInstanceLock::standardFolder() {
     return isPrivate(folder) ? folder : fs::path();
 }
 
-bool SingleInstanceLock::claim(const std::string& message) {
+bool SingleInstanceLock::claim(const std::optional<std::string>& message) {
     if (path_.empty()) return true;
     folder_ = FileDescriptor(open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     FileDescriptor lock(openat(folder_.number(), "corvane.lock", O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
@@ -71,7 +71,7 @@ bool SingleInstanceLock::claim(const std::string& message) {
             return true;
         }
         if (errno != EWOULDBLOCK && errno != EINTR) return true;
-        if (ask(message) || std::chrono::steady_clock::now() > end) return false;
+        if (!message || ask(*message) || std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(pause);
     }
 }

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace corvane {
@@ -27,8 +28,8 @@ class SingleInstanceLock : public QObject {
     /// Takes the lock. Returns false if another process holds it; that process has been asked to come
     /// forward, unless it did not respond for a few seconds. Returns true if the folder cannot be used at
     /// all: two instances are better than none. `message`, at most a few thousand bytes, is sent to that
-    /// process.
-    [[nodiscard]] bool claim(const std::string& message = {});
+    /// process; without one it is left alone.
+    [[nodiscard]] bool claim(const std::optional<std::string>& message = std::string());
 
   Q_SIGNALS:
     /// Another process tried to take the lock.

@@ -24,8 +24,11 @@ struct Bus {
 
 class SecondStart : public testing::TestWithParam<Bus> {
   protected:
-    std::unique_ptr<ChildProcess> start(const std::string& log) {
-        return desktop.run({CORVANE_PROGRAM}, log, GetParam().variables);
+    std::unique_ptr<ChildProcess> start(const std::string& log,
+                                        const std::vector<std::string>& options = {}) {
+        std::vector<std::string> arguments{CORVANE_PROGRAM};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return desktop.run(arguments, log, GetParam().variables);
     }
 
     [[nodiscard]] bool hasMainWindow() {
@@ -49,6 +52,15 @@ TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
     EXPECT_EQ(second->wait(10s), 0);
     EXPECT_TRUE(hasMainWindow());
     EXPECT_TRUE(first->isRunning());
+}
+
+TEST_P(SecondStart, atLoginLeavesTheFirstAloneAndEndsWithStatusZero) {
+    const auto first = start("first");
+    ASSERT_TRUE(isServing());
+    EXPECT_EQ(start("second", {"--autostart"})->wait(10s), 0);
+    ASSERT_TRUE(isServing());
+    ASSERT_TRUE(isServing()) << "a second later";
+    EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
 }
 
 TEST_P(SecondStart, bringsTheWindowToTheWorkspaceOfTheUser) {

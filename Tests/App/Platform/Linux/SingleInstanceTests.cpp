@@ -11,6 +11,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -53,6 +54,20 @@ TEST(SingleInstanceLock, theFirstHearsWhatTheOthersSayInOrder) {
     QSignalSpy asked(&first, &SingleInstanceLock::asked);
     ASSERT_TRUE(asked.wait());
     EXPECT_EQ(heard, (std::vector<std::string>{"one", "", "three"}));
+}
+
+TEST(SingleInstanceLock, aClaimWithoutAMessageLeavesTheFirstAlone) {
+    const ScratchFolder scratch("single-instance");
+    SingleInstanceLock first(scratch.path());
+    ASSERT_TRUE(first.claim());
+    std::vector<std::string> heard;
+    QObject::connect(&first, &SingleInstanceLock::asked, &first,
+                     [&heard](const std::string& message) { heard.push_back(message); });
+    EXPECT_FALSE(SingleInstanceLock(scratch.path()).claim(std::nullopt));
+    EXPECT_FALSE(SingleInstanceLock(scratch.path()).claim("later"));
+    QSignalSpy asked(&first, &SingleInstanceLock::asked);
+    ASSERT_TRUE(asked.wait());
+    EXPECT_EQ(heard, std::vector<std::string>{"later"});
 }
 
 TEST(SingleInstanceLock, aClaimSucceedsOnceTheFirstHasGone) {

@@ -20,10 +20,11 @@ std::string lowerCase(std::string text) {
 template <std::size_t count>
 bool hasWord(const std::string& name, const std::array<std::string_view, count>& words) {
     return std::any_of(words.begin(), words.end(), [&](std::string_view word) {
-        const std::size_t at = name.find(word);
-        if (at == std::string::npos) return false;
-        const std::size_t end = at + word.size();
-        return end == name.size() || std::isalpha(static_cast<unsigned char>(name[end])) == 0;
+        for (std::size_t at = name.find(word); at != std::string::npos; at = name.find(word, at + 1)) {
+            const std::size_t end = at + word.size();
+            if (end == name.size() || std::isalpha(static_cast<unsigned char>(name[end])) == 0) return true;
+        }
+        return false;
     });
 }
 
@@ -43,7 +44,7 @@ ColorScheme colorScheme(const LookSources& sources) {
 bool isDarkTheme(const std::string& name) {
     // "Arc-Darker" and others of that ending are light, with dark title bars. "Blackbird" and "BlackMATE"
     // are dark, as are the inverse ones of the themes with high contrast.
-    constexpr std::array<std::string_view, 2> words{"dark", "inverse"};
+    constexpr std::array<std::string_view, 3> words{"dark", "darkest", "inverse"};
     const std::string lower = lowerCase(name);
     return hasWord(lower, words) || lower.starts_with("black");
 }

@@ -58,11 +58,12 @@ TEST(DesktopLook, knowsTheDarkThemesOfTheDesktopsByTheirNames) {
     for (const char* const name :
          {"Adwaita-dark", "Greybird-dark", "Adwaita:dark", "Arc-Dark", "Mint-Y-Dark-Aqua", "Yaru-purple-dark",
           "Breeze-Dark", "Blackbird", "BlackMATE", "HighContrastInverse", "ContrastHighInverse",
-          "Materia-dark-compact"}) {
+          "Materia-dark-compact", "Flat-Remix-GTK-Blue-Darkest", "Darkmint-dark"}) {
         EXPECT_TRUE(isDarkTheme(name)) << name;
     }
-    for (const char* const name : {"", "Adwaita", "Greybird", "Arc-Darker", "Mint-Y-Darker-Aqua", "Menta",
-                                   "TraditionalOk", "Breeze", "HighContrast", "ContrastHigh", "Yaru"}) {
+    for (const char* const name :
+         {"", "Adwaita", "Greybird", "Arc-Darker", "Mint-Y-Darker-Aqua", "Menta", "Darkmint", "TraditionalOk",
+          "Breeze", "HighContrast", "ContrastHigh", "Yaru"}) {
         EXPECT_FALSE(isDarkTheme(name)) << name;
     }
 }

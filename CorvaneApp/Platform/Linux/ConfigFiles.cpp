@@ -56,6 +56,8 @@ ConfigFiles::ConfigFiles(QStringList files)
 }
 
 void ConfigFiles::follow() {
+    // Before they are read: a change in between would be missed for good.
+    watch();
     std::vector<std::string> texts;
     for (const QString& name : files_) {
         QFile file(name);
@@ -63,7 +65,6 @@ void ConfigFiles::follow() {
         if (QFileInfo(name).isFile() && file.open(QIODevice::ReadOnly))
             texts.push_back(file.read(mostBytes).toStdString());
     }
-    watch();
     if (texts == texts_) return;
     texts_ = std::move(texts);
     Q_EMIT changed();

@@ -1,13 +1,18 @@
 #include "Platform/Linux/KdeSettings.h"
+#include "Support/FileDescriptor.h"
 #include "Support/TestSupport.h"
 
 #include <QRgb>
 #include <QtTest/QSignalSpy>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <string>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace corvane {
 namespace {
@@ -93,6 +98,26 @@ TEST_F(KdeSettingsFiles, aFileThatAppearsIsFollowed) {
         ASSERT_TRUE(changes.wait());
     write(own, "[KDE]\nAnimationDurationFactor=3\n");
     while (settings.look().animationFactor != 3.0)
+        ASSERT_TRUE(changes.wait());
+}
+
+TEST_F(KdeSettingsFiles, aFileThatIsReplacedWhileTheFilesAreReadIsFollowed) {
+    test::writeFile(own, "[KDE]\nAnimationDurationFactor=1\n");
+    const files::FileDescriptor notices(inotify_init1(IN_CLOEXEC));
+    ASSERT_GE(inotify_add_watch(notices.number(), own.c_str(), IN_CLOSE_NOWRITE), 0);
+    std::thread desktop([this, &notices] {
+        std::array<char, 1024> notice{};
+        if (read(notices.number(), notice.data(), notice.size()) > 0)
+            write(own, "[KDE]\nAnimationDurationFactor=0\n");
+    });
+    // Looking for the others takes far longer than the replacement.
+    QStringList files{QString::fromStdString(own.string())};
+    for (int i = 0; i < 5000; ++i)
+        files.append(QString::fromStdString((scratch / "missing" / std::to_string(i) / "file").string()));
+    KdeSettings settings(files);
+    desktop.join();
+    QSignalSpy changes(&settings, &KdeSettings::changed);
+    while (settings.look().animationFactor != 0.0)
         ASSERT_TRUE(changes.wait());
 }
 

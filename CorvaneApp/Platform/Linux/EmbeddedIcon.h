@@ -14,7 +14,8 @@ class QMenu;
 namespace corvane {
 
 /// An icon in a tray that embeds windows. Must not be created while there is a host of StatusNotifierItems:
-/// Qt would give its icon to that one instead. Main thread only.
+/// Qt would give its icon to that one instead; nor while a watcher of those does not reply: Qt would wait for
+/// it. Main thread only.
 class EmbeddedIcon : public QObject {
     Q_OBJECT
 

@@ -72,7 +72,7 @@ void LinuxStatusItem::setMenu(QMenu* menu) {
 }
 
 bool LinuxStatusItem::isAvailable() const {
-    return hosts_ && (hosts_->hasNotifierHost() || hosts_->hasEmbeddingHost());
+    return hosts_ && (hosts_->hasNotifierHost() || (embedded_ && hosts_->hasEmbeddingHost()));
 }
 
 QRect LinuxStatusItem::place() const {
@@ -80,7 +80,9 @@ QRect LinuxStatusItem::place() const {
 }
 
 void LinuxStatusItem::settle() {
-    if (!hosts_->isNotifierKnown()) return;
+    // Qt asks the watcher as well when it makes its first icon to embed, and would wait for one that does not
+    // reply.
+    if (!hosts_->isNotifierKnown() && !embedded_) return;
     if (hosts_->hasNotifierHost()) {
         embedded_.reset();
         if (!notifier_) makeNotifier();

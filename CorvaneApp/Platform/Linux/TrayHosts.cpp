@@ -10,7 +10,6 @@
 #include <QDBusVariant>
 #include <xcb/xcb.h>
 
-#include <chrono>
 #include <limits>
 
 namespace corvane {
@@ -19,8 +18,6 @@ namespace {
 
 constexpr QLatin1String service("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String path("/StatusNotifierWatcher");
-// How long nothing is done about a tray while a StatusNotifierWatcher that is there does not reply.
-constexpr std::chrono::milliseconds patience{3000};
 // It may reply much later, at the end of a busy login. The bus replies in its place when it ends.
 constexpr int noTimeout = std::numeric_limits<int>::max();
 
@@ -42,10 +39,6 @@ TrayHosts::TrayHosts()
         isNotifierKnown_ = true;
         return;
     }
-    patience_.setSingleShot(true);
-    patience_.setInterval(patience);
-    connect(&patience_, &QTimer::timeout, this, [this] { setNotifierHost(false); });
-    patience_.start();
     connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*name*/, const QString& /*before*/, const QString& now) {
                 if (now.isEmpty())
@@ -70,6 +63,7 @@ void TrayHosts::hostRegistered() {
 }
 
 void TrayHosts::ask() {
+    isNotifierKnown_ = false;
     QDBusMessage call = QDBusMessage::createMethodCall(
         service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call.setAutoStartService(false);
@@ -85,7 +79,6 @@ void TrayHosts::ask() {
 }
 
 void TrayHosts::setNotifierHost(bool isThere) {
-    patience_.stop();
     isNotifierKnown_ = true;
     hasNotifierHost_ = isThere;
     Q_EMIT changed();

@@ -3,7 +3,6 @@
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
 
 #include <cstdint>
 
@@ -21,8 +20,8 @@ class TrayHosts : public QObject {
   public:
     TrayHosts();
 
-    /// Whether it is settled if there is a host on the session bus: it was told, or not told for three
-    /// seconds. Until then `hasNotifierHost` is false.
+    /// Whether it is settled if there is a host on the session bus: the watcher has told, or there is none.
+    /// Until then `hasNotifierHost` is as it was before.
     [[nodiscard]] bool isNotifierKnown() const { return isNotifierKnown_; }
     [[nodiscard]] bool hasNotifierHost() const { return hasNotifierHost_; }
     /// Queries the X server.
@@ -38,7 +37,6 @@ class TrayHosts : public QObject {
     Q_SLOT void hostRegistered();
 
     QDBusServiceWatcher watcher_;
-    QTimer patience_;
     QPointer<QDBusPendingCallWatcher> asked_;
     std::uint32_t traySelection_; // an X11 atom
     bool isNotifierKnown_ = false;

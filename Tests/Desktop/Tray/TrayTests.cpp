@@ -227,7 +227,6 @@ TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
     EXPECT_EQ(desktop.applicationOutput(), "");
 }
 
-// A row of the panel leads to the terminal in which the session's agent runs.
 TEST_P(ManagedTray, windowsOpenInTheMiddleOfTheWorkArea) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();
@@ -252,6 +251,7 @@ TEST_P(ManagedTray, windowsOpenInTheMiddleOfTheWorkArea) {
     }
 }
 
+// A row of the panel leads to the terminal in which the session's agent runs.
 TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
     connect(AgentKind::codex);
     host = std::make_unique<NotifierHost>(bus());
@@ -354,6 +354,19 @@ TEST_F(EmbeddingTray, appearsWhenTheHostComesLaterAndSurvivesItsRestart) {
     trayer->stop();
     trayer.reset();
     startTrayer();
+    EXPECT_TRUE(isEmbedded());
+}
+
+TEST_F(EmbeddingTray, aWatcherThatDoesNotReplyHoldsNothingUp) {
+    host = std::make_unique<NotifierHost>(bus());
+    host->setHasHost(false);
+    host->start();
+    startTrayer();
+    desktop.startApplication({}, DesktopSession::Start::byHand);
+    EXPECT_TRUE(waitUntil(10s, [this] { return windows().size() == 1; })) << "there is no icon so far";
+    desktop.codex("codex-tui", "shop");
+    EXPECT_TRUE(desktop.shows(0, 1));
+    // It replies while the test's events are processed.
     EXPECT_TRUE(isEmbedded());
 }
 

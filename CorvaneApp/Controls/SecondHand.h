@@ -19,11 +19,14 @@ class SecondHand : public QObject {
     /// Ticks once a second from now on, or from when another clock was started, until each clock has been
     /// stopped.
     void startClock();
+    /// Once for each `startClock`.
     void stopClock();
+    /// Whether any clock runs, so that it ticks.
     [[nodiscard]] bool isRunning() const { return timer_.isActive(); }
 
-    /// Tells that a pass of the application's own loop is under way: the next tick is now. The other views
-    /// show the time of the pass, so that a banner is never a second ahead of them or behind.
+    /// Tells that a pass of the application's own loop ends: the next tick is now. The banners then show this
+    /// time, and the other views that at which the pass began: they differ by a second where one begins
+    /// during the pass.
     void beat();
 
   Q_SIGNALS:

@@ -1,10 +1,12 @@
 #include "Style/BellShapes.h"
 
+#include <QChar>
 #include <QMarginsF>
 #include <QPainterPathStroker>
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <tuple>
 
 namespace corvane::bell {

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QChar>
 #include <QPainterPath>
 #include <QPointF>
 #include <QRectF>
 #include <QString>
 
 #include <array>
-#include <cstdint>
 
 /// The shapes of the system tray's bell, in the units of one of three grids that put its straight edges on
 /// whole pixels.

@@ -23,6 +23,8 @@ class KWinScript : public QObject {
     KWinScript(WindowSearch search, WindowRaiser::Report report, QObject& context);
     ~KWinScript() override;
 
+    /// Has KWin run the script. Reports after `limit` at the latest, then that no window was raised. To be
+    /// called once.
     void start(std::chrono::milliseconds limit);
 
     /// Called by the script with the description of all windows; the number of the one to raise, -1 for none.

@@ -16,6 +16,7 @@ class LinuxLoginItem : public LoginItem {
     [[nodiscard]] static std::filesystem::path standardFile();
     [[nodiscard]] static std::filesystem::path runningProgram();
 
+    /// What the entry passes to the program, which tells such a start from one by hand.
     static constexpr const char* option = "--autostart";
 
     /// Also false when the entry is switched off, or starts a program that does not exist.

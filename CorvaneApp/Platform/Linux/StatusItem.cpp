@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/NotifierPlace.h"
 #include "Platform/Linux/X11.h"
+#include "Platform/Linux/XEvents.h"
 #include "Style/StatusIcon.h"
 #include "Style/SymbolicBell.h"
 
@@ -31,6 +32,11 @@ LinuxStatusItem::LinuxStatusItem(Appearance& appearance)
     look_.setSingleShot(true);
     look_.setInterval(drawingTime);
     connect(&look_, &QTimer::timeout, this, [this] { lookAtBars(lastPlace_); });
+    // Window managers tell in several properties that the window in front has gone; not all of them change
+    // the one that names the active window.
+    connect(&XEvents::instance(), &XEvents::propertyChanged, this, [this] {
+        if (isLookDue_ && !look_.isActive()) look_.start();
+    });
     connect(&appearance_, &Appearance::changed, this, [this] {
         update();
         if (!notifier_) return;
@@ -132,7 +138,10 @@ ColorScheme LinuxStatusItem::barScheme() const {
 
 void LinuxStatusItem::lookAtBars(QPoint place) {
     lastPlace_ = place;
-    seenBar_ = TrayBar::schemeOfBars((QPointF(place) * qGuiApp->devicePixelRatio()).toPoint());
+    const QPoint pixel = (QPointF(place) * qGuiApp->devicePixelRatio()).toPoint();
+    isLookDue_ = TrayBar::isBarCovered(pixel);
+    if (isLookDue_) return;
+    seenBar_ = TrayBar::schemeOfBars(pixel);
     update();
 }
 

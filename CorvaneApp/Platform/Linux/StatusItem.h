@@ -41,7 +41,8 @@ class LinuxStatusItem : public StatusItem {
     [[nodiscard]] NotifierFace face() const;
     /// The appearance of the bar that the icon is on, unless the bar can be seen.
     [[nodiscard]] ColorScheme barScheme() const;
-    /// Looks at the bars; at the one at `place`, in device-independent pixels, if there are several.
+    /// Looks at the bars; at the one at `place`, in device-independent pixels, if there are several. Later if
+    /// the active window covers it.
     void lookAtBars(QPoint place);
     [[nodiscard]] static QRect clicked(QPoint given);
 
@@ -52,6 +53,7 @@ class LinuxStatusItem : public StatusItem {
     QPointer<QMenu> menu_;
     QTimer look_;
     QPoint lastPlace_;
+    bool isLookDue_ = false; // once no window covers it
     std::optional<ColorScheme> seenBar_;
     int waitingCount_ = 0;
     QString label_;

@@ -12,6 +12,19 @@ constexpr const char* colorsName = "_NET_SYSTEM_TRAY_COLORS";
 constexpr int reach = 2;
 constexpr int middle = 128;
 
+/// The visible part of a bar; of several, of the one at `place`. Empty if there is none.
+QRect barAt(QPoint place) {
+    const std::optional<QRect> root = x11::rootGeometry(x11::rootWindow());
+    if (!root) return {};
+    QRect found;
+    for (const QRect& bar : x11::bars()) {
+        const QRect visible = bar & *root;
+        if (visible.isEmpty()) continue;
+        if (found.isEmpty() || visible.contains(place)) found = visible;
+    }
+    return found;
+}
+
 } // namespace
 
 TrayBar::TrayBar() {
@@ -38,15 +51,14 @@ std::optional<ColorScheme> TrayBar::scheme(xcb_window_t icon) {
 }
 
 std::optional<ColorScheme> TrayBar::schemeOfBars(QPoint place) {
-    const std::optional<QRect> root = x11::rootGeometry(x11::rootWindow());
-    if (!root) return std::nullopt;
-    QRect found;
-    for (const QRect& bar : x11::bars()) {
-        const QRect visible = bar & *root;
-        if (visible.isEmpty()) continue;
-        if (found.isEmpty() || visible.contains(place)) found = visible;
-    }
-    return schemeAround({}, x11::screenPixels(found));
+    return schemeAround({}, x11::screenPixels(barAt(place)));
+}
+
+bool TrayBar::isBarCovered(QPoint place) {
+    const std::optional<xcb_window_t> active = x11::activeWindow();
+    const std::optional<QRect> window = active ? x11::rootGeometry(*active) : std::nullopt;
+    const QRect bar = barAt(place);
+    return window && !bar.isEmpty() && window->contains(bar);
 }
 
 std::optional<ColorScheme> TrayBar::schemeOf(const std::vector<std::uint32_t>& trayColors) {

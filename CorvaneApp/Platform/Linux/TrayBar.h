@@ -31,6 +31,9 @@ class TrayBar : public QObject {
     /// cannot.
     [[nodiscard]] static std::optional<ColorScheme> schemeOfBars(QPoint place);
 
+    /// Whether the active window, such as one in full screen, covers the bar that `schemeOfBars` looks at.
+    [[nodiscard]] static bool isBarCovered(QPoint place);
+
     /// By the colours that a tray publishes as _NET_SYSTEM_TRAY_COLORS: four, the first of which is that of
     /// text, in three channels of 16 bits each.
     [[nodiscard]] static std::optional<ColorScheme> schemeOf(const std::vector<std::uint32_t>& trayColors);

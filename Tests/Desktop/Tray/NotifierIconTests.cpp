@@ -136,6 +136,21 @@ TEST_F(NotifierIcon, isAPictureForTheBarThatTheScreenShowsElsewhere) {
     })) << "with its badge";
 }
 
+TEST_F(NotifierIcon, looksAtTheBarOnceNoWindowCoversIt) {
+    const SidePanel bar(desktop.display(), {0, 0, 1280, 30});
+    {
+        const auto video = desktop.run({"xterm", "-bg", "white", "-fullscreen", "-e", "cat"}, "video");
+        ASSERT_TRUE(eventually([this] { return desktop.screen().managedWindows("xterm").size() == 1; }));
+        start("LXQt");
+        waitUntil(3s, [] {
+            QCoreApplication::processEvents();
+            return false;
+        });
+        EXPECT_EQ(pixels(host.pictures("IconPixmap"), 22, {0xF2F2F7}), 0);
+    }
+    EXPECT_TRUE(eventually([this] { return pixels(host.pictures("IconPixmap"), 22, {0xF2F2F7}) > 11; }));
+}
+
 TEST_F(NotifierIcon, theToolTipsFurtherLinesAreItsText) {
     start();
     EXPECT_EQ(host.toolTip(), "Corvane");

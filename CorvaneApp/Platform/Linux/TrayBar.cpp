@@ -56,7 +56,9 @@ std::optional<ColorScheme> TrayBar::schemeOfBars(QPoint place) {
 
 bool TrayBar::isBarCovered(QPoint place) {
     const std::optional<xcb_window_t> active = x11::activeWindow();
-    const std::optional<QRect> window = active ? x11::rootGeometry(*active) : std::nullopt;
+    // Other windows, such as a desktop's own, are below the bars.
+    if (!active || !x11::isFullScreen(*active)) return false;
+    const std::optional<QRect> window = x11::rootGeometry(*active);
     const QRect bar = barAt(place);
     return window && !bar.isEmpty() && window->contains(bar);
 }

@@ -31,7 +31,7 @@ class TrayBar : public QObject {
     /// cannot.
     [[nodiscard]] static std::optional<ColorScheme> schemeOfBars(QPoint place);
 
-    /// Whether the active window, such as one in full screen, covers the bar that `schemeOfBars` looks at.
+    /// Whether the active window is in full screen and covers the bar that `schemeOfBars` looks at.
     [[nodiscard]] static bool isBarCovered(QPoint place);
 
     /// By the colours that a tray publishes as _NET_SYSTEM_TRAY_COLORS: four, the first of which is that of

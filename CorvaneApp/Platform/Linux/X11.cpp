@@ -260,6 +260,11 @@ std::optional<xcb_window_t> activeWindow() {
     return window != XCB_WINDOW_NONE ? window : std::nullopt;
 }
 
+bool isFullScreen(xcb_window_t window) {
+    const std::vector<std::uint32_t> states = numbers(window, "_NET_WM_STATE");
+    return std::find(states.begin(), states.end(), atom("_NET_WM_STATE_FULLSCREEN")) != states.end();
+}
+
 std::optional<QRect> rootGeometry(xcb_window_t window) {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return std::nullopt;

@@ -75,6 +75,9 @@ void setBlurRegion(xcb_window_t window, const QRegion& region);
 /// The window that the window manager calls active.
 [[nodiscard]] std::optional<xcb_window_t> activeWindow();
 
+/// Whether the window manager shows this window in full screen, above its bars.
+[[nodiscard]] bool isFullScreen(xcb_window_t window);
+
 /// A window's place on the root window, in device pixels.
 [[nodiscard]] std::optional<QRect> rootGeometry(xcb_window_t window);
 

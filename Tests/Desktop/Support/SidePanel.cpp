@@ -25,7 +25,7 @@ xcb_atom_t atom(xcb_connection_t* x, std::string_view name) {
 
 } // namespace
 
-SidePanel::SidePanel(const std::string& display, Rect area)
+SidePanel::SidePanel(const std::string& display, Rect area, Type type)
     : connection_(xcb_connect(display.c_str(), nullptr)) {
     if (xcb_connection_has_error(connection_) != 0) {
         xcb_disconnect(connection_);
@@ -38,12 +38,13 @@ SidePanel::SidePanel(const std::string& display, Rect area)
                       static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
                       static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height), 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL, &gray);
-    const xcb_atom_t type = atom(connection_, "_NET_WM_WINDOW_TYPE_DOCK");
+    const xcb_atom_t typeName =
+        atom(connection_, type == Type::dock ? "_NET_WM_WINDOW_TYPE_DOCK" : "_NET_WM_WINDOW_TYPE_DESKTOP");
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(connection_, "_NET_WM_WINDOW_TYPE"),
-                        XCB_ATOM_ATOM, 32, 1, &type);
+                        XCB_ATOM_ATOM, 32, 1, &typeName);
     // Left, right, top and bottom, then the start and the end of each.
     std::array<std::uint32_t, 12> strut{};
-    strut[2] = static_cast<std::uint32_t>(area.height);
+    if (type == Type::dock) strut[2] = static_cast<std::uint32_t>(area.height);
     strut[8] = static_cast<std::uint32_t>(area.x);
     strut[9] = static_cast<std::uint32_t>(area.right() - 1);
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window,

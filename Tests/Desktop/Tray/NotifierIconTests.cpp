@@ -151,6 +151,18 @@ TEST_F(NotifierIcon, looksAtTheBarOnceNoWindowCoversIt) {
     EXPECT_TRUE(eventually([this] { return pixels(host.pictures("IconPixmap"), 22, {0xF2F2F7}) > 11; }));
 }
 
+TEST_F(NotifierIcon, looksAtTheBarAboveADesktopThatIsActive) {
+    const SidePanel bar(desktop.display(), {0, 0, 1280, 30});
+    const SidePanel background(desktop.display(), desktop.screen().screenArea(), SidePanel::Type::desktop);
+    ASSERT_TRUE(eventually([this] {
+        desktop.click({600, 400, 2, 2});
+        const auto active = desktop.screen().activeWindow();
+        return active != 0 && desktop.screen().geometry(active) == desktop.screen().screenArea();
+    }));
+    start("LXQt");
+    EXPECT_TRUE(eventually([this] { return pixels(host.pictures("IconPixmap"), 22, {0xF2F2F7}) > 11; }));
+}
+
 TEST_F(NotifierIcon, theToolTipsFurtherLinesAreItsText) {
     start();
     EXPECT_EQ(host.toolTip(), "Corvane");

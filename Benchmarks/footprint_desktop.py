@@ -11,13 +11,12 @@ import tempfile
 import time
 from pathlib import Path
 
+sys.path.append(str(Path(__file__).resolve().parents[1] / "Scripts/demonstration"))
+
+import bus  # noqa: E402  pylint: disable=wrong-import-position
+
 SCREEN = (1280, 800)
 PATIENCE = 30.0  # seconds for a program to come up
-
-# Starts no services by itself.
-BUS = """<busconfig><type>session</type><listen>unix:path={socket}</listen><auth>EXTERNAL</auth>
-<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
-</policy></busconfig>"""
 
 
 class Failure(Exception):
@@ -254,8 +253,7 @@ class Desktop:
             "XDG_RUNTIME_DIR": str(self.folder / "run"),
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder / 'run/bus'}",
         }
-        (self.folder / "bus.conf").write_text(BUS.format(socket=self.folder / "run/bus"), encoding="utf-8")
-        self.run("dbus-daemon", "--nofork", f"--config-file={self.folder / 'bus.conf'}")
+        self.run(*bus.command(self.folder / "bus.conf", "session", self.folder / "run/bus"))
         if not wait_until((self.folder / "run/bus").exists):
             raise Failure("the session bus did not start")
         reading, writing = os.pipe()

@@ -6,19 +6,8 @@ import subprocess
 import sys
 from pathlib import Path
 
+import bus
 from scratch import Failure, wait_until
-
-BUS = """<busconfig>
-  <type>session</type>
-  <listen>unix:path={socket}</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 
 FONTS = """<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
@@ -79,10 +68,8 @@ class Desktop:
         return {int(line) for line in found.split() if line.isdigit()}
 
     def _start_bus(self):
-        configuration = self._scratch.folder / "bus.conf"
         socket = self._scratch.runtime / "bus"
-        configuration.write_text(BUS.format(socket=socket))
-        self._scratch.start("dbus", ["dbus-daemon", "--nofork", f"--config-file={configuration}"])
+        self._scratch.start("dbus", bus.command(self._scratch.folder / "bus.conf", "session", socket))
         self._must_come(socket.exists, "dbus", "the message bus did not start")
 
     def _start_display(self):

@@ -7,6 +7,7 @@ import subprocess
 import sys
 from pathlib import Path
 
+import bus
 from scratch import Failure, wait_until
 
 # The screen of every session, in pixels.
@@ -14,18 +15,6 @@ WIDTH, HEIGHT = 1280, 800
 
 # Where the application is installed.
 PREFIX = Path(os.environ.get("CORVANE_PREFIX", "/usr"))
-
-SYSTEM_BUS = """<busconfig>
-  <type>system</type>
-  <listen>unix:path={socket}</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 
 SYSTEM_FAKES = {"logind": "org.freedesktop.login1", "upower": "org.freedesktop.UPower"}
 
@@ -58,10 +47,8 @@ class Room:
         self._start_system_bus()
 
     def _start_system_bus(self):
-        configuration = self.scratch.folder / "system-bus.conf"
         socket = self.scratch.folder / "system-bus"
-        configuration.write_text(SYSTEM_BUS.format(socket=socket))
-        self.scratch.start("system-bus", ["dbus-daemon", "--nofork", f"--config-file={configuration}"])
+        self.scratch.start("system-bus", bus.command(self.scratch.folder / "system-bus.conf", "system", socket))
         see(socket.exists, 20, "the system bus did not start", self.scratch.printed("system-bus"))
         os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={socket}"
         for template, name in SYSTEM_FAKES.items():
@@ -69,8 +56,8 @@ class Room:
             see(lambda name=name: self.owns("--system", name), 30, f"the fake of {name} did not start",
                 self.scratch.printed(f"fake-{template}"))
 
-    def owns(self, bus, name):
-        told = self.scratch.run("gdbus", "call", bus, "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus",
+    def owns(self, which, name):
+        told = self.scratch.run("gdbus", "call", which, "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus",
                                 "--method", "org.freedesktop.DBus.NameHasOwner", name).stdout
         return "true" in told
 

@@ -1,6 +1,7 @@
 // The application as the message bus starts it, by the service that an installation has.
 
 #include "Desktop/Support/DesktopSession.h"
+#include "Support/MessageBus.h"
 
 #include <gtest/gtest.h>
 
@@ -21,13 +22,7 @@ class ActivationTest : public testing::Test {
   protected:
     void SetUp() override {
         writeFile(service, "[D-BUS Service]\nName=org.corvane.Corvane\nExec=" CORVANE_PROGRAM "\n");
-        writeFile(
-            session.home() / "bus.conf",
-            "<busconfig><type>session</type><listen>unix:path=" + socket.string() +
-                "</listen><auth>EXTERNAL</auth><servicedir>" + service.parent_path().string() +
-                R"(</servicedir><policy context="default">)"
-                R"(<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>)"
-                "</policy></busconfig>");
+        writeFile(session.home() / "bus.conf", busConfiguration(socket, service.parent_path()));
         bus = session.run(
             {"dbus-daemon", "--nofork", "--config-file=" + (session.home() / "bus.conf").string()},
             "activating-bus", {address});

@@ -3,6 +3,7 @@
 #include "Agents/HookScript.h"
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/UsedFiles.h"
+#include "Support/MessageBus.h"
 
 #include <array>
 #include <csignal>
@@ -150,11 +151,7 @@ std::unique_ptr<ChildProcess> DesktopSession::run(std::vector<std::string> argum
 
 void DesktopSession::startBus() {
     // No services: nothing is started by D-Bus activation.
-    writeFile(scratch_ / "bus.conf",
-              "<busconfig><type>session</type><listen>unix:path=" + (scratch_ / "run/bus").string() +
-                  R"(</listen><auth>EXTERNAL</auth><policy context="default">)"
-                  R"(<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>)"
-                  "</policy></busconfig>");
+    writeFile(scratch_ / "bus.conf", busConfiguration(scratch_ / "run/bus"));
     servers_[static_cast<std::size_t>(Server::bus)] =
         &start({"dbus-daemon", "--nofork", "--config-file=" + (scratch_ / "bus.conf").string()}, "bus");
     if (!waitUntil(startTimeout, [&] { return fs::exists(scratch_ / "run/bus"); }))

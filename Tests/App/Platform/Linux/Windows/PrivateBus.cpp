@@ -1,18 +1,18 @@
 #include "App/Platform/Linux/Windows/PrivateBus.h"
 
+#include "Support/MessageBus.h"
+
+#include <csignal>
 #include <stdexcept>
+#include <sys/prctl.h>
 
 namespace corvane::test {
 
 PrivateBus::PrivateBus() {
-    const QString path = QString::fromStdString((folder_ / "bus").string());
     const auto configuration = folder_ / "bus.conf";
-    writeFile(
-        configuration,
-        "<busconfig><type>session</type><listen>unix:path=" + path.toStdString() +
-            R"(</listen><auth>EXTERNAL</auth><policy context="default">)"
-            R"(<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>)"
-            "</busconfig>");
+    writeFile(configuration, busConfiguration(folder_ / "bus"));
+    // Also if this program is killed.
+    daemon_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     daemon_.start(QStringLiteral("dbus-daemon"),
                   {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
                    QStringLiteral("--config-file=") + QString::fromStdString(configuration.string())});

@@ -20,6 +20,7 @@
 #include <cstddef>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 namespace corvane {
 
@@ -190,13 +191,22 @@ void BannerController::layOut() {
     const std::optional<QRect> frame = services_.screens.mainVisibleFrame();
     if (!frame) return;
     int top = frame->top() + screenMargin;
-    for (const Entry& entry : panels_) {
+    std::vector<Entry*> others;
+    std::vector<Entry*> lowered;
+    for (Entry& entry : panels_) {
         const QSize size = entry.panel->size();
         const QPoint origin(frame->left() + (frame->width() - size.width()) / 2, top);
         const QRect place = clearPlace({origin, size}, *frame);
-        entry.panel->setOrigin(place.topLeft());
+        (place.top() > entry.origin.y() ? lowered : others).push_back(&entry);
+        entry.origin = place.topLeft();
         top = place.top() + size.height() + bannerSpacing;
     }
+    // The lowest makes room first: a compositing manager may draw between two moves, and would show one card
+    // on another.
+    std::for_each(lowered.rbegin(), lowered.rend(),
+                  [](const Entry* entry) { entry->panel->setOrigin(entry->origin); });
+    for (const Entry* const entry : others)
+        entry->panel->setOrigin(entry->origin);
     restack();
 }
 

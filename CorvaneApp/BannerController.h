@@ -66,6 +66,7 @@ class BannerController : public QObject, public Banners {
         std::shared_ptr<BannerPanel> panel; // null until the screen is updated for the first time
         std::function<std::unique_ptr<PanelContent>()> makeView;
         bool isOutdated = true; // the panel does not show the latest `makeView` yet
+        QPoint origin{};        // of the panel, once it has been laid out
     };
     using ViewMaker = decltype(Entry::makeView);
 

@@ -45,7 +45,10 @@ class RecordingPanel : public BannerPanel {
     }
 
     [[nodiscard]] QSize size() const override { return record_->size; }
-    void setOrigin(QPoint origin) override { record_->origin = origin; }
+    void setOrigin(QPoint origin) override {
+        record_->origin = origin;
+        if (panels_.moved) panels_.moved();
+    }
 
     void fadeIn(std::chrono::milliseconds duration, int slide) override {
         record_->isVisible = true;

@@ -89,6 +89,9 @@ class Panels : public BannerPanels {
 
     /// The panels in the order in which they were last raised, the frontmost last.
     std::vector<const PanelRecord*> stacking;
+
+    /// Called after each move of a panel.
+    std::function<void()> moved;
 };
 
 /// Merely shows windows.

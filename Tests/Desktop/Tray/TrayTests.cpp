@@ -366,7 +366,8 @@ TEST_F(EmbeddingTray, aWatcherThatDoesNotReplyHoldsNothingUp) {
     EXPECT_TRUE(waitUntil(10s, [this] { return windows().size() == 1; })) << "there is no icon so far";
     desktop.codex("codex-tui", "shop");
     EXPECT_TRUE(desktop.shows(0, 1));
-    // It replies while the test's events are processed.
+    // Not by a reply that it has no host: some versions of Qt ask only for the watcher.
+    host.reset();
     EXPECT_TRUE(isEmbedded());
 }
 

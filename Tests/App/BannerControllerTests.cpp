@@ -13,10 +13,7 @@
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
-#include <iterator>
-#include <vector>
 
 namespace corvane {
 namespace {
@@ -195,28 +192,6 @@ TEST_F(BannerControllerTest, olderCardsLieAboveTheShadowsOfNewerOnes) {
     controller_.dismiss("claude:b");
     EXPECT_EQ(platform_.panels.stacking.back(), all[0].get());
     EXPECT_EQ(*(platform_.panels.stacking.end() - 2), all[2].get());
-}
-
-TEST_F(BannerControllerTest, noCardIsOnAnotherBetweenTwoMoves) {
-    int moves = 0;
-    platform_.panels.moved = [&] {
-        ++moves;
-        std::vector<QRect> places;
-        for (const auto& panel : platform_.panels.all) {
-            if (panel->isVisible && !panel->isFadingOut) places.emplace_back(panel->origin, panel->size);
-        }
-        for (auto place = places.begin(); place != places.end(); ++place) {
-            EXPECT_TRUE(std::none_of(std::next(place), places.end(),
-                                     [&](const QRect& other) { return other.intersects(*place); }))
-                << "after move " << moves;
-        }
-    };
-    controller_.showWaiting(waiting("a"));
-    controller_.showWaiting(waiting("b"));
-    controller_.showWaiting(waiting("c"));
-    controller_.dismiss("claude:c");
-    controller_.showWaiting(waiting("d"));
-    EXPECT_GT(moves, 10);
 }
 
 TEST_F(BannerControllerTest, aFourthBannerEvictsTheOldestAndAFifthTheNext) {

@@ -12,8 +12,8 @@ class SingleInstance : public QObject {
   public:
     /// Claims to be the session's only instance. Returns false if another process is: this one should end
     /// with status 0, and that process has been asked to come forward, unless this one was started at login,
-    /// where nobody asks for a window. Of processes that claim at the same time
-    /// exactly one gets true. Leftovers of a crashed process do no harm.
+    /// where nobody asks for a window. Of processes that claim at the same time exactly one gets true.
+    /// Leftovers of a crashed process do no harm.
     [[nodiscard]] virtual bool claim() = 0;
 
   Q_SIGNALS:

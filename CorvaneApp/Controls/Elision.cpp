@@ -70,6 +70,8 @@ Boundaries boundaries(std::string_view text) {
 } // namespace
 
 std::string elidingMiddle(std::string_view text, double width, const Measure& measure) {
+    // Most lines fit: finding their characters would bring a mebibyte of the library into memory.
+    if (text.size() <= longestSide && measure(text) <= width) return std::string(text);
     const Boundaries ends = boundaries(text);
     // Without its data the library finds no boundaries; then nothing can be elided.
     if (ends.heads.size() == 1) return std::string(text);

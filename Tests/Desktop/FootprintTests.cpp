@@ -40,6 +40,20 @@ class Footprint : public testing::Test {
         return fewest;
     }
 
+    /// KiB of the library's file that the application has in memory.
+    [[nodiscard]] long resident(const std::string& library) {
+        std::istringstream maps(
+            fileBytes("/proc/" + std::to_string(desktop.application().id()) + "/smaps").value_or(""));
+        long sum = 0;
+        bool isOfLibrary = false;
+        for (std::string line; std::getline(maps, line);) {
+            // The line of a mapping begins with its addresses, in lower case.
+            if (line.find('-') < line.find(' ')) isOfLibrary = line.find('/' + library) != std::string::npos;
+            if (isOfLibrary && line.starts_with("Rss:")) sum += std::stol(line.substr(line.find(':') + 1));
+        }
+        return sum;
+    }
+
     DesktopSession desktop;
 
   private:
@@ -71,6 +85,17 @@ TEST_F(Footprint, threeBannersWithTheirClocksWakeItHardlyMore) {
         desktop.claude("Notification-permission_prompt", session, "shop");
     ASSERT_TRUE(desktop.shows(3, 0, 5s));
     EXPECT_LE(wakeUps(), 4);
+}
+
+// The rules for finding characters, and what reads them, are a mebibyte.
+TEST_F(Footprint, linesThatFitLeaveTheRulesOfCharactersOnTheDisk) {
+    desktop.startApplication();
+    const long before = resident("libicudata");
+    ASSERT_GT(before, 0);
+    for (const char* const session : {"a", "b", "c"})
+        desktop.claude("Notification-permission_prompt", session, "shop");
+    ASSERT_TRUE(desktop.shows(3, 0, 5s));
+    EXPECT_EQ(resident("libicudata"), before);
 }
 
 } // namespace

@@ -98,6 +98,14 @@ TEST_F(Footprint, linesThatFitLeaveTheRulesOfCharactersOnTheDisk) {
     EXPECT_EQ(resident("libicudata"), before);
 }
 
+// Drawing the icon of windows takes memory that is kept; only those that window lists show need it.
+TEST_F(Footprint, bannersCarryNoIcon) {
+    desktop.startApplication();
+    desktop.claude("Notification-permission_prompt", "a", "shop");
+    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.screen().iconSides(desktop.screen().banners().at(0).window).empty());
+}
+
 } // namespace
 
 } // namespace corvane::test

@@ -2,8 +2,11 @@
 
 #include "Platform/Linux/X11.h"
 #include "Platform/Screens.h"
+#include "Style/ApplicationIcon.h"
 
 #include <QCursor>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QStyle>
 #include <QWidget>
 
@@ -29,6 +32,9 @@ void centre(QWidget& window, const QRect& available) {
 
 void LinuxActivation::present(QWidget& window) {
     const StartupToken startup = std::exchange(startup_, {});
+    // For a program that is not installed, whose desktop entry and icon no desktop finds. Not before:
+    // a start at login shows no window for hours, and drawing it takes time and a quarter of a mebibyte.
+    if (QGuiApplication::windowIcon().isNull()) QGuiApplication::setWindowIcon(applicationicon::icon());
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     const WId id = window.internalWinId();
     if (id != 0)

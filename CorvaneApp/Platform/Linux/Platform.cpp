@@ -20,7 +20,6 @@
 #include "Platform/Linux/WindowShadow.h"
 #include "Platform/Linux/X11.h"
 #include "Platform/Shared/QtScheduler.h"
-#include "Style/ApplicationIcon.h"
 
 #include <QGuiApplication>
 #include <QtGlobal>
@@ -111,8 +110,6 @@ std::unique_ptr<Platform> Platform::make() {
     // Child processes must not inherit the choices.
     if (hasChosenWindowSystem) qunsetenv(windowSystemVariable);
     if (hasRefusedSharedMemory) qunsetenv(sharedMemoryVariable);
-    // For a program that is not installed, whose desktop entry and icon no desktop finds.
-    QGuiApplication::setWindowIcon(applicationicon::icon());
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
     return std::make_unique<LinuxPlatform>();
 }

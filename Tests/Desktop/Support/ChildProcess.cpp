@@ -1,6 +1,6 @@
 #include "Desktop/Support/ChildProcess.h"
 
-#include "Desktop/Support/XObserver.h"
+#include "Desktop/Support/Wait.h"
 
 #include <cerrno>
 #include <csignal>
@@ -15,7 +15,8 @@ namespace corvane::test {
 namespace {
 
 constexpr int notExecuted = 127;
-constexpr std::chrono::seconds patience{3};
+// What is killed cannot clean up, nor report what a sanitizer found at its end.
+constexpr std::chrono::seconds patience{10};
 
 std::vector<char*> pointers(const std::vector<std::string>& strings) {
     std::vector<char*> result;
@@ -77,11 +78,16 @@ void ChildProcess::signal(int number) const {
 
 void ChildProcess::stop() {
     if (status_) return;
-    kill(-id_, SIGTERM);
-    kill(-id_, SIGCONT);
+    signalGroup(SIGTERM);
+    signalGroup(SIGCONT);
     if (wait(patience)) return;
-    kill(-id_, SIGKILL);
+    signalGroup(SIGKILL);
     wait(patience);
+}
+
+void ChildProcess::signalGroup(int number) const {
+    // A process that has just been created may not have its own group yet.
+    if (kill(-id_, number) != 0) kill(id_, number);
 }
 
 } // namespace corvane::test

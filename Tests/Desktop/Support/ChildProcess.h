@@ -44,6 +44,8 @@ class ChildProcess {
     void stop();
 
   private:
+    void signalGroup(int number) const;
+
     pid_t id_;
     std::optional<int> status_;
 };

@@ -9,7 +9,6 @@
 #include <cstring>
 #include <optional>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 namespace corvane::test {
@@ -479,16 +478,6 @@ void XObserver::paintWallpaper() {
     xcb_set_close_down_mode(connection_, XCB_CLOSE_DOWN_RETAIN_PERMANENT);
     xcb_clear_area(connection_, 0, root_, 0, 0, 0, 0);
     roundTrip();
-}
-
-bool waitUntil(std::chrono::milliseconds timeout, const std::function<bool()>& condition) {
-    constexpr std::chrono::milliseconds pause{10};
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline) return false;
-        std::this_thread::sleep_for(pause);
-    }
-    return true;
 }
 
 } // namespace corvane::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Desktop/Support/Picture.h"
+#include "Desktop/Support/Wait.h"
 
 #include <array>
 #include <chrono>
@@ -155,8 +156,5 @@ class XObserver {
     std::uint8_t depth_ = 0;
     Rect screen_;
 };
-
-/// Polls `condition` until it holds or `timeout` has passed; returns whether it held.
-bool waitUntil(std::chrono::milliseconds timeout, const std::function<bool()>& condition);
 
 } // namespace corvane::test

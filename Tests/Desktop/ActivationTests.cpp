@@ -26,7 +26,7 @@ class ActivationTest : public testing::Test {
         bus = session.run(
             {"dbus-daemon", "--nofork", "--config-file=" + (session.home() / "bus.conf").string()},
             "activating-bus", {address});
-        ASSERT_TRUE(waitUntil(20s, [&] { return fs::exists(socket); }));
+        ASSERT_TRUE(waitUntil(20s, [&] { return acceptsConnections(socket); }));
     }
     void TearDown() override {
         const std::string answer =
@@ -74,7 +74,7 @@ TEST_F(ActivationTest, theRequestThatStartsTheApplicationIsAStartAndTheNextOpens
     EXPECT_EQ(windows(), 0U);
 
     EXPECT_EQ(activate(), "()\n");
-    EXPECT_TRUE(waitUntil(5s, [&] { return windows() == 1; }));
+    EXPECT_TRUE(waitUntil(20s, [&] { return windows() == 1; }));
 }
 
 TEST_F(ActivationTest, aFirstRunStartedByTheBusShowsItsWindow) {

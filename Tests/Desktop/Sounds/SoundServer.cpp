@@ -1,15 +1,12 @@
 #include "Desktop/Sounds/SoundServer.h"
 
-#include "Desktop/Support/XObserver.h"
+#include "Desktop/Support/Wait.h"
+#include "Support/MessageBus.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <stdexcept>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 #include <utility>
 
 namespace corvane::test {
@@ -17,16 +14,6 @@ namespace corvane::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-bool accepts(const std::filesystem::path& socketPath) {
-    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, socketPath.c_str(), sizeof(address.sun_path) - 1);
-    const int result = connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
-    close(descriptor);
-    return result == 0;
-}
 
 } // namespace
 
@@ -58,7 +45,7 @@ SoundServer::SoundServer(const SoundPlace& place) {
                        "module-null-sink sink_name=null norewinds=1 rate=44100 format=s16le channels=2", "-L",
                        "module-native-protocol-unix auth-anonymous=1 socket=" + place.socket().string()},
                       "server-errors"));
-    if (!waitUntil(std::chrono::seconds(10), [&] { return accepts(place.socket()); }))
+    if (!waitUntil(std::chrono::seconds(10), [&] { return acceptsConnections(place.socket()); }))
         throw std::runtime_error("the sound server does not start");
 }
 

@@ -5,10 +5,9 @@
 #include "Desktop/Support/UsedFiles.h"
 #include "Support/MessageBus.h"
 
-#include <array>
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
 #include <sstream>
 #include <stdexcept>
 #include <unistd.h>
@@ -103,7 +102,7 @@ DesktopSession::~DesktopSession() {
     while (!processes_.empty())
         processes_.pop_back();
     std::vector<pid_t> left;
-    waitUntil(std::chrono::seconds(2), [&] {
+    waitUntil(std::chrono::seconds(10), [&] {
         left = leftOver();
         return left.empty();
     });
@@ -154,7 +153,7 @@ void DesktopSession::startBus() {
     writeFile(scratch_ / "bus.conf", busConfiguration(scratch_ / "run/bus"));
     servers_[static_cast<std::size_t>(Server::bus)] =
         &start({"dbus-daemon", "--nofork", "--config-file=" + (scratch_ / "bus.conf").string()}, "bus");
-    if (!waitUntil(startTimeout, [&] { return fs::exists(scratch_ / "run/bus"); }))
+    if (!waitUntil(startTimeout, [&] { return acceptsConnections(scratch_ / "run/bus"); }))
         throw std::runtime_error("the message bus did not start");
 }
 
@@ -167,75 +166,6 @@ std::shared_ptr<void> DesktopSession::holdBus() {
 void DesktopSession::restartBus() {
     fs::remove(scratch_ / "run/bus");
     startBus();
-}
-
-void DesktopSession::startServer() {
-    std::array<int, 2> pipe{};
-    if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
-        throw std::system_error(errno, std::generic_category(), "pipe");
-    Command server = command({"Xvfb", "-displayfd", std::to_string(pipe[1]), "-screen", "0", "1280x800x24",
-                              "-nolisten", "tcp", "-noreset"},
-                             "xvfb", {});
-    server.inheritedDescriptor = pipe[1];
-    servers_[static_cast<std::size_t>(Server::x)] = &processes_.emplace_back(server);
-    close(pipe[1]);
-    std::string number;
-    // The server chooses the display number and reports it once it is ready.
-    waitUntil(startTimeout, [&] {
-        std::array<char, 16> bytes{};
-        const ssize_t size = read(pipe[0], bytes.data(), bytes.size());
-        if (size > 0) number.append(bytes.data(), static_cast<std::size_t>(size));
-        return number.ends_with('\n') || size == 0;
-    });
-    close(pipe[0]);
-    if (!number.ends_with('\n')) throw std::runtime_error("the X server did not start");
-    number.pop_back();
-    display_ = ":" + number;
-    screen_ = std::make_unique<XObserver>(display_);
-    // On a separate connection, which leaves the pixmap behind.
-    XObserver(display_).paintWallpaper();
-}
-
-void DesktopSession::startWindowManager(const std::string& name, Compositor compositor) {
-    std::vector<std::string> arguments{name};
-    std::vector<std::string> variables;
-    const bool blendsByItself = name == "mutter" || compositor == Compositor::windowManager;
-    if (name == "openbox") arguments.emplace_back("--sm-disable");
-    if (name == "xfwm4") arguments.emplace_back(blendsByItself ? "--compositor=on" : "--compositor=off");
-    if (name == "mutter") arguments.insert(arguments.end(), {"--x11", "--sm-disable"});
-    if (name == "metacity") {
-        arguments.emplace_back("--sm-disable");
-        arguments.emplace_back(blendsByItself ? "--composite" : "--no-composite");
-    }
-    // OpenGL, even if it is only rendered in software.
-    if (name == "kwin_x11") variables.emplace_back(blendsByItself ? "KWIN_COMPOSE=O2" : "KWIN_COMPOSE=N");
-    ChildProcess& manager = start(arguments, "wm", variables);
-    servers_[static_cast<std::size_t>(Server::windowManager)] = &manager;
-    const auto isReady = [&] {
-        return name == "twm" ? screen_->isManaged() : !screen_->windowManager().empty();
-    };
-    if (!waitUntil(startTimeout, [&] { return isReady() || !manager.isRunning(); }) || !manager.isRunning())
-        throw std::runtime_error(name + " did not start: " + fileBytes(scratch_ / "wm.log").value_or(""));
-    // Twm does not support such requests.
-    // KWin 5.27 accepts the question and does not answer it for a window that it does not manage.
-    if (name != "twm" && name != "kwin_x11" && !screen_->windowManagerResponds(startTimeout))
-        throw std::runtime_error(name + " does not respond: " + fileBytes(scratch_ / "wm.log").value_or(""));
-    if (blendsByItself) {
-        if (!waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
-            throw std::runtime_error(name + " does not blend windows");
-    } else if (compositor == Compositor::picom) {
-        startCompositor();
-    }
-}
-
-void DesktopSession::startCompositor() {
-    compositor_ = run({"picom", "--config", "/dev/null", "--backend", "xrender"}, "picom");
-    if (!waitUntil(startTimeout, [&] { return screen_->isComposited(); }))
-        throw std::runtime_error("the compositor did not start");
-}
-
-void DesktopSession::stopCompositor() {
-    compositor_.reset();
 }
 
 void DesktopSession::setMonitors(const std::vector<Rect>& monitors) {
@@ -261,12 +191,18 @@ void DesktopSession::setSettings(const std::string& lines) {
     const fs::path file = home_ / ".xsettingsd";
     writeFile(file, lines);
     const std::string before = screen_->settings();
-    if (settings_) {
-        settings_->signal(SIGHUP);
-    } else {
+    const auto isPublished = [&] { return screen_->settings() != before; };
+    bool isDone = false;
+    if (!settings_) {
         settings_ = run({"xsettingsd", "-c", file.string()}, "settings");
+        isDone = waitUntil(startTimeout, isPublished);
     }
-    if (!waitUntil(startTimeout, [&] { return screen_->settings() != before; }))
+    // The running one loses a signal that comes while it is not yet waiting for one.
+    for (int attempt = 0; !isDone && attempt < 10; ++attempt) {
+        settings_->signal(SIGHUP);
+        isDone = waitUntil(std::chrono::seconds(2), isPublished);
+    }
+    if (!isDone)
         throw std::runtime_error("the settings are not published: " +
                                  fileBytes(scratch_ / "settings.log").value_or(""));
 }
@@ -390,6 +326,17 @@ void DesktopSession::click(Rect area) {
     EXPECT_EQ(process->wait(startTimeout), 0);
 }
 
+std::vector<pid_t> DesktopSession::painters() const {
+    std::vector<pid_t> result;
+    for (const ChildProcess* const server : servers_) {
+        if (server != nullptr) result.push_back(server->id());
+    }
+    for (const auto* const process : {&compositor_, &application_}) {
+        if (*process) result.push_back((*process)->id());
+    }
+    return result;
+}
+
 testing::AssertionResult DesktopSession::shows(std::size_t waiting, std::size_t done,
                                                std::chrono::milliseconds timeout) {
     std::optional<std::string> fault;
@@ -406,7 +353,7 @@ testing::AssertionResult DesktopSession::shows(std::size_t waiting, std::size_t 
 
 testing::AssertionResult DesktopSession::standIn(Rect area) {
     std::optional<std::string> fault;
-    const bool seen = waitUntil(std::chrono::seconds(5), [&] {
+    const bool seen = waitUntil(patience, [&] {
         const std::vector<Banner> banners = screen_->banners();
         fault = banners.empty() ? "there is no banner" : layoutFault(banners, area);
         return !fault;
@@ -418,6 +365,13 @@ testing::AssertionResult DesktopSession::staysEmpty(std::chrono::milliseconds du
     if (waitUntil(duration, [&] { return screen_->windowCount() > 0; }))
         return testing::AssertionFailure() << "a window of the application came";
     return testing::AssertionSuccess();
+}
+
+std::size_t DesktopSession::running(std::string_view name) const {
+    const std::vector<pid_t> processes = leftOver();
+    return static_cast<std::size_t>(std::ranges::count_if(processes, [name](pid_t process) {
+        return fileBytes("/proc/" + std::to_string(process) + "/comm") == std::string(name) + "\n";
+    }));
 }
 
 std::vector<pid_t> DesktopSession::leftOver() const {

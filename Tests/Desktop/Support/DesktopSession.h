@@ -29,6 +29,9 @@ enum class Compositor : std::uint8_t { none, picom, windowManager };
 /// Waits for everything that it starts and throws std::runtime_error if it does not come up.
 class DesktopSession {
   public:
+    /// How long to wait for what must only happen.
+    static constexpr std::chrono::seconds patience{10};
+
     /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11, metacity or twm. Mutter
     /// blends windows in any case; openbox and twm cannot. With sway or kwin_wayland, the session is a
     /// Wayland session: the screen is that of XWayland, which has windows but no picture. Under sway, each
@@ -53,6 +56,13 @@ class DesktopSession {
     [[nodiscard]] ChildProcess& compositor() { return *compositor_; }
     /// Starts the session bus again, at the same address.
     void restartBus();
+
+    /// The processes by which the screen shows what it does: the servers, the compositing manager and the
+    /// application.
+    [[nodiscard]] std::vector<pid_t> painters() const;
+
+    /// How many processes of this name run in this session.
+    [[nodiscard]] std::size_t running(std::string_view name) const;
 
     /// Splits the screen between monitors, the first of them being the primary one.
     void setMonitors(const std::vector<Rect>& monitors);
@@ -106,8 +116,8 @@ class DesktopSession {
 
     /// Whether the screen shows exactly so many banners, at their places and in full, within `timeout`.
     testing::AssertionResult shows(std::size_t waiting, std::size_t done,
-                                   std::chrono::milliseconds timeout = std::chrono::seconds(5));
-    /// Whether the banners are placed in `area`, a monitor's work area, within five seconds.
+                                   std::chrono::milliseconds timeout = patience);
+    /// Whether the banners come to be placed in `area`, a monitor's work area.
     testing::AssertionResult standIn(Rect area);
     /// Whether no window of the application appears during `duration`.
     testing::AssertionResult staysEmpty(std::chrono::milliseconds duration);
@@ -123,6 +133,9 @@ class DesktopSession {
                         const std::vector<std::string>& variables = {});
     void startBus();
     void startServer();
+    /// The display's number; empty if the server has not come up.
+    [[nodiscard]] std::string startServerOnce();
+    [[nodiscard]] bool blends();
     void startSway();
     void startWaylandKWin();
     void enterWayland();

@@ -417,13 +417,16 @@ void XObserver::noteUse(std::uint32_t window) {
     roundTrip();
 }
 
-void XObserver::cover(Rect area) {
+void XObserver::cover(Rect area, double opacity) {
     const std::uint32_t window = xcb_generate_id(connection_);
     constexpr std::array<std::uint32_t, 2> values{0x223344, 1}; // background pixel, override-redirect
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, static_cast<std::int16_t>(area.x),
                       static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
                       static_cast<std::uint16_t>(area.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
+    const auto shown = static_cast<std::uint32_t>(opacity * 0xFFFFFFFFU);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_WINDOW_OPACITY"),
+                        XCB_ATOM_CARDINAL, 32, 1, &shown);
     xcb_map_window(connection_, window);
     roundTrip();
 }

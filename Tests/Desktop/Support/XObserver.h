@@ -125,8 +125,9 @@ class XObserver {
     /// other program's window the focus for an older reason.
     void noteUse(std::uint32_t window);
 
-    /// Shows an override-redirect window in front of all others. It is removed with this observer.
-    void cover(Rect area);
+    /// Shows an override-redirect window in front of all others, with this opacity where windows are blended.
+    /// It is removed with this observer.
+    void cover(Rect area, double opacity = 1);
 
     /// Announces, as a compositor does, that it blurs what lies behind windows that ask for it; or takes that
     /// back.

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <thread>
@@ -44,6 +45,7 @@ class BannerFrames : public testing::TestWithParam<Desktop> {
     void SetUp() override {
         desktop.startApplication();
         ASSERT_TRUE(desktop.screen().isComposited());
+        watch = std::make_unique<FrameWatch>(desktop.display(), desktop.painters());
     }
 
     void raiseBanner(const char* session) {
@@ -53,7 +55,7 @@ class BannerFrames : public testing::TestWithParam<Desktop> {
 
     // Whether at least so many banners were watched, and all of them were whole all the time.
     testing::AssertionResult areWhole(std::size_t atLeast) {
-        const FrameWatch::Result seen = watch.stop();
+        const FrameWatch::Result seen = watch->stop();
         if (seen.torn > 0) {
             const std::filesystem::path picture =
                 std::filesystem::path(CORVANE_FAILURE_PICTURES) / ("torn-" + GetParam().name() + ".png");
@@ -70,7 +72,7 @@ class BannerFrames : public testing::TestWithParam<Desktop> {
     }
 
     DesktopSession desktop{GetParam().windowManager, GetParam().compositor};
-    FrameWatch watch{desktop.display()};
+    std::unique_ptr<FrameWatch> watch;
 };
 
 TEST_P(BannerFrames, bannersAreWholeWhileOthersComeAndMakeRoom) {
@@ -93,7 +95,7 @@ TEST_P(BannerFrames, bannersAreWholeWhileOthersComeAndMakeRoom) {
 TEST_P(BannerFrames, bannersAreWholeWhileOthersGoAndTheGapCloses) {
     for (const char* const session : {"a", "b", "c"}) {
         raiseBanner(session);
-        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.inbox().empty(); }));
+        ASSERT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));
     }
     ASSERT_TRUE(desktop.shows(3, 0));
     std::this_thread::sleep_for(500ms);

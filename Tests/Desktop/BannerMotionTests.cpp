@@ -33,21 +33,46 @@ class BannerMotion : public testing::TestWithParam<Compositor> {
     }
 
     Samples record(const std::function<bool(const Samples&)>& isOver) {
-        return recordFade(desktop.screen(), card, wallpaper, isOver);
+        return recordFade(desktop, card, wallpaper, isOver);
     }
+
+    void raise() { desktop.claude("Notification-permission_prompt", "a", "shop"); }
+    void resolve() { desktop.claude("PostToolUse-Bash", "a", "shop"); }
+
+    /// Records a banner that appears. Where a busy machine has disturbed the fifth of a second that this
+    /// takes, it is dismissed and shown again.
+    Samples recordShowing() {
+        for (int attempt = 1;; ++attempt) {
+            raise();
+            Samples samples = record(stands);
+            if (attempt == mostAttempts || !stands(samples) || isUndisturbed(samples)) return samples;
+            resolve();
+            EXPECT_TRUE(desktop.shows(0, 0));
+        }
+    }
+    /// The same for a banner that disappears.
+    Samples recordHiding() {
+        for (int attempt = 1;; ++attempt) {
+            raise();
+            EXPECT_TRUE(stands(record(stands))) << "it has not come";
+            resolve();
+            Samples samples = record(hasGone);
+            if (attempt == mostAttempts || !hasGone(samples) || isUndisturbed(samples)) return samples;
+            EXPECT_TRUE(desktop.shows(0, 0));
+        }
+    }
+
+    static bool stands(const Samples& samples) {
+        const FadeSample& last = samples.back();
+        return last.isMapped && last.top == card.y && last.opacity >= 1 - rounding;
+    }
+    static bool hasGone(const Samples& samples) { return !samples.back().isMapped; }
+
+    static constexpr int mostAttempts = 12;
 
     DesktopSession desktop{"openbox", GetParam()};
     Color wallpaper;
 };
-
-bool stands(const Samples& samples) {
-    const FadeSample& last = samples.back();
-    return last.isMapped && last.top == card.y && last.opacity >= 1 - rounding;
-}
-
-bool hasGone(const Samples& samples) {
-    return !samples.back().isMapped;
-}
 
 // The tops of the card while it was on the screen.
 std::vector<int> tops(const Samples& samples) {
@@ -59,8 +84,7 @@ std::vector<int> tops(const Samples& samples) {
 }
 
 TEST_P(BannerMotion, bannerSlidesDownToItsPlaceAndStaysThere) {
-    desktop.claude("Notification-permission_prompt", "a", "shop");
-    const std::vector<int> seen = tops(record(stands));
+    const std::vector<int> seen = tops(recordShowing());
     ASSERT_FALSE(seen.empty());
     EXPECT_TRUE(std::ranges::is_sorted(seen));
     EXPECT_GE(seen.front(), card.y - slide);
@@ -73,8 +97,7 @@ TEST_P(BannerMotion, bannerSlidesDownToItsPlaceAndStaysThere) {
 class BlendedBannerMotion : public BannerMotion {};
 
 TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerComes) {
-    desktop.claude("Notification-permission_prompt", "a", "shop");
-    const Samples samples = record(stands);
+    const Samples samples = recordShowing();
     ASSERT_TRUE(stands(samples));
     EXPECT_LE(largestRelapse(samples, +1), rounding);
     EXPECT_GE(stepsBetween(samples), 4U);
@@ -83,10 +106,7 @@ TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerComes) {
 }
 
 TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerGoes) {
-    desktop.claude("Notification-permission_prompt", "a", "shop");
-    ASSERT_TRUE(stands(record(stands))) << "it has not come";
-    desktop.claude("PostToolUse-Bash", "a", "shop");
-    const Samples samples = record(hasGone);
+    const Samples samples = recordHiding();
     ASSERT_TRUE(hasGone(samples));
     EXPECT_LE(largestRelapse(samples, -1), rounding);
     EXPECT_GE(stepsBetween(samples), 4U);
@@ -102,10 +122,9 @@ TEST_P(BlendedBannerMotion, dismissalWhileTheBannerComesLetsItNeverGrowBrighterA
     Rect cross = closeButton(place);
     cross.y -= slide / 2;
     const auto waitElsewhere = [this] { desktop.point({10, 700, 2, 2}); };
-    constexpr int attempts = 8;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         waitElsewhere();
-        desktop.claude("Notification-permission_prompt", "a", "shop");
+        raise();
         std::unique_ptr<ChildProcess> click;
         const Samples samples = record([&](const Samples& seen) {
             if (!click && seen.back().opacity > 0.15)
@@ -122,7 +141,7 @@ TEST_P(BlendedBannerMotion, dismissalWhileTheBannerComesLetsItNeverGrowBrighterA
             return;
         }
         // The click came too late, and may have closed the banner or missed it.
-        desktop.claude("PostToolUse-Bash", "a", "shop");
+        resolve();
         ASSERT_TRUE(desktop.shows(0, 0));
     }
     FAIL() << "no click came while the banner faded in";

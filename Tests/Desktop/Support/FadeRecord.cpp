@@ -1,6 +1,10 @@
 #include "Desktop/Support/FadeRecord.h"
 
+#include "Desktop/Support/Starvation.h"
+
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <set>
 #include <thread>
 
@@ -22,9 +26,11 @@ Rect fadeProbe(Rect card) {
     return {card.right() - 145, card.y + 20, 1, 1};
 }
 
-std::vector<FadeSample> recordFade(const XObserver& screen, Rect card, Color wallpaper,
+std::vector<FadeSample> recordFade(DesktopSession& desktop, Rect card, Color wallpaper,
                                    const std::function<bool(const std::vector<FadeSample>&)>& isOver) {
     std::vector<FadeSample> samples;
+    const XObserver& screen = desktop.screen();
+    Starvation starvation(desktop.painters());
     const double below = wallpaper.channels().front();
     const auto deadline = std::chrono::steady_clock::now() + 10s;
     do {
@@ -36,9 +42,28 @@ std::vector<FadeSample> recordFade(const XObserver& screen, Rect card, Color wal
         const int seen = screen.screen(fadeProbe(card)).at(0, 0).channels().front();
         sample.opacity = (seen - below) / (surface - below);
         sample.when = std::chrono::steady_clock::now();
+        sample.starved = starvation.soFar();
         samples.push_back(sample);
     } while (!isOver(samples) && std::chrono::steady_clock::now() < deadline);
     return samples;
+}
+
+bool isUndisturbed(const std::vector<FadeSample>& samples) {
+    constexpr auto longestPause = 30ms;
+    constexpr auto longestWait = 40ms;
+    const auto differ = [](const FadeSample& a, const FadeSample& b) {
+        return a.isMapped != b.isMapped || a.top != b.top || std::abs(a.opacity - b.opacity) > invisible;
+    };
+    std::size_t from = 0;
+    while (from + 1 < samples.size() && !differ(samples[from + 1], samples.front()))
+        ++from;
+    std::size_t to = samples.size() - 1;
+    while (to > from && !differ(samples[to - 1], samples.back()))
+        --to;
+    for (std::size_t i = from; i < to; ++i) {
+        if (samples[i + 1].when - samples[i].when > longestPause) return false;
+    }
+    return samples[to].starved - samples[from].starved <= longestWait;
 }
 
 std::chrono::milliseconds fadeLength(const std::vector<FadeSample>& samples) {

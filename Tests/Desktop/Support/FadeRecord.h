@@ -12,8 +12,9 @@ namespace corvane::test {
 struct FadeSample {
     std::chrono::steady_clock::time_point when;
     bool isMapped = false;
-    int top = 0;        ///< of the card, in screen pixels
-    double opacity = 0; ///< 0 to 1, by what its fill lets through
+    int top = 0;                         ///< of the card, in screen pixels
+    double opacity = 0;                  ///< 0 to 1, by what its fill lets through
+    std::chrono::nanoseconds starved{0}; ///< for how long the programs involved had waited for a processor
 };
 
 /// Watches the one banner whose card ends up at `card`, every few milliseconds until `isOver` returns true
@@ -22,8 +23,12 @@ struct FadeSample {
 /// Opacity is measured at one pixel that every card fills with its surface only; `wallpaper` is the colour
 /// there without a banner.
 [[nodiscard]] std::vector<FadeSample>
-recordFade(const XObserver& screen, Rect card, Color wallpaper,
+recordFade(DesktopSession& desktop, Rect card, Color wallpaper,
            const std::function<bool(const std::vector<FadeSample>&)>& isOver);
+
+/// Whether no pause in the sampling and no waiting for a processor has disturbed the fade by more than a few
+/// of its steps: only then do the samples show what the application does.
+[[nodiscard]] bool isUndisturbed(const std::vector<FadeSample>& samples);
 
 /// The pixel that `recordFade` looks at.
 [[nodiscard]] Rect fadeProbe(Rect card);

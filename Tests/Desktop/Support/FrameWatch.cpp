@@ -16,6 +16,8 @@ using std::chrono::steady_clock;
 // How late a compositing manager may show a window's changes, and how late a new window.
 constexpr auto delay = 300ms;
 constexpr auto firstDelay = 1s;
+// What was seen at the beginning of a longer look and at its end may not belong together.
+constexpr auto longestLook = 100ms;
 
 // When one banner is dismissed the others move at once, while its opacity changes only from the next step on.
 constexpr auto notice = 100ms;
@@ -57,8 +59,9 @@ bool overlap(const Rect& a, const Rect& b) {
 
 } // namespace
 
-FrameWatch::FrameWatch(const std::string& display)
+FrameWatch::FrameWatch(const std::string& display, const std::vector<pid_t>& processes)
     : screen_(display)
+    , processes_(processes)
     , thread_([this](const std::stop_token& stop) { watch(stop); }) {}
 
 FrameWatch::~FrameWatch() = default;
@@ -71,32 +74,45 @@ FrameWatch::Result FrameWatch::stop() {
 
 void FrameWatch::watch(const std::stop_token& stop) {
     try {
+        starvation_.emplace(processes_);
+        clockRead_ = steady_clock::now();
         while (!stop.stop_requested()) {
             std::this_thread::sleep_for(2ms);
             look();
         }
-        decide(steady_clock::now());
+        decide(now_);
     } catch (const std::exception& error) {
         ++result_.torn;
         result_.fault = error.what();
     }
 }
 
+void FrameWatch::advanceClock() {
+    const std::chrono::nanoseconds starved = starvation_->soFar();
+    const auto read = steady_clock::now();
+    // Several may have waited at the same time.
+    now_ += std::max<Time>(0ns, (read - clockRead_) - (starved - starved_));
+    clockRead_ = read;
+    starved_ = starved;
+}
+
 void FrameWatch::look() {
+    const auto begin = steady_clock::now();
     // More than three banners need.
     const Rect area{0, 0, screen_.screenArea().width, 400};
     Picture seen = screen_.screen(area);
     // Queried after the picture, so that a banner that is still opaque had not begun to fade in it.
     const std::vector<Banner> banners = screen_.banners();
+    advanceClock();
     note(banners);
-    decide(steady_clock::now() - notice);
-    judge(seen, banners);
+    decide(now_ - notice);
+    if (steady_clock::now() - begin < longestLook) judge(seen, banners);
     if (seen.pixels != last_.pixels) ++result_.frames;
     last_ = std::move(seen);
 }
 
 void FrameWatch::note(const std::vector<Banner>& banners) {
-    const Time now = steady_clock::now();
+    const Time now = now_;
     std::erase_if(cards_, [&](const auto& card) {
         return std::ranges::find(banners, card.first, &Banner::window) == banners.end();
     });
@@ -107,10 +123,11 @@ void FrameWatch::note(const std::vector<Banner>& banners) {
         } else if (!card.opaqueSince) {
             card.opaqueSince = now;
         }
-        std::erase_if(card.places, [&](const Place& place) { return now - place.lastSeen > delay; });
+        // However long ago the last look was, it may have been there until now.
+        if (!card.places.empty()) card.places.back().lastSeen = now;
         if (card.places.empty() || card.places.back().card != banner.card)
             card.places.push_back({banner.card, now});
-        card.places.back().lastSeen = now;
+        std::erase_if(card.places, [&](const Place& place) { return now - place.lastSeen > delay; });
     }
 }
 
@@ -126,7 +143,7 @@ void FrameWatch::decide(Time until) {
 }
 
 void FrameWatch::judge(const Picture& screen, const std::vector<Banner>& banners) {
-    const Time now = steady_clock::now();
+    const Time now = now_;
     for (const Banner& banner : banners) {
         Card& card = cards_.at(banner.window);
         if (!card.opaqueSince || isFadedOver(banner, banners)) continue;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Desktop/Support/Picture.h"
+#include "Desktop/Support/Starvation.h"
 #include "Desktop/Support/XObserver.h"
 
 #include <chrono>
@@ -9,6 +10,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <sys/types.h>
 #include <thread>
 #include <vector>
 
@@ -20,10 +22,12 @@ namespace corvane::test {
 ///
 /// Whole means identical, pixel by pixel, to its first correct appearance, except for its clock. The pointer
 /// must stay away from the banners.
+///
+/// Time for which the programs involved wait for a processor does not count, nor do looks that were held up.
 class FrameWatch {
   public:
-    /// `display` as in DISPLAY.
-    explicit FrameWatch(const std::string& display);
+    /// `display` as in DISPLAY; the processes are those that draw it.
+    FrameWatch(const std::string& display, const std::vector<pid_t>& processes);
     FrameWatch(const FrameWatch&) = delete;
     FrameWatch& operator=(const FrameWatch&) = delete;
     ~FrameWatch();
@@ -39,7 +43,8 @@ class FrameWatch {
     [[nodiscard]] Result stop();
 
   private:
-    using Time = std::chrono::steady_clock::time_point;
+    /// Of a clock that is paused while the programs wait for a processor.
+    using Time = std::chrono::nanoseconds;
 
     struct Place {
         Rect card;
@@ -59,6 +64,7 @@ class FrameWatch {
     };
 
     void watch(const std::stop_token& stop);
+    void advanceClock();
     void look();
     void note(const std::vector<Banner>& banners);
     void decide(Time until);
@@ -67,6 +73,11 @@ class FrameWatch {
     [[nodiscard]] bool isFadedOver(const Banner& banner, const std::vector<Banner>& banners) const;
 
     XObserver screen_;
+    std::vector<pid_t> processes_;
+    std::optional<Starvation> starvation_; // of the watching thread too, so it is created there
+    std::chrono::steady_clock::time_point clockRead_;
+    std::chrono::nanoseconds starved_{0}; // when the clock was read
+    Time now_{0};
     std::map<std::uint32_t, Card> cards_; // by the window
     std::deque<Tear> tears_;              // that do not count if the banner turns out to be leaving
     Picture last_;

@@ -1,0 +1,77 @@
+#include "Desktop/Support/Starvation.h"
+
+#include "Support/TestSupport.h"
+
+#include <cstdint>
+#include <optional>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace corvane::test {
+
+namespace {
+
+using std::chrono::nanoseconds;
+
+/// For how long the thread of this "schedstat" has been ready to run without running.
+std::optional<nanoseconds> waited(const std::string& file) {
+    std::istringstream times(fileBytes(file).value_or(""));
+    std::int64_t running = 0;
+    std::int64_t waiting = 0;
+    if (times >> running >> waiting) return nanoseconds(waiting);
+    return std::nullopt;
+}
+
+/// What the host of a virtual machine has given to others meanwhile.
+nanoseconds takenByHost() {
+    constexpr int fieldsBefore = 7;
+    std::istringstream fields(fileBytes("/proc/stat").value_or(""));
+    std::string name;
+    fields >> name;
+    std::int64_t ticks = 0;
+    for (int i = 0; i <= fieldsBefore; ++i)
+        fields >> ticks;
+    return fields ? nanoseconds(std::chrono::seconds(ticks)) / sysconf(_SC_CLK_TCK) : nanoseconds(0);
+}
+
+} // namespace
+
+Starvation::Starvation(const std::vector<pid_t>& processes)
+    : takenByHostAtFirst_(takenByHost()) {
+    std::vector<std::string> files{"/proc/self/task/" + std::to_string(gettid()) + "/schedstat"};
+    for (const pid_t process : processes)
+        files.push_back("/proc/" + std::to_string(process) + "/schedstat");
+    for (std::string& file : files) {
+        if (const auto now = waited(file)) watched_.push_back({std::move(file), *now, *now});
+    }
+}
+
+nanoseconds Starvation::soFar() {
+    nanoseconds sum = takenByHost() - takenByHostAtFirst_;
+    for (Watched& each : watched_) {
+        each.atLast = waited(each.file).value_or(each.atLast);
+        sum += each.atLast - each.atFirst;
+    }
+    return sum;
+}
+
+nanoseconds Starvation::unstarved() {
+    // Before the clock is read: what is starved of meanwhile counts as time.
+    const nanoseconds starved = soFar();
+    return std::chrono::steady_clock::now() - start_ - starved;
+}
+
+bool holdsWithin(std::chrono::milliseconds limit, Starvation starvation,
+                 const std::function<bool()>& condition) {
+    constexpr std::chrono::milliseconds pause{10};
+    for (;;) {
+        const bool isLastLook = starvation.unstarved() >= limit;
+        if (condition()) return true;
+        if (isLastLook) return false;
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+} // namespace corvane::test

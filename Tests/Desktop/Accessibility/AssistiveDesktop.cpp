@@ -1,5 +1,7 @@
 #include "Desktop/Accessibility/AssistiveDesktop.h"
 
+#include "Desktop/Support/Starvation.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -41,11 +43,16 @@ std::vector<std::string> AssistiveDesktop::logLines(const std::string& name) con
 
 void AssistiveDesktop::startBus() {
     bus_ = session_.run({busLauncher(), "--launch-immediately"}, "accessibility-bus");
-    const fs::path socket = session_.home().parent_path() / "run/at-spi";
-    if (!waitUntil(startTimeout, [&] { return fs::exists(socket) || !bus_->isRunning(); }) ||
-        !bus_->isRunning()) {
+    // It owns its name on the session bus once it replies there.
+    const auto replies = [this] {
+        return session_
+                   .run({"gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path",
+                         "/org/a11y/bus", "--method", "org.a11y.Bus.GetAddress"},
+                        "accessibility-address")
+                   ->wait(startTimeout) == 0;
+    };
+    if (!waitUntil(startTimeout, [&] { return !bus_->isRunning() || replies(); }) || !bus_->isRunning())
         throw std::runtime_error("the accessibility bus did not start");
-    }
 }
 
 void AssistiveDesktop::startListener() {
@@ -92,6 +99,8 @@ void AssistiveDesktop::startFollower() {
     follower_ = session_.run({CORVANE_ASSISTIVE_FOLDER "/assistive", "follow"}, "follower");
     if (!waitUntil(startTimeout, [&] { return contains(logLines("follower"), "ready"); }))
         throw std::runtime_error("the listener that follows the keyboard did not start");
+    if (!waitUntil(startTimeout, [&] { return contains(logLines("follower"), "application"); }))
+        throw std::runtime_error("the application does not know of the listener that follows the keyboard");
 }
 
 std::vector<std::string> AssistiveDesktop::followed() const {
@@ -129,6 +138,21 @@ testing::AssertionResult AssistiveDesktop::opensMenu() {
     return opened;
 }
 
+testing::AssertionResult AssistiveDesktop::opensPanel() {
+    // The panel closes itself if it has not received the focus within a second, as when the window manager is
+    // starved.
+    constexpr auto starved = std::chrono::milliseconds(500);
+    constexpr int mostAttempts = 3;
+    const std::size_t before = session_.screen().managedWindows("corvane").size();
+    for (int attempt = 1;; ++attempt) {
+        if (const auto opened = opensMenu(); !opened) return opened;
+        Starvation starvation(session_.painters());
+        press("Return");
+        const auto result = hasKeyboard(before + 1);
+        if (result || attempt == mostAttempts || starvation.soFar() < starved) return result;
+    }
+}
+
 testing::AssertionResult AssistiveDesktop::hasKeyboard(std::size_t windows) {
     std::vector<std::uint32_t> present;
     std::uint32_t active = 0;
@@ -136,7 +160,8 @@ testing::AssertionResult AssistiveDesktop::hasKeyboard(std::size_t windows) {
             present = session_.screen().managedWindows("corvane");
             active = session_.screen().activeWindow();
             return present.size() == windows &&
-                   std::find(present.begin(), present.end(), active) != present.end();
+                   std::find(present.begin(), present.end(), active) != present.end() &&
+                   session_.screen().hasFocus(active);
         }))
         return testing::AssertionSuccess();
     return testing::AssertionFailure()
@@ -147,7 +172,20 @@ testing::AssertionResult AssistiveDesktop::opensMainWindow() {
     const std::size_t before = session_.screen().managedWindows("corvane").size();
     if (session_.run({CORVANE_PROGRAM}, "second")->wait(startTimeout) != 0)
         return testing::AssertionFailure() << "the second start failed";
-    return hasKeyboard(before + 1);
+    const auto result = hasKeyboard(before + 1);
+    // By then the application has handled the focus, and has registered on the accessibility bus.
+    if (result) static_cast<void>(window());
+    return result;
+}
+
+testing::AssertionResult AssistiveDesktop::opensSettings() {
+    const std::uint32_t before = session_.screen().activeWindow();
+    const std::size_t count = session_.screen().managedWindows("corvane").size();
+    if (const auto opened = press("ctrl+comma", "focus\tfiller\tCorvane Settings\t"); !opened) return opened;
+    // The application may report the focus before the window manager reports the active window.
+    if (!waitUntil(answerTimeout, [&] { return session_.screen().activeWindow() != before; }))
+        return testing::AssertionFailure() << "the settings are not the active window";
+    return hasKeyboard(count + 1);
 }
 
 std::vector<std::string> AssistiveDesktop::window() {
@@ -184,6 +222,11 @@ void AssistiveDesktop::startOrca() {
         throw std::runtime_error("Orca did not start: " +
                                  fileBytes(session_.home().parent_path() / "orca.log").value_or(""));
     }
+}
+
+void AssistiveDesktop::meetApplication() {
+    if (!assist({"meet"}, "meet"))
+        throw std::runtime_error("the application does not come to the accessibility bus");
 }
 
 std::vector<std::string> AssistiveDesktop::spoken() const {

@@ -21,10 +21,9 @@ class AssistiveDesktop {
     /// Starts the accessibility bus, without requesting that accessibility be enabled.
     void startBus();
 
-    /// Starts a plain listener, and waits until it has found the application on the bus if the application
-    /// runs.
+    /// Starts a plain listener, and waits until it is ready.
     void startListener();
-    /// Waits until the listener has found the application.
+    /// Waits until the listener has found the application on the bus, which knows of the listener then.
     void waitForApplication();
     /// The events that the application has sent since, one per line, as Accessibility/assistive prints them.
     [[nodiscard]] std::vector<std::string> heard() const;
@@ -36,7 +35,8 @@ class AssistiveDesktop {
     /// Presses a button of the banner of this project; returns whether that was possible.
     [[nodiscard]] bool pressButton(const std::string& button, const std::string& project);
 
-    /// Starts a listener that follows the keyboard focus, and waits until it is ready.
+    /// Starts a listener that follows the keyboard focus, and waits until the application, which must run,
+    /// knows of it.
     void startFollower();
     /// Where the focus has moved since, and the check boxes that changed, one per line, as
     /// Accessibility/assistive prints them.
@@ -52,9 +52,14 @@ class AssistiveDesktop {
     testing::AssertionResult hasKeyboard(std::size_t windows);
     /// Starts the application again, which brings the main window of the first one to the front.
     testing::AssertionResult opensMainWindow();
+    /// Opens the settings with the keyboard, from another window of the application.
+    testing::AssertionResult opensSettings();
 
     /// Opens the main window's first menu with the keyboard.
     testing::AssertionResult opensMenu();
+
+    /// Opens the panel by that menu, whereupon it has the keyboard.
+    testing::AssertionResult opensPanel();
 
     /// The elements of the focused window, as Accessibility/assistive prints them.
     [[nodiscard]] std::vector<std::string> window();
@@ -63,6 +68,8 @@ class AssistiveDesktop {
 
     /// Starts Orca, and waits until it is up.
     void startOrca();
+    /// Waits until the application, which must run, knows of all listeners on the accessibility bus.
+    void meetApplication();
     /// All that Orca has spoken since it came up.
     [[nodiscard]] std::vector<std::string> spoken() const;
 

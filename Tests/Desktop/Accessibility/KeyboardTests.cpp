@@ -37,7 +37,7 @@ class Keyboard : public testing::TestWithParam<std::string> {
 
     void openSettings() {
         ASSERT_TRUE(desktop.opensMainWindow());
-        EXPECT_TRUE(desktop.press("ctrl+comma", "focus\tfiller\tCorvane Settings\t"));
+        ASSERT_TRUE(desktop.opensSettings());
         const std::uint32_t settings = session().screen().activeWindow();
         desktop.press("ctrl+0");
         ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() != settings; }));
@@ -59,8 +59,11 @@ class Keyboard : public testing::TestWithParam<std::string> {
         return waitUntil(patience, [&] { return settingsFile().find(text) != std::string::npos; });
     }
 
-    [[nodiscard]] bool isConnected(const fs::path& file) {
-        return fileBytes(session().home() / file).value_or("").find("corvane-hook") != std::string::npos;
+    [[nodiscard]] bool becomesConnected(const fs::path& file, bool isConnected) {
+        return waitUntil(patience, [&] {
+            const std::string text = fileBytes(session().home() / file).value_or("");
+            return (text.find("corvane-hook") != std::string::npos) == isConnected;
+        });
     }
 
     /// Opens the list of the focused picker. Qt 6.4 reports the selected sound before its list, Qt 6.8 only
@@ -84,10 +87,10 @@ TEST_P(Keyboard, goesThroughTheFirstRun) {
     startInFirstRun();
     EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tConnect\tClaude Code"));
     EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tClaude Code"));
-    EXPECT_TRUE(isConnected(".claude/settings.json"));
+    EXPECT_TRUE(becomesConnected(".claude/settings.json", true));
     EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tConnect\tCodex"));
     EXPECT_TRUE(desktop.press("space", "focus\tpush button\tRemove\tCodex"));
-    EXPECT_TRUE(isConnected(".codex/config.toml"));
+    EXPECT_TRUE(becomesConnected(".codex/config.toml", true));
     EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tTry a test alert\t"));
     desktop.press("space");
     EXPECT_TRUE(session().shows(1, 0));
@@ -95,12 +98,14 @@ TEST_P(Keyboard, goesThroughTheFirstRun) {
     EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tDone\t"));
     EXPECT_TRUE(desktop.press("Tab", "focus\tpush button\tRemove\tClaude Code"));
     EXPECT_TRUE(desktop.press("space", "focus\tpush button\tConnect\tClaude Code"));
-    EXPECT_FALSE(isConnected(".claude/settings.json"));
+    EXPECT_TRUE(becomesConnected(".claude/settings.json", false));
     EXPECT_TRUE(desktop.press("shift+Tab", "focus\tpush button\tDone\t"));
     // The menu returns the focus.
     EXPECT_TRUE(desktop.opensMenu());
     EXPECT_TRUE(desktop.press("Right", "focus\tmenu item\tCorvane\t"));
     desktop.press("Escape");
+    // Until it has closed, keys go to it.
+    ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().menus().empty(); }));
     EXPECT_TRUE(desktop.press("Escape", "focus\tpush button\tDone\t"));
     desktop.press("space");
     EXPECT_TRUE(hasNoWindow());
@@ -125,9 +130,9 @@ TEST_P(Keyboard, reachesEverySetting) {
     EXPECT_TRUE(desktop.press("Tab", "focus\tcheck box\tOpen Corvane at login\t"));
     const fs::path entry = session().home() / ".config/autostart/corvane.desktop";
     EXPECT_TRUE(desktop.press("space", "checked\tcheck box\tOpen Corvane at login\t"));
-    EXPECT_TRUE(fs::exists(entry));
+    EXPECT_TRUE(waitUntil(patience, [&] { return fs::exists(entry); }));
     EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tOpen Corvane at login\t"));
-    EXPECT_FALSE(fs::exists(entry));
+    EXPECT_TRUE(waitUntil(patience, [&] { return !fs::exists(entry); }));
     EXPECT_TRUE(desktop.press("Tab", "focus\tcheck box\tPlay sounds\t"));
     EXPECT_TRUE(desktop.press("space", "unchecked\tcheck box\tPlay sounds\t"));
     EXPECT_TRUE(stores(R"(\"soundsOn\":false)"));
@@ -169,19 +174,18 @@ class Commands : public Keyboard {};
 TEST_P(Commands, workInEveryWindowWhoseClosingNeverQuits) {
     start();
     ASSERT_TRUE(desktop.opensMainWindow());
-    ASSERT_TRUE(desktop.opensMenu());
-    desktop.press("Return");
-    ASSERT_TRUE(desktop.hasKeyboard(2)) << "the panel";
+    ASSERT_TRUE(desktop.opensPanel());
     desktop.press("ctrl+w");
     ASSERT_TRUE(desktop.hasKeyboard(1)) << "the main window again";
-    ASSERT_TRUE(desktop.opensMenu());
-    desktop.press("Return");
-    ASSERT_TRUE(desktop.hasKeyboard(2)) << "the panel again";
+    ASSERT_TRUE(desktop.opensPanel()) << "again";
     desktop.press("ctrl+0");
     ASSERT_TRUE(desktop.hasKeyboard(1)) << "the panel closes for the main window";
     ASSERT_TRUE(desktop.opensMenu());
     EXPECT_TRUE(desktop.press("Down", "focus\tmenu item\tSettings…\t"));
+    const std::uint32_t main = session().screen().activeWindow();
     EXPECT_TRUE(desktop.press("Return", "focus\tfiller\tCorvane Settings\t"));
+    ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() != main; }));
+    ASSERT_TRUE(desktop.hasKeyboard(2));
     const std::uint32_t settings = session().screen().activeWindow();
     desktop.press("ctrl+n");
     desktop.press("ctrl+0");
@@ -189,6 +193,7 @@ TEST_P(Commands, workInEveryWindowWhoseClosingNeverQuits) {
     ASSERT_TRUE(desktop.hasKeyboard(2)) << "no command opens yet another window";
     desktop.press("ctrl+comma");
     ASSERT_TRUE(waitUntil(patience, [&] { return session().screen().activeWindow() == settings; }));
+    ASSERT_TRUE(desktop.hasKeyboard(2));
     desktop.press("ctrl+w");
     ASSERT_TRUE(desktop.hasKeyboard(1));
     desktop.press("ctrl+w");

@@ -59,6 +59,7 @@ TEST_F(Orca, speaksEveryShowAndRefreshOnce) {
     desktop_.startBus();
     desktop_.startOrca();
     session().startApplication();
+    desktop_.meetApplication();
     showBannersOfAllKinds();
 }
 
@@ -66,6 +67,7 @@ TEST_F(Orca, startedAfterTheApplicationSpeaksTheSame) {
     desktop_.startBus();
     session().startApplication();
     desktop_.startOrca();
+    desktop_.meetApplication();
     showBannersOfAllKinds();
 }
 
@@ -73,6 +75,7 @@ TEST_F(Orca, startedWithItsBusAfterTheApplicationSpeaksTheSame) {
     session().startApplication();
     desktop_.startBus();
     desktop_.startOrca();
+    desktop_.meetApplication();
     showBannersOfAllKinds();
 }
 

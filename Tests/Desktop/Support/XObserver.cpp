@@ -285,6 +285,16 @@ std::uint32_t XObserver::focusedWindow() const {
     return focus->focus;
 }
 
+bool XObserver::hasFocus(std::uint32_t window) const {
+    for (std::uint32_t focused = focusedWindow(); focused > XCB_INPUT_FOCUS_POINTER_ROOT;) {
+        if (focused == window) return true;
+        const ReplyPointer<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection_, xcb_query_tree(connection_, focused), nullptr));
+        focused = tree ? tree->parent : std::uint32_t{XCB_WINDOW_NONE};
+    }
+    return false;
+}
+
 std::uint32_t XObserver::activeWindow() const {
     const std::vector<std::uint32_t> active = cardinals(root_, "_NET_ACTIVE_WINDOW");
     return active.empty() ? std::uint32_t{XCB_WINDOW_NONE} : active.front();

@@ -91,6 +91,10 @@ class XObserver {
     [[nodiscard]] std::uint32_t focusedWindow() const;
     [[nodiscard]] std::uint32_t activeWindow() const;
 
+    /// Whether the input focus is on this window or within it. Some window managers report a window as active
+    /// a little before that, when keys still go elsewhere.
+    [[nodiscard]] bool hasFocus(std::uint32_t window) const;
+
     /// The managed windows whose class is `name`, ignoring case.
     [[nodiscard]] std::vector<std::uint32_t> managedWindows(std::string_view name) const;
     [[nodiscard]] Rect geometry(std::uint32_t window) const;

@@ -29,7 +29,7 @@ class BannerBlur : public testing::Test {
         return (seen - below) / (255 - below);
     }
     [[nodiscard]] bool covers(double wanted) {
-        return waitUntil(5s, [&] { return std::abs(cover() - wanted) < 0.02; });
+        return waitUntil(10s, [&] { return std::abs(cover() - wanted) < 0.02; });
     }
 
     DesktopSession desktop;
@@ -41,7 +41,7 @@ TEST_F(BannerBlur, theCardIsOpaqueWhereNothingIsBlurred) {
     desktop.claude("Notification-permission_prompt", "a", "shop");
     ASSERT_TRUE(desktop.shows(1, 0));
     // Once it has faded in to the last step.
-    EXPECT_TRUE(waitUntil(5s, [this] { return cover() == 1; })) << cover();
+    EXPECT_TRUE(waitUntil(10s, [this] { return cover() == 1; })) << cover();
     EXPECT_TRUE(desktop.screen().blurRegion(banner().window).empty());
 }
 
@@ -49,7 +49,7 @@ TEST_F(BannerBlur, theCardIsTranslucentOverABlurOfItsShapeWhichIsFollowed) {
     desktop.screen().announceBlur(true);
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
-    ASSERT_TRUE(waitUntil(5s, [this] { return !desktop.screen().banners().empty(); }));
+    ASSERT_TRUE(waitUntil(10s, [this] { return !desktop.screen().banners().empty(); }));
     ASSERT_TRUE(covers(0.82)) << cover();
     const Banner shown = banner();
     const std::vector<Rect> region = desktop.screen().blurRegion(shown.window);
@@ -118,7 +118,7 @@ TEST(KWinBlur, isDrawnBehindTheCardAndNowhereElse) {
         return banners.size() == 1 && banners.front().card == card;
     }));
     // Unblurred, the letters would show through a card of 0.82 with a contrast of 46.
-    EXPECT_TRUE(waitUntil(5s, [&] { return contrast(desktop.screen().screen(below)) < 15; }))
+    EXPECT_TRUE(waitUntil(10s, [&] { return contrast(desktop.screen().screen(below)) < 15; }))
         << contrast(desktop.screen().screen(below));
     EXPECT_LT(desktop.screen().screen(below).at(15, 10).channels().front(), 252) << "what is below tints it";
     const Rect outside{card.x - 60, below.y, 30, 20};

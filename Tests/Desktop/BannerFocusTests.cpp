@@ -40,9 +40,9 @@ TEST_P(BannerFocus, bannerStandsAboveATerminalThatGoesFullScreenAfterwards) {
     raiseBanner("a", 1);
     desktop.screen().requestFullScreen(terminal);
     ASSERT_TRUE(
-        waitUntil(5s, [&] { return desktop.screen().geometry(terminal) == desktop.screen().screenArea(); }));
+        waitUntil(10s, [&] { return desktop.screen().geometry(terminal) == desktop.screen().screenArea(); }));
     // The terminal's own colour below the banner shows that it has been drawn at its new size.
-    ASSERT_TRUE(waitUntil(5s, [&] {
+    ASSERT_TRUE(waitUntil(10s, [&] {
         return desktop.screen().screen().share({300, 600, 200, 100}, {0xFFFFFF}, 0) > 0.95;
     }));
     EXPECT_TRUE(desktop.shows(1, 0));
@@ -52,10 +52,12 @@ TEST_P(BannerFocus, bannerStandsAboveATerminalThatGoesFullScreenAfterwards) {
 TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
     const std::uint32_t terminal = desktop.startTerminal();
     const std::uint32_t focused = desktop.screen().focusedWindow();
-    std::string letters;
-    while (letters.size() < 400)
-        letters += "abcdefghijklmnopqrstuvwxyz";
-    const auto typing = desktop.type(letters, 20ms);
+    // Types the alphabet again and again, with a dot for each time in a file, until the file "enough" exists.
+    const auto typing = desktop.run({"sh", "-c",
+                                     R"(until [ -e "$HOME/enough" ]; do xdotool type --delay 20 )"
+                                     R"(abcdefghijklmnopqrstuvwxyz && printf . >>"$HOME/times"; done)"},
+                                    "typing");
+    ASSERT_TRUE(waitUntil(20s, [&] { return !desktop.typed().empty(); }));
 
     raiseBanner("a", 1);
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
@@ -65,10 +67,13 @@ TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
     desktop.claude("PostToolUse-Bash", "a", "shop");
     EXPECT_TRUE(desktop.shows(0, 0));
-    EXPECT_TRUE(typing->isRunning()) << "the keys were to be typed all the while";
-
+    writeFile(desktop.home() / "enough", "");
     EXPECT_EQ(typing->wait(30s), 0);
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.typed().size() >= letters.size(); }));
+
+    std::string letters;
+    for (std::size_t i = fileBytes(desktop.home() / "times").value_or("").size(); i > 0; --i)
+        letters += "abcdefghijklmnopqrstuvwxyz";
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.typed().size() >= letters.size(); }));
     EXPECT_EQ(desktop.typed(), letters);
     EXPECT_EQ(desktop.screen().activeWindow(), terminal);
 }
@@ -90,10 +95,20 @@ TEST_P(BannerFocus, clickOnGoToTerminalTakesTheBannerAway) {
 
 TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerTakesItAway) {
     const std::uint32_t focused = desktop.startTerminal();
-    desktop.codex("codex-tui", "shop");
-    ASSERT_TRUE(desktop.shows(0, 1));
-    desktop.click(closeButton(desktop.screen().banners().front()));
-    EXPECT_TRUE(desktop.shows(0, 0)) << "well before the six seconds are over";
+    // It is known to have gone by the click only if it has before its six seconds are over.
+    constexpr int mostAttempts = 5;
+    bool isKnown = false;
+    for (int attempt = 0; !isKnown && attempt < mostAttempts; ++attempt) {
+        desktop.pointAway();
+        const auto before = std::chrono::steady_clock::now();
+        desktop.codex("codex-tui", "shop");
+        ASSERT_TRUE(desktop.shows(0, 1));
+        const std::vector<Banner> banners = desktop.screen().banners();
+        if (!banners.empty()) desktop.click(closeButton(banners.front()));
+        ASSERT_TRUE(desktop.shows(0, 0));
+        isKnown = std::chrono::steady_clock::now() - before < 6s;
+    }
+    EXPECT_TRUE(isKnown) << "it never went before the six seconds were over";
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
 }
 
@@ -113,11 +128,11 @@ TEST_P(BannerFocus, bannerStaysOnTheScreenWhenTheWorkspaceChanges) {
     raiseBanner("a", 1);
     for (const std::uint32_t workspace : {1U, 0U}) {
         desktop.screen().requestWorkspace(workspace);
-        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == workspace; }));
+        ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().currentWorkspace() == workspace; }));
         EXPECT_TRUE(desktop.shows(1, 0));
     }
     desktop.screen().requestWorkspace(1);
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().currentWorkspace() == 1; }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().currentWorkspace() == 1; }));
     raiseBanner("b", 2);
 }
 
@@ -128,7 +143,8 @@ TEST_P(BannerFocus, threeBannersStandOneBelowTheOtherAndAFourthTakesTheOldestsPl
     raiseBanner("c", 3);
     const std::vector<Banner> before = desktop.screen().banners();
     desktop.claude("Notification-permission_prompt", "d", "shop");
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().front().window != before[0].window; }));
+    ASSERT_TRUE(
+        waitUntil(10s, [&] { return desktop.screen().banners().front().window != before[0].window; }));
     ASSERT_TRUE(desktop.shows(3, 0));
     const std::vector<Banner> after = desktop.screen().banners();
     EXPECT_EQ(after[1].window, before[0].window);

@@ -31,13 +31,15 @@ class BannerJump : public testing::TestWithParam<std::string> {
     void goToTerminal() {
         desktop.click(primaryButton(desktop.screen().banners().front()));
         EXPECT_TRUE(desktop.shows(0, 0));
-        EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().activeWindow() == terminal; }));
+        EXPECT_TRUE(waitUntil(10s, [&] {
+            return desktop.screen().activeWindow() == terminal && desktop.screen().hasFocus(terminal);
+        }));
     }
 
     // Types something and waits until the terminal has received it, which proves that it has the focus.
     void expectKeysToArrive() {
         EXPECT_EQ(desktop.type("here", 20ms)->wait(20s), 0);
-        EXPECT_TRUE(waitUntil(5s, [&] { return desktop.typed() == "here"; })) << desktop.typed();
+        EXPECT_TRUE(waitUntil(10s, [&] { return desktop.typed() == "here"; })) << desktop.typed();
     }
 
     DesktopSession desktop{GetParam(), Compositor::none};
@@ -46,7 +48,7 @@ class BannerJump : public testing::TestWithParam<std::string> {
 
 TEST_P(BannerJump, clickRaisesTheTerminalFromAnotherWorkspace) {
     desktop.screen().requestWorkspace(1);
-    ASSERT_TRUE(waitUntil(5s, [&] {
+    ASSERT_TRUE(waitUntil(10s, [&] {
         return desktop.screen().currentWorkspace() == 1 && desktop.screen().activeWindow() != terminal;
     }));
     raiseBanner();
@@ -58,10 +60,10 @@ TEST_P(BannerJump, clickRaisesTheTerminalFromAnotherWorkspace) {
 
 TEST_P(BannerJump, clickRaisesTheTerminalThatWasMinimized) {
     desktop.screen().requestMinimized(terminal);
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().isMinimized(terminal); }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().isMinimized(terminal); }));
     raiseBanner();
     goToTerminal();
-    EXPECT_TRUE(waitUntil(5s, [&] { return !desktop.screen().isMinimized(terminal); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return !desktop.screen().isMinimized(terminal); }));
     expectKeysToArrive();
 }
 

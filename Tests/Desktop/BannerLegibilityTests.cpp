@@ -44,7 +44,7 @@ class BannerLegibility : public testing::Test {
 
     testing::AssertionResult hasCard(Rect wanted) {
         Rect seen;
-        const bool isThere = waitUntil(5s, [&] {
+        const bool isThere = waitUntil(10s, [&] {
             const auto banners = desktop.screen().banners();
             if (banners.size() != 1) return false;
             seen = banners.front().card;
@@ -64,21 +64,21 @@ class BannerLegibility : public testing::Test {
 TEST_F(BannerLegibility, standingBannerTurnsOpaqueAndLosesItsShadowWithHighContrast) {
     const Color wallpaper = desktop.screen().screen().at(ordinaryCard.middleX(), 8 + 96 + 6);
     startWithBanner();
-    EXPECT_TRUE(waitUntil(5s, [&] { return !below().isNear(wallpaper, 2); })) << "it has a shadow at first";
+    EXPECT_TRUE(waitUntil(10s, [&] { return !below().isNear(wallpaper, 2); })) << "it has a shadow at first";
     desktop.screen().announceBlur(true);
-    EXPECT_TRUE(waitUntil(5s, [&] { return !fill().isNear(surface, 0); }))
+    EXPECT_TRUE(waitUntil(10s, [&] { return !fill().isNear(surface, 0); }))
         << "and is translucent over a blur";
     ASSERT_TRUE(tell("org.freedesktop.appearance", "contrast", "1"));
-    EXPECT_TRUE(waitUntil(5s, [&] { return fill().isNear(surface, 0); }));
-    EXPECT_TRUE(waitUntil(5s, [&] { return below().isNear(wallpaper, 0); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return fill().isNear(surface, 0); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return below().isNear(wallpaper, 0); }));
     ASSERT_TRUE(tell("org.freedesktop.appearance", "contrast", "0"));
-    EXPECT_TRUE(waitUntil(5s, [&] { return !fill().isNear(surface, 0) && !below().isNear(wallpaper, 2); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return !fill().isNear(surface, 0) && !below().isNear(wallpaper, 2); }));
 }
 
 TEST_F(BannerLegibility, hasHighContrastFromTheStartWhereTheDesktopHas) {
     ASSERT_TRUE(tell("org.gnome.desktop.a11y.interface", "high-contrast", "true"));
     startWithBanner();
-    EXPECT_TRUE(waitUntil(5s, [&] { return fill().isNear(surface, 0); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return fill().isNear(surface, 0); }));
 }
 
 TEST_F(BannerLegibility, standingBannerTakesTheTextSizeOfTheDesktop) {

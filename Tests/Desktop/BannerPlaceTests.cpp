@@ -88,9 +88,9 @@ TEST_F(BannerPlace, isBelowThePanelOfItsOwnMonitorOnly) {
     ASSERT_TRUE(desktop.standIn(left));
     {
         const SidePanel panel(desktop.display(), {right.x, 0, right.width, panelHeight});
-        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().workArea().y == panelHeight; }));
+        ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().workArea().y == panelHeight; }));
         desktop.claude("Notification-permission_prompt", "b", "shop");
-        EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().size() == 2; }));
+        EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().banners().size() == 2; }));
         EXPECT_TRUE(desktop.standIn(left));
     }
     const SidePanel panel(desktop.display(), {left.x, 0, left.width, panelHeight});

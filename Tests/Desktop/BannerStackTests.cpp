@@ -2,6 +2,7 @@
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/Starvation.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ TEST_P(BannerStack, threeBannersStackNewestOnTopAndAFourthEvictsTheOldest) {
         windows.insert(windows.begin(), banners.front().window);
     }
     desktop.claude("Notification-permission_prompt", "d", "shop");
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().front().window != windows[0]; }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().banners().front().window != windows[0]; }));
     ASSERT_TRUE(desktop.shows(3, 0));
     const std::vector<Banner> banners = desktop.screen().banners();
     EXPECT_EQ(banners[1].window, windows[0]);
@@ -46,7 +47,7 @@ TEST_P(BannerStack, bannersBelowCloseTheGapOfOneThatLeaves) {
     for (const char* const session : {"a", "b", "c"}) {
         desktop.claude("Notification-permission_prompt", session, "shop");
         // One after the other, so that the order is known.
-        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.inbox().empty(); }));
+        ASSERT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));
     }
     ASSERT_TRUE(desktop.shows(3, 0));
     const std::vector<Banner> before = desktop.screen().banners();
@@ -59,17 +60,34 @@ TEST_P(BannerStack, bannersBelowCloseTheGapOfOneThatLeaves) {
 
 TEST_P(BannerStack, aDoubleClickOnTheCrossClosesOneBannerOnly) {
     desktop.startApplication();
-    for (const char* const session : {"a", "b", "c"})
-        desktop.claude("Notification-permission_prompt", session, "shop");
-    ASSERT_TRUE(desktop.shows(3, 0));
-    const Rect cross = closeButton(desktop.screen().banners().front());
-    const auto twice =
-        desktop.run({"xdotool", "mousemove", std::to_string(cross.middleX()), std::to_string(cross.middleY()),
-                     "click", "--repeat", "2", "--delay", "120", "1"},
-                    "xdotool");
-    EXPECT_EQ(twice->wait(10s), 0);
+    Rect cross;
+    const auto closesOne = [&] {
+        desktop.pointAway();
+        for (const char* const session : {"a", "b", "c"})
+            desktop.claude("Notification-permission_prompt", session, "shop");
+        EXPECT_TRUE(desktop.shows(3, 0));
+        const std::vector<Banner> banners = desktop.screen().banners();
+        if (banners.empty()) return false;
+        cross = closeButton(banners.front());
+        const auto twice =
+            desktop.run({"xdotool", "mousemove", std::to_string(cross.middleX()),
+                         std::to_string(cross.middleY()), "click", "--repeat", "2", "--delay", "120", "1"},
+                        "xdotool");
+        EXPECT_EQ(twice->wait(10s), 0);
+        EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() < 3; }));
+        return !waitUntil(1s, [this] { return desktop.screen().banners().size() < 2; });
+    };
+    // The application takes the second press for one of its own if it is held up for longer than a double
+    // click.
+    constexpr int mostAttempts = 5;
+    bool isClosedOnce = false;
+    for (int attempt = 0; !isClosedOnce && attempt < mostAttempts; ++attempt) {
+        Starvation starvation(desktop.painters());
+        isClosedOnce = closesOne();
+        if (starvation.soFar() < 200ms) break;
+    }
+    ASSERT_TRUE(isClosedOnce);
     ASSERT_TRUE(desktop.shows(2, 0));
-    EXPECT_FALSE(waitUntil(1s, [this] { return desktop.screen().banners().size() < 2; }));
     // By now the one that has slid under the pointer accepts presses.
     desktop.click(cross);
     EXPECT_TRUE(desktop.shows(1, 0));
@@ -81,7 +99,7 @@ TEST_P(BannerStack, secondAlertOfASessionKeepsTheOneBannerAtItsPlace) {
     ASSERT_TRUE(desktop.shows(1, 0));
     const std::vector<Banner> before = desktop.screen().banners();
     desktop.claude("Notification-idle_prompt", "a", "shop");
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop.inbox().empty(); }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));
     EXPECT_TRUE(desktop.shows(1, 0));
     EXPECT_EQ(desktop.screen().banners(), before);
 }
@@ -137,28 +155,47 @@ TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersHaveGone) {
     EXPECT_NE(desktop.screen().screen().differences(before, 0), 0U);
     desktop.claude("PostToolUse-Bash", "a", "shop");
     ASSERT_TRUE(desktop.shows(0, 0));
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
 }
 
 TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
-    desktop.codex("codex-tui", "shop");
-    ASSERT_TRUE(desktop.shows(1, 1));
     const auto haveShadows = [&](bool wanted) {
-        return waitUntil(5s, [&] {
-            const std::vector<Banner> banners = desktop.screen().banners();
-            return std::ranges::all_of(banners, [&](const Banner& b) { return b.hasShadow == wanted; });
-        });
+        const std::vector<Banner> banners = desktop.screen().banners();
+        return std::ranges::all_of(banners, [&](const Banner& b) { return b.hasShadow == wanted; });
+    };
+    const auto setCompositor = [&](bool isThere) {
+        if (isThere) {
+            desktop.startCompositor();
+        } else {
+            desktop.stopCompositor();
+        }
+    };
+    // Both visible banners must follow. Where that takes longer than the six seconds of the done banner, the
+    // change is made again.
+    const auto follow = [&](bool isThere) {
+        constexpr int mostAttempts = 4;
+        for (int attempt = 0; attempt < mostAttempts && desktop.shows(1, 0); ++attempt) {
+            const auto end = std::chrono::steady_clock::now() + 6s;
+            const auto left = [&end] {
+                return std::chrono::duration_cast<std::chrono::milliseconds>(
+                    end - std::chrono::steady_clock::now());
+            };
+            desktop.codex("codex-tui", "shop");
+            const bool areShown = desktop.shows(1, 1);
+            setCompositor(isThere);
+            if (areShown && waitUntil(left(), [&] { return haveShadows(isThere); }) &&
+                desktop.shows(1, 1, left()))
+                return true;
+            setCompositor(!isThere);
+        }
+        return false;
     };
     if (GetParam() == Compositor::none) {
-        desktop.startCompositor();
-        EXPECT_TRUE(haveShadows(true));
-        EXPECT_TRUE(desktop.shows(1, 1));
+        EXPECT_TRUE(follow(true));
     }
-    desktop.stopCompositor();
-    EXPECT_TRUE(haveShadows(false));
-    EXPECT_TRUE(desktop.shows(1, 1));
+    EXPECT_TRUE(follow(false));
     const Picture screen = desktop.screen().screen();
     for (const Banner& banner : desktop.screen().banners()) {
         const Rect corner{banner.card.x, banner.card.y, 2, 2};
@@ -181,9 +218,9 @@ TEST(BannerUnderTwm, isInFrontAgainSoonAfterAWindowWasRaisedOverIt) {
     const auto raising =
         desktop.run({"xdotool", "search", "--onlyvisible", "--class", "xterm", "windowraise"}, "raise");
     ASSERT_EQ(raising->wait(20s), 0);
-    ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
     desktop.application().signal(SIGCONT);
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, BannerStack, testing::Values(Compositor::none, Compositor::picom),

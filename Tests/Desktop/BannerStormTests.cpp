@@ -47,7 +47,7 @@ TEST_P(BannerStorm, hundredAlertsInOneSecondLeaveTheThreeNewestInOrder) {
 
     ASSERT_TRUE(desktop.shows(maxBanners, 0, 10s));
     EXPECT_TRUE(desktop.inbox().empty());
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().windowCount() == maxBanners; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().windowCount() == maxBanners; }));
     const Picture screen = desktop.screen().screen();
     const std::vector<Banner> banners = desktop.screen().banners();
     for (std::size_t i = 0; i < banners.size(); ++i) {
@@ -61,7 +61,7 @@ TEST_P(BannerStorm, hundredAlertsInOneSecondLeaveTheThreeNewestInOrder) {
     }
     EXPECT_TRUE(desktop.shows(0, 0));
     EXPECT_EQ(desktop.screen().windowCount(), 0U);
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
 }
 
 TEST_P(BannerStorm, alertsThatComeAsFastAsTheHookCanLeaveThreeBannersAndNoOtherWindow) {
@@ -70,7 +70,7 @@ TEST_P(BannerStorm, alertsThatComeAsFastAsTheHookCanLeaveThreeBannersAndNoOtherW
         desktop.claude("Notification-permission_prompt", "session" + std::to_string(i), "shop");
     EXPECT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));
     EXPECT_TRUE(desktop.shows(maxBanners, 0));
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().windowCount() == maxBanners; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().windowCount() == maxBanners; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, BannerStorm, testing::Values(Compositor::none, Compositor::picom),

@@ -37,7 +37,7 @@ TEST_F(BannerWindow, isInFrontAgainWhenAnotherWindowBecomesActiveAfterOneCovered
     desktop.startApplication();
     raiseBanner();
     desktop.screen().cover(desktop.screen().banners().front().frame);
-    ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
     desktop.startTerminal(false, "40x5+100+600");
     EXPECT_TRUE(desktop.shows(1, 0));
 }
@@ -47,7 +47,7 @@ TEST_F(BannerWindow, leavesAWindowThatWasRaisedOverItOnTop) {
     desktop.startApplication();
     raiseBanner();
     desktop.screen().cover(desktop.screen().screenArea());
-    ASSERT_TRUE(waitUntil(5s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return screenFault(desktop.screen(), 1, 0).has_value(); }));
     constexpr auto twoPasses = 2100ms;
     EXPECT_FALSE(waitUntil(twoPasses, [&] { return !screenFault(desktop.screen(), 1, 0).has_value(); }));
 }
@@ -90,7 +90,7 @@ class BannerOverATerminal : public BannerWindow {
 
     testing::AssertionResult clickReachesTheTerminal(Rect area) {
         desktop.click(area);
-        if (waitUntil(5s, [&] { return desktop.screen().activeWindow() == terminal; }))
+        if (waitUntil(10s, [&] { return desktop.screen().activeWindow() == terminal; }))
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << "the terminal did not become active";
     }
@@ -110,19 +110,26 @@ TEST_F(BannerOverATerminal, clickOnTheShadowReachesTheWindowBelow) {
 }
 
 TEST_F(BannerOverATerminal, clickOnACardThatFadesAwayReachesTheWindowBelow) {
-    raiseBanner();
-    const Rect card = desktop.screen().banners().front().card;
-    const auto outline = [&] { return desktop.screen().screen({card.middleX(), card.y, 1, 1}).at(0, 0); };
-    const Color full = outline();
-    desktop.claude("PostToolUse-Bash", "a", "shop");
-    // Stopped while it fades, so that the click hits the window that is still on the screen.
-    const bool hasBegun = waitUntil(5s, [&] { return !outline().isNear(full, 40); });
-    desktop.application().signal(SIGSTOP);
-    EXPECT_TRUE(hasBegun);
-    ASSERT_EQ(desktop.screen().banners().size(), 1U) << "it had gone already";
-    EXPECT_TRUE(clickReachesTheTerminal(primaryButton(desktop.screen().banners().front())));
-    desktop.application().signal(SIGCONT);
-    EXPECT_TRUE(desktop.shows(0, 0));
+    // Stopped while it fades, so that the click hits the window that is still on the screen. A busy machine
+    // may miss the fifth of a second that this takes; the next banner fades as well.
+    constexpr int mostAttempts = 12;
+    bool isFading = false;
+    for (int attempt = 0; !isFading && attempt < mostAttempts; ++attempt) {
+        ASSERT_NO_FATAL_FAILURE(raiseBanner());
+        const Rect card = desktop.screen().banners().front().card;
+        const auto outline = [&] { return desktop.screen().screen({card.middleX(), card.y, 1, 1}).at(0, 0); };
+        const Color full = outline();
+        desktop.claude("PostToolUse-Bash", "a", "shop");
+        EXPECT_TRUE(waitUntil(10s, [&] { return !outline().isNear(full, 40); }));
+        desktop.application().signal(SIGSTOP);
+        isFading = desktop.screen().banners().size() == 1;
+        if (isFading) {
+            EXPECT_TRUE(clickReachesTheTerminal(primaryButton(desktop.screen().banners().front())));
+        }
+        desktop.application().signal(SIGCONT);
+        EXPECT_TRUE(desktop.shows(0, 0));
+    }
+    EXPECT_TRUE(isFading) << "it had always gone already";
 }
 
 } // namespace

@@ -88,12 +88,12 @@ TEST_P(ScreenLock, nothingShowsAboveTheLocker) {
     kill(-locker->id(), SIGSTOP);
     const LeakWatch watch(desktop.display(), bannerRow());
     alert("b");
-    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 2; }));
+    EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() == 2; }));
     // A window that opens: the active one changes.
     const auto terminal = desktop.run({"xterm", "-geometry", "20x5+100+500", "-e", "cat"}, "xterm");
     EXPECT_TRUE(waitUntil(10s, [this] { return !desktop.screen().managedWindows("xterm").empty(); }));
     desktop.codex("codex-tui", "c");
-    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 3; }));
+    EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() == 3; }));
     waitUntil(1500ms, [] { return false; });
     EXPECT_GT(watch.looks(), 100);
     EXPECT_EQ(watch.leaks(), 0) << "of " << watch.looks();
@@ -104,7 +104,7 @@ TEST_P(ScreenLock, theBannersAreThereOnceItIsUnlocked) {
     desktop.startApplication();
     lock();
     alert("a");
-    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    ASSERT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() == 1; }));
     locker.reset();
     EXPECT_TRUE(desktop.shows(1, 0));
 }

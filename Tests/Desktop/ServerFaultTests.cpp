@@ -3,6 +3,7 @@
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/LoopWatch.h"
+#include "Desktop/Support/Starvation.h"
 
 #include <gtest/gtest.h>
 
@@ -31,7 +32,7 @@ class ServerFault : public testing::Test {
     void startApplication() {
         desktop.startApplication(
             {"LD_PRELOAD=" CORVANE_LOOP_WATCH_LIBRARY, "CORVANE_LOOP_WATCH=" + heartbeat.string()});
-        ASSERT_TRUE(waitUntil(5s, [this] { return record().waits > 1; })) << "the heartbeat is not felt";
+        ASSERT_TRUE(waitUntil(10s, [this] { return record().waits > 1; })) << "the heartbeat is not felt";
         forgetSleep(); // the start may wait for replies
     }
 
@@ -54,11 +55,13 @@ class ServerFault : public testing::Test {
     /// longer than a tenth of a second.
     [[nodiscard]] testing::AssertionResult isResponsive(std::chrono::milliseconds duration = 2500ms) {
         const std::int64_t before = record().waits;
+        const auto runs = [&] { return record().waits - before; };
+        const Starvation starvationOfAll(desktop.painters());
         std::this_thread::sleep_for(duration);
+        if (!holdsWithin(duration, starvationOfAll, [&] { return runs() >= duration / 1s; }))
+            return testing::AssertionFailure() << "the loop ran " << runs() << " times";
         const LoopWatchRecord seen = record();
         const auto sleep = std::chrono::nanoseconds(std::int64_t{seen.longestSleep});
-        if (seen.waits - before < duration / 1s)
-            return testing::AssertionFailure() << "the loop ran " << seen.waits - before << " times";
         // On a busy machine the X server, or a client that has grabbed it, waits for a processor, and the
         // main thread for the server's replies.
         const auto excuse = std::clamp<std::chrono::nanoseconds>(starvation() - starved, 0ms, 900ms);
@@ -95,14 +98,14 @@ class ServerFault : public testing::Test {
             const auto probe = desktop.run({"xrandr", "--listmonitors"}, "probe");
             if (probe->wait(2s)) return;
             client.signal(SIGCONT);
-            probe->wait(5s);
+            probe->wait(10s);
             forgetSleep(); // the application has waited for the server as well
         }
         FAIL() << "the X server is grabbed at every attempt";
     }
 
     [[nodiscard]] bool isDrained() {
-        return waitUntil(5s, [this] { return desktop.inbox().empty(); });
+        return waitUntil(10s, [this] { return desktop.inbox().empty(); });
     }
 
     DesktopSession desktop;
@@ -115,10 +118,14 @@ TEST_F(ServerFault, theHeartbeatMissesWhileTheXServerHangsAndABannerIsToBeShown)
     ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::x).signal(SIGSTOP);
     alert("a");
-    std::this_thread::sleep_for(2500ms);
-    desktop.server(Server::x).signal(SIGCONT);
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
     // Nothing can be shown without the server, and every toolkit waits for it.
+    int looks = 0;
+    EXPECT_TRUE(waitUntil(10s, [&] {
+        looks = record().isWaiting == 0 ? looks + 1 : 0;
+        return looks == 30;
+    }));
+    desktop.server(Server::x).signal(SIGCONT);
+    EXPECT_TRUE(desktop.shows(1, 0));
     EXPECT_GT(std::chrono::nanoseconds(std::int64_t{record().longestSleep}), 100ms);
 }
 
@@ -130,16 +137,16 @@ TEST_F(ServerFault, anXServerThatHangsIsNotWaitedForWhileNothingIsToBeShown) {
     EXPECT_TRUE(isResponsive());
     desktop.server(Server::x).signal(SIGCONT);
     alert("a");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
 }
 
 TEST_F(ServerFault, losingTheXServerIsACleanExit) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
-    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    ASSERT_TRUE(desktop.shows(1, 0));
     // Killed, the server would leave its socket behind.
     desktop.server(Server::x).signal(SIGTERM);
-    const std::optional<int> status = desktop.application().wait(5s);
+    const std::optional<int> status = desktop.application().wait(10s);
     ASSERT_TRUE(status.has_value());
     EXPECT_LT(*status, 128) << "killed by signal " << *status - 128;
 }
@@ -148,9 +155,9 @@ TEST_F(ServerFault, aSessionBusThatHangsIsNotWaitedFor) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::bus).signal(SIGSTOP);
     alert("a");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
     answer("a");
-    EXPECT_TRUE(desktop.shows(0, 0, 5s));
+    EXPECT_TRUE(desktop.shows(0, 0));
     EXPECT_TRUE(isResponsive());
     desktop.server(Server::bus).signal(SIGCONT);
     // A second start finds the first by the bus.
@@ -164,7 +171,7 @@ TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHangsAtTheStart) {
     desktop.server(Server::bus).signal(SIGSTOP);
     ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
     EXPECT_TRUE(isResponsive(1500ms));
     desktop.server(Server::bus).signal(SIGCONT);
     EXPECT_TRUE(isResponsive(1500ms));
@@ -174,10 +181,10 @@ TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHasDied) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     desktop.server(Server::bus).signal(SIGKILL);
     alert("a");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
     desktop.restartBus();
     alert("b");
-    EXPECT_TRUE(desktop.shows(2, 0, 5s));
+    EXPECT_TRUE(desktop.shows(2, 0));
     EXPECT_TRUE(isResponsive());
     EXPECT_TRUE(desktop.application().isRunning());
 }
@@ -186,30 +193,34 @@ TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     ASSERT_NO_FATAL_FAILURE(hang(desktop.server(Server::windowManager)));
     alert("a");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
     desktop.server(Server::windowManager).signal(SIGCONT);
     desktop.server(Server::windowManager).signal(SIGKILL);
     alert("b");
-    EXPECT_TRUE(desktop.shows(2, 0, 5s));
+    EXPECT_TRUE(desktop.shows(2, 0));
     EXPECT_TRUE(isResponsive());
     const auto another = desktop.run({"openbox", "--sm-disable"}, "openbox");
     ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().windowManagerResponds(1s); }));
     const std::uint32_t terminal = desktop.startTerminal();
-    for (const Banner& banner : desktop.screen().banners())
-        EXPECT_TRUE(desktop.screen().isAbove(banner.window, terminal));
+    EXPECT_TRUE(waitUntil(10s, [&] {
+        const std::vector<Banner> banners = desktop.screen().banners();
+        return banners.size() == 2 && std::ranges::all_of(banners, [&](const Banner& banner) {
+                   return desktop.screen().isAbove(banner.window, terminal);
+               });
+    }));
 }
 
 TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     ASSERT_NO_FATAL_FAILURE(hang(desktop.compositor()));
     alert("a");
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().banners().size() == 1; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().banners().size() == 1; }));
     answer("a");
     EXPECT_TRUE(isResponsive());
     desktop.compositor().signal(SIGCONT);
-    EXPECT_TRUE(desktop.shows(0, 0, 5s));
+    EXPECT_TRUE(desktop.shows(0, 0));
     alert("b");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
 }
 
 TEST_F(ServerFault, aTrayThatHangsOrDiesIsNotWaitedForAndAnotherIsUsed) {
@@ -220,10 +231,10 @@ TEST_F(ServerFault, aTrayThatHangsOrDiesIsNotWaitedForAndAnotherIsUsed) {
     ASSERT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
     ASSERT_NO_FATAL_FAILURE(hang(*first));
     alert("a"); // changes the icon
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
     EXPECT_TRUE(isResponsive());
     first->signal(SIGKILL);
-    first->wait(5s);
+    first->wait(10s);
     EXPECT_TRUE(isResponsive(1500ms));
     const auto second = tray();
     EXPECT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
@@ -239,7 +250,7 @@ TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
     portal->signal(SIGSTOP);
     ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
-    EXPECT_TRUE(desktop.shows(1, 0, 5s));
+    EXPECT_TRUE(desktop.shows(1, 0));
     EXPECT_TRUE(isResponsive(1500ms));
     portal->signal(SIGCONT);
     EXPECT_TRUE(isResponsive(1500ms));
@@ -248,20 +259,20 @@ TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
 TEST_F(ServerFault, aScreenThatIsTurnedOffAndOnAgainShowsTheBannersThatStand) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
-    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    ASSERT_TRUE(desktop.shows(1, 0));
     // Fails in the end, since the server's screen cannot have no size; by then the monitor is off.
     EXPECT_NE(desktop.run({"xrandr", "--output", "screen", "--off"}, "xrandr")->wait(10s), std::nullopt);
     alert("b");
     EXPECT_TRUE(isDrained());
     EXPECT_TRUE(isResponsive(1500ms));
     EXPECT_EQ(desktop.run({"xrandr", "--output", "screen", "--auto"}, "xrandr")->wait(10s), 0);
-    EXPECT_TRUE(desktop.shows(2, 0, 5s));
+    EXPECT_TRUE(desktop.shows(2, 0));
 }
 
 TEST_F(ServerFault, bannersFollowAScreenThatChangesItsSize) {
     ASSERT_NO_FATAL_FAILURE(startApplication());
     alert("a");
-    ASSERT_TRUE(desktop.shows(1, 0, 5s));
+    ASSERT_TRUE(desktop.shows(1, 0));
     const std::vector<std::vector<std::string>> changes{
         {"--newmode", "small", "63.5", "1024", "1072", "1176", "1328", "768", "771", "775", "798"},
         {"--addmode", "screen", "small"},

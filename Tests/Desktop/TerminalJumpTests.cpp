@@ -63,6 +63,17 @@ class TerminalJump : public testing::TestWithParam<std::string> {
     std::uint32_t openXfceTerminal(const std::string& shellCommand) {
         return open("xfce4-terminal", {"xfce4-terminal", "-x", "sh", "-c", shellCommand});
     }
+    /// A terminal may show its window before the shell in it has got to the agent.
+    void awaitAgents(std::size_t count) {
+        ASSERT_TRUE(waitUntil(20s, [&] { return desktop.running("claude") == count; }));
+    }
+    /// The same of the client of a tmux session.
+    void awaitClient(const std::string& session) {
+        const std::string clients = "tmux -S \"$HOME/tmux\" list-clients -t " + session + " | grep -q /dev/";
+        ASSERT_TRUE(waitUntil(20s, [&] {
+            return desktop.run({"sh", "-c", clients}, "program")->wait(20s) == 0;
+        }));
+    }
     /// A window without an agent, on top of the others.
     std::uint32_t openOther() { return openXterm("exec cat"); }
 
@@ -72,14 +83,14 @@ class TerminalJump : public testing::TestWithParam<std::string> {
 
     void leaveWorkspace(std::uint32_t window) {
         desktop.screen().requestWorkspace(1);
-        ASSERT_TRUE(waitUntil(5s, [&] {
+        ASSERT_TRUE(waitUntil(10s, [&] {
             return desktop.screen().currentWorkspace() == 1 && desktop.screen().activeWindow() != window;
         }));
     }
 
     void minimize(std::uint32_t window) {
         desktop.screen().requestMinimized(window);
-        ASSERT_TRUE(waitUntil(5s, [&] { return desktop.screen().isMinimized(window); }));
+        ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().isMinimized(window); }));
     }
 
     /// A session of this project, in a terminal with `program` as its TERM_PROGRAM, waits for the user, who
@@ -93,7 +104,9 @@ class TerminalJump : public testing::TestWithParam<std::string> {
     }
 
     [[nodiscard]] bool becomesActive(std::uint32_t window) {
-        return waitUntil(5s, [&] { return desktop.screen().activeWindow() == window; });
+        return waitUntil(10s, [&] {
+            return desktop.screen().activeWindow() == window && desktop.screen().hasFocus(window);
+        });
     }
 
     /// Types a line, and waits until the agent has read it.
@@ -101,7 +114,7 @@ class TerminalJump : public testing::TestWithParam<std::string> {
         EXPECT_EQ(desktop.type(line + "\n", 20ms)->wait(20s), 0);
         expected += line;
         const auto typed = [this] { return fileBytes(desktop.home() / "typed").value_or(""); };
-        EXPECT_TRUE(waitUntil(5s, [&] { return typed() == expected; })) << typed();
+        EXPECT_TRUE(waitUntil(10s, [&] { return typed() == expected; })) << typed();
     }
 
     DesktopSession desktop{GetParam(), Compositor::none};
@@ -112,6 +125,7 @@ class TerminalJump : public testing::TestWithParam<std::string> {
 
 TEST_P(TerminalJump, findsTheXtermOfTheAgentElsewhereAndMinimized) {
     const std::uint32_t terminal = openXterm("cd shop && exec ../bin/claude");
+    awaitAgents(1);
     openOther();
     leaveWorkspace(terminal);
     goToTerminal("shop");
@@ -123,7 +137,7 @@ TEST_P(TerminalJump, findsTheXtermOfTheAgentElsewhereAndMinimized) {
     minimize(terminal);
     goToTerminal("shop");
     EXPECT_TRUE(becomesActive(terminal));
-    EXPECT_TRUE(waitUntil(5s, [&] { return !desktop.screen().isMinimized(terminal); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return !desktop.screen().isMinimized(terminal); }));
     expectAgentToRead("minimized");
 }
 
@@ -131,6 +145,7 @@ TEST_P(TerminalJump, tellsApartTheWindowsOfATerminalThatHasOneProcessForAll) {
     const std::uint32_t shop = openXfceTerminal("cd shop && exec ../bin/claude");
     const std::uint32_t blog = openXfceTerminal("cd blog && exec ../bin/claude");
     EXPECT_EQ(programs.back()->wait(10s), 0) << "the second window belongs to the first process";
+    awaitAgents(2);
     goToTerminal("shop");
     EXPECT_TRUE(becomesActive(shop));
     goToTerminal("blog");
@@ -148,6 +163,7 @@ TEST_P(TerminalJump, tellsApartTheWindowsOfATerminalThatHasOneProcessForAll) {
 TEST_P(TerminalJump, takesTheTopmostWindowOfATerminalThatTellsItsProgramsNone) {
     openXfceTerminal("exec cat");
     const std::uint32_t terminal = openXfceTerminal("cd shop && unset WINDOWID && exec ../bin/claude");
+    awaitAgents(1);
     openOther();
     goToTerminal("shop");
     EXPECT_TRUE(becomesActive(terminal));
@@ -161,6 +177,11 @@ TEST_P(TerminalJump, titlesTellApartTheWindowsOfATerminalThatTellsItsProgramsNon
     };
     const std::uint32_t shop = openTitled("shop", "you@host: ~/shop");
     const std::uint32_t blog = openTitled("blog", "you@host: ~/blog");
+    awaitAgents(2);
+    for (const auto& [window, title] : {std::pair(shop, "~/shop"), std::pair(blog, "~/blog")}) {
+        ASSERT_TRUE(
+            waitUntil(20s, [&] { return desktop.screen().title(window).find(title) != std::string::npos; }));
+    }
     openOther();
     goToTerminal("shop");
     EXPECT_TRUE(becomesActive(shop));
@@ -177,6 +198,8 @@ TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
     run({"tmux", "-S", tmuxSocket, "new-session", "-d", "-s", "work", "cd shop && exec ../bin/claude"},
         {"WINDOWID=" + std::to_string(stale)});
     const std::uint32_t terminal = openXterm("exec tmux -S \"$HOME/tmux\" attach -t work");
+    awaitAgents(1);
+    awaitClient("work");
     openOther();
     leaveWorkspace(terminal);
     goToTerminal("shop");
@@ -191,6 +214,7 @@ TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
 TEST_P(TerminalJump, aNameThatMatchesNoWindowLeadsToTheAgentsOwn) {
     // Like a fork of an editor that reports its parent's name.
     const std::uint32_t terminal = openXterm("cd shop && TERM_PROGRAM=vscode exec ../bin/claude");
+    awaitAgents(1);
     openOther();
     goToTerminal("shop", "vscode");
     EXPECT_TRUE(becomesActive(terminal));
@@ -205,6 +229,7 @@ TEST_P(TerminalJump, ofTheWindowsOfTheNamedTerminalTheAgentsOwnIsTaken) {
     const std::uint32_t terminal = openNamed("cd shop && TERM_PROGRAM=ghostty exec ../bin/claude");
     // Another agent in the same folder, in a terminal of another name, and a window of the same name on top.
     openXterm("cd shop && TERM_PROGRAM=WezTerm exec ../bin/claude");
+    awaitAgents(2);
     openNamed("exec cat");
     openOther();
     goToTerminal("shop", "ghostty");
@@ -224,6 +249,8 @@ TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
     run({"tmux", "-S", tmuxSocket, "new-window", "-t", "work", "exec cat"});
     run({"tmux", "-S", tmuxSocket, "new-session", "-d", "-s", "other", "exec cat"});
     const std::uint32_t terminal = openXterm("exec tmux -S \"$HOME/tmux\" attach -t work");
+    awaitAgents(1);
+    awaitClient("work");
     openOther();
     goToTerminal("shop", "tmux");
     EXPECT_TRUE(becomesActive(terminal));
@@ -231,7 +258,7 @@ TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
 
     // The only client now shows another session.
     run({"tmux", "-S", tmuxSocket, "switch-client", "-t", "other"});
-    run({"sh", "-c", "tmux -S \"$HOME/tmux\" list-clients -t other | grep -q /dev/"});
+    awaitClient("other");
     openOther();
     goToTerminal("shop", "tmux");
     EXPECT_TRUE(becomesActive(terminal));
@@ -241,6 +268,7 @@ TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
 TEST_P(TerminalJump, theBannerGoesWithAnAgentThatIsKilledWhileItWaits) {
     openXterm("cd shop && exec ../bin/claude");
     openXterm("cd blog && exec ../bin/claude");
+    awaitAgents(2);
     desktop.claude("Notification-permission_prompt", "shop", "shop", {"TERM_PROGRAM="});
     desktop.claude("Notification-permission_prompt", "blog", "blog", {"TERM_PROGRAM="});
     ASSERT_TRUE(desktop.shows(2, 0));
@@ -255,20 +283,29 @@ TEST_P(TerminalJump, withoutARunningAgentOnlyACardSaysSoForFourSeconds) {
     // Same folder, other program; same program, other folder.
     leaveWorkspace(openXterm("cd shop && exec cat"));
     const std::uint32_t active = desktop.screen().activeWindow();
-    goToTerminal("shop");
     const auto notices = [&] { return desktop.screen().menus(); };
-    ASSERT_TRUE(waitUntil(5s, [&] { return notices().size() == 1; }));
     const Rect screen = desktop.screen().workArea();
     // The window has margins for the card's shadow where windows are blended.
     const bool hasShadow = desktop.screen().isComposited();
     const Rect card{screen.x + (screen.width - 440) / 2, screen.y + 8, 440, 64};
     const Rect notice = hasShadow ? Rect{card.x - 24, card.y - 16, card.width + 48, card.height + 48} : card;
-    EXPECT_TRUE(waitUntil(5s, [&] { return notices() == std::vector<Rect>{notice}; }));
+    // A busy machine may miss its four seconds, which begin after `before`.
+    using Clock = std::chrono::steady_clock;
+    constexpr int mostAttempts = 3;
+    bool isThere = false;
+    Clock::time_point before;
+    for (int attempt = 0; !isThere && attempt < mostAttempts; ++attempt) {
+        before = Clock::now();
+        goToTerminal("shop");
+        isThere = waitUntil(4s, [&] { return notices() == std::vector<Rect>{notice}; });
+    }
+    EXPECT_TRUE(isThere);
     EXPECT_FALSE(waitUntil(1s, [&] {
         return desktop.screen().activeWindow() != active || desktop.screen().currentWorkspace() != 1;
     }));
-    EXPECT_EQ(notices().size(), 1U);
-    EXPECT_TRUE(waitUntil(5s, [&] { return notices().empty(); }));
+    const std::size_t count = notices().size();
+    EXPECT_TRUE(count == 1 || Clock::now() - before >= 4s) << count;
+    EXPECT_TRUE(waitUntil(10s, [&] { return notices().empty(); }));
     EXPECT_EQ(desktop.screen().activeWindow(), active);
     EXPECT_NE(active, other);
     EXPECT_TRUE(desktop.application().isRunning());

@@ -53,9 +53,9 @@ class WaylandSession : public testing::Test {
     void goToTerminal(const std::string& project) {
         desktop->pointAway();
         alert(project);
-        ASSERT_TRUE(waitUntil(5s, [&] { return desktop->screen().banners().size() == 1; }));
+        ASSERT_TRUE(waitUntil(10s, [&] { return desktop->screen().banners().size() == 1; }));
         desktop->click(primaryButton(desktop->screen().banners().front()));
-        EXPECT_TRUE(waitUntil(5s, [&] { return desktop->screen().banners().empty(); }));
+        EXPECT_TRUE(waitUntil(10s, [&] { return desktop->screen().banners().empty(); }));
     }
 
     std::unique_ptr<DesktopSession> desktop;
@@ -128,13 +128,14 @@ class Sway : public WaylandSession {
 TEST_F(Sway, theJumpLeadsToTheNativeTerminalOfTheAgentOnItsWorkspace) {
     const ChildProcess& shop = openFoot("cd shop && exec ../bin/claude");
     const ChildProcess& blog = openFoot("cd blog && exec ../bin/claude");
+    ASSERT_TRUE(waitUntil(20s, [&] { return desktop->running("claude") == 2; }));
     command("workspace 2");
     openFoot("exec cat");
     goToTerminal("shop");
-    EXPECT_TRUE(waitUntil(5s, [&] { return focused() == shop.id(); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return focused() == shop.id(); }));
     EXPECT_EQ(workspace(), "1");
     goToTerminal("blog");
-    EXPECT_TRUE(waitUntil(5s, [&] { return focused() == blog.id(); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return focused() == blog.id(); }));
     EXPECT_EQ(desktop->applicationOutput(), "");
 }
 
@@ -147,7 +148,7 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfTheOutputWithTheFocus) {
     ASSERT_TRUE(waitUntil(10s, [&] { return freeTop() > 0; })) << "there is to be a bar";
     const int barHeight = freeTop();
     alert("shop");
-    EXPECT_TRUE(waitUntil(5s, [&] { return cards() == std::vector<Rect>{place(0, 1280, barHeight)}; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return cards() == std::vector<Rect>{place(0, 1280, barHeight)}; }));
 
     command("create_output");
     command("output HEADLESS-2 resolution 1000x700 position 1280 0");
@@ -155,24 +156,24 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfTheOutputWithTheFocus) {
     ASSERT_TRUE(waitUntil(10s, [&] { return freeTop("HEADLESS-2") == barHeight; }));
     alert("blog");
     const Rect second = place(1280, 1000, barHeight);
-    EXPECT_TRUE(waitUntil(5s, [&] { return !cards().empty() && cards()[0] == second; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return !cards().empty() && cards()[0] == second; }));
 
     // The bar goes while banners are shown; the next one finds the free place.
     command("bar bar-0 mode invisible");
     ASSERT_TRUE(waitUntil(10s, [&] { return freeTop("HEADLESS-2") == 0; }));
     alert("third");
-    EXPECT_TRUE(waitUntil(5s, [&] { return !cards().empty() && cards()[0] == place(1280, 1000, 0); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return !cards().empty() && cards()[0] == place(1280, 1000, 0); }));
 }
 
 TEST_F(Sway, bannersKeepClearOfTheBarOfAScaledOutput) {
     command("output HEADLESS-1 scale 1.5");
     const auto screen = [this] { return XObserver(desktop->display()).screenArea(); };
-    ASSERT_TRUE(waitUntil(5s, [&] { return screen().width < 1280; }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return screen().width < 1280; }));
     // The bar's height in logical pixels does not depend on the scale.
     ASSERT_TRUE(waitUntil(10s, [&] { return freeTop() > 0; }));
     const int barHeight = freeTop();
     alert("shop");
-    EXPECT_TRUE(waitUntil(5s, [&] { return cards().size() == 1 && cards()[0].y == barHeight + 8; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return cards().size() == 1 && cards()[0].y == barHeight + 8; }));
     // Until 22, XWayland rounded the width of a mode down to a multiple of 8.
     const int width = screen().width;
     EXPECT_THAT(cards().at(0).middleX(), testing::AnyOf((width - width % 8) / 2, width / 2));
@@ -181,8 +182,8 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfAScaledOutput) {
 TEST_F(Sway, aJumpThatFindsNothingShowsACard) {
     ChildProcess& other = openFoot("exec cat");
     goToTerminal("shop");
-    ASSERT_TRUE(waitUntil(5s, [&] { return desktop->screen().menus().size() == 1; }));
-    EXPECT_TRUE(waitUntil(6s, [&] { return desktop->screen().menus().empty(); }));
+    ASSERT_TRUE(waitUntil(10s, [&] { return desktop->screen().menus().size() == 1; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop->screen().menus().empty(); }));
     EXPECT_EQ(focused(), other.id());
 }
 
@@ -214,7 +215,7 @@ class WaylandKWin : public WaylandSession {
                   0);
         std::string output;
         std::size_t at = std::string::npos;
-        EXPECT_TRUE(waitUntil(5s, [&] {
+        EXPECT_TRUE(waitUntil(10s, [&] {
             output = desktop->windowManagerOutput();
             at = output.find(mark);
             return at != std::string::npos && output.find(';', at) != std::string::npos;
@@ -238,11 +239,12 @@ TEST_F(WaylandKWin, theJumpLeadsToTheNativeTerminalOfTheAgent) {
     const std::string folder = desktop->home().string();
     const ChildProcess& shop = openTerminal("cd " + folder + "/shop && exec ../bin/claude");
     const ChildProcess& blog = openTerminal("cd " + folder + "/blog && exec ../bin/claude");
+    ASSERT_TRUE(waitUntil(20s, [&] { return desktop->running("claude") == 2; }));
     openTerminal("exec cat");
     goToTerminal("shop");
-    EXPECT_TRUE(waitUntil(5s, [&] { return active() == shop.id(); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return active() == shop.id(); }));
     goToTerminal("blog");
-    EXPECT_TRUE(waitUntil(5s, [&] { return active() == blog.id(); }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return active() == blog.id(); }));
     EXPECT_EQ(desktop->applicationOutput(), "");
 }
 

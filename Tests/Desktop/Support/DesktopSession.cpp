@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <unistd.h>
@@ -93,6 +94,7 @@ DesktopSession::~DesktopSession() {
             ADD_FAILURE() << "no picture of the failure: " << error.what();
         }
     }
+    if (testing::Test::HasFailure()) reportLogs();
     recordUsedFiles(leftOver());
     stopApplication();
     compositor_.reset();
@@ -110,6 +112,18 @@ DesktopSession::~DesktopSession() {
         ADD_FAILURE() << "process " << process << " is left: "
                       << fileBytes(fs::path("/proc") / std::to_string(process) / "comm").value_or("");
         kill(process, SIGKILL);
+    }
+}
+
+// What the programs have printed is lost with the scratch folder.
+void DesktopSession::reportLogs() const {
+    constexpr std::size_t mostBytes = 4000;
+    for (const auto& entry : fs::directory_iterator(scratch_.path())) {
+        if (entry.path().extension() != ".log") continue;
+        const std::string text = fileBytes(entry.path()).value_or("");
+        if (text.empty()) continue;
+        std::cout << "--- " << entry.path().filename().string() << "\n"
+                  << text.substr(text.size() - std::min(text.size(), mostBytes)) << std::endl;
     }
 }
 

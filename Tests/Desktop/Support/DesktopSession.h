@@ -142,6 +142,7 @@ class DesktopSession {
     void stopSway();
     void startWindowManager(const std::string& name, Compositor compositor);
     void stopApplication();
+    void reportLogs() const;
     void runHook(const std::vector<std::string>& arguments, const std::string& input,
                  std::string_view project, const std::vector<std::string>& variables);
     [[nodiscard]] std::vector<pid_t> leftOver() const;

@@ -347,6 +347,10 @@ std::vector<std::uint32_t> XObserver::iconSides(std::uint32_t window) const {
     return sides;
 }
 
+std::string XObserver::title(std::uint32_t window) const {
+    return property(window, "_NET_WM_NAME");
+}
+
 std::string XObserver::windowClass(std::uint32_t window) const {
     // The program's name and the class, each ended by a zero byte.
     const std::string names = property(window, "WM_CLASS");

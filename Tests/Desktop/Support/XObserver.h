@@ -6,7 +6,6 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -112,6 +111,7 @@ class XObserver {
 
     /// The sizes of the icons that a window provides for window lists, in pixels.
     [[nodiscard]] std::vector<std::uint32_t> iconSides(std::uint32_t window) const;
+    [[nodiscard]] std::string title(std::uint32_t window) const;
     /// The class by which desktops find a window's desktop entry.
     [[nodiscard]] std::string windowClass(std::uint32_t window) const;
 

@@ -31,7 +31,7 @@ class BareDesktop : public testing::TestWithParam<std::string> {
     }
 
     static bool eventually(const std::function<bool()>& condition) {
-        return waitUntil(10s, [&] {
+        return waitUntil(20s, [&] {
             QCoreApplication::processEvents();
             return condition();
         });

@@ -32,7 +32,7 @@ class CoveredWindow : public testing::TestWithParam<std::string> {
     [[nodiscard]] static bool tellsActiveWindow() { return GetParam() != "twm"; }
 
     bool eventually(const std::function<bool()>& condition) {
-        return waitUntil(10s, [&] {
+        return waitUntil(20s, [&] {
             QCoreApplication::processEvents();
             return condition();
         });

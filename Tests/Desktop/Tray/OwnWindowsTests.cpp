@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,9 +34,9 @@ class OwnWindows : public testing::Test {
         desktop.startApplication();
         ASSERT_TRUE(hasIcon());
         desktop.claude("Notification-permission_prompt", "a", "shop");
-        ASSERT_TRUE(waitUntil(5s, [this] { return desktop.inbox().empty(); }));
+        ASSERT_TRUE(waitUntil(10s, [this] { return desktop.inbox().empty(); }));
         desktop.claude("Notification-permission_prompt", "b", "shop");
-        ASSERT_TRUE(desktop.shows(2, 0, 5s));
+        ASSERT_TRUE(desktop.shows(2, 0));
         before = desktop.screen().banners();
     }
 
@@ -46,7 +47,7 @@ class OwnWindows : public testing::Test {
             const std::optional<Rect> found = bell();
             looks = found && *found == icon ? looks + 1 : 0;
             icon = found.value_or(Rect());
-            return looks == 10;
+            return looks == 30;
         });
     }
 
@@ -60,6 +61,31 @@ class OwnWindows : public testing::Test {
         return std::nullopt;
     }
 
+    /// The geometry of the open panel, or of the open menu, once it stays the same; empty if none opens.
+    [[nodiscard]] Rect settled(const std::function<std::vector<Rect>()>& open) {
+        Rect last;
+        int looks = 0;
+        waitUntil(10s, [&] {
+            const std::vector<Rect> present = open();
+            const Rect now = present.size() == 1 ? present.front() : Rect();
+            looks = now.width > 0 && now == last ? looks + 1 : 0;
+            last = now;
+            return looks == 20;
+        });
+        return last;
+    }
+    [[nodiscard]] Rect openPanel() {
+        return settled([this] {
+            std::vector<Rect> result;
+            for (const std::uint32_t window : windows())
+                result.push_back(desktop.screen().geometry(window));
+            return result;
+        });
+    }
+    [[nodiscard]] Rect openMenu() {
+        return settled([this] { return desktop.screen().menus(); });
+    }
+
     void rightClick(Rect area) {
         EXPECT_EQ(desktop
                       .run({"xdotool", "mousemove", std::to_string(area.middleX()),
@@ -69,11 +95,11 @@ class OwnWindows : public testing::Test {
                   0);
     }
 
-    /// Presses and releases as slowly as a hand does.
+    /// Presses and releases as slowly as a hand may.
     void pressLikeAHand(Rect area) {
         EXPECT_EQ(desktop
                       .run({"xdotool", "mousemove", std::to_string(area.middleX()),
-                            std::to_string(area.middleY()), "mousedown", "1", "sleep", "0.1", "mouseup", "1"},
+                            std::to_string(area.middleY()), "mousedown", "1", "sleep", "0.3", "mouseup", "1"},
                            "xdotool")
                       ->wait(10s),
                   0);
@@ -83,7 +109,7 @@ class OwnWindows : public testing::Test {
 
     /// Whether both banners are placed below `area`, clear of it.
     [[nodiscard]] bool areBelow(Rect area) {
-        return waitUntil(5s, [&] {
+        return waitUntil(10s, [&] {
             const std::vector<Banner> banners = desktop.screen().banners();
             return banners.size() == 2 && std::ranges::all_of(banners, [&](const Banner& banner) {
                        return !overlap(banner.card, area) && banner.card.y >= area.y + area.height;
@@ -99,33 +125,38 @@ class OwnWindows : public testing::Test {
 
 TEST_F(OwnWindows, bannersMoveBelowThePanelWhoseButtonsTakeTheirClicks) {
     desktop.click(icon);
-    ASSERT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; }));
-    const Rect panel = desktop.screen().geometry(windows().front());
+    const Rect panel = openPanel();
     ASSERT_TRUE(overlap(panel, before.front().card)) << "the panel is to be where the banners were";
     ASSERT_TRUE(areBelow(panel));
-    for (const Banner& banner : desktop.screen().banners())
-        EXPECT_TRUE(desktop.screen().isAbove(windows().front(), banner.window));
+    EXPECT_TRUE(waitUntil(10s, [this] {
+        const std::vector<std::uint32_t> present = windows();
+        const std::vector<Banner> banners = desktop.screen().banners();
+        return present.size() == 1 && std::ranges::all_of(banners, [&](const Banner& banner) {
+                   return desktop.screen().isAbove(present.front(), banner.window);
+               });
+    }));
     // A banner that appears now keeps clear of the panel as well.
     desktop.claude("PostToolUse-Bash", "b", "shop");
-    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    ASSERT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() == 1; }));
     desktop.claude("Notification-permission_prompt", "b", "shop");
     ASSERT_TRUE(areBelow(panel));
 
     // "Settings…" in the footer: the shadow, the padding, "Quit", the gap, and half of its own width.
     desktop.click({panel.x + panel.width - 24 - 12 - 26 - 16 - 30, panel.y + panel.height - 32 - 20, 2, 2});
-    EXPECT_TRUE(waitUntil(5s, [this] {
+    EXPECT_TRUE(waitUntil(10s, [this] {
         const auto present = windows();
         return present.size() == 1 && desktop.screen().geometry(present.front()).width > 400;
     })) << "the settings take the place of the panel";
-    EXPECT_TRUE(desktop.shows(2, 0, 5s)) << "the banners return";
+    EXPECT_TRUE(desktop.shows(2, 0)) << "the banners return";
 }
 
 TEST_F(OwnWindows, aClickOnABannersButtonLandsInItWhileThePanelIsOpen) {
     desktop.click(icon);
-    ASSERT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; }));
-    ASSERT_TRUE(areBelow(desktop.screen().geometry(windows().front())));
+    const Rect panel = openPanel();
+    ASSERT_GT(panel.width, 0) << "the panel opens";
+    ASSERT_TRUE(areBelow(panel));
     desktop.click(snoozeButton(desktop.screen().banners().front()));
-    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() == 1; }));
     EXPECT_EQ(windows().size(), 1U) << "the panel stays open";
 }
 
@@ -133,10 +164,10 @@ TEST_F(OwnWindows, aRightClickOnAnyPartOfTheIconOpensTheMenuWhileThePanelIsOpen)
     // The room for the panel's shadow covers the lower part.
     for (const int y : {3, 20}) {
         desktop.click(icon);
-        ASSERT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; }));
+        ASSERT_TRUE(waitUntil(10s, [this] { return windows().size() == 1; }));
         rightClick({icon.x + 4, y, 2, 2});
-        EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; })) << "at " << y;
-        EXPECT_TRUE(waitUntil(5s, [this] { return windows().empty(); })) << "at " << y;
+        EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().menus().size() == 1; })) << "at " << y;
+        EXPECT_TRUE(waitUntil(10s, [this] { return windows().empty(); })) << "at " << y;
         // More than once: the menu takes the keyboard a moment after it has appeared.
         ASSERT_TRUE(waitUntil(10s, [this] {
             desktop.run({"xdotool", "key", "Escape"}, "xdotool")->wait(10s);
@@ -147,26 +178,25 @@ TEST_F(OwnWindows, aRightClickOnAnyPartOfTheIconOpensTheMenuWhileThePanelIsOpen)
 
 TEST_F(OwnWindows, bannersMoveBelowTheMenuAndAClickOnTheirButtonsLandsInThem) {
     rightClick(icon);
-    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; }));
-    const Rect menu = desktop.screen().menus().front();
+    const Rect menu = openMenu();
     ASSERT_TRUE(overlap(menu, before.front().card) || overlap(menu, before.back().card));
     ASSERT_TRUE(areBelow(menu));
     pressLikeAHand(snoozeButton(desktop.screen().banners().front()));
-    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().empty(); }));
-    EXPECT_TRUE(waitUntil(5s, [this] { return desktop.screen().banners().size() == 1; }));
+    EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().menus().empty(); }));
+    EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() == 1; }));
     EXPECT_TRUE(windows().empty()) << "no entry of the menu was chosen";
-    EXPECT_TRUE(desktop.shows(1, 0, 5s)) << "the other banner returns";
+    EXPECT_TRUE(desktop.shows(1, 0)) << "the other banner returns";
 }
 
 TEST_F(OwnWindows, anEntryOfTheMenuTakesItsClick) {
     rightClick(icon);
-    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().menus().size() == 1; }));
-    const Rect menu = desktop.screen().menus().front();
+    const Rect menu = openMenu();
+    ASSERT_GT(menu.width, 0) << "the menu opens";
     ASSERT_TRUE(areBelow(menu));
     // The first entry, below the room for the shadow and the card's own edge.
     desktop.click({menu.middleX(), menu.y + 16 + 4 + 14, 2, 2});
-    EXPECT_TRUE(waitUntil(5s, [this] { return windows().size() == 1; })) << "the main window";
-    EXPECT_TRUE(desktop.shows(2, 0, 5s)) << "the banners return";
+    EXPECT_TRUE(waitUntil(10s, [this] { return windows().size() == 1; })) << "the main window";
+    EXPECT_TRUE(desktop.shows(2, 0)) << "the banners return";
 }
 
 } // namespace

@@ -32,13 +32,13 @@ class SecondStart : public testing::TestWithParam<Bus> {
     }
 
     [[nodiscard]] bool hasMainWindow() {
-        return waitUntil(10s, [this] { return desktop.screen().managedWindows("corvane").size() == 1; });
+        return waitUntil(20s, [this] { return desktop.screen().managedWindows("corvane").size() == 1; });
     }
 
     /// Whether an application reads the inbox.
     [[nodiscard]] bool isServing() {
         writeFile(desktop.paths().events() / "0.event", "");
-        return waitUntil(15s, [this] { return desktop.inbox().empty(); });
+        return waitUntil(20s, [this] { return desktop.inbox().empty(); });
     }
 
     DesktopSession desktop;
@@ -49,7 +49,7 @@ TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
     ASSERT_TRUE(isServing());
     ASSERT_TRUE(desktop.screen().managedWindows("corvane").empty());
     const auto second = start("second");
-    EXPECT_EQ(second->wait(10s), 0);
+    EXPECT_EQ(second->wait(20s), 0);
     EXPECT_TRUE(hasMainWindow());
     EXPECT_TRUE(first->isRunning());
 }
@@ -57,7 +57,7 @@ TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
 TEST_P(SecondStart, atLoginLeavesTheFirstAloneAndEndsWithStatusZero) {
     const auto first = start("first");
     ASSERT_TRUE(isServing());
-    EXPECT_EQ(start("second", {"--autostart"})->wait(10s), 0);
+    EXPECT_EQ(start("second", {"--autostart"})->wait(20s), 0);
     ASSERT_TRUE(isServing());
     ASSERT_TRUE(isServing()) << "a second later";
     EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
@@ -66,16 +66,16 @@ TEST_P(SecondStart, atLoginLeavesTheFirstAloneAndEndsWithStatusZero) {
 TEST_P(SecondStart, bringsTheWindowToTheWorkspaceOfTheUser) {
     const auto first = start("first");
     ASSERT_TRUE(isServing());
-    EXPECT_EQ(start("second")->wait(10s), 0);
+    EXPECT_EQ(start("second")->wait(20s), 0);
     ASSERT_TRUE(hasMainWindow());
     const std::uint32_t window = desktop.screen().managedWindows("corvane").front();
     desktop.screen().requestWorkspaceCount(2);
     desktop.screen().requestWorkspace(1);
-    ASSERT_TRUE(waitUntil(5s, [this] { return desktop.screen().currentWorkspace() == 1; }));
+    ASSERT_TRUE(waitUntil(10s, [this] { return desktop.screen().currentWorkspace() == 1; }));
     ASSERT_EQ(desktop.screen().workspace(window), 0U);
-    EXPECT_EQ(start("third")->wait(10s), 0);
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().workspace(window) == 1; }));
-    EXPECT_TRUE(waitUntil(5s, [&] { return desktop.screen().activeWindow() == window; }));
+    EXPECT_EQ(start("third")->wait(20s), 0);
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().workspace(window) == 1; }));
+    EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().activeWindow() == window; }));
     EXPECT_EQ(desktop.screen().currentWorkspace(), 1U);
 }
 
@@ -90,7 +90,7 @@ TEST_P(SecondStart, ofManyAtTheSameInstantExactlyOneStays) {
     ASSERT_TRUE(waitUntil(20s, [&] { return running() == 1; }));
     for (const auto& process : processes) {
         if (!process->isRunning()) {
-            EXPECT_EQ(process->wait(5s), 0);
+            EXPECT_EQ(process->wait(20s), 0);
         }
     }
     EXPECT_TRUE(isServing());
@@ -105,7 +105,7 @@ TEST_P(SecondStart, ofTwoAtTheSameInstantTheOneThatStaysComesForward) {
         const auto other = start("other");
         ASSERT_TRUE(waitUntil(20s, [&] { return !one->isRunning() || !other->isRunning(); }));
         const bool isOneLeft = one->isRunning();
-        EXPECT_EQ((isOneLeft ? *other : *one).wait(5s), 0);
+        EXPECT_EQ((isOneLeft ? *other : *one).wait(10s), 0);
         ASSERT_TRUE((isOneLeft ? *one : *other).isRunning());
         ASSERT_TRUE(hasMainWindow()) << "round " << round;
     }
@@ -116,7 +116,7 @@ TEST_P(SecondStart, aCrashLeavesNothingInTheWay) {
         const auto first = start("first");
         ASSERT_TRUE(isServing());
         first->signal(SIGKILL);
-        EXPECT_EQ(first->wait(5s), 128 + SIGKILL);
+        EXPECT_EQ(first->wait(10s), 128 + SIGKILL);
     }
     const auto next = start("next");
     EXPECT_TRUE(isServing());

@@ -3,6 +3,9 @@
 
 #include "Desktop/Support/DesktopSession.h"
 
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QJsonValue>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -22,10 +25,11 @@ class SwayPanel : public testing::Test {
         if (!canStartSway())
             GTEST_SKIP() << "root cannot become an ordinary user here, and sway refuses root";
         desktop = std::make_unique<DesktopSession>("sway");
+        ASSERT_TRUE(eventually([this] { return hasBar(); }));
         desktop->startApplication();
     }
 
-    static bool eventually(const std::function<bool()>& condition) { return waitUntil(10s, condition); }
+    static bool eventually(const std::function<bool()>& condition) { return waitUntil(20s, condition); }
 
     /// Clicks the icon as a bar does that knows places within itself only; false if there is no icon.
     bool activate() {
@@ -36,6 +40,17 @@ class SwayPanel : public testing::Test {
                           "org.kde.StatusNotifierItem.Activate", "18", "15"},
                          "gdbus")
                    ->wait(10s) == 0;
+    }
+
+    /// Whether the bar has taken its place from the workspace.
+    [[nodiscard]] bool hasBar() {
+        EXPECT_EQ(
+            desktop->run({"sh", "-c", "swaymsg -r -t get_workspaces >\"$HOME/reply\""}, "swaymsg")->wait(20s),
+            0);
+        const std::string bytes = fileBytes(desktop->home() / "reply").value_or("");
+        const QJsonDocument spaces =
+            QJsonDocument::fromJson(QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+        return spaces[0]["rect"]["y"].toInt() > 0;
     }
 
     [[nodiscard]] std::vector<std::uint32_t> windows() { return desktop->screen().managedWindows("corvane"); }

@@ -3,6 +3,7 @@
 
 #include "Connection/AgentConnector.h"
 #include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/Starvation.h"
 #include "Desktop/Tray/NotifierHost.h"
 #include "Support/Date.h"
 
@@ -36,7 +37,7 @@ class Tray : public testing::Test {
     }
 
     bool eventually(const std::function<bool()>& condition) {
-        return waitUntil(10s, [&] {
+        return waitUntil(20s, [&] {
             QCoreApplication::processEvents();
             return condition();
         });
@@ -51,11 +52,22 @@ class Tray : public testing::Test {
     [[nodiscard]] bool hasWindows(std::size_t count) {
         return eventually([this, count] { return windows().size() == count; });
     }
-    /// Opens the panel, and waits until it has the keyboard focus.
+    /// Opens the panel by the host, and waits until it has the keyboard focus. It leaves again where it loses
+    /// that for longer than a window manager needs that is not held up.
+    [[nodiscard]] bool opensPanel() {
+        constexpr int mostAttempts = 3;
+        for (int attempt = 1;; ++attempt) {
+            Starvation starvation(desktop.painters());
+            host->activate(0, 0);
+            const bool isOpen = panelHasKeyboard();
+            if (isOpen || attempt == mostAttempts || starvation.soFar() < 100ms) return isOpen;
+        }
+    }
     [[nodiscard]] bool panelHasKeyboard() {
         return eventually([this] {
             const auto present = windows();
-            return present.size() == 1 && desktop.screen().activeWindow() == present.front();
+            return present.size() == 1 && desktop.screen().activeWindow() == present.front() &&
+                   desktop.screen().hasFocus(present.front());
         });
     }
 
@@ -146,8 +158,7 @@ TEST_P(ManagedTray, aClickOpensThePanelAndAnotherOneClosesIt) {
     host->start();
     desktop.startApplication();
     ASSERT_TRUE(isRegistered());
-    host->activate(0, 0);
-    ASSERT_TRUE(panelHasKeyboard());
+    ASSERT_TRUE(opensPanel());
     const Rect panel = desktop.screen().geometry(windows().front());
     EXPECT_TRUE(eventually([&] {
         const Picture screen = desktop.screen().screen();
@@ -162,12 +173,10 @@ TEST_P(ManagedTray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
     host->start();
     desktop.startApplication();
     ASSERT_TRUE(isRegistered());
-    host->activate(0, 0);
-    ASSERT_TRUE(panelHasKeyboard());
+    ASSERT_TRUE(opensPanel());
     key("Escape");
     ASSERT_TRUE(hasWindows(0));
-    host->activate(0, 0);
-    ASSERT_TRUE(panelHasKeyboard());
+    ASSERT_TRUE(opensPanel());
     desktop.startTerminal(false);
     EXPECT_TRUE(hasWindows(0));
 }
@@ -192,16 +201,26 @@ TEST_F(Tray, theMenuIsSilentOnTheBusWhileItIsClosedAndRightWhenItOpens) {
     };
     pass(500ms);
     const int before = host->broadcasts();
-    pass(4s);
-    EXPECT_EQ(host->broadcasts(), before);
     const auto session = [this] {
         const std::vector<NotifierHost::Entry> entries = host->menu();
         return entries.size() > 2 ? entries[2].label : std::string("none");
     };
-    EXPECT_TRUE(session().ends_with("0:00") || session().ends_with("0:01")) << session();
+    // The seconds of the clock at its end.
+    const auto clock = [&session] {
+        const std::string label = session();
+        const std::size_t colon = label.rfind(':');
+        const std::size_t space = label.rfind(' ', colon);
+        if (colon == std::string::npos || space == std::string::npos) return -1;
+        return std::stoi(label.substr(space + 1)) * 60 + std::stoi(label.substr(colon + 1));
+    };
+    const std::string atFirst = session();
+    const int secondsAtFirst = clock();
+    EXPECT_GE(secondsAtFirst, 0) << atFirst;
+    pass(4s);
+    EXPECT_EQ(host->broadcasts(), before);
+    EXPECT_EQ(session(), atFirst);
     host->openMenu();
-    const std::string seconds = session().substr(session().size() - 1);
-    EXPECT_GE(std::stoi(seconds), 4) << session();
+    EXPECT_GE(clock(), secondsAtFirst + 4) << session();
 }
 
 TEST_F(Tray, theMenuOpensTheWindowsAndQuits) {
@@ -270,6 +289,7 @@ TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
         window = found.empty() ? 0 : found.front();
         return window != 0 && desktop.screen().activeWindow() == window;
     }));
+    ASSERT_TRUE(eventually([this] { return desktop.running("codex") == 1; }));
     const auto other = desktop.run({"xterm", "-e", "cat"}, "other");
     ASSERT_TRUE(eventually([&] {
         const std::uint32_t active = desktop.screen().activeWindow();
@@ -277,8 +297,7 @@ TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
     }));
     desktop.codex("codex-tui", "shop", {"TERM_PROGRAM="});
     ASSERT_TRUE(desktop.shows(0, 1));
-    host->activate(0, 0);
-    ASSERT_TRUE(panelHasKeyboard());
+    ASSERT_TRUE(opensPanel());
     key("Down");
     key("space");
     EXPECT_TRUE(eventually([&] { return desktop.screen().activeWindow() == window; }));
@@ -307,7 +326,7 @@ class EmbeddingTray : public Tray {
             const std::optional<Rect> found = bell();
             looks = found && *found == icon ? looks + 1 : 0;
             icon = found.value_or(Rect());
-            return looks == 10;
+            return looks == 30;
         });
     }
 
@@ -363,7 +382,7 @@ TEST_F(EmbeddingTray, aWatcherThatDoesNotReplyHoldsNothingUp) {
     host->start();
     startTrayer();
     desktop.startApplication({}, DesktopSession::Start::byHand);
-    EXPECT_TRUE(waitUntil(10s, [this] { return windows().size() == 1; })) << "there is no icon so far";
+    EXPECT_TRUE(waitUntil(20s, [this] { return windows().size() == 1; })) << "there is no icon so far";
     desktop.codex("codex-tui", "shop");
     EXPECT_TRUE(desktop.shows(0, 1));
     // Not by a reply that it has no host: some versions of Qt ask only for the watcher.

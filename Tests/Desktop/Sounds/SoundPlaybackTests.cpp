@@ -3,12 +3,14 @@
 #include "App/Sounds/Waveform.h"
 #include "Desktop/Sounds/PipedProcess.h"
 #include "Desktop/Sounds/SoundServer.h"
+#include "Desktop/Support/Wait.h"
 #include "Platform/Linux/Sounds.h"
 #include "Sessions/AlertPreferences.h"
 #include "Support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <csignal>
 #include <cstring>
 #include <optional>
@@ -18,6 +20,7 @@
 #include <sys/un.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace corvane::test {
 
@@ -27,7 +30,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 // Far below the 30 s that a dead server takes, far above what a busy machine needs.
-constexpr milliseconds soon{2000};
+constexpr milliseconds soon{10000};
 
 // The limit for a call of play(), which queues a name and once starts a thread.
 constexpr long mostMicroseconds = 200000;
@@ -79,6 +82,33 @@ class SoundPlayback : public testing::Test {
         return threads;
     }
 
+    // How what was heard differs from the file; empty if it does not.
+    static std::string difference(const Waveform& heard, const Waveform& file) {
+        if (heard.samples.empty()) return "it is not heard";
+        const double likeness = correlation(heard, file, 0, 882);
+        const double louder = decibels(peak(heard)) - decibels(peak(file));
+        const double longer = withoutSilence(heard).seconds() - file.seconds();
+        if (likeness > 0.999 && std::abs(louder) <= 0.2 && std::abs(longer) <= 0.01) return {};
+        return "correlation " + std::to_string(likeness) + ", " + std::to_string(louder) + " dB louder, " +
+               std::to_string(longer) + " s longer";
+    }
+
+    // Expects this request, played in one pass, to be heard as the sound's file has it, and nothing else for
+    // `length` seconds. On a busy machine a recording may have gaps, or the sound comes too late to be
+    // played: then it is played again.
+    void expectHeard(Recording& recording, const std::string& request, const std::string& name,
+                     double length) {
+        constexpr int mostAttempts = 4;
+        const Waveform file = withoutSilence(soundFile(name));
+        std::string wrong;
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            play(request);
+            wrong = difference(recording.next(length, seconds(10)), file);
+            if (wrong.empty()) return;
+        }
+        ADD_FAILURE() << name << ": " << wrong;
+    }
+
     // Gives the player's thread time to try; a failing connection takes a few milliseconds.
     static void letItTry() { std::this_thread::sleep_for(milliseconds(300)); }
 
@@ -98,13 +128,7 @@ TEST_F(SoundPlayback, everySoundIsHeardAsItsFileHasIt) {
     Recording recording(place);
     startPlayer();
     for (const std::string_view name : AlertPreferences::soundChoices) {
-        const Waveform file = withoutSilence(soundFile(name));
-        play(std::string(name));
-        const Waveform heard = recording.next(1.6, seconds(10));
-        ASSERT_FALSE(heard.samples.empty()) << name << " is not heard";
-        EXPECT_GT(correlation(heard, file, 0, 882), 0.999) << name;
-        EXPECT_NEAR(decibels(peak(heard)), decibels(peak(file)), 0.2) << name;
-        EXPECT_NEAR(withoutSilence(heard).seconds(), file.seconds(), 0.01) << name;
+        expectHeard(recording, std::string(name), std::string(name), 1.6);
     }
     expectQuietEnd();
 }
@@ -113,13 +137,7 @@ TEST_F(SoundPlayback, tenAlertsOfOnePassSoundOnce) {
     const SoundServer server(place);
     Recording recording(place);
     startPlayer();
-    play("Glass Glass Glass Glass Glass Glass Glass Glass Glass Glass");
-    const Waveform file = withoutSilence(soundFile("Glass"));
-    const Waveform heard = recording.next(3, seconds(10));
-    ASSERT_FALSE(heard.samples.empty());
-    EXPECT_GT(correlation(heard, file, 0, 882), 0.999);
-    EXPECT_NEAR(decibels(peak(heard)), decibels(peak(file)), 0.2);
-    EXPECT_NEAR(withoutSilence(heard).seconds(), file.seconds(), 0.01);
+    expectHeard(recording, "Glass Glass Glass Glass Glass Glass Glass Glass Glass Glass", "Glass", 3);
     expectQuietEnd();
 }
 
@@ -127,14 +145,23 @@ TEST_F(SoundPlayback, waitingAndDoneSoundsOfOnePassAreHeardTogetherAndAThirdIsNo
     const SoundServer server(place);
     Recording recording(place);
     startPlayer();
-    play("Submarine Tink Glass Submarine Tink Glass");
-    const Waveform heard = recording.next(2.5, seconds(10));
-    ASSERT_FALSE(heard.samples.empty());
-    const double submarine = correlation(heard, withoutSilence(soundFile("Submarine")), 0, 2205);
-    EXPECT_GT(submarine, 0.5);
-    EXPECT_GT(correlation(heard, withoutSilence(soundFile("Tink")), 0, 2205), 0.5);
-    EXPECT_LT(correlation(heard, withoutSilence(soundFile("Glass")), 0, 2205), 0.1);
-    EXPECT_LT(peak(heard), 0.95);
+    // Again where the recording has gaps.
+    constexpr int mostAttempts = 4;
+    std::string wrong = "nothing is heard";
+    for (int attempt = 0; !wrong.empty() && attempt < mostAttempts; ++attempt) {
+        play("Submarine Tink Glass Submarine Tink Glass");
+        const Waveform heard = recording.next(2.5, seconds(10));
+        if (heard.samples.empty()) continue;
+        wrong.clear();
+        for (const auto& [name, isPlayed] :
+             {std::pair("Submarine", true), std::pair("Tink", true), std::pair("Glass", false)}) {
+            const double likeness = correlation(heard, withoutSilence(soundFile(name)), 0, 2205);
+            if (isPlayed ? likeness <= 0.5 : likeness >= 0.1)
+                wrong += std::string(name) + ": correlation " + std::to_string(likeness) + "\n";
+        }
+        if (peak(heard) >= 0.95) wrong += "too loud";
+    }
+    EXPECT_EQ(wrong, "");
     expectQuietEnd();
 }
 
@@ -143,10 +170,7 @@ TEST_F(SoundPlayback, unknownNamesAndNamesWithPathsStartNothing) {
     Recording recording(place);
     startPlayer();
     EXPECT_EQ(play("Basso glass Glass.wav ../sounds/Glass /etc/passwd"), 1);
-    EXPECT_GT(play("Pop"), 1);
-    const Waveform file = withoutSilence(soundFile("Pop"));
-    const Waveform heard = recording.next(1.6, seconds(10));
-    EXPECT_NEAR(withoutSilence(heard).seconds(), file.seconds(), 0.01);
+    expectHeard(recording, "Basso glass Glass.wav ../sounds/Glass /etc/passwd Pop", "Pop", 1.6);
     expectQuietEnd();
 }
 
@@ -171,8 +195,8 @@ TEST_F(SoundPlayback, alsaThatFindsNoDevicePrintsNothing) {
     startPlayer(CORVANE_SOUND_FOLDER,
                 {"CANBERRA_DRIVER=alsa", "ALSA_CONFIG_PATH=" + (scratch / "asound.conf").string()});
     play("Glass");
+    EXPECT_TRUE(waitUntil(soon, [this] { return player->hasMapped("libasound.so"); }));
     letItTry();
-    EXPECT_TRUE(player->hasMapped("libasound.so"));
     play("Pop");
     letItTry();
     expectQuietEnd();
@@ -193,8 +217,8 @@ TEST_F(SoundPlayback, aServerThatComesLaterIsFound) {
     const SoundServer server(place);
     Recording recording(place);
     play("Hero");
-    EXPECT_GT(correlation(recording.next(1.6, seconds(10)), withoutSilence(soundFile("Hero")), 0, 882),
-              0.999);
+    EXPECT_FALSE(recording.next(1.6, seconds(10)).samples.empty()) << "the first sound is heard already";
+    expectHeard(recording, "Hero", "Hero", 1.6);
     expectQuietEnd();
 }
 
@@ -203,14 +227,13 @@ TEST_F(SoundPlayback, aServerThatIsStartedAnewIsFoundAgain) {
     {
         const SoundServer server(place);
         Recording recording(place);
-        play("Glass");
-        ASSERT_FALSE(recording.next(0.1, seconds(10)).samples.empty());
+        expectHeard(recording, "Glass", "Glass", 1.6);
     }
     const SoundServer server(place);
     Recording recording(place);
     play("Ping");
-    EXPECT_GT(correlation(recording.next(1.6, seconds(10)), withoutSilence(soundFile("Ping")), 0, 882),
-              0.999);
+    EXPECT_FALSE(recording.next(1.6, seconds(10)).samples.empty()) << "the first sound is heard already";
+    expectHeard(recording, "Ping", "Ping", 1.6);
     expectQuietEnd();
 }
 
@@ -237,8 +260,7 @@ TEST_F(SoundPlayback, aServerThatHangsLaterHoldsUpNeitherPlayingNorQuitting) {
     startPlayer();
     {
         Recording recording(place);
-        play("Pop");
-        ASSERT_FALSE(recording.next(0.1, seconds(10)).samples.empty());
+        expectHeard(recording, "Pop", "Pop", 1.6);
     }
     server.signal(SIGSTOP);
     play("Hero");

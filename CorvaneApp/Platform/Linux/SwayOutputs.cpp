@@ -28,8 +28,9 @@ QMargins around(const QRect& inner, const QRect& outer) {
 
 } // namespace
 
-SwayOutputs::SwayOutputs(std::optional<QString> socket)
-    : socket_(std::move(socket)) {
+SwayOutputs::SwayOutputs(std::optional<QString> socket, std::chrono::milliseconds limit)
+    : socket_(std::move(socket))
+    , limit_(limit) {
     refresh();
 }
 
@@ -75,19 +76,24 @@ const SwayOutput* SwayOutputs::focused() const {
 
 void SwayOutputs::refresh() {
     if (!socket_ || std::exchange(isAsking_, true)) return;
-    sway::ask(*socket_, sway::Request::outputs, {}, *this, [this](const std::optional<QByteArray>& outputs) {
-        if (!outputs) {
-            isAsking_ = false;
-            return;
-        }
-        sway::ask(*socket_, sway::Request::workspaces, {}, *this,
-                  [this, outputs = *outputs](const std::optional<QByteArray>& workspaces) {
-                      isAsking_ = false;
-                      if (!workspaces) return;
-                      std::vector<SwayOutput> now = parse(outputs, *workspaces);
-                      if (std::exchange(outputs_, std::move(now)) != outputs_) Q_EMIT changed();
-                  });
-    });
+    sway::ask(
+        *socket_, sway::Request::outputs, {}, *this,
+        [this](const std::optional<QByteArray>& outputs) {
+            if (!outputs) {
+                isAsking_ = false;
+                return;
+            }
+            sway::ask(
+                *socket_, sway::Request::workspaces, {}, *this,
+                [this, outputs = *outputs](const std::optional<QByteArray>& workspaces) {
+                    isAsking_ = false;
+                    if (!workspaces) return;
+                    std::vector<SwayOutput> now = parse(outputs, *workspaces);
+                    if (std::exchange(outputs_, std::move(now)) != outputs_) Q_EMIT changed();
+                },
+                limit_);
+        },
+        limit_);
 }
 
 } // namespace corvane

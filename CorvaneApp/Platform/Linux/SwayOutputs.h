@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Platform/Linux/SwayIpc.h"
+
 #include <QByteArray>
 #include <QMargins>
 #include <QObject>
 #include <QRect>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -26,8 +29,8 @@ class SwayOutputs : public QObject {
     Q_OBJECT
 
   public:
-    /// `socket`: sway's, if it runs. Asks it at once.
-    explicit SwayOutputs(std::optional<QString> socket);
+    /// `socket`: sway's, if it runs, whose replies may take `limit`. Asks it at once.
+    explicit SwayOutputs(std::optional<QString> socket, std::chrono::milliseconds limit = sway::patience);
 
     /// The outputs in sway's replies about its outputs and its workspaces. Ignores what it does not
     /// understand.
@@ -49,6 +52,7 @@ class SwayOutputs : public QObject {
 
   private:
     std::optional<QString> socket_;
+    std::chrono::milliseconds limit_;
     std::vector<SwayOutput> outputs_;
     bool isAsking_ = false;
 };

@@ -71,27 +71,32 @@ SwayTree SwayTree::parse(const QByteArray& json) {
     return tree;
 }
 
-SwayWindowRaiser::SwayWindowRaiser(QString socket)
-    : socket_(std::move(socket)) {}
+SwayWindowRaiser::SwayWindowRaiser(QString socket, std::chrono::milliseconds limit)
+    : socket_(std::move(socket))
+    , limit_(limit) {}
 
 void SwayWindowRaiser::raise(const WindowSearch& search, QObject& context, Report report) {
-    sway::ask(socket_, sway::Request::tree, {}, context,
-              [search, &context, report = std::move(report),
-               socket = socket_](const std::optional<QByteArray>& json) {
-                  const SwayTree tree = SwayTree::parse(json.value_or(QByteArray()));
-                  const std::optional<std::size_t> chosen = chooseWindow(tree.windows, search);
-                  if (!chosen) {
-                      report(false);
-                      return;
-                  }
-                  // Only a number goes into the command. It shows the window's workspace, too.
-                  const QByteArray command =
-                      "[con_id=" + QByteArray::number(qint64{tree.numbers[*chosen]}) + "] focus";
-                  sway::ask(socket, sway::Request::runCommand, command, context,
-                            [report](const std::optional<QByteArray>& result) {
-                                report(result && hasSucceeded(*result));
-                            });
-              });
+    sway::ask(
+        socket_, sway::Request::tree, {}, context,
+        [search, &context, report = std::move(report), socket = socket_,
+         limit = limit_](const std::optional<QByteArray>& json) {
+            const SwayTree tree = SwayTree::parse(json.value_or(QByteArray()));
+            const std::optional<std::size_t> chosen = chooseWindow(tree.windows, search);
+            if (!chosen) {
+                report(false);
+                return;
+            }
+            // Only a number goes into the command. It shows the window's workspace, too.
+            const QByteArray command =
+                "[con_id=" + QByteArray::number(qint64{tree.numbers[*chosen]}) + "] focus";
+            sway::ask(
+                socket, sway::Request::runCommand, command, context,
+                [report](const std::optional<QByteArray>& result) {
+                    report(result && hasSucceeded(*result));
+                },
+                limit);
+        },
+        limit_);
 }
 
 } // namespace corvane

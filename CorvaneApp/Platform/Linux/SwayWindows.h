@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Platform/Linux/SwayIpc.h"
 #include "Platform/Linux/WindowRaiser.h"
 
 #include <QByteArray>
 
+#include <chrono>
 #include <cstdint>
 #include <vector>
 
@@ -21,12 +23,14 @@ struct SwayTree {
 /// Raises native and X11 windows under sway, through its own protocol.
 class SwayWindowRaiser : public WindowRaiser {
   public:
-    explicit SwayWindowRaiser(QString socket);
+    /// A reply of sway's may take `limit`.
+    explicit SwayWindowRaiser(QString socket, std::chrono::milliseconds limit = sway::patience);
 
     void raise(const WindowSearch& search, QObject& context, Report report) override;
 
   private:
     QString socket_;
+    std::chrono::milliseconds limit_;
 };
 
 } // namespace corvane

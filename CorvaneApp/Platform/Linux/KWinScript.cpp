@@ -53,6 +53,7 @@ KWinScript::KWinScript(WindowSearch search, WindowRaiser::Report report, QObject
 }
 
 KWinScript::~KWinScript() {
+    unload(); // unless it has reported
     QDBusConnection::sessionBus().unregisterObject(path_);
 }
 
@@ -132,16 +133,19 @@ void KWinScript::raised() {
 void KWinScript::finish(bool isFound) {
     if (!report_) return;
     limit_.stop();
-    if (isRequested_) {
-        QDBusMessage message = QDBusMessage::createMethodCall(service, scriptingPath, scriptingInterface,
-                                                              QStringLiteral("unloadScript"));
-        message.setAutoStartService(false);
-        message << name_;
-        // Nothing follows from the reply, not even where there is no such script.
-        QDBusConnection::sessionBus().send(message);
-    }
+    unload();
     deleteLater();
     std::exchange(report_, {})(isFound);
+}
+
+void KWinScript::unload() {
+    if (!std::exchange(isRequested_, false)) return;
+    QDBusMessage message = QDBusMessage::createMethodCall(service, scriptingPath, scriptingInterface,
+                                                          QStringLiteral("unloadScript"));
+    message.setAutoStartService(false);
+    message << name_;
+    // Nothing follows from the reply, not even where there is no such script.
+    QDBusConnection::sessionBus().send(message);
 }
 
 } // namespace corvane

@@ -14,7 +14,8 @@ class QDBusMessage;
 
 namespace corvane {
 
-/// One script in KWin: loaded, run, asked back, and unloaded. Deletes itself when it has reported.
+/// One script in KWin: loaded, run, asked back, and unloaded. Deletes itself when it has reported; if its
+/// context ends before that, the script is unloaded without a report.
 class KWinScript : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.corvane.WindowChoice")
@@ -39,6 +40,7 @@ class KWinScript : public QObject {
     void call(const QString& path, const QString& interface, const QString& method,
               const QVariantList& arguments, std::function<void(const QDBusMessage& reply)> finished);
     void finish(bool isFound);
+    void unload();
 
     WindowSearch search_;
     WindowRaiser::Report report_;

@@ -103,6 +103,17 @@ TEST_P(KWinRaiser, whatHangsIsGivenUp) {
     expectNothingLeft();
 }
 
+TEST_P(KWinRaiser, aScriptWhoseContextEndsIsUnloadedWithoutAReport) {
+    kwin_->script.isStuck = true;
+    auto context = std::make_unique<QObject>();
+    bool isReported = false;
+    KWinWindowRaiser(10000ms).raise({}, *context, [&isReported](bool /*isFound*/) { isReported = true; });
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !kwin_->loaded.isEmpty(); }, 10000));
+    context.reset();
+    expectNothingLeft();
+    EXPECT_FALSE(isReported);
+}
+
 TEST_P(KWinRaiser, withoutKWinNothingIsFoundAtOnce) {
     kwin_.reset();
     EXPECT_FALSE(raise({102}));

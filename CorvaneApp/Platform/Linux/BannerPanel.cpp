@@ -305,7 +305,8 @@ class LinuxBannerPanel : public BannerPanel {
 
 } // namespace
 
-LinuxBannerPanels::LinuxBannerPanels() {
+LinuxBannerPanels::LinuxBannerPanels(PanelDamage& damage)
+    : damage_(damage) {
     QObject::connect(&Compositing::instance(), &Compositing::changed, &guard_,
                      [this] { followCompositor(); });
     QObject::connect(&guard_, &StackingGuard::secondPassed, &guard_, [this] { damage_.reportAll(); });

@@ -11,7 +11,8 @@ namespace corvane {
 /// window systems they are ordinary frameless windows that do not ask for the focus.
 class LinuxBannerPanels : public BannerPanels {
   public:
-    LinuxBannerPanels();
+    /// `damage` must outlive this object and its panels.
+    explicit LinuxBannerPanels(PanelDamage& damage);
 
     /// A panel must not outlive this object.
     [[nodiscard]] std::unique_ptr<BannerPanel> make() override;
@@ -20,9 +21,9 @@ class LinuxBannerPanels : public BannerPanels {
   private:
     void followCompositor();
 
+    PanelDamage& damage_;
     StackingGuard guard_;
     PopupPresses presses_{guard_};
-    PanelDamage damage_;
 };
 
 } // namespace corvane

@@ -6,24 +6,28 @@
 #include <QWidget>
 
 #include <charconv>
+#include <string>
 #include <system_error>
 
 namespace corvane {
+
+PanelDamage::PanelDamage()
+    : PanelDamage([](const QWidget& window) {
+        x11::reportDamage(static_cast<xcb_window_t>(window.internalWinId()),
+                          (QSizeF(window.size()) * window.devicePixelRatioF()).toSize());
+    }) {}
 
 void PanelDamage::followCompositor() {
     const xcb_window_t compositor = Compositing::instance().manager();
     if (compositor_ == compositor) return;
     compositor_ = compositor;
-    isNeeded_ =
-        compositor != XCB_WINDOW_NONE && erasesBetweenChanges(x11::text(compositor, "COMPTON_VERSION"));
+    setVersion(compositor != XCB_WINDOW_NONE ? x11::text(compositor, "COMPTON_VERSION") : std::string());
 }
 
 void PanelDamage::reportAll() const {
     if (!isNeeded_) return;
     for (const QWidget* const window : windows_) {
-        if (!window->isVisible()) continue;
-        x11::reportDamage(static_cast<xcb_window_t>(window->internalWinId()),
-                          (QSizeF(window->size()) * window->devicePixelRatioF()).toSize());
+        if (window->isVisible()) report_(*window);
     }
 }
 

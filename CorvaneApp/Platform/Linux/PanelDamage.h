@@ -2,15 +2,18 @@
 
 #include <xcb/xcb.h>
 
+#include <functional>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 class QWidget;
 
 namespace corvane {
 
-/// Keeps the panels intact under picom 12, by reporting all of them as damaged before any of them changes.
+/// Keeps the panels, banners and the tray's, intact under picom 12, by reporting all of them as damaged
+/// before any of them changes.
 ///
 /// That compositing manager copies the wallpaper over the bounding rectangle of all translucent parts of the
 /// screen that were damaged since its last frame, and then draws the windows only where they were damaged. It
@@ -22,11 +25,23 @@ namespace corvane {
 /// Nothing is reported to other compositing managers. Main thread only.
 class PanelDamage {
   public:
+    /// Reports a shown window as damaged.
+    using Report = std::function<void(const QWidget& window)>;
+
+    PanelDamage();
+    explicit PanelDamage(Report report)
+        : report_(std::move(report)) {}
+    PanelDamage(const PanelDamage&) = delete;
+    PanelDamage& operator=(const PanelDamage&) = delete;
+
+    /// A window must be removed before it is destroyed.
     void add(QWidget& window) { windows_.push_back(&window); }
     void remove(QWidget& window) { std::erase(windows_, &window); }
 
     /// Checks which compositing manager runs; call it at first, and when it has changed.
     void followCompositor();
+    /// Takes the compositing manager for one with this "COMPTON_VERSION".
+    void setVersion(std::string_view version) { isNeeded_ = erasesBetweenChanges(version); }
 
     /// Whether anything is reported to the present compositing manager.
     [[nodiscard]] bool isNeeded() const { return isNeeded_; }
@@ -40,6 +55,7 @@ class PanelDamage {
     [[nodiscard]] static bool erasesBetweenChanges(std::string_view version);
 
   private:
+    Report report_;
     std::vector<QWidget*> windows_;
     std::optional<xcb_window_t> compositor_;
     bool isNeeded_ = false;

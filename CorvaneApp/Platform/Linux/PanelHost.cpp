@@ -18,10 +18,15 @@ constexpr int requestCount = 6;
 
 } // namespace
 
-LinuxPanelHost::LinuxPanelHost(QWidget& window, Activation& activation, std::optional<QString> sway)
+LinuxPanelHost::LinuxPanelHost(QWidget& window, Activation& activation, PanelDamage& damage,
+                               std::optional<QString> sway)
     : PlainPanelHost(window, activation)
     , window_(window)
+    , damage_(damage)
     , sway_(std::move(sway)) {
+    damage_.add(window_);
+    second_.setInterval(std::chrono::seconds(1));
+    connect(&second_, &QTimer::timeout, this, [this] { damage_.reportAll(); });
     again_.setSingleShot(true);
     again_.setInterval(requestGap);
     connect(&again_, &QTimer::timeout, this, &LinuxPanelHost::askSway);
@@ -29,7 +34,12 @@ LinuxPanelHost::LinuxPanelHost(QWidget& window, Activation& activation, std::opt
     window_.installEventFilter(this);
 }
 
+LinuxPanelHost::~LinuxPanelHost() {
+    damage_.remove(window_);
+}
+
 void LinuxPanelHost::setGeometry(const QRect& geometry, const QPainterPath& outline) {
+    if (geometry.topLeft() != place_) damage_.reportAll();
     PlainPanelHost::setGeometry(geometry, outline);
     place_ = geometry.topLeft();
     if (window_.isVisible()) placeBySway();
@@ -43,8 +53,23 @@ void LinuxPanelHost::present() {
 }
 
 bool LinuxPanelHost::eventFilter(QObject* /*object*/, QEvent* event) {
-    if (event->type() == QEvent::Show) desktop_.start();
-    if (event->type() == QEvent::Hide) desktop_.stop();
+    switch (event->type()) {
+    case QEvent::Show:
+        desktop_.start();
+        damage_.reportAll();
+        second_.start();
+        break;
+    case QEvent::Hide:
+        desktop_.stop();
+        damage_.reportAll();
+        second_.stop();
+        break;
+    case QEvent::UpdateRequest: // its contents are about to be painted
+        damage_.reportAll();
+        break;
+    default:
+        break;
+    }
     return false;
 }
 

@@ -9,6 +9,7 @@
 #include "Platform/Linux/BusProbe.h"
 #include "Platform/Linux/FileBrowser.h"
 #include "Platform/Linux/LoginItem.h"
+#include "Platform/Linux/PanelDamage.h"
 #include "Platform/Linux/PanelHost.h"
 #include "Platform/Linux/Screens.h"
 #include "Platform/Linux/SingleInstance.h"
@@ -83,12 +84,14 @@ class LinuxPlatform : public Platform {
     }
 
   private:
-    LinuxBannerPanels panels_;
+    PanelDamage damage_;
+    LinuxBannerPanels panels_{damage_};
     LinuxScreens screens_;
     LinuxActivation activation_{screens_};
     LinuxWindowShadow windowShadow_;
     LinuxSystemSymbols systemSymbols_;
-    LinuxPanelHosts panelHosts_{activation_, x11::connection() != nullptr ? sway::socket() : std::nullopt};
+    LinuxPanelHosts panelHosts_{activation_, damage_,
+                                x11::connection() != nullptr ? sway::socket() : std::nullopt};
     LinuxAppearance appearance_;
     LinuxAnnouncer announcer_;
     LinuxSounds sounds_;

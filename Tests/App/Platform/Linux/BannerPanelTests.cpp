@@ -90,7 +90,8 @@ class LinuxBannerPanelTest : public testing::Test {
     static constexpr QPoint place{200, 100};
 
     HandDrivenAnimations animations_;
-    LinuxBannerPanels panels_;
+    PanelDamage damage_;
+    LinuxBannerPanels panels_{damage_};
     std::unique_ptr<BannerPanel> panel_ = panels_.make();
     QPointer<PlainCard> card_;
 };

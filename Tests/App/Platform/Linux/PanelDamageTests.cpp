@@ -1,6 +1,9 @@
 #include "Platform/Linux/PanelDamage.h"
 
+#include <QWidget>
 #include <gtest/gtest.h>
+
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -21,6 +24,29 @@ TEST(LinuxPanelDamage, aBuildWithoutAVersionIsTakenForARecentOne) {
 
 TEST(LinuxPanelDamage, otherCompositingManagersEraseNothing) {
     EXPECT_FALSE(PanelDamage::erasesBetweenChanges(""));
+}
+
+TEST(LinuxPanelDamage, underPicom12EachShownPanelIsReportedAndToOthersNone) {
+    using Windows = std::vector<const QWidget*>;
+    Windows reported;
+    PanelDamage damage([&reported](const QWidget& window) { reported.push_back(&window); });
+    QWidget banner;
+    QWidget panel;
+    QWidget hidden;
+    for (QWidget* const window : {&banner, &hidden, &panel})
+        damage.add(*window);
+    banner.show();
+    panel.show();
+    damage.reportAll();
+    damage.setVersion("v11.2");
+    damage.reportAll();
+    EXPECT_EQ(reported, Windows());
+    damage.setVersion("v12.5");
+    damage.reportAll();
+    EXPECT_EQ(reported, (Windows{&banner, &panel}));
+    damage.remove(banner);
+    damage.reportAll();
+    EXPECT_EQ(reported, (Windows{&banner, &panel, &panel}));
 }
 
 } // namespace

@@ -2,12 +2,14 @@
 #include "Platform/Linux/PanelHost.h"
 #include "Platform/Recording/RecordingPlatform.h"
 
+#include <QCoreApplication>
 #include <QPainterPath>
 #include <QWidget>
 #include <QtTest/QTest>
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <set>
 #include <string>
 
 namespace corvane {
@@ -32,7 +34,8 @@ class LinuxPanelHostTest : public testing::Test {
     QWidget window_;
     recording::PresentedWindows activation_;
     test::FakeSway sway_;
-    LinuxPanelHost host_{window_, activation_, sway_.socket()};
+    PanelDamage damage_;
+    LinuxPanelHost host_{window_, activation_, damage_, sway_.socket()};
 };
 
 TEST_F(LinuxPanelHostTest, hasSwayPutTheWindowAtItsPlaceOnceItKnowsIt) {
@@ -71,11 +74,61 @@ TEST_F(LinuxPanelHostTest, asksAFewTimesOnlyAndNotForAHiddenWindow) {
 TEST(LinuxPanelHost, leavesTheWindowToOtherWindowManagers) {
     QWidget window;
     recording::PresentedWindows activation;
-    LinuxPanelHost host(window, activation, std::nullopt);
+    PanelDamage damage;
+    LinuxPanelHost host(window, activation, damage, std::nullopt);
     host.setGeometry({120, 70, 340, 200}, QPainterPath());
     host.present();
     EXPECT_EQ(window.pos(), QPoint(120, 70));
     EXPECT_EQ(activation.presented.size(), 1U);
+}
+
+class ReportedPanelHost : public testing::Test {
+  protected:
+    ReportedPanelHost() {
+        damage_.setVersion("v12.5");
+        damage_.add(banner_);
+        banner_.show();
+        host_.setGeometry({120, 70, 340, 200}, QPainterPath());
+    }
+
+    ~ReportedPanelHost() override { damage_.remove(banner_); }
+
+    void open() {
+        host_.present();
+        QCoreApplication::processEvents();
+        reported_.clear();
+    }
+
+    using Windows = std::set<const QWidget*>;
+
+    Windows reported_;
+    PanelDamage damage_{[this](const QWidget& window) { reported_.insert(&window); }};
+    QWidget banner_;
+    QWidget window_;
+    recording::PresentedWindows activation_;
+    LinuxPanelHost host_{window_, activation_, damage_, std::nullopt};
+};
+
+TEST_F(ReportedPanelHost, tellsPicom12OfThePanelAndTheBannersBeforeThePanelIsPainted) {
+    open();
+    window_.repaint();
+    EXPECT_EQ(reported_, (Windows{&banner_, &window_}));
+}
+
+TEST_F(ReportedPanelHost, tellsPicom12OfThemBeforeThePanelMovesAndOfTheBannersWhenItGoes) {
+    open();
+    host_.setGeometry({120, 70, 340, 200}, QPainterPath());
+    EXPECT_TRUE(reported_.empty()) << "it stays where it is";
+    host_.setGeometry({140, 70, 340, 200}, QPainterPath());
+    EXPECT_EQ(reported_, (Windows{&banner_, &window_}));
+    reported_.clear();
+    window_.hide();
+    EXPECT_EQ(reported_, Windows{&banner_});
+}
+
+TEST_F(ReportedPanelHost, tellsPicom12OfThemAgainEachSecondWhileThePanelIsOpen) {
+    open();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return reported_ == Windows{&banner_, &window_}; }));
 }
 
 } // namespace

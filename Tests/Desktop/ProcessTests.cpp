@@ -1,5 +1,6 @@
 // The application as a process: how it starts, what it leaves on the disk, how it ends.
 
+#include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/Starvation.h"
 
@@ -7,6 +8,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -194,6 +196,42 @@ TEST(Process, aWindowSystemThatTheUserHasChosenIsUsed) {
     ASSERT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));
     EXPECT_TRUE(desktop.staysEmpty(500ms));
     EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
+}
+
+TEST(Process, whatItStartsHasTheSessionsBusAddressThoughTheBusIsMissingOrHangs) {
+    DesktopSession desktop("openbox", Compositor::none);
+    // An agent in tmux, whose jump runs tmux.
+    const fs::path agent = desktop.home() / "bin/claude";
+    const fs::path tmux = desktop.home() / "tools/tmux";
+    const fs::path said = desktop.home() / "said";
+    fs::create_directories(agent.parent_path());
+    fs::create_directories(desktop.home() / "shop");
+    fs::copy_file("/bin/sleep", agent);
+    writeFile(tmux, "#!/bin/sh\nprintf '[%s]' \"${DBUS_SESSION_BUS_ADDRESS-none}\" >\"$HOME/said\"\n");
+    fs::permissions(tmux, fs::perms::owner_all);
+    const auto running =
+        desktop.run({"sh", "-c", "cd shop && exec ../bin/claude 600"}, "agent", {"TMUX=/nowhere,1,0"});
+    const char* const inherited = std::getenv("PATH");
+    const std::string path =
+        "PATH=" + tmux.parent_path().string() + ":" + (inherited == nullptr ? "" : inherited);
+    const auto goToTerminal = [&] {
+        fs::remove(said);
+        desktop.pointAway();
+        desktop.claude("Notification-permission_prompt", "a", "shop", {"TERM_PROGRAM="});
+        ASSERT_TRUE(desktop.shows(1, 0));
+        desktop.click(primaryButton(desktop.screen().banners().front()));
+        ASSERT_TRUE(waitUntil(10s, [&] { return fs::exists(said) && !fs::is_empty(said); }));
+    };
+
+    desktop.startApplication(
+        {path, "DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=" + agent.parent_path().string()});
+    ASSERT_NO_FATAL_FAILURE(goToTerminal());
+    EXPECT_EQ(fileBytes(said), "[]");
+    desktop.application().stop();
+    const auto bus = desktop.holdBus();
+    desktop.startApplication({path});
+    ASSERT_NO_FATAL_FAILURE(goToTerminal());
+    EXPECT_EQ(fileBytes(said), "[unix:path=" + (desktop.home().parent_path() / "run/bus").string() + "]");
 }
 
 TEST(Process, idlesWithoutWorkingTheProcessor) {

@@ -22,24 +22,58 @@
 #include "Platform/Linux/X11.h"
 #include "Platform/Shared/QtScheduler.h"
 
+#include <QByteArray>
+#include <QDBusConnection>
 #include <QGuiApplication>
 #include <QtGlobal>
 
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <utility>
 
 namespace corvane {
 
 namespace {
 
-constexpr const char* windowSystemVariable = "QT_QPA_PLATFORM";
 constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
-constexpr const char* sharedMemoryVariable = "QT_XCB_NO_MITSHM";
 // A bus of a machine that is busy with a login replies late.
 constexpr std::chrono::seconds busPatience{5};
-bool hasChosenWindowSystem = false;
-bool hasRefusedSharedMemory = false;
+
+/// A variable of the environment that this process has for itself, until Qt has read it.
+class OwnVariable {
+  public:
+    constexpr explicit OwnVariable(const char* name)
+        : name_(name) {}
+
+    [[nodiscard]] bool isEmpty() const { return qEnvironmentVariableIsEmpty(name_); }
+    [[nodiscard]] bool isSet() const { return qEnvironmentVariableIsSet(name_); }
+
+    void set(const char* value) {
+        if (isSet()) inherited_ = qgetenv(name_);
+        isOwn_ = true;
+        qputenv(name_, value);
+    }
+
+    void restore() {
+        if (!std::exchange(isOwn_, false)) return;
+        if (inherited_)
+            qputenv(name_, *inherited_);
+        else
+            qunsetenv(name_);
+    }
+
+  private:
+    const char* name_;
+    bool isOwn_ = false;
+    std::optional<QByteArray> inherited_;
+};
+
+OwnVariable windowSystem{"QT_QPA_PLATFORM"};
+OwnVariable refusedSharedMemory{"QT_XCB_NO_MITSHM"};
+OwnVariable busAddress{"DBUS_SESSION_BUS_ADDRESS"};
+// Nothing is at the address of a null device.
+constexpr const char* noBus = "unix:path=/dev/null";
 StartupToken ownStartup;
 
 /// Qt's previous message handler.
@@ -110,9 +144,11 @@ class LinuxPlatform : public Platform {
 } // namespace
 
 std::unique_ptr<Platform> Platform::make() {
+    // The library reads the address once, for the first connection.
+    static_cast<void>(QDBusConnection::sessionBus());
     // Child processes must not inherit the choices.
-    if (hasChosenWindowSystem) qunsetenv(windowSystemVariable);
-    if (hasRefusedSharedMemory) qunsetenv(sharedMemoryVariable);
+    for (OwnVariable* const variable : {&windowSystem, &refusedSharedMemory, &busAddress})
+        variable->restore();
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
     return std::make_unique<LinuxPlatform>();
 }
@@ -120,7 +156,7 @@ std::unique_ptr<Platform> Platform::make() {
 bool Platform::prepareProcess() {
     const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
     const bool hasWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    const bool isChosen = !qEnvironmentVariableIsEmpty(windowSystemVariable);
+    const bool isChosen = !windowSystem.isEmpty();
     if (!hasX && !hasWayland && !isChosen) {
         std::fputs("corvane: no display to show banners on (neither DISPLAY nor WAYLAND_DISPLAY is set)\n",
                    stderr);
@@ -129,17 +165,14 @@ bool Platform::prepareProcess() {
     ownStartup = StartupToken::fromEnvironment();
     printMessage = qInstallMessageHandler(takeMessage);
     // Where there is no session bus, its library would start one that outlives the application. For one that
-    // hangs, Qt would wait for minutes and without a window. Nothing is at the address of a null device.
+    // hangs, Qt would wait for minutes and without a window.
     const std::string bus = busprobe::sessionAddress();
-    if (bus.empty() || busprobe::hangs(bus, busPatience))
-        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    if (bus.empty() || busprobe::hangs(bus, busPatience)) busAddress.set(noBus);
     // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
-    hasChosenWindowSystem = hasX && !isChosen;
-    if (hasChosenWindowSystem) qputenv(windowSystemVariable, "xcb;wayland");
+    if (hasX && !isChosen) windowSystem.set("xcb;wayland");
     // With pictures in shared memory, Qt waits for the X server before each painting of what it has painted
     // before: each banner's clock would wake the process twice more a second.
-    hasRefusedSharedMemory = !qEnvironmentVariableIsSet(sharedMemoryVariable);
-    if (hasRefusedSharedMemory) qputenv(sharedMemoryVariable, "1");
+    if (!refusedSharedMemory.isSet()) refusedSharedMemory.set("1");
     // Without it, Qt serves only screen readers that were started earlier. It stays set, since Qt reads it
     // again whenever an accessibility bus appears.
     if (!qEnvironmentVariableIsSet(accessibilityVariable)) qputenv(accessibilityVariable, "1");

@@ -2,19 +2,14 @@
 // comes back.
 
 #include "Desktop/Support/DesktopSession.h"
-#include "Desktop/Support/LoopWatch.h"
-#include "Desktop/Support/Starvation.h"
+#include "Desktop/Support/Heartbeat.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,67 +19,10 @@ namespace corvane::test {
 namespace {
 
 using namespace std::chrono_literals;
-namespace fs = std::filesystem;
 using Server = DesktopSession::Server;
 
 class ServerFault : public testing::Test {
   protected:
-    void startApplication() {
-        desktop.startApplication(
-            {"LD_PRELOAD=" CORVANE_LOOP_WATCH_LIBRARY, "CORVANE_LOOP_WATCH=" + heartbeat.string()});
-        ASSERT_TRUE(waitUntil(10s, [this] { return record().waits > 1; })) << "the heartbeat is not felt";
-        forgetSleep(); // the start may wait for replies
-    }
-
-    void forgetSleep() {
-        // In place, since the file is mapped.
-        std::fstream file(heartbeat, std::ios::in | std::ios::out | std::ios::binary);
-        const std::int64_t none = 0;
-        file.write(reinterpret_cast<const char*>(&none), sizeof none);
-        starved = starvation();
-    }
-
-    [[nodiscard]] LoopWatchRecord record() const {
-        LoopWatchRecord result{};
-        const std::string bytes = fileBytes(heartbeat).value_or("");
-        if (bytes.size() == sizeof result) std::memcpy(&result, bytes.data(), sizeof result);
-        return result;
-    }
-
-    /// Whether the main thread has gone through its loop for `duration`, and has not slept outside of it for
-    /// longer than a tenth of a second.
-    [[nodiscard]] testing::AssertionResult isResponsive(std::chrono::milliseconds duration = 2500ms) {
-        const std::int64_t before = record().waits;
-        const auto runs = [&] { return record().waits - before; };
-        const Starvation starvationOfAll(desktop.painters());
-        std::this_thread::sleep_for(duration);
-        if (!holdsWithin(duration, starvationOfAll, [&] { return runs() >= duration / 1s; }))
-            return testing::AssertionFailure() << "the loop ran " << runs() << " times";
-        const LoopWatchRecord seen = record();
-        const auto sleep = std::chrono::nanoseconds(std::int64_t{seen.longestSleep});
-        // On a busy machine the X server, or a client that has grabbed it, waits for a processor, and the
-        // main thread for the server's replies.
-        const auto excuse = std::clamp<std::chrono::nanoseconds>(starvation() - starved, 0ms, 900ms);
-        if (sleep > 100ms + excuse)
-            return testing::AssertionFailure() << "asleep for " << sleep / 1ms << " ms";
-        return testing::AssertionSuccess();
-    }
-
-    /// How long the X server and the clients that grab it have waited for a processor in all.
-    [[nodiscard]] std::chrono::nanoseconds starvation() {
-        std::int64_t sum = 0;
-        for (const ChildProcess* const process :
-             {&desktop.server(Server::x), &desktop.server(Server::windowManager), &desktop.compositor()}) {
-            std::istringstream times(
-                fileBytes("/proc/" + std::to_string(process->id()) + "/schedstat").value_or(""));
-            std::int64_t running = 0;
-            std::int64_t waiting = 0;
-            times >> running >> waiting;
-            sum += waiting;
-        }
-        return std::chrono::nanoseconds(sum);
-    }
-
     void alert(const std::string& session) {
         desktop.claude("Notification-permission_prompt", session, "shop");
     }
@@ -99,7 +37,7 @@ class ServerFault : public testing::Test {
             if (probe->wait(2s)) return;
             client.signal(SIGCONT);
             probe->wait(10s);
-            forgetSleep(); // the application has waited for the server as well
+            heartbeat.forgetSleep(); // the application has waited for the server as well
         }
         FAIL() << "the X server is grabbed at every attempt";
     }
@@ -109,39 +47,37 @@ class ServerFault : public testing::Test {
     }
 
     DesktopSession desktop;
-    ScratchFolder scratch{"heartbeat"};
-    fs::path heartbeat = scratch / "heartbeat";
-    std::chrono::nanoseconds starved{0}; // when the heartbeat began
+    Heartbeat heartbeat{desktop};
 };
 
 TEST_F(ServerFault, theHeartbeatMissesWhileTheXServerHangsAndABannerIsToBeShown) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     desktop.server(Server::x).signal(SIGSTOP);
     alert("a");
     // Nothing can be shown without the server, and every toolkit waits for it.
     int looks = 0;
     EXPECT_TRUE(waitUntil(10s, [&] {
-        looks = record().isWaiting == 0 ? looks + 1 : 0;
+        looks = heartbeat.isInLoop() ? 0 : looks + 1;
         return looks == 30;
     }));
     desktop.server(Server::x).signal(SIGCONT);
     EXPECT_TRUE(desktop.shows(1, 0));
-    EXPECT_GT(std::chrono::nanoseconds(std::int64_t{record().longestSleep}), 100ms);
+    EXPECT_GT(heartbeat.longestSleep(), 100ms);
 }
 
 TEST_F(ServerFault, anXServerThatHangsIsNotWaitedForWhileNothingIsToBeShown) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     desktop.server(Server::x).signal(SIGSTOP);
     writeFile(desktop.paths().events() / "1.event", "");
     EXPECT_TRUE(isDrained());
-    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(heartbeat.isResponsive());
     desktop.server(Server::x).signal(SIGCONT);
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0));
 }
 
 TEST_F(ServerFault, losingTheXServerIsACleanExit) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     alert("a");
     ASSERT_TRUE(desktop.shows(1, 0));
     // Killed, the server would leave its socket behind.
@@ -152,45 +88,45 @@ TEST_F(ServerFault, losingTheXServerIsACleanExit) {
 }
 
 TEST_F(ServerFault, aSessionBusThatHangsIsNotWaitedFor) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     desktop.server(Server::bus).signal(SIGSTOP);
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0));
     answer("a");
     EXPECT_TRUE(desktop.shows(0, 0));
-    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(heartbeat.isResponsive());
     desktop.server(Server::bus).signal(SIGCONT);
     // A second start finds the first by the bus.
     const auto second = desktop.run({CORVANE_PROGRAM}, "second");
     EXPECT_EQ(second->wait(10s), 0);
     EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().managedWindows("corvane").size() == 1; }));
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
 }
 
 TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHangsAtTheStart) {
     desktop.server(Server::bus).signal(SIGSTOP);
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0));
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
     desktop.server(Server::bus).signal(SIGCONT);
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
 }
 
 TEST_F(ServerFault, bannersAreShownThoughTheSessionBusHasDied) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     desktop.server(Server::bus).signal(SIGKILL);
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0));
     desktop.restartBus();
     alert("b");
     EXPECT_TRUE(desktop.shows(2, 0));
-    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(heartbeat.isResponsive());
     EXPECT_TRUE(desktop.application().isRunning());
 }
 
 TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     ASSERT_NO_FATAL_FAILURE(hang(desktop.server(Server::windowManager)));
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0));
@@ -198,7 +134,7 @@ TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
     desktop.server(Server::windowManager).signal(SIGKILL);
     alert("b");
     EXPECT_TRUE(desktop.shows(2, 0));
-    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(heartbeat.isResponsive());
     const auto another = desktop.run({"openbox", "--sm-disable"}, "openbox");
     ASSERT_TRUE(waitUntil(10s, [&] { return desktop.screen().windowManagerResponds(1s); }));
     const std::uint32_t terminal = desktop.startTerminal();
@@ -211,12 +147,12 @@ TEST_F(ServerFault, aWindowManagerThatHangsOrDiesIsNotWaitedFor) {
 }
 
 TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     ASSERT_NO_FATAL_FAILURE(hang(desktop.compositor()));
     alert("a");
     EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().banners().size() == 1; }));
     answer("a");
-    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(heartbeat.isResponsive());
     desktop.compositor().signal(SIGCONT);
     EXPECT_TRUE(desktop.shows(0, 0));
     alert("b");
@@ -226,19 +162,19 @@ TEST_F(ServerFault, aCompositorThatHangsIsNotWaitedFor) {
 TEST_F(ServerFault, aTrayThatHangsOrDiesIsNotWaitedForAndAnotherIsUsed) {
     const auto tray = [this] { return desktop.run({"trayer", "--edge", "bottom"}, "trayer"); };
     auto first = tray();
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     // The tray's row of icons is as wide as the icons in it.
     ASSERT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
     ASSERT_NO_FATAL_FAILURE(hang(*first));
     alert("a"); // changes the icon
     EXPECT_TRUE(desktop.shows(1, 0));
-    EXPECT_TRUE(isResponsive());
+    EXPECT_TRUE(heartbeat.isResponsive());
     first->signal(SIGKILL);
     first->wait(10s);
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
     const auto second = tray();
     EXPECT_TRUE(waitUntil(10s, [&] { return !desktop.screen().managedWindows("trayer").empty(); }));
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
 }
 
 TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
@@ -248,29 +184,29 @@ TEST_F(ServerFault, aPortalThatHangsIsNotWaitedFor) {
                std::string::npos;
     }));
     portal->signal(SIGSTOP);
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     alert("a");
     EXPECT_TRUE(desktop.shows(1, 0));
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
     portal->signal(SIGCONT);
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
 }
 
 TEST_F(ServerFault, aScreenThatIsTurnedOffAndOnAgainShowsTheBannersThatStand) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     alert("a");
     ASSERT_TRUE(desktop.shows(1, 0));
     // Fails in the end, since the server's screen cannot have no size; by then the monitor is off.
     EXPECT_NE(desktop.run({"xrandr", "--output", "screen", "--off"}, "xrandr")->wait(10s), std::nullopt);
     alert("b");
     EXPECT_TRUE(isDrained());
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
     EXPECT_EQ(desktop.run({"xrandr", "--output", "screen", "--auto"}, "xrandr")->wait(10s), 0);
     EXPECT_TRUE(desktop.shows(2, 0));
 }
 
 TEST_F(ServerFault, bannersFollowAScreenThatChangesItsSize) {
-    ASSERT_NO_FATAL_FAILURE(startApplication());
+    ASSERT_TRUE(heartbeat.startApplication());
     alert("a");
     ASSERT_TRUE(desktop.shows(1, 0));
     const std::vector<std::vector<std::string>> changes{
@@ -282,7 +218,7 @@ TEST_F(ServerFault, bannersFollowAScreenThatChangesItsSize) {
         EXPECT_EQ(desktop.run(arguments, "xrandr")->wait(10s), 0);
     }
     EXPECT_TRUE(desktop.standIn({0, 0, 1024, 768}));
-    EXPECT_TRUE(isResponsive(1500ms));
+    EXPECT_TRUE(heartbeat.isResponsive(1500ms));
 }
 
 } // namespace

@@ -21,20 +21,21 @@ SoundPlace::SoundPlace(const ScratchFolder& scratch)
     : folder_(scratch.path())
     , socket_(scratch / "pulse") {
     writeFile(scratch / "client.conf", "autospawn = no\nenable-shm = no\n");
-    environment_ = {"HOME=" + folder_.string(),
-                    "XDG_RUNTIME_DIR=" + folder_.string(),
-                    "PULSE_RUNTIME_PATH=" + (scratch / "runtime").string(),
-                    "PULSE_STATE_PATH=" + (scratch / "state").string(),
-                    "PULSE_CLIENTCONFIG=" + (scratch / "client.conf").string(),
-                    "PULSE_SERVER=unix:" + socket_.string()};
-    for (const char* const name : {"PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
-        if (const char* const value = std::getenv(name); value != nullptr)
-            environment_.push_back(std::string(name) + "=" + value);
-    }
+    variables_ = {"PULSE_RUNTIME_PATH=" + (scratch / "runtime").string(),
+                  "PULSE_STATE_PATH=" + (scratch / "state").string(),
+                  "PULSE_CLIENTCONFIG=" + (scratch / "client.conf").string(),
+                  "PULSE_SERVER=unix:" + socket_.string()};
 }
 
 Command SoundPlace::command(std::vector<std::string> arguments, const std::string& errors) const {
-    return {std::move(arguments), environment_, {}, {}, folder_ / errors};
+    std::vector<std::string> environment = variables_;
+    environment.push_back("HOME=" + folder_.string());
+    environment.push_back("XDG_RUNTIME_DIR=" + folder_.string());
+    for (const char* const name : {"PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"}) {
+        if (const char* const value = std::getenv(name); value != nullptr)
+            environment.push_back(std::string(name) + "=" + value);
+    }
+    return {std::move(arguments), std::move(environment), {}, {}, folder_ / errors};
 }
 
 SoundServer::SoundServer(const SoundPlace& place) {

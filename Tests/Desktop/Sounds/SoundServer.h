@@ -17,6 +17,8 @@ class SoundPlace {
   public:
     explicit SoundPlace(const ScratchFolder& scratch);
 
+    /// What has a program use the server, as "NAME=value".
+    [[nodiscard]] const std::vector<std::string>& variables() const { return variables_; }
     /// A program that uses the server, with the file of this name in the folder for its standard error.
     [[nodiscard]] Command command(std::vector<std::string> arguments, const std::string& errors) const;
     [[nodiscard]] const std::filesystem::path& socket() const { return socket_; }
@@ -24,7 +26,7 @@ class SoundPlace {
   private:
     std::filesystem::path folder_;
     std::filesystem::path socket_;
-    std::vector<std::string> environment_;
+    std::vector<std::string> variables_;
 };
 
 /// A PulseAudio server without a sound card: sounds are played to a null sink whose monitor can be recorded.

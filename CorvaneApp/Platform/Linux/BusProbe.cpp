@@ -54,6 +54,21 @@ std::string sessionAddress() {
     return ::access(socket.c_str(), F_OK) == 0 ? "unix:path=" + socket : std::string();
 }
 
+std::string accessibilityAddress() {
+    const char* const chosen = std::getenv("AT_SPI_BUS_ADDRESS");
+    if (chosen != nullptr && *chosen != '\0') return chosen;
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    const char* const display = std::getenv("DISPLAY");
+    if (runtime == nullptr) return {};
+    const std::string_view name(display == nullptr ? "" : display);
+    const std::string_view number = name.substr(name.rfind(':') + 1);
+    for (const std::string& suffix : {"_" + std::string(number.substr(0, number.find('.'))), std::string()}) {
+        const std::string socket = std::string(runtime) + "/at-spi/bus" + suffix;
+        if (::access(socket.c_str(), F_OK) == 0) return "unix:path=" + socket;
+    }
+    return {};
+}
+
 bool hangs(const std::string& address, std::chrono::milliseconds patience) {
     const std::optional<Place> place = placeOf(address);
     if (!place) return false;

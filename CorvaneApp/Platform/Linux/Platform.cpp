@@ -1,5 +1,6 @@
 #include "Platform/Platform.h"
 
+#include "Platform/Linux/AccessibilityProbe.h"
 #include "Platform/Linux/Activation.h"
 #include "Platform/Linux/AgentProcesses.h"
 #include "Platform/Linux/Announcer.h"
@@ -22,6 +23,7 @@
 #include "Platform/Linux/X11.h"
 #include "Platform/Shared/QtScheduler.h"
 
+#include <QAccessible>
 #include <QByteArray>
 #include <QDBusConnection>
 #include <QGuiApplication>
@@ -72,6 +74,7 @@ class OwnVariable {
 OwnVariable windowSystem{"QT_QPA_PLATFORM"};
 OwnVariable refusedSharedMemory{"QT_XCB_NO_MITSHM"};
 OwnVariable busAddress{"DBUS_SESSION_BUS_ADDRESS"};
+OwnVariable accessibilityBusAddress{"AT_SPI_BUS_ADDRESS"};
 // Nothing is at the address of a null device.
 constexpr const char* noBus = "unix:path=/dev/null";
 StartupToken ownStartup;
@@ -146,8 +149,12 @@ class LinuxPlatform : public Platform {
 std::unique_ptr<Platform> Platform::make() {
     // The library reads the address once, for the first connection.
     static_cast<void>(QDBusConnection::sessionBus());
+    if (accessibilityHangs(busprobe::accessibilityAddress(), busPatience)) accessibilityBusAddress.set(noBus);
+    // Qt reads that address with the first question about accessibility.
+    static_cast<void>(QAccessible::isActive());
     // Child processes must not inherit the choices.
-    for (OwnVariable* const variable : {&windowSystem, &refusedSharedMemory, &busAddress})
+    for (OwnVariable* const variable :
+         {&windowSystem, &refusedSharedMemory, &busAddress, &accessibilityBusAddress})
         variable->restore();
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane"));
     return std::make_unique<LinuxPlatform>();

@@ -3,10 +3,12 @@
 #include "Desktop/Support/Starvation.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <stdexcept>
+#include <unistd.h>
 #include <utility>
 
 namespace corvane::test {
@@ -42,6 +44,7 @@ std::vector<std::string> AssistiveDesktop::logLines(const std::string& name) con
 }
 
 void AssistiveDesktop::startBus() {
+    fs::remove_all(session_.home().parent_path() / "run/at-spi"); // of one that was killed
     bus_ = session_.run({busLauncher(), "--launch-immediately"}, "accessibility-bus");
     // It owns its name on the session bus once it replies there.
     const auto replies = [this] {
@@ -55,7 +58,23 @@ void AssistiveDesktop::startBus() {
         throw std::runtime_error("the accessibility bus did not start");
 }
 
+void AssistiveDesktop::signalBus(int number, const std::string& program) const {
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        const auto process = static_cast<pid_t>(std::stol(name));
+        const std::string path = fileBytes(entry.path() / "cmdline").value_or("");
+        const std::string command = path.substr(0, path.find('\0'));
+        if (getpgid(process) == bus_->id() && fs::path(command).filename() == program) {
+            kill(process, number);
+            return;
+        }
+    }
+    throw std::runtime_error(program + " does not run");
+}
+
 void AssistiveDesktop::startListener() {
+    fs::remove(session_.home().parent_path() / "listener.log");
     listener_ = session_.run({CORVANE_ASSISTIVE_FOLDER "/assistive", "listen"}, "listener");
     if (!waitUntil(startTimeout, [&] { return contains(logLines("listener"), "ready"); })) {
         throw std::runtime_error("the listener did not start: " +

@@ -20,6 +20,10 @@ class AssistiveDesktop {
 
     /// Starts the accessibility bus, without requesting that accessibility be enabled.
     void startBus();
+    /// Signals all processes of the accessibility bus: the launcher, the bus and, if it runs, the registry;
+    /// or the one that runs this program.
+    void signalBus(int number) const { bus_->signalGroup(number); }
+    void signalBus(int number, const std::string& program) const;
 
     /// Starts a plain listener, and waits until it is ready.
     void startListener();

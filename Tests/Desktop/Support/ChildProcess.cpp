@@ -76,6 +76,10 @@ void ChildProcess::signal(int number) const {
     if (!status_) kill(id_, number);
 }
 
+void ChildProcess::signalGroup(int number) const {
+    if (!status_) kill(-id_, number);
+}
+
 void ChildProcess::stop() {
     if (status_) return;
     signalGroup(SIGTERM);

@@ -2,14 +2,19 @@
 #include "Support/FileDescriptor.h"
 #include "Support/TestSupport.h"
 
+#include <QByteArray>
+#include <QtGlobal>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <utility>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -48,6 +53,48 @@ TEST_F(BusProbe, whatIsNoSocketIsNotExamined) {
     for (const char* const other :
          {"", "unix:", "unix:path=", "tcp:host=localhost", "unix:path=/a%20b", "autolaunch:"})
         EXPECT_FALSE(busprobe::hangs(other, 0ms)) << other;
+}
+
+/// Variables of the environment, which have their values again at the end.
+class Environment {
+  public:
+    explicit Environment(std::vector<std::pair<const char*, QByteArray>> variables) {
+        for (const auto& [name, value] : variables) {
+            before_.emplace_back(name, qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name))
+                                                                       : std::nullopt);
+            qputenv(name, value);
+        }
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+    ~Environment() {
+        for (const auto& [name, value] : before_)
+            value ? qputenv(name, *value) : qunsetenv(name);
+    }
+
+  private:
+    std::vector<std::pair<const char*, std::optional<QByteArray>>> before_;
+};
+
+TEST(AccessibilityAddress, isTheSocketOfTheDisplayInTheRuntimeFolder) {
+    const test::ScratchFolder runtime{"runtime"};
+    const auto found = [&runtime](const char* display, const char* chosen = "") {
+        const Environment environment({{"XDG_RUNTIME_DIR", runtime.path().c_str()},
+                                       {"DISPLAY", display},
+                                       {"AT_SPI_BUS_ADDRESS", chosen}});
+        return busprobe::accessibilityAddress();
+    };
+    const std::string common = "unix:path=" + (runtime / "at-spi/bus").string();
+    EXPECT_EQ(found(":12"), "");
+    test::writeFile(runtime / "at-spi/bus_12", "");
+    for (const char* const display : {":12", ":12.0", "host:12.1"})
+        EXPECT_EQ(found(display), common + "_12") << display;
+    for (const char* const other : {":1", ":120", "", ":"})
+        EXPECT_EQ(found(other), "") << other;
+    test::writeFile(runtime / "at-spi/bus", "");
+    EXPECT_EQ(found(":12"), common + "_12");
+    EXPECT_EQ(found(":1"), common);
+    EXPECT_EQ(found(":12", "unix:path=/own"), "unix:path=/own");
 }
 
 } // namespace

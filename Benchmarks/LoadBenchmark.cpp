@@ -60,21 +60,26 @@ class ScratchHome {
     fs::path path_;
 };
 
+/// What is large in an event.
+enum class Large : std::uint8_t { message, folder, session };
+
 /// Of one of `sessions` sessions.
-std::string eventText(int number, int sessions, std::size_t size) {
-    std::string text = "corvane-event 1\nsource=claude\nterm=\nbundle=\n---\n"
-                       R"({"hook_event_name":"Notification","session_id":")" +
-                       std::to_string(number % sessions) + R"(","cwd":"/w/shop","message":")";
-    constexpr std::string_view line = R"(    return \"a line of code\";\n)";
-    while (text.size() < size)
-        text += line;
-    return text + "\"}\n";
+std::string eventText(int number, int sessions, std::size_t size, Large large) {
+    std::string filling;
+    const std::string_view line = large == Large::message ? R"(    return \"a line of code\";\n)" : "/folder";
+    while (filling.size() < size)
+        filling += line;
+    const auto filled = [&](Large what) { return what == large ? filling : std::string(); };
+    return "corvane-event 1\nsource=claude\nterm=\nbundle=\n---\n"
+           R"({"hook_event_name":"Notification","session_id":")" +
+           filled(Large::session) + std::to_string(number % sessions) + R"(","cwd":")" +
+           filled(Large::folder) + R"(/w/shop","message":")" + filled(Large::message) + "\"}\n";
 }
 
 /// As a hook does: under a hidden name first.
-void drop(const fs::path& inbox, int number, int sessions, std::size_t size) {
+void drop(const fs::path& inbox, int number, int sessions, std::size_t size, Large large) {
     const fs::path hidden = inbox / ("." + std::to_string(number) + ".tmp");
-    std::ofstream(hidden, std::ios::binary) << eventText(number, sessions, size);
+    std::ofstream(hidden, std::ios::binary) << eventText(number, sessions, size, large);
     fs::rename(hidden, inbox / (std::to_string(1'700'000'000 + number) + "-1.event"));
 }
 
@@ -152,6 +157,7 @@ struct Load {
     int sessions;
     std::size_t size;
     int writingMilliseconds = 0; // 0 if all are there at once
+    Large large = Large::message;
 };
 
 void measure(const Load& load) {
@@ -215,7 +221,7 @@ void measure(const Load& load) {
         const fs::path aside = home.path() / "aside";
         fs::create_directory(aside);
         for (int i = 0; i < load.files; ++i)
-            drop(aside, i, load.sessions, load.size);
+            drop(aside, i, load.sessions, load.size, load.large);
         plain = plainReading(aside);
         const fs::path inbox = paths.events();
         fs::remove_all(inbox);
@@ -227,7 +233,7 @@ void measure(const Load& load) {
         if (writer == 0) {
             const auto pause = std::chrono::microseconds(load.writingMilliseconds * 1000 / load.files);
             for (int i = 0; i < load.files; ++i) {
-                drop(paths.events(), i, load.sessions, load.size);
+                drop(paths.events(), i, load.sessions, load.size, load.large);
                 usleep(static_cast<useconds_t>(pause.count()));
             }
             _exit(0);
@@ -265,6 +271,8 @@ int main(int argc, char** argv) {
         Load{"100,000 of 100 B at once", 100'000, 20, 100},
         Load{"1 of 5 MiB", 1, 1, 5 * mebibyte},
         Load{"200 of 5 MiB at once", 200, 20, 5 * mebibyte},
+        Load{"200 folders of 5 MiB", 200, 20, 5 * mebibyte, 0, Large::folder},
+        Load{"200 sessions of 5 MiB", 200, 20, 5 * mebibyte, 0, Large::session},
         Load{"1 of 60 MiB", 1, 1, 60 * mebibyte},
         Load{"5 of 60 MiB at once", 5, 5, 60 * mebibyte},
     };

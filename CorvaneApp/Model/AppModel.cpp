@@ -99,8 +99,10 @@ void AppModel::tick() {
 void AppModel::readInbox() {
     const std::size_t before = arrived_.size();
     const bool hasMore = inbox_.step(arrived_);
-    for (std::size_t i = before; i < arrived_.size(); ++i)
+    for (std::size_t i = before; i < arrived_.size(); ++i) {
         arrived_[i].message = AlertText::kept(std::move(arrived_[i].message));
+        arrived_[i].cutNames();
+    }
     if (!hasMore) {
         endPass();
         return;

@@ -3,6 +3,7 @@
 #include "Agents/EventPayload.h"
 #include "Support/Text.h"
 
+#include <functional>
 #include <utility>
 
 namespace corvane {
@@ -52,10 +53,36 @@ std::optional<EventFile> takeApart(std::string_view text) {
     return std::nullopt;
 }
 
+constexpr std::string_view ellipsis = "\u2026";
+
+std::string cutFolder(std::string_view folder) {
+    // What is behind the last component is no part of any name.
+    if (const std::size_t last = folder.find_last_not_of('/'); last != std::string_view::npos)
+        folder = folder.substr(0, last + 1);
+    if (folder.size() <= AgentEvent::longestName) return std::string(folder);
+    return std::string(ellipsis).append(text::end(folder, AgentEvent::longestName));
+}
+
+std::string cutIdentifier(std::string_view identifier) {
+    const std::size_t digest = std::hash<std::string_view>()(identifier);
+    return std::string(text::beginning(identifier, AgentEvent::longestName))
+        .append(ellipsis)
+        .append(std::to_string(digest));
+}
+
 } // namespace
 
 std::string AgentEvent::repoName() const {
     return text::lastPathComponent(cwd);
+}
+
+void AgentEvent::cutNames() {
+    // An assignment may keep the memory.
+    if (cwd.size() > longestName) cutFolder(cwd).swap(cwd);
+    if (sessionID.size() > longestName) cutIdentifier(sessionID).swap(sessionID);
+    for (std::string* const name : {&terminalBundleID, &terminalProgram}) {
+        if (name->size() > longestName) std::string(text::beginning(*name, longestName)).swap(*name);
+    }
 }
 
 std::optional<AgentEvent> AgentEvent::parse(std::string_view text, Date fileDate, AgentKinds agents) {

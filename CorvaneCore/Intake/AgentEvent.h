@@ -4,6 +4,7 @@
 #include "Agents/EventKind.h"
 #include "Support/Date.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,14 @@ struct AgentEvent {
 
     /// The short project name that alerts show: the last component of `cwd`, or all of `cwd` if it has none.
     [[nodiscard]] std::string repoName() const;
+
+    /// The most bytes of a folder or an identifier that are worth keeping. No system has a longer path.
+    static constexpr std::size_t longestName = 4096;
+
+    /// Cuts the members that name something, if they are longer than `longestName`, to not much more than
+    /// that. A folder keeps its end, so that `repoName` is the same unless it is itself too long, and is no
+    /// absolute path any more; identifiers of sessions that differ still do.
+    void cutNames();
 
     /// Parses the whole text of an event file. Returns none for anything malformed (a wrong magic line, no
     /// separator, a source that is none of `agents`, text that is not UTF-8, a payload that is not one strict

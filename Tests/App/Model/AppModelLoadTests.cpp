@@ -38,6 +38,26 @@ TEST_F(AppModelTest, anOrdinaryMessageIsKeptWhole) {
     EXPECT_EQ(model().board().sessions().at(0).message, message);
 }
 
+TEST_F(AppModelTest, ofLargeNamesLittleIsKeptAndTheSessionIsTheSame) {
+    const std::string session(5'000'000, 's');
+    const auto report = [&](const char* event) {
+        drop("claude", R"({"hook_event_name":")" + std::string(event) + R"(","session_id":")" + session +
+                           R"(","cwd":"/)" + std::string(5'000'000, 'w') +
+                           R"(/shop","notification_type":"permission_prompt","message":"?"})");
+        pass();
+    };
+    report("Notification");
+    ASSERT_EQ(model().board().sessions().size(), 1U);
+    const AgentSession& kept = model().board().sessions().front();
+    EXPECT_LE(kept.sessionID.size(), 2 * AgentEvent::longestName);
+    EXPECT_LE(kept.cwd.size(), 2 * AgentEvent::longestName);
+    EXPECT_EQ(kept.repoName(), "shop");
+    EXPECT_EQ(standing(), 1U);
+    report("SessionEnd");
+    EXPECT_TRUE(model().board().sessions().empty());
+    EXPECT_EQ(standing(), 0U);
+}
+
 TEST_F(AppModelTest, aLargePassLeavesTheEventLoopItsTurnsAndEndsAllAtOnce) {
     for (int i = 0; i < 4; ++i)
         drop("claude", prompt(std::to_string(i), std::string(5'000'000, 'x')), Seconds(1 - 0.1 * i));

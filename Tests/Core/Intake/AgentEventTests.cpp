@@ -1,11 +1,13 @@
 #include "Intake/AgentEvent.h"
 #include "Support/TestSupport.h"
+#include "Support/Text.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -328,6 +330,63 @@ TEST(AgentEvent, isNotLostToHalfOfASurrogatePair) {
     EXPECT_EQ(event->message, "cut \uFFFD");
     EXPECT_EQ(event->cwd, "/w/\uFFFD");
     EXPECT_TRUE(parseCodex(R"({"type":"agent-turn-complete","input-messages":["\ude00"]})"));
+}
+
+TEST(AgentEvent, namesOfAnOrdinaryLengthAreNotCut) {
+    AgentEvent event;
+    event.cwd = "/" + std::string(AgentEvent::longestName - 2, 'x') + "/";
+    event.sessionID = std::string(AgentEvent::longestName, 's');
+    event.terminalProgram = std::string(AgentEvent::longestName, 't');
+    event.terminalBundleID = "com.example.terminal";
+    AgentEvent cut = event;
+    cut.cutNames();
+    EXPECT_EQ(cut, event);
+}
+
+TEST(AgentEvent, ofALongFolderTheEndIsKeptWhichIsNoPathAndHasTheSameName) {
+    const std::string deep = [] {
+        std::string path;
+        while (path.size() < 5'000'000)
+            path += "/deep";
+        return path;
+    }();
+    for (const std::string& folder :
+         {deep + "/shop", deep + "/w/shop//", "/w/shop" + std::string(5'000'000, '/')}) {
+        AgentEvent event;
+        event.cwd = folder;
+        event.cutNames();
+        EXPECT_LE(event.cwd.size(), AgentEvent::longestName + 3);
+        EXPECT_EQ(event.repoName(), "shop");
+        EXPECT_LE(event.cwd.capacity(), 2 * AgentEvent::longestName);
+        EXPECT_EQ(event.cwd.starts_with('/'), !folder.starts_with(deep));
+    }
+}
+
+TEST(AgentEvent, ofALongNameThatIsOneCharacterAfterAnotherWholeCharactersAreKept) {
+    AgentEvent event;
+    for (int i = 0; i < 5000; ++i)
+        event.cwd += "\U0001F600";
+    event.sessionID = event.terminalProgram = event.terminalBundleID = "x" + event.cwd;
+    event.cutNames();
+    for (const std::string& name :
+         {event.cwd, event.sessionID, event.terminalProgram, event.terminalBundleID}) {
+        EXPECT_LE(name.size(), AgentEvent::longestName + 32);
+        EXPECT_TRUE(corvane::text::isUtf8(name)) << name;
+    }
+}
+
+TEST(AgentEvent, longIdentifiersThatDifferAnywhereStillDoAndTheSameStayTheSame) {
+    const std::string long1(5'000'000, 'x');
+    const auto cut = [](std::string identifier) {
+        AgentEvent event;
+        event.sessionID = std::move(identifier);
+        event.cutNames();
+        return event.sessionID;
+    };
+    EXPECT_EQ(cut(long1), cut(long1));
+    EXPECT_NE(cut(long1), cut(long1 + "y"));
+    EXPECT_NE(cut(long1), cut("y" + long1));
+    EXPECT_NE(cut(long1 + "y" + long1), cut(long1 + "z" + long1));
 }
 
 struct SampleRow {

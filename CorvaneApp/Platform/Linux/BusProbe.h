@@ -9,8 +9,8 @@ namespace corvane::busprobe {
 /// folder if something is there; empty if there is neither.
 [[nodiscard]] std::string sessionAddress();
 
-/// The address of AT_SPI_BUS_ADDRESS, else of the accessibility bus in the runtime folder, of the display that
-/// DISPLAY names if there are several; empty if there is none.
+/// The address of AT_SPI_BUS_ADDRESS, else of the accessibility bus in the runtime folder, of the display
+/// that DISPLAY names if there are several; empty if there is none.
 [[nodiscard]] std::string accessibilityAddress();
 
 /// Whether something listens at `address` and does not reply within `patience`: a bus that hangs. Whoever

@@ -77,7 +77,9 @@ void ChildProcess::signal(int number) const {
 }
 
 void ChildProcess::signalGroup(int number) const {
-    if (!status_) kill(-id_, number);
+    if (status_) return;
+    // A process that has just been created may not have its own group yet.
+    if (kill(-id_, number) != 0) kill(id_, number);
 }
 
 void ChildProcess::stop() {
@@ -87,11 +89,6 @@ void ChildProcess::stop() {
     if (wait(patience)) return;
     signalGroup(SIGKILL);
     wait(patience);
-}
-
-void ChildProcess::signalGroup(int number) const {
-    // A process that has just been created may not have its own group yet.
-    if (kill(-id_, number) != 0) kill(id_, number);
 }
 
 } // namespace corvane::test

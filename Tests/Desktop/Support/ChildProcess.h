@@ -46,8 +46,6 @@ class ChildProcess {
     void stop();
 
   private:
-    void signalGroup(int number) const;
-
     pid_t id_;
     std::optional<int> status_;
 };

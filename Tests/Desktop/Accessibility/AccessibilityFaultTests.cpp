@@ -45,6 +45,7 @@ TEST_F(AccessibilityFault, aBusThatComesLateIsJoinedAndNotWaitedForWhenItHangsOr
     desktop.startBus();
     desktop.startListener();
     desktop.waitForApplication();
+    heartbeat.forgetSleep(); // Qt waits for the replies by which it joins
     alert("shop");
     EXPECT_TRUE(announces("shop"));
     desktop.signalBus(SIGSTOP);
@@ -60,7 +61,7 @@ TEST_F(AccessibilityFault, aBusThatComesLateIsJoinedAndNotWaitedForWhenItHangsOr
     session().codex("codex-tui", "notes");
     EXPECT_TRUE(session().shows(2, 1, 5s));
     EXPECT_TRUE(heartbeat.isResponsive(1500ms));
-    EXPECT_EQ(session().applicationOutput(), "");
+    EXPECT_TRUE(session().application().isRunning());
 }
 
 TEST_F(AccessibilityFault, aBusOrARegistryThatHangsAtTheStartIsNotJoined) {

@@ -43,8 +43,7 @@ class AccessibilityFault : public testing::Test {
 TEST_F(AccessibilityFault, aBusThatComesLateIsJoinedAndNotWaitedForWhenItHangsOrDies) {
     ASSERT_TRUE(heartbeat.startApplication());
     desktop.startBus();
-    desktop.startListener();
-    desktop.waitForApplication();
+    desktop.startListenerToJoiningApplication();
     heartbeat.forgetSleep(); // Qt waits for the replies by which it joins
     alert("shop");
     EXPECT_TRUE(announces("shop"));

@@ -80,8 +80,7 @@ TEST_F(Announcements, aListenerThatStartsAfterTheApplicationIsToldTheSame) {
 TEST_F(Announcements, anAccessibilityBusThatComesAfterTheApplicationIsJoined) {
     session().startApplication();
     desktop_.startBus();
-    desktop_.startListener();
-    desktop_.waitForApplication();
+    desktop_.startListenerToJoiningApplication();
     showBannersOfAllKinds();
     EXPECT_EQ(session().applicationOutput(), "");
 }

@@ -87,6 +87,14 @@ void AssistiveDesktop::waitForApplication() {
         throw std::runtime_error("the application did not come to the accessibility bus");
 }
 
+void AssistiveDesktop::startListenerToJoiningApplication() {
+    startListener();
+    waitForApplication();
+    listener_.reset();
+    startListener();
+    waitForApplication();
+}
+
 std::vector<std::string> AssistiveDesktop::heard() const {
     std::vector<std::string> lines = logLines("listener");
     std::erase_if(lines, [](const std::string& line) { return line.find('\t') == std::string::npos; });

@@ -29,6 +29,9 @@ class AssistiveDesktop {
     void startListener();
     /// Waits until the listener has found the application on the bus, which knows of the listener then.
     void waitForApplication();
+    /// Starts the listener, and again once the application has joined the bus: Qt seems to miss a listener
+    /// that registers while it joins.
+    void startListenerToJoiningApplication();
     /// The events that the application has sent since, one per line, as Accessibility/assistive prints them.
     [[nodiscard]] std::vector<std::string> heard() const;
     /// The same without name changes.

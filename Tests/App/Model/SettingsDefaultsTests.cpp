@@ -30,6 +30,21 @@ TEST_F(SettingsDefaultsTest, anEmptyStoreHoldsNothing) {
     EXPECT_FALSE(defaults.boolean("hasCompletedOnboarding"));
 }
 
+// The library would read them from a file of all programs of the same maker, and from the system's.
+TEST_F(SettingsDefaultsTest, otherFilesAreNoFallback) {
+    const QString organization = QStringLiteral("Example");
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
+                       QString::fromStdString(folder_.path().string()));
+    {
+        QSettings shared(QSettings::IniFormat, QSettings::UserScope, organization);
+        shared.setValue(QStringLiteral("hasCompletedOnboarding"), true);
+    }
+    QSettings settings(QSettings::IniFormat, QSettings::UserScope, organization, QStringLiteral("Program"));
+    ASSERT_TRUE(settings.value(QStringLiteral("hasCompletedOnboarding")).toBool());
+    const SettingsDefaults defaults(settings);
+    EXPECT_FALSE(defaults.boolean("hasCompletedOnboarding"));
+}
+
 TEST_F(SettingsDefaultsTest, bytesAndBooleansSurviveTheProcess) {
     std::string everyByte;
     for (int byte = 0; byte < 256; ++byte)

@@ -45,7 +45,7 @@ constexpr std::chrono::seconds busPatience{5};
 /// A variable of the environment that this process has for itself, until Qt has read it.
 class OwnVariable {
   public:
-    constexpr explicit OwnVariable(const char* name)
+    constexpr explicit OwnVariable(const char* name) noexcept
         : name_(name) {}
 
     [[nodiscard]] bool isEmpty() const { return qEnvironmentVariableIsEmpty(name_); }
@@ -59,10 +59,11 @@ class OwnVariable {
 
     void restore() {
         if (!std::exchange(isOwn_, false)) return;
-        if (inherited_)
+        if (inherited_) {
             qputenv(name_, *inherited_);
-        else
+        } else {
             qunsetenv(name_);
+        }
     }
 
   private:

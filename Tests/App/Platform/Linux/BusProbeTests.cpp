@@ -58,7 +58,7 @@ TEST_F(BusProbe, whatIsNoSocketIsNotExamined) {
 /// Variables of the environment, which have their values again at the end.
 class Environment {
   public:
-    explicit Environment(std::vector<std::pair<const char*, QByteArray>> variables) {
+    explicit Environment(const std::vector<std::pair<const char*, QByteArray>>& variables) {
         for (const auto& [name, value] : variables) {
             before_.emplace_back(name, qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name))
                                                                        : std::nullopt);

@@ -72,6 +72,7 @@ class Stage {
         } else if (scenario.old) {
             writeFile(file_, *scenario.old);
         }
+        if (scenario.old) fs::permissions(file_, permissions_);
     }
 
     void perform() const {
@@ -121,6 +122,12 @@ class Stage {
         }
     }
 
+    void expectPermissionsKept() const {
+        if (scenario_.old && !isFreshWithTheOldKept()) {
+            EXPECT_EQ(fs::status(file_).permissions(), permissions_);
+        }
+    }
+
     /// Every backup holds all of the old bytes.
     void expectWholeBackups() const {
         for (const std::string& name : test::backupsIn(file_.parent_path())) {
@@ -142,6 +149,8 @@ class Stage {
     }
 
   private:
+    // None that a new file gets.
+    const fs::perms permissions_ = fs::perms(0640);
     const Scenario& scenario_;
     test::ScratchFolder home_ = test::inMemory();
     AgentConnector connector_{home_.path()};
@@ -171,6 +180,7 @@ class AgentConnectorFaults : public testing::TestWithParam<Scenario> {
                         (!mustSucceed && (stage.isFreshWithTheOldKept() || stage.isUntouchedDisconnect())));
         }
         stage.expectLinkKept();
+        stage.expectPermissionsKept();
         stage.expectWholeBackups();
         stage.expectNoTemporaryFile();
         stage.expectWorksAfterwards();

@@ -64,6 +64,9 @@ TEST(Files, stateTellsFilesApart) {
     writeFile(scratch / "other", "abc");
     test::setModificationDate(scratch / "other", first.modified);
     EXPECT_NE(files::state(scratch / "other"), first) << "another file of the same size and date";
+    struct stat status {};
+    ASSERT_EQ(stat((scratch / "file").c_str(), &status), 0);
+    EXPECT_EQ(first.device, status.st_dev) << "numbers are used again on another disk";
     EXPECT_EQ(files::state(scratch.path()).kind, FileState::Kind::folder);
     fs::create_symlink("nowhere", scratch / "dangling");
     EXPECT_EQ(files::state(scratch / "dangling").kind, FileState::Kind::absent);

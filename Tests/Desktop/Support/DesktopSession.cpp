@@ -237,7 +237,13 @@ void DesktopSession::startApplication(std::vector<std::string> variables, Start 
 
 // A fault while it quits, such as one that a sanitizer finds, shows in its exit status alone.
 void DesktopSession::stopApplication() {
-    if (application_ && application_->isRunning()) {
+    if (application_ && !application_->isRunning()) {
+        // No test sends it one of these.
+        const int signal = application_->wait(std::chrono::milliseconds(0)).value_or(0) - 128;
+        if (signal == SIGSEGV || signal == SIGABRT || signal == SIGBUS || signal == SIGFPE ||
+            signal == SIGILL)
+            ADD_FAILURE() << "the application crashed with signal " << signal << "\n" << applicationOutput();
+    } else if (application_) {
         application_->stop();
         const int status = application_->wait(std::chrono::milliseconds(0)).value_or(0);
         // What does not end in time, as on a busy machine, was killed.

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <sstream>
 #include <system_error>
 #include <thread>
 
@@ -15,19 +14,6 @@ namespace corvane::test {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 using Server = DesktopSession::Server;
-
-namespace {
-
-/// How long the thread of this folder has waited for a processor.
-std::int64_t wait(const fs::path& thread) {
-    std::istringstream times(fileBytes(thread / "schedstat").value_or(""));
-    std::int64_t running = 0;
-    std::int64_t waiting = 0;
-    times >> running >> waiting;
-    return waiting;
-}
-
-} // namespace
 
 Heartbeat::Heartbeat(DesktopSession& desktop)
     : desktop_(desktop) {}
@@ -83,17 +69,18 @@ LoopWatchRecord Heartbeat::record() const {
 /// How long the X server, the clients that grab it and the application's other threads have waited for a
 /// processor in all.
 std::chrono::nanoseconds Heartbeat::starvation() const {
-    std::int64_t sum = 0;
+    std::chrono::nanoseconds sum{0};
+    const auto add = [&sum](const fs::path& folder) { sum += waitedToRun(folder).value_or(0ns); };
     for (const ChildProcess* const process :
          {&desktop_.server(Server::x), &desktop_.server(Server::windowManager), &desktop_.compositor()}) {
-        sum += wait(fs::path("/proc") / std::to_string(process->id()));
+        add(fs::path("/proc") / std::to_string(process->id()));
     }
     const std::string main = std::to_string(desktop_.application().id());
     std::error_code ended;
     for (const auto& thread : fs::directory_iterator(fs::path("/proc") / main / "task", ended)) {
-        if (thread.path().filename() != main) sum += wait(thread.path());
+        if (thread.path().filename() != main) add(thread.path());
     }
-    return std::chrono::nanoseconds(sum);
+    return sum;
 }
 
 } // namespace corvane::test

@@ -3,7 +3,6 @@
 #include "Support/TestSupport.h"
 
 #include <cstdint>
-#include <optional>
 #include <sstream>
 #include <thread>
 #include <unistd.h>
@@ -11,18 +10,11 @@
 
 namespace corvane::test {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 using std::chrono::nanoseconds;
-
-/// For how long the thread of this "schedstat" has been ready to run without running.
-std::optional<nanoseconds> waited(const std::string& file) {
-    std::istringstream times(fileBytes(file).value_or(""));
-    std::int64_t running = 0;
-    std::int64_t waiting = 0;
-    if (times >> running >> waiting) return nanoseconds(waiting);
-    return std::nullopt;
-}
 
 /// What the host of a virtual machine has given to others meanwhile.
 nanoseconds takenByHost() {
@@ -38,20 +30,28 @@ nanoseconds takenByHost() {
 
 } // namespace
 
+std::optional<nanoseconds> waitedToRun(const fs::path& folder) {
+    std::istringstream times(fileBytes(folder / "schedstat").value_or(""));
+    std::int64_t running = 0;
+    std::int64_t waiting = 0;
+    if (times >> running >> waiting) return nanoseconds(waiting);
+    return std::nullopt;
+}
+
 Starvation::Starvation(const std::vector<pid_t>& processes)
     : takenByHostAtFirst_(takenByHost()) {
-    std::vector<std::string> files{"/proc/self/task/" + std::to_string(gettid()) + "/schedstat"};
+    std::vector<fs::path> folders{"/proc/self/task/" + std::to_string(gettid())};
     for (const pid_t process : processes)
-        files.push_back("/proc/" + std::to_string(process) + "/schedstat");
-    for (std::string& file : files) {
-        if (const auto now = waited(file)) watched_.push_back({std::move(file), *now, *now});
+        folders.emplace_back("/proc/" + std::to_string(process));
+    for (fs::path& folder : folders) {
+        if (const auto now = waitedToRun(folder)) watched_.push_back({std::move(folder), *now, *now});
     }
 }
 
 nanoseconds Starvation::soFar() {
     nanoseconds sum = takenByHost() - takenByHostAtFirst_;
     for (Watched& each : watched_) {
-        each.atLast = waited(each.file).value_or(each.atLast);
+        each.atLast = waitedToRun(each.folder).value_or(each.atLast);
         sum += each.atLast - each.atFirst;
     }
     return sum;

@@ -1,12 +1,17 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
-#include <string>
+#include <optional>
 #include <sys/types.h>
 #include <vector>
 
 namespace corvane::test {
+
+/// For how long the process or thread whose folder in /proc this is has been ready to run without running,
+/// its other threads not included; none if there is no such folder.
+[[nodiscard]] std::optional<std::chrono::nanoseconds> waitedToRun(const std::filesystem::path& folder);
 
 /// For how long programs have waited for a processor, or the machine itself has for its host: on a busy
 /// machine they do by so much later what they would do in time. Measured by the kernel; time that they
@@ -24,7 +29,7 @@ class Starvation {
 
   private:
     struct Watched {
-        std::string file;
+        std::filesystem::path folder;
         std::chrono::nanoseconds atFirst;
         std::chrono::nanoseconds atLast;
     };

@@ -33,6 +33,12 @@ class AgentConnectorChanges : public testing::Test {
   protected:
     /// Connects while the file gets new content up to `times` times; returns the error code, 0 for none.
     int connectWhileChanging(int times, const std::function<void(int)>& change) {
+        return whileChanging(times, change,
+                             [this] { backup = connector.connect(AgentKind::codex, test::noon); });
+    }
+
+    int whileChanging(int times, const std::function<void(int)>& change,
+                      const std::function<void()>& operation) {
         int done = 0;
         flushes = 0;
         faults::arm({0, faults::Action::fail, 0, [&](std::string_view function, int descriptor) {
@@ -47,7 +53,7 @@ class AgentConnectorChanges : public testing::Test {
                      }});
         int error = 0;
         try {
-            backup = connector.connect(AgentKind::codex, test::noon);
+            operation();
         } catch (const FileError& thrown) {
             error = thrown.code().value();
         }
@@ -127,6 +133,23 @@ TEST_F(AgentConnectorChanges, afterThatTheAgentsContentStaysAndAnErrorIsRaised) 
     EXPECT_EQ(changes, 4);
     EXPECT_EQ(fileBytes(file), "n = 11111\n");
     EXPECT_TRUE(test::backupsIn(file.parent_path()).empty()) << "nothing was replaced";
+}
+
+TEST_F(AgentConnectorChanges, removingStartsOverThreeTimesToo) {
+    for (const int times : {3, 100}) {
+        std::string last;
+        writeFile(file, installed("n = 0\n"));
+        const int error = whileChanging(
+            times,
+            [&](int n) {
+                last = "n = " + std::string(static_cast<std::size_t>(1 + n), '1') + "\n";
+                writeFile(file, installed(last));
+            },
+            [this] { connector.disconnect(AgentKind::codex); });
+        EXPECT_EQ(error, times == 3 ? 0 : EBUSY);
+        EXPECT_EQ(changes, times == 3 ? 3 : 4);
+        EXPECT_EQ(fileBytes(file), times == 3 ? last : installed(last));
+    }
 }
 
 TEST_F(AgentConnectorChanges, aFileThatAppearsIsTakenUp) {

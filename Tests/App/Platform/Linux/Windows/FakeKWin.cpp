@@ -1,5 +1,6 @@
 #include "App/Platform/Linux/Windows/FakeKWin.h"
 
+#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -13,6 +14,7 @@ namespace corvane::test {
 namespace {
 
 constexpr QLatin1String connectionName("kwin");
+constexpr QLatin1String scriptingPath("/Scripting");
 
 } // namespace
 
@@ -40,12 +42,16 @@ void FakeKWinScript::run() {
 FakeKWin::FakeKWin(const QString& address, Version version)
     : version_(version) {
     script.bus = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(address, connectionName));
-    script.bus->registerObject(QStringLiteral("/Scripting"), this,
-                               QDBusConnection::ExportScriptableInvokables);
+    script.bus->registerObject(scriptingPath, this, QDBusConnection::ExportScriptableInvokables);
     if (!script.bus->registerService(QStringLiteral("org.kde.KWin"))) throw std::runtime_error("no name");
 }
 
 FakeKWin::~FakeKWin() {
+    // A call that arrives as the connection ends would be answered on it, when this has already gone.
+    script.bus->unregisterObject(scriptingPath);
+    script.bus->unregisterObject(path_);
+    QCoreApplication::removePostedEvents(this);
+    QCoreApplication::removePostedEvents(&script);
     script.bus.reset();
     QDBusConnection::disconnectFromBus(connectionName);
 }

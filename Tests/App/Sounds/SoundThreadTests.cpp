@@ -9,6 +9,9 @@
 #include <canberra.h>
 #include <condition_variable>
 #include <cstdarg>
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -143,10 +146,23 @@ class SoundThread : public testing::Test {
   protected:
     void SetUp() override { server().reset(); }
 
+    /// On a busy machine a thread may be left behind, which would still count for the next test.
+    void TearDown() override {
+        while (threadCount() > threadsBefore_)
+            std::this_thread::yield();
+    }
+
     static std::vector<std::string> allNames() {
         const auto& names = AlertPreferences::soundChoices;
         return {names.begin(), names.end()};
     }
+
+  private:
+    static std::ptrdiff_t threadCount() {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    }
+
+    const std::ptrdiff_t threadsBefore_ = threadCount();
 };
 
 TEST_F(SoundThread, playsInOrderInOneOtherThread) {

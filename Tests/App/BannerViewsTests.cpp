@@ -1,4 +1,5 @@
 #include "App/Support/BannerViewsSupport.h"
+#include "App/Support/Waiting.h"
 #include "Controls/AgentGlyph.h"
 #include "Controls/Buttons.h"
 #include "Controls/SecondHand.h"
@@ -148,7 +149,7 @@ TEST_F(BannerViewsTest, aTickRepaintsNothingButTheWaitedLine) {
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->setAttribute(Qt::WA_TranslucentBackground);
     banner->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(banner.get()));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(banner.get(), test::longestWait));
     QCoreApplication::processEvents();
 
     PaintCounter counter(*banner);
@@ -163,13 +164,13 @@ TEST_F(BannerViewsTest, aStandingBannerFollowsASwitchOfAppearance) {
     QApplication::setPalette(Tokens::palette(ColorScheme::light));
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(banner.get()));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(banner.get(), test::longestWait));
     QCoreApplication::processEvents();
     EXPECT_EQ(render(*banner).pixelColor(260, 5), Tokens::surface.color(ColorScheme::light));
 
     PaintCounter counter(*banner);
     QApplication::setPalette(Tokens::palette(ColorScheme::dark));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return counter.counts[banner.get()] > 0; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return counter.counts[banner.get()] > 0; }, test::longestWait));
     for (auto* const part : banner->findChildren<QWidget*>()) {
         if (!part->isVisible()) continue;
         EXPECT_GE(counter.counts[part], 1) << part->metaObject()->className();

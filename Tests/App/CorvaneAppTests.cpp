@@ -1,4 +1,5 @@
 #include "App/Support/MenuBarSupport.h"
+#include "App/Support/Waiting.h"
 #include "ApplicationMenuBar.h"
 #include "Controls/Buttons.h"
 #include "CorvaneApp.h"
@@ -240,7 +241,7 @@ TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheKeyboardAndThePressThatTookIt
     Q_EMIT tray().pressed({});
     ASSERT_TRUE(app().panel()->isVisible());
     world.platform.panelHosts.last->setKeyboard(false);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !app().panel()->isVisible(); }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !app().panel()->isVisible(); }, test::longestWait));
     Q_EMIT tray().pressed({});
     EXPECT_FALSE(app().panel()->isVisible());
     Q_EMIT tray().pressed({});
@@ -361,7 +362,7 @@ class ApplicationMenuBarTest : public CorvaneAppTest {
 
     static void activate(QWidget& window) {
         window.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window, test::longestWait));
     }
 };
 

@@ -1,4 +1,5 @@
 #include "App/Support/Pictures.h"
+#include "App/Support/Waiting.h"
 #include "App/Support/WindowStates.h"
 #include "Controls/ErrorText.h"
 #include "Controls/Paragraph.h"
@@ -65,7 +66,7 @@ class OnboardingViewTest : public testing::Test {
     static void show(QWidget& window) {
         window.show();
         window.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window, test::longestWait));
     }
 
     test::ModelFixture fixture_;

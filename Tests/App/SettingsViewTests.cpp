@@ -1,3 +1,4 @@
+#include "App/Support/Waiting.h"
 #include "App/Support/WindowStates.h"
 #include "Controls/ErrorText.h"
 #include "Controls/Labels.h"
@@ -67,7 +68,7 @@ class SettingsViewTest : public testing::Test {
     void show() {
         view().show();
         view().activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&view()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&view(), test::longestWait));
     }
 
     test::ModelFixture fixture_;
@@ -391,7 +392,7 @@ TEST_F(SettingsViewTest, everyControlIsReachedByKeyboard) {
         [this](QWidget* parent) { return fixture_.settings(parent).release(); },
         CommandHandlers{[] {}, [] {}, [](QRect /*menu*/) {}, [] {}});
     window.present();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window, test::longestWait));
     EXPECT_EQ(window.windowTitle().toStdString(), "Corvane Settings");
     const auto press = [&](Qt::Key key) { QTest::keyClick(window.focusWidget(), key); };
     const auto focused = [&] { return nameOf(window.focusWidget()); };

@@ -1,4 +1,5 @@
 #include "App/Support/Pictures.h"
+#include "App/Support/Waiting.h"
 #include "Controls/Controls.h"
 #include "Controls/FocusRing.h"
 #include "Controls/Paragraph.h"
@@ -22,7 +23,7 @@ class ControlsTest : public testing::Test {
     void show() {
         window_.show();
         window_.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_, test::longestWait));
         // The toolkit gives the first control the focus when a window is shown.
         window_.setFocus();
     }

@@ -1,6 +1,7 @@
 #include "App/Support/DirectionMarks.h"
 #include "App/Support/MenuBarSupport.h"
 #include "App/Support/ToolTips.h"
+#include "App/Support/Waiting.h"
 #include "Controls/Labels.h"
 #include "MenuBar/SessionList.h"
 #include "MenuBarView.h"
@@ -60,11 +61,11 @@ TEST_F(SessionRowInViewTest, theRowThatComesUnderThePointerIsHighlightedAndTheOn
     world.waits("a", "shop");
     world.waits("b", "notes");
     MenuBarView& panel = view();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel, test::longestWait));
     const auto rows = [&panel] { return panel.list().rows(); };
     ASSERT_EQ(rows().front()->session().sessionID, "b");
     QTest::mouseMove(rows().front(), QPoint(40, 20));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return rows().front()->underMouse(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rows().front()->underMouse(); }, test::longestWait));
 
     world.waits("a", "shop");
     ASSERT_EQ(rows().front()->session().sessionID, "a");

@@ -1,6 +1,7 @@
 // What assistive technology finds in the banners on Linux. Events are tested on an accessibility bus.
 
 #include "App/Support/Sessions.h"
+#include "App/Support/Waiting.h"
 #include "BannerViews.h"
 #include "Controls/Labels.h"
 #include "Controls/SecondHand.h"
@@ -123,7 +124,7 @@ TEST_F(AnnouncerTest, everyButtonIsPressedByItsAction) {
         ASSERT_NE(button, nullptr);
         QSignalSpy clicks(button, &QAbstractButton::clicked);
         action->doAction(QAccessibleActionInterface::pressAction());
-        EXPECT_TRUE(clicks.count() == 1 || clicks.wait());
+        EXPECT_TRUE(clicks.count() == 1 || clicks.wait(test::longestWait));
     }
     EXPECT_EQ(calls_, "jump snooze close ");
 }

@@ -1,3 +1,4 @@
+#include "App/Support/Waiting.h"
 #include "Platform/Linux/KdeSettings.h"
 #include "Support/FileDescriptor.h"
 #include "Support/TestSupport.h"
@@ -84,7 +85,7 @@ TEST_F(KdeSettingsFiles, aChangeIsFollowedAgainAndAgain) {
     for (const double factor : {0.0, 0.5, 2.0}) {
         write(own, "[KDE]\nAnimationDurationFactor=" + std::to_string(factor) + "\n");
         while (settings.look().animationFactor != factor)
-            ASSERT_TRUE(changes.wait()) << factor;
+            ASSERT_TRUE(changes.wait(test::longestWait)) << factor;
     }
 }
 
@@ -95,10 +96,10 @@ TEST_F(KdeSettingsFiles, aFileThatAppearsIsFollowed) {
     QSignalSpy changes(&settings, &KdeSettings::changed);
     write(own, "[KDE]\nAnimationDurationFactor=0\n");
     while (settings.look().animationFactor != 0.0)
-        ASSERT_TRUE(changes.wait());
+        ASSERT_TRUE(changes.wait(test::longestWait));
     write(own, "[KDE]\nAnimationDurationFactor=3\n");
     while (settings.look().animationFactor != 3.0)
-        ASSERT_TRUE(changes.wait());
+        ASSERT_TRUE(changes.wait(test::longestWait));
 }
 
 TEST_F(KdeSettingsFiles, aFileThatIsReplacedWhileTheFilesAreReadIsFollowed) {
@@ -118,7 +119,7 @@ TEST_F(KdeSettingsFiles, aFileThatIsReplacedWhileTheFilesAreReadIsFollowed) {
     desktop.join();
     QSignalSpy changes(&settings, &KdeSettings::changed);
     while (settings.look().animationFactor != 0.0)
-        ASSERT_TRUE(changes.wait());
+        ASSERT_TRUE(changes.wait(test::longestWait));
 }
 
 TEST(KdeSettingsSession, onlyKdesOwnSessionsHaveThem) {

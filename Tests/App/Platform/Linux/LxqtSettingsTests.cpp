@@ -1,3 +1,4 @@
+#include "App/Support/Waiting.h"
 #include "Platform/Linux/LxqtSettings.h"
 #include "Support/TestSupport.h"
 
@@ -32,7 +33,7 @@ TEST(LxqtSettings, aChangeIsFollowed) {
     QSignalSpy changes(&settings, &LxqtSettings::changed);
     test::writeFile(file, "[Palette]\nwindow_color=#2b2b2b\n");
     while (settings.windowLightness() != 43)
-        ASSERT_TRUE(changes.wait());
+        ASSERT_TRUE(changes.wait(test::longestWait));
 }
 
 TEST(LxqtSettings, onlyLxqtsOwnSessionsHaveThem) {

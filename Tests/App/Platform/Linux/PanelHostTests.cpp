@@ -1,4 +1,5 @@
 #include "App/Platform/Linux/Windows/FakeSway.h"
+#include "App/Support/Waiting.h"
 #include "Platform/Linux/PanelHost.h"
 #include "Platform/Recording/RecordingPlatform.h"
 
@@ -28,7 +29,7 @@ class LinuxPanelHostTest : public testing::Test {
                " " + std::to_string(y);
     }
     [[nodiscard]] bool isRequested(std::size_t count) {
-        return QTest::qWaitFor([&] { return sway_.requests.size() >= count; });
+        return QTest::qWaitFor([&] { return sway_.requests.size() >= count; }, test::longestWait);
     }
 
     QWidget window_;
@@ -54,9 +55,11 @@ TEST_F(LinuxPanelHostTest, hasSwayMoveAWindowThatGrows) {
     ASSERT_TRUE(isRequested(1));
     sway_.requests.clear();
     host_.setGeometry({888, 500, 388, 280}, QPainterPath());
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return !sway_.requests.empty() && sway_.requests.back().second.toStdString() == command(888, 500);
-    }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            return !sway_.requests.empty() && sway_.requests.back().second.toStdString() == command(888, 500);
+        },
+        test::longestWait));
 }
 
 TEST_F(LinuxPanelHostTest, asksAFewTimesOnlyAndNotForAHiddenWindow) {
@@ -128,7 +131,11 @@ TEST_F(ReportedPanelHost, tellsPicom12OfThemBeforeThePanelMovesAndOfTheBannersWh
 
 TEST_F(ReportedPanelHost, tellsPicom12OfThemAgainEachSecondWhileThePanelIsOpen) {
     open();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return reported_ == Windows{&banner_, &window_}; }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] {
+            return reported_ == Windows{&banner_, &window_};
+        },
+        test::longestWait));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // How the first instance learns of further starts, and the lock that ensures one instance per user where
 // there is no session bus.
 
+#include "App/Support/Waiting.h"
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/SingleInstanceLock.h"
 #include "Support/TestSupport.h"
@@ -39,7 +40,7 @@ TEST(SingleInstanceLock, laterClaimsFailAndTheFirstIsNotified) {
     SingleInstanceLock third(scratch.path());
     EXPECT_FALSE(third.claim());
     while (asked.count() < 2)
-        ASSERT_TRUE(asked.wait());
+        ASSERT_TRUE(asked.wait(test::longestWait));
 }
 
 TEST(SingleInstanceLock, theFirstHearsWhatTheOthersSayInOrder) {
@@ -52,7 +53,7 @@ TEST(SingleInstanceLock, theFirstHearsWhatTheOthersSayInOrder) {
     for (const char* const message : {"one", "", "three"})
         EXPECT_FALSE(SingleInstanceLock(scratch.path()).claim(message));
     QSignalSpy asked(&first, &SingleInstanceLock::asked);
-    ASSERT_TRUE(asked.wait());
+    ASSERT_TRUE(asked.wait(test::longestWait));
     EXPECT_EQ(heard, (std::vector<std::string>{"one", "", "three"}));
 }
 
@@ -66,7 +67,7 @@ TEST(SingleInstanceLock, aClaimWithoutAMessageLeavesTheFirstAlone) {
     EXPECT_FALSE(SingleInstanceLock(scratch.path()).claim(std::nullopt));
     EXPECT_FALSE(SingleInstanceLock(scratch.path()).claim("later"));
     QSignalSpy asked(&first, &SingleInstanceLock::asked);
-    ASSERT_TRUE(asked.wait());
+    ASSERT_TRUE(asked.wait(test::longestWait));
     EXPECT_EQ(heard, std::vector<std::string>{"later"});
 }
 
@@ -99,7 +100,7 @@ TEST(SingleInstanceLock, whatAKilledProcessLeftIsNoObstacle) {
     QSignalSpy asked(&lock, &SingleInstanceLock::asked);
     SingleInstanceLock second(scratch.path());
     EXPECT_FALSE(second.claim());
-    EXPECT_TRUE(asked.count() == 1 || asked.wait());
+    EXPECT_TRUE(asked.count() == 1 || asked.wait(test::longestWait));
 }
 
 TEST(SingleInstanceLock, pathsLongerThanASocketsAddressAreNoObstacle) {

@@ -1,3 +1,4 @@
+#include "App/Support/Waiting.h"
 #include "Platform/Recording/RecordingPlatform.h"
 #include "Platform/Shared/PlainPanelHost.h"
 
@@ -29,7 +30,7 @@ TEST_F(PlainPanelHostTest, reportsTheKeyboardThatTheWindowGetsAndLoses) {
     EXPECT_FALSE(host_.hasKeyboard());
     host_.present();
     EXPECT_EQ(activation_.presented, std::vector<const QWidget*>{&window_});
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window_, test::longestWait));
     EXPECT_TRUE(host_.hasKeyboard());
     EXPECT_GE(changes.count(), 1);
 
@@ -37,7 +38,7 @@ TEST_F(PlainPanelHostTest, reportsTheKeyboardThatTheWindowGetsAndLoses) {
     QWidget other;
     other.show();
     other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other, test::longestWait));
     EXPECT_FALSE(host_.hasKeyboard());
     EXPECT_GE(changes.count(), 1);
 }

@@ -1,3 +1,4 @@
+#include "App/Support/Waiting.h"
 #include "Platform/Shared/QtScheduler.h"
 
 #include <QTest>
@@ -16,7 +17,7 @@ TEST(QtScheduler, neverRunsWorkBeforeReturning) {
     int runs = 0;
     scheduler.after(milliseconds(0), [&] { ++runs; });
     EXPECT_EQ(runs, 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return runs > 0; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return runs > 0; }, test::longestWait));
     QCoreApplication::processEvents();
     EXPECT_EQ(runs, 1);
 }
@@ -29,7 +30,7 @@ TEST(QtScheduler, workMayScheduleMoreWorkWhichWaitsForTheEventLoopAgain) {
         scheduler.after(milliseconds(0), [&] { ++runs; });
         runsWhenScheduled = runs;
     });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return runs == 1; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return runs == 1; }, test::longestWait));
     EXPECT_EQ(runsWhenScheduled, 0);
 }
 
@@ -46,7 +47,7 @@ TEST(QtScheduler, dropsPendingWorkWhenItGoes) {
     bool later = false;
     QtScheduler other;
     other.after(milliseconds(1), [&] { later = true; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return later; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return later; }, test::longestWait));
     EXPECT_EQ(runs, 0);
 }
 

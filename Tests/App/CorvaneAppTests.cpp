@@ -21,8 +21,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <optional>
+#include <utility>
 
 namespace corvane {
 namespace {
@@ -236,13 +238,37 @@ TEST_F(CorvaneAppTest, thePanelClosesAtEscape) {
     EXPECT_FALSE(app().panel()->isVisible());
 }
 
+/// Calls back each time a window is hidden.
+class Hidings : public QObject {
+  public:
+    Hidings(QWidget& window, std::function<void()> callBack)
+        : callBack_(std::move(callBack)) {
+        window.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Hide) callBack_();
+        return false;
+    }
+
+  private:
+    std::function<void()> callBack_;
+};
+
 TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheKeyboardAndThePressThatTookItLeavesItClosed) {
     app();
     Q_EMIT tray().pressed({});
     ASSERT_TRUE(app().panel()->isVisible());
-    world.platform.panelHosts.last->setKeyboard(false);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !app().panel()->isVisible(); }, test::longestWait));
-    Q_EMIT tray().pressed({});
+    int hidings = 0;
+    {
+        // At once: a press that comes later, as after a pause of a busy machine, is another one.
+        const Hidings pressed(*app().panel(), [&] {
+            if (++hidings == 1) Q_EMIT tray().pressed({});
+        });
+        world.platform.panelHosts.last->setKeyboard(false);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return hidings > 0; }, test::longestWait));
+    }
+    EXPECT_EQ(hidings, 1);
     EXPECT_FALSE(app().panel()->isVisible());
     Q_EMIT tray().pressed({});
     EXPECT_TRUE(app().panel()->isVisible());

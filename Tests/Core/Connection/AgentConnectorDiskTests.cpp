@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <linux/fs.h>
 #include <optional>
@@ -38,9 +39,14 @@ bool seesOwnMounts() {
     const gid_t group = getegid();
     if (unshare(CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER)) != 0) return false;
     if (user != 0) {
-        writeFile("/proc/self/setgroups", "deny");
-        writeFile("/proc/self/uid_map", "0 " + std::to_string(user) + " 1");
-        writeFile("/proc/self/gid_map", "0 " + std::to_string(group) + " 1");
+        // Some systems permit the namespace but not to be root of it.
+        const auto isWritten = [](const char* file, const std::string& text) {
+            return static_cast<bool>(std::ofstream(file) << text << std::flush);
+        };
+        if (!isWritten("/proc/self/setgroups", "deny") ||
+            !isWritten("/proc/self/uid_map", "0 " + std::to_string(user) + " 1") ||
+            !isWritten("/proc/self/gid_map", "0 " + std::to_string(group) + " 1"))
+            return false;
     }
     return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }

@@ -118,6 +118,9 @@ TEST_F(AppModelTest, removingAnAgentEndsItsSessionsAndTheirRemindersOnly) {
     const std::size_t before = played().size();
     pass(200);
     EXPECT_EQ(played().size(), before) << "a reminder";
+
+    model().disconnectAgent(AgentKind::codex);
+    EXPECT_TRUE(model().board().sessions().empty());
 }
 
 TEST_F(AppModelTest, whatAnOpenConversationOfARemovedAgentReportsAlertsNobodyUntilItIsConnectedAgain) {

@@ -174,6 +174,45 @@ TEST_F(AgentConnectorChanges, aForeignNotifyLineThatAppearsStopsTheConnect) {
     EXPECT_EQ(fileBytes(file), "notify = [\"x\"]\n");
 }
 
+TEST_F(AgentConnectorChanges, aTemporaryFileThatWasLeftIsNotTouched) {
+    writeFile(file, "n = 0\n");
+    std::string last;
+    faults::arm({0, faults::Action::fail, 0, [&](std::string_view function, int descriptor) {
+                     if (function != "fsync") return;
+                     const fs::path name = fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
+                     if (name.extension() == ".tmp") last = name.stem().string();
+                 }});
+    static_cast<void>(connector.connect(AgentKind::codex, test::noon));
+    faults::disarm();
+    const std::size_t number = last.rfind('-') + 1;
+    ASSERT_GT(number, 1U) << last;
+    // The first one from here is the backup's.
+    const std::string next =
+        last.substr(0, number) + std::to_string(std::stoi(last.substr(number)) + 2) + ".tmp";
+    writeFile(file.parent_path() / next, "left by a process of that number");
+    writeFile(file, "n = 1\n");
+    static_cast<void>(connector.connect(AgentKind::codex, test::noon));
+    EXPECT_EQ(fileBytes(file), installed("n = 1\n"));
+    EXPECT_EQ(fileBytes(file.parent_path() / next), "left by a process of that number");
+}
+
+TEST_F(AgentConnectorChanges, whatElsePreventsATemporaryFileIsReportedAsItIs) {
+    writeFile(file, "n = 0\n");
+    faults::arm(
+        {1, faults::Action::keepFailing, ENOSPC, {}, [](std::string_view function, std::string_view path) {
+             return function == "open" && path.find("/.corvane-") != std::string_view::npos;
+         }});
+    int error = 0;
+    try {
+        static_cast<void>(connector.connect(AgentKind::codex, test::noon));
+    } catch (const FileError& thrown) {
+        error = thrown.code().value();
+    }
+    EXPECT_EQ(faults::disarm(), 1);
+    EXPECT_EQ(error, ENOSPC);
+    EXPECT_EQ(fileBytes(file), "n = 0\n");
+}
+
 TEST_F(AgentConnectorChanges, bytesAreFlushedAndLookedAtBeforeTheyTakeTheFilesPlace) {
     writeFile(file, "n = 0\n");
     std::vector<std::string> calls;

@@ -222,7 +222,7 @@ void createDirectories(const fs::path& folder) {
 fs::path resolvingLinks(fs::path path) {
     constexpr int maximumLinks = 40; // the limit of Linux
     const fs::path given = path;
-    for (int i = 0; i < maximumLinks; ++i) {
+    for (int links = 0; links <= maximumLinks; ++links) {
         struct stat status {};
         if (lstat(path.c_str(), &status) != 0) {
             if (errno == ENOENT) return path;

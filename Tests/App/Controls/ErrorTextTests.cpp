@@ -1,5 +1,7 @@
 #include "Controls/ErrorText.h"
 
+#include <QCoreApplication>
+#include <QFocusEvent>
 #include <gtest/gtest.h>
 
 namespace corvane {
@@ -18,6 +20,22 @@ TEST(ErrorText, theSameMessageOnceMoreLeavesTheSelection) {
         error.setMessage(message);
         EXPECT_TRUE(error.textCursor().hasSelection()) << message.toStdString();
     }
+}
+
+TEST(ErrorText, aSelectionGoesWithTheFocusButStaysUnderAMenuAndInAnInactiveWindow) {
+    QWidget window;
+    ErrorText error(&window);
+    error.setMessage(QStringLiteral("Nothing was changed."));
+    const auto isSelectedAfterLosing = [&error](Qt::FocusReason reason) {
+        error.selectAll();
+        QFocusEvent lost(QEvent::FocusOut, reason);
+        QCoreApplication::sendEvent(&error, &lost);
+        return error.textCursor().hasSelection();
+    };
+    EXPECT_TRUE(isSelectedAfterLosing(Qt::PopupFocusReason));
+    EXPECT_TRUE(isSelectedAfterLosing(Qt::ActiveWindowFocusReason));
+    EXPECT_FALSE(isSelectedAfterLosing(Qt::TabFocusReason));
+    EXPECT_FALSE(isSelectedAfterLosing(Qt::MouseFocusReason));
 }
 
 } // namespace

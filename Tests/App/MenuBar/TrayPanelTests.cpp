@@ -134,6 +134,33 @@ TEST_F(TrayPanelTest, opensAtTheTopOfItsListAndShowsThatThereIsMore) {
     EXPECT_EQ(picture.pixelColor(picture.width() - 6, 20), Tokens::scrollThumb(ColorScheme::light));
 }
 
+TEST_F(TrayPanelTest, itsListIsScrolledByTheThumb) {
+    world_.connect();
+    for (const char* const session : {"a", "b", "c", "d", "e", "f", "g", "h"})
+        world_.runs(session, session);
+    panel_.open({300, 10, 22, 22});
+    SessionList& list = static_cast<MenuBarView&>(panel_.view()).list();
+    QScrollBar& bar = *list.verticalScrollBar();
+    QWidget* const thumb = list.childAt(list.width() - 6, 20);
+    ASSERT_NE(thumb, nullptr);
+    const QPoint grip(thumb->width() / 2, 10);
+    const auto drag = [&](int to) { QTest::mouseMove(thumb, thumb->mapFrom(&list, QPoint(grip.x(), to))); };
+
+    drag(list.height());
+    EXPECT_EQ(bar.value(), 0) << "no button was pressed";
+    QTest::mousePress(thumb, Qt::LeftButton, {}, grip);
+    drag(list.height());
+    EXPECT_EQ(bar.value(), bar.maximum());
+    drag(grip.y() + (list.height() - thumb->height()) / 2);
+    EXPECT_GT(bar.value(), 0);
+    EXPECT_LT(bar.value(), bar.maximum());
+    drag(-100);
+    EXPECT_EQ(bar.value(), 0);
+    QTest::mouseRelease(thumb, Qt::LeftButton, {}, grip);
+    drag(list.height());
+    EXPECT_EQ(bar.value(), 0);
+}
+
 TEST_F(TrayPanelTest, looksWhetherWindowsAreBlendedEachTimeItOpens) {
     panel_.open({300, 10, 22, 22});
     panel_.hide();

@@ -159,5 +159,15 @@ TEST(Files, ownerAndGroupAreKeptWhereTheUserMay) {
     EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
+TEST(Files, writesThroughFortyLinksAndNoMore) {
+    const test::ScratchFolder scratch;
+    writeFile(scratch / "0", "old");
+    for (int i = 1; i <= 41; ++i)
+        fs::create_symlink(std::to_string(i - 1), scratch / std::to_string(i));
+    files::writeAtomically(scratch / "40", "new");
+    EXPECT_EQ(fileBytes(scratch / "0"), "new");
+    EXPECT_EQ(errorCode([&] { files::writeAtomically(scratch / "41", "newer"); }), ELOOP);
+    EXPECT_EQ(fileBytes(scratch / "0"), "new");
+}
 } // namespace
 } // namespace corvane

@@ -14,7 +14,9 @@
 #include <iterator>
 #include <mutex>
 #include <string>
+#include <sys/types.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 struct ca_context {};
@@ -144,11 +146,20 @@ namespace {
 
 class SoundThread : public testing::Test {
   protected:
+    static void SetUpTestSuite() {
+        // ThreadSanitizer starts a thread of its own with the first one, and keeps it.
+        pid_t first = 0;
+        std::thread([&first] { first = gettid(); }).join();
+        while (std::filesystem::exists("/proc/self/task/" + std::to_string(first)))
+            std::this_thread::yield();
+        threadsBefore = threadCount();
+    }
+
     void SetUp() override { server().reset(); }
 
     /// On a busy machine a thread may be left behind, which would still count for the next test.
     void TearDown() override {
-        while (threadCount() > threadsBefore_)
+        while (threadCount() > threadsBefore)
             std::this_thread::yield();
     }
 
@@ -162,8 +173,10 @@ class SoundThread : public testing::Test {
         return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
     }
 
-    const std::ptrdiff_t threadsBefore_ = threadCount();
+    static std::ptrdiff_t threadsBefore;
 };
+
+std::ptrdiff_t SoundThread::threadsBefore = 0;
 
 TEST_F(SoundThread, playsInOrderInOneOtherThread) {
     LinuxSounds sounds("sounds");

@@ -214,6 +214,9 @@ TEST(EventPayload, resolvesEscapesInValuesAndNames) {
               "$ä€😀\xF0\x90\x80\x80\xF4\x8F\xBF\xBF\xED\x9F\xBF\xEE\x80\x80");
     EXPECT_EQ(Reading(R"({"cwd":"\ud83d \uDE00\ud800\ue000\ud800\ud83d\ude00\udbff"})").string("cwd"),
               "\uFFFD \uFFFD\uFFFD\uE000\uFFFD😀\uFFFD");
+    EXPECT_EQ(Reading(R"({"cwd":"\ud800 \udbff \udc00 \udfff"})").string("cwd"),
+              "\uFFFD \uFFFD \uFFFD \uFFFD")
+        << "the first and last of each half, alone";
     EXPECT_EQ(Reading(R"({"cwd":"a\u0000b"})").string("cwd"), std::string("a\0b", 3));
     EXPECT_EQ(Reading("{\"cwd\":\"\xC3\xA4 \xF0\x9F\x98\x80\"}").string("cwd"), "ä 😀");
     EXPECT_EQ(Reading(R"({"cwd":""})").string("cwd"), "");

@@ -114,6 +114,19 @@ TEST_F(RunTest, withADisplayItBuildsWhatAnInstallationNeedsAndStartsTheProgram) 
         ElementsAre("dependencies build", "cmake --build build/release --target InstalledFiles", "corvane "));
 }
 
+TEST_F(RunTest, aBuildWithoutTheApplicationIsConfiguredAgain) {
+    test::writeFile(tree_ / "build/release/CMakeCache.txt", "CORVANE_BUILD_APP:BOOL=OFF\n");
+    const test::Outcome outcome = test::runScript((tree_ / "run").string(), {},
+                                                  {{"PATH", (tree_ / "stubs").string() + ":/usr/bin:/bin"},
+                                                   {"DISPLAY", ":0"},
+                                                   {"HOME", scratch_.path().string()},
+                                                   {"CORVANE_TEST_LOG", (scratch_ / "log").string()}});
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    const std::vector<std::string> log = test::linesOf(test::fileBytes(scratch_ / "log").value_or(""));
+    ASSERT_EQ(log.size(), 4U);
+    EXPECT_THAT(log[1], HasSubstr("cmake --preset release"));
+}
+
 TEST(Configuration, ofASystemWithoutAPlatformSaysHowToAddOne) {
     const test::ScratchFolder scratch;
     const test::Outcome configured = test::runScript(

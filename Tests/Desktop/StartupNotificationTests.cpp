@@ -2,15 +2,14 @@
 // which belongs to the running process, tells the desktop so.
 
 #include "Desktop/Support/DesktopSession.h"
+#include "Desktop/Support/XReply.h"
 
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -21,24 +20,18 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Message>
-using MessagePointer = std::unique_ptr<Message, Free>;
-
 /// Hears what programs broadcast about their starts, as a desktop does.
 class StartupMessages {
   public:
     explicit StartupMessages(const std::string& display)
         : connection_(xcb_connect(display.c_str(), nullptr)) {
         if (xcb_connection_has_error(connection_) != 0) throw std::runtime_error("no X server");
-        begin_ = atom("_NET_STARTUP_INFO_BEGIN");
-        next_ = atom("_NET_STARTUP_INFO");
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
         constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection_, root, XCB_CW_EVENT_MASK, &events);
-        xcb_flush(connection_);
+        // Their replies come after the server has seen to the request above.
+        begin_ = atom("_NET_STARTUP_INFO_BEGIN");
+        next_ = atom("_NET_STARTUP_INFO");
     }
     StartupMessages(const StartupMessages&) = delete;
     StartupMessages& operator=(const StartupMessages&) = delete;
@@ -46,7 +39,7 @@ class StartupMessages {
 
     /// The messages that have come in full so far.
     const std::vector<std::string>& heard() {
-        while (const MessagePointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
+        while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
             constexpr std::uint8_t sentByAClient = 0x80;
             if (event->response_type != (XCB_CLIENT_MESSAGE | sentByAClient)) continue;
             add(*reinterpret_cast<const xcb_client_message_event_t*>(event.get()));
@@ -56,7 +49,7 @@ class StartupMessages {
 
   private:
     xcb_atom_t atom(std::string_view name) {
-        const MessagePointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
             connection_,
             xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
         if (!reply) throw std::runtime_error("the X server has gone");

@@ -1,11 +1,11 @@
 #include "Desktop/Support/SidePanel.h"
 
+#include "Desktop/Support/XReply.h"
+
 #include <xcb/xcb.h>
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 #include <string_view>
 
@@ -13,12 +13,8 @@ namespace corvane::test {
 
 namespace {
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-
 xcb_atom_t atom(xcb_connection_t* x, std::string_view name) {
-    const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(xcb_intern_atom_reply(
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }

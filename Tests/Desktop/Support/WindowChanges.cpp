@@ -1,27 +1,21 @@
 #include "Desktop/Support/WindowChanges.h"
 
+#include "Desktop/Support/XReply.h"
+
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 
 namespace corvane::test {
 
 namespace {
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Message>
-using MessagePointer = std::unique_ptr<Message, Free>;
-
 // The top bit marks events sent by another client.
 constexpr std::uint8_t responseTypeMask = 0x7F;
 
 // Returns once the server has sent all events so far.
 void synchronize(xcb_connection_t* connection) {
-    const MessagePointer<xcb_get_input_focus_reply_t> reply(
+    const XReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     if (!reply) throw std::runtime_error("the X server has gone");
 }
@@ -47,7 +41,7 @@ WindowChanges::~WindowChanges() {
 std::map<std::uint32_t, std::size_t> WindowChanges::take() {
     synchronize(connection_);
     std::map<std::uint32_t, std::size_t> result;
-    while (const MessagePointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
+    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
         if ((event->response_type & responseTypeMask) != XCB_CONFIGURE_NOTIFY) continue;
         ++result[reinterpret_cast<const xcb_configure_notify_event_t*>(event.get())->window];
     }

@@ -1,11 +1,12 @@
 #include "Desktop/Support/XObserver.h"
 
+#include "Desktop/Support/XReply.h"
+
 #include <xcb/xcb.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
@@ -14,12 +15,6 @@
 namespace corvane::test {
 
 namespace {
-
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
 
 struct Size {
     int width;
@@ -88,7 +83,7 @@ Rect XObserver::screenArea() const {
 }
 
 std::uint32_t XObserver::atom(std::string_view name) const {
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()),
         nullptr));
     if (!reply) throw std::runtime_error("the X server has gone");
@@ -97,7 +92,7 @@ std::uint32_t XObserver::atom(std::string_view name) const {
 
 std::string XObserver::property(std::uint32_t window, std::string_view name) const {
     constexpr std::uint32_t maxLength = 1U << 16U; // in 32-bit units
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+    const XReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection_, xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_ANY, 0, maxLength),
         nullptr));
     if (!reply) return {};
@@ -113,14 +108,14 @@ std::vector<std::uint32_t> XObserver::cardinals(std::uint32_t window, std::strin
 }
 
 std::string XObserver::settings() const {
-    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+    const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
         connection_, xcb_get_selection_owner(connection_, atom("_XSETTINGS_S0")), nullptr));
     if (!reply || reply->owner == XCB_WINDOW_NONE) return {};
     return property(reply->owner, "_XSETTINGS_SETTINGS");
 }
 
 bool XObserver::isKeyboardGrabbed() const {
-    const ReplyPointer<xcb_grab_keyboard_reply_t> grab(xcb_grab_keyboard_reply(
+    const XReply<xcb_grab_keyboard_reply_t> grab(xcb_grab_keyboard_reply(
         connection_,
         xcb_grab_keyboard(connection_, 0, root_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
         nullptr));
@@ -152,7 +147,7 @@ bool XObserver::isOurs(std::uint32_t window) const {
 }
 
 std::vector<Banner> XObserver::mapped(Kinds kinds) const {
-    const ReplyPointer<xcb_query_tree_reply_t> tree(
+    const XReply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root_), nullptr));
     if (!tree) throw std::runtime_error("the X server has gone");
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
@@ -162,9 +157,9 @@ std::vector<Banner> XObserver::mapped(Kinds kinds) const {
         const xcb_window_t window = children[i];
         const auto attributesCookie = xcb_get_window_attributes(connection_, window);
         const auto geometryCookie = xcb_get_geometry(connection_, window);
-        const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
+        const XReply<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(connection_, attributesCookie, nullptr));
-        const ReplyPointer<xcb_get_geometry_reply_t> place(
+        const XReply<xcb_get_geometry_reply_t> place(
             xcb_get_geometry_reply(connection_, geometryCookie, nullptr));
         // The window may be destroyed between the requests.
         if (!attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE || !isOurs(window))
@@ -196,7 +191,7 @@ std::vector<Rect> XObserver::menus() const {
 
 std::uint32_t XObserver::frame(std::uint32_t window) const {
     for (;;) {
-        const ReplyPointer<xcb_query_tree_reply_t> tree(
+        const XReply<xcb_query_tree_reply_t> tree(
             xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
         if (!tree || tree->parent == XCB_WINDOW_NONE) return XCB_WINDOW_NONE;
         if (tree->parent == root_) return window;
@@ -207,7 +202,7 @@ std::uint32_t XObserver::frame(std::uint32_t window) const {
 bool XObserver::isAbove(std::uint32_t upper, std::uint32_t lower) const {
     const std::uint32_t upperFrame = frame(upper);
     const std::uint32_t lowerFrame = frame(lower);
-    const ReplyPointer<xcb_query_tree_reply_t> tree(
+    const XReply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root_), nullptr));
     if (!tree) throw std::runtime_error("the X server has gone");
     const xcb_window_t* const first = xcb_query_tree_children(tree.get());
@@ -230,7 +225,7 @@ Picture XObserver::screen() const {
 }
 
 Picture XObserver::screen(Rect area) const {
-    const ReplyPointer<xcb_get_image_reply_t> image(xcb_get_image_reply(
+    const XReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
         connection_,
         xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<std::int16_t>(area.x),
                       static_cast<std::int16_t>(area.y), static_cast<std::uint16_t>(area.width),
@@ -266,20 +261,20 @@ bool XObserver::windowManagerResponds(std::chrono::milliseconds timeout) {
 }
 
 bool XObserver::isManaged() const {
-    const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
+    const XReply<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, root_), nullptr));
     // Only one client at a time may redirect the requests of others.
     return attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
 }
 
 bool XObserver::isComposited() const {
-    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+    const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         connection_, xcb_get_selection_owner(connection_, atom("_NET_WM_CM_S0")), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 std::uint32_t XObserver::focusedWindow() const {
-    const ReplyPointer<xcb_get_input_focus_reply_t> focus(
+    const XReply<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     if (!focus) throw std::runtime_error("the X server has gone");
     return focus->focus;
@@ -288,7 +283,7 @@ std::uint32_t XObserver::focusedWindow() const {
 bool XObserver::hasFocus(std::uint32_t window) const {
     for (std::uint32_t focused = focusedWindow(); focused > XCB_INPUT_FOCUS_POINTER_ROOT;) {
         if (focused == window) return true;
-        const ReplyPointer<xcb_query_tree_reply_t> tree(
+        const XReply<xcb_query_tree_reply_t> tree(
             xcb_query_tree_reply(connection_, xcb_query_tree(connection_, focused), nullptr));
         focused = tree ? tree->parent : std::uint32_t{XCB_WINDOW_NONE};
     }
@@ -312,9 +307,8 @@ std::vector<std::uint32_t> XObserver::managedWindows(std::string_view name) cons
 Rect XObserver::geometry(std::uint32_t window) const {
     const auto geometryCookie = xcb_get_geometry(connection_, window);
     const auto placeCookie = xcb_translate_coordinates(connection_, window, root_, 0, 0);
-    const ReplyPointer<xcb_get_geometry_reply_t> size(
-        xcb_get_geometry_reply(connection_, geometryCookie, nullptr));
-    const ReplyPointer<xcb_translate_coordinates_reply_t> place(
+    const XReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(connection_, geometryCookie, nullptr));
+    const XReply<xcb_translate_coordinates_reply_t> place(
         xcb_translate_coordinates_reply(connection_, placeCookie, nullptr));
     if (!size || !place) return {};
     return {place->dst_x, place->dst_y, size->width, size->height};
@@ -415,7 +409,7 @@ std::uint32_t XObserver::serverTime() {
                         nullptr);
     xcb_flush(connection_);
     for (;;) {
-        const ReplyPointer<xcb_generic_event_t> event(xcb_wait_for_event(connection_));
+        const XReply<xcb_generic_event_t> event(xcb_wait_for_event(connection_));
         if (!event) throw std::runtime_error("the X server has gone");
         constexpr std::uint8_t typeMask = 0x7F;
         if ((event->response_type & typeMask) != XCB_PROPERTY_NOTIFY) continue;

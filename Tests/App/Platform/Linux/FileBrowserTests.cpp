@@ -1,7 +1,7 @@
 // What is said to a file manager on a session bus of the tests' own, where the test plays the file manager.
 
 #include "App/Platform/Linux/FakeFileManager.h"
-#include "App/Platform/Linux/Windows/PrivateBus.h"
+#include "App/Platform/Linux/PrivateBus.h"
 #include "App/Support/Waiting.h"
 #include "Platform/Linux/FileBrowser.h"
 
@@ -16,48 +16,41 @@
 namespace corvane {
 namespace {
 
-class LinuxFileBrowserTest : public testing::Test {
-  protected:
-    static void SetUpTestSuite() { bus = std::make_unique<test::PrivateBus>(); }
-    static void TearDownTestSuite() {
-        QDBusConnection::disconnectFromBus(QDBusConnection::sessionBus().name());
-        bus.reset();
-    }
-
-    void SetUp() override { QDesktopServices::setUrlHandler(QStringLiteral("file"), &manager, "open"); }
-    void TearDown() override {
-        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("file manager"));
-    }
-
-    void startFileManager() {
-        QDBusConnection connection =
-            QDBusConnection::connectToBus(bus->address(), QStringLiteral("file manager"));
+// One test, since a process has one session bus.
+TEST(LinuxFileBrowser, theFileManagerShowsTheFileOrElseTheFolderIsOpened) {
+    test::FakeFileManager manager;
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), &manager, "open");
+    auto bus = std::make_unique<test::PrivateBus>();
+    const QString name = QStringLiteral("file manager");
+    {
+        QDBusConnection connection = QDBusConnection::connectToBus(bus->address(), name);
         ASSERT_TRUE(connection.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), &manager,
                                               QDBusConnection::ExportScriptableInvokables));
         ASSERT_TRUE(connection.registerService(QStringLiteral("org.freedesktop.FileManager1")));
     }
-
-    static std::unique_ptr<test::PrivateBus> bus;
-    test::FakeFileManager manager;
     LinuxFileBrowser browser;
-};
+    const auto reveal = [&browser] { browser.reveal("/home/Zoë/.claude/settings #1 100%.json"); };
+    const auto isOpened = [&manager] { return !manager.opened.isEmpty(); };
 
-std::unique_ptr<test::PrivateBus> LinuxFileBrowserTest::bus;
-
-TEST_F(LinuxFileBrowserTest, theFileManagerShowsTheFile) {
-    startFileManager();
-    browser.reveal("/home/Zoë/.claude/settings #1 100%.json");
+    reveal();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }, test::longestWait));
     EXPECT_EQ(manager.shown,
               QStringList(QStringLiteral("file:///home/Zo%C3%AB/.claude/settings%20%231%20100%25.json")));
-    EXPECT_TRUE(manager.opened.isEmpty());
-}
+    EXPECT_FALSE(isOpened());
 
-TEST_F(LinuxFileBrowserTest, withoutAFileManagerOnTheBusTheFolderIsOpened) {
-    browser.reveal("/home/Zoë/.claude/settings #1 100%.json");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !manager.opened.isEmpty(); }, test::longestWait));
+    QDBusConnection::disconnectFromBus(name);
+    reveal();
+    EXPECT_TRUE(QTest::qWaitFor(isOpened, test::longestWait)) << "without a file manager on the bus";
     EXPECT_EQ(manager.opened.toLocalFile(), QStringLiteral("/home/Zoë/.claude"));
+
+    manager.opened.clear();
+    bus.reset();
+    ASSERT_TRUE(
+        QTest::qWaitFor([] { return !QDBusConnection::sessionBus().isConnected(); }, test::longestWait));
+    reveal();
+    EXPECT_TRUE(isOpened()) << "without a bus, at once";
+    EXPECT_EQ(manager.opened.toLocalFile(), QStringLiteral("/home/Zoë/.claude"));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
 }
 
 } // namespace

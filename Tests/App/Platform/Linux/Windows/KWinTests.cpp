@@ -1,7 +1,7 @@
 // What is said to KWin on a session bus of the tests' own, where the test plays KWin.
 
+#include "App/Platform/Linux/PrivateBus.h"
 #include "App/Platform/Linux/Windows/FakeKWin.h"
-#include "App/Platform/Linux/Windows/PrivateBus.h"
 #include "Platform/Linux/KWinWindows.h"
 
 #include <QFile>

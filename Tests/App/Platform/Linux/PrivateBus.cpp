@@ -1,4 +1,4 @@
-#include "App/Platform/Linux/Windows/PrivateBus.h"
+#include "App/Platform/Linux/PrivateBus.h"
 
 #include "Support/MessageBus.h"
 

@@ -169,5 +169,6 @@ TEST(Files, writesThroughFortyLinksAndNoMore) {
     EXPECT_EQ(errorCode([&] { files::writeAtomically(scratch / "41", "newer"); }), ELOOP);
     EXPECT_EQ(fileBytes(scratch / "0"), "new");
 }
+
 } // namespace
 } // namespace corvane

@@ -9,7 +9,7 @@ namespace corvane {
 /// Identifies a process, and distinguishes it from a later one with the same process ID.
 struct ProcessIdentity {
     std::int64_t number = 0;
-    std::uint64_t started = 0; ///< start time, in a unit of the system's own
+    std::uint64_t started = 0; ///< start time, in a system-specific unit
 
     bool operator==(const ProcessIdentity&) const = default;
 };

@@ -11,7 +11,7 @@ class Appearance : public QObject {
     Q_OBJECT
 
   public:
-    /// Light unless the system says dark.
+    /// Light unless the system reports dark.
     [[nodiscard]] virtual ColorScheme colorScheme() const = 0;
 
     /// Whether the user asked for reduced motion.
@@ -20,7 +20,7 @@ class Appearance : public QObject {
     /// High where the user asked for it; normal where the system has no such setting.
     [[nodiscard]] virtual Contrast contrast() const { return Contrast::normal; }
 
-    /// The scale of text that the user wants, as far as the system does not enlarge windows itself; 1 where
+    /// The part of the user's text scale that the system does not apply itself by enlarging windows; 1 where
     /// it has no such setting. Any number: callers choose the nearest factor that they support.
     [[nodiscard]] virtual double textScale() const { return 1; }
 

@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// What is known of the terminal in which a session runs.
+/// What is known about the terminal in which a session runs.
 struct Terminal {
     std::optional<std::string> bundleID; ///< its application's, if known
     std::string program;                 ///< its value of TERM_PROGRAM; may be empty
@@ -29,7 +29,7 @@ class Applications {
 
     /// Brings the terminal to the front: the window in which the agent runs, if the system can find it by the
     /// running processes, else a window of the application. Never launches anything. Calls `report` once,
-    /// immediately or some seconds later; not at all if this object is destroyed before.
+    /// immediately or some seconds later; not at all if this object is destroyed first.
     virtual void activate(const Terminal& terminal, Report report) = 0;
 };
 

@@ -11,8 +11,8 @@
 
 namespace corvane {
 
-/// A small borderless window that carries one view above everything else: on every workspace, over
-/// full-screen windows, never active and never focused. Main thread only.
+/// A small borderless window that shows one view above everything else: on every workspace, over full-screen
+/// windows, never active and never focused. Main thread only.
 ///
 /// Sizes and positions are those of the card, that is of the view, in device-independent desktop pixels with
 /// y growing downwards; the panel handles any shadow outside the card itself. Initially hidden.
@@ -23,8 +23,8 @@ class BannerPanel {
     BannerPanel& operator=(const BannerPanel&) = delete;
     virtual ~BannerPanel() = default;
 
-    /// Replaces the panel's content by `view`, at exactly `size`, without a fade. The old view is deleted
-    /// when the event loop runs next: it may be in the middle of one of its own handlers.
+    /// Replaces the panel's content with `view`, at exactly `size`, without a fade. The old view is deleted
+    /// in the event loop's next iteration: it may be in the middle of one of its own handlers.
     virtual void setContent(std::unique_ptr<PanelContent> view, QSize size) = 0;
 
     /// The last size set.
@@ -38,11 +38,11 @@ class BannerPanel {
     /// down `slide` pixels to its place. Where the desktop cannot blend windows it only slides.
     virtual void fadeIn(std::chrono::milliseconds duration, int slide) = 0;
 
-    /// Fades out over `duration` in place; takes no clicks from now on. Where the desktop cannot blend
+    /// Fades out over `duration` in place; ignores clicks from the start. Where the desktop cannot blend
     /// windows it disappears at once.
     virtual void fadeOut(std::chrono::milliseconds duration) = 0;
 
-    /// Takes the panel off the screen.
+    /// Hides the panel.
     virtual void orderOut() = 0;
 
     /// Raises the panel above all others, without activating anything. Does nothing while it is hidden.

@@ -25,8 +25,8 @@ class LoginItem {
     /// LoginItemError, in which case nothing has changed.
     virtual void setEnabled(bool enabled) = 0;
 
-    /// Whether it was this item that started the running process, rather than the user. False on systems that
-    /// do not tell.
+    /// Whether this item, rather than the user, started the running process. False on systems that do not
+    /// report it.
     [[nodiscard]] virtual bool hasStartedThisProcess() const { return false; }
 };
 

@@ -17,8 +17,8 @@ class PanelHost : public QObject {
     Q_OBJECT
 
   public:
-    /// Where the window is on the desktop, or will be, in device-independent pixels with y growing downwards.
-    /// `outline` is that of the card, in the window's coordinates.
+    /// Sets the window's place on the desktop, whether or not it is shown yet, in device-independent pixels
+    /// with y growing downwards. `outline` is the card's, in the window's coordinates.
     virtual void setGeometry(const QRect& geometry, const QPainterPath& outline) = 0;
 
     /// Shows the window in front, with the keyboard focus.

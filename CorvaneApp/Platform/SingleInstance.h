@@ -10,9 +10,9 @@ class SingleInstance : public QObject {
     Q_OBJECT
 
   public:
-    /// Claims to be the session's only instance. Returns false if another process is: this one should end
-    /// with status 0, and that process has been asked to come forward, unless this one was started at login,
-    /// where nobody asks for a window. Of processes that claim at the same time exactly one gets true.
+    /// Claims to be the session's only instance. Returns false if another process is: this one should exit
+    /// with status 0, and the other has been asked to show its window, unless this one was started at login,
+    /// when nobody expects a window. If several processes claim at the same time, exactly one succeeds.
     /// Leftovers of a crashed process do no harm.
     [[nodiscard]] virtual bool claim() = 0;
 

@@ -14,22 +14,22 @@ class StatusItem : public QObject {
 
   public:
     /// Shows the plain bell for zero waiting agents, else the bell with its badge, with the number from two
-    /// on. `label` is what assistive technology says, `toolTip` what shows under the pointer.
+    /// on. Assistive technology speaks `label`; hovering shows `toolTip`.
     virtual void show(int waitingCount, const QString& label, const QString& toolTip) = 0;
 
-    /// The menu for hosts that show menus only. Owned by the caller, which keeps its actions up to date.
+    /// Sets the menu for hosts that only show menus. The caller owns it and keeps its actions up to date.
     virtual void setMenu(QMenu* menu) = 0;
 
-    /// Whether there is any place on this desktop where the icon is visible. May change while running.
+    /// Whether the desktop shows the icon anywhere. May change while running.
     [[nodiscard]] virtual bool isAvailable() const = 0;
 
     /// The icon's current place on the desktop, in device-independent pixels; empty if the host does not
-    /// report it, or shows none.
+    /// report it, or if the icon is not shown.
     [[nodiscard]] virtual QRect place() const = 0;
 
   Q_SIGNALS:
-    /// The user pressed the icon. `place` is where it is on the desktop, in device-independent pixels; empty
-    /// if the host does not report it.
+    /// The user pressed the icon. `place` is the icon's place on the desktop, in device-independent pixels;
+    /// empty if the host does not report it.
     void pressed(QRect place);
 
     void availabilityChanged();

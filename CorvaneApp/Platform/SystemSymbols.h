@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// The symbols that come with the system. Main thread only.
+/// The system's built-in symbols. Main thread only.
 class SystemSymbols {
   public:
     SystemSymbols() = default;
@@ -14,9 +14,9 @@ class SystemSymbols {
     SystemSymbols& operator=(const SystemSymbols&) = delete;
     virtual ~SystemSymbols() = default;
 
-    /// Draws the system's symbol of this name, black, into the middle of `box` (in pixels of `image`, which
-    /// is transparent and of the format ARGB32_Premultiplied). Returns false, with nothing drawn, if the
-    /// system has none.
+    /// Draws the system's symbol of this name in black, centred in `box` (in pixels of `image`, which is
+    /// transparent and in the format ARGB32_Premultiplied). Draws nothing and returns false if the system has
+    /// no such symbol.
     [[nodiscard]] virtual bool draw(QImage& image, const QString& name, const QRectF& box) = 0;
 };
 

@@ -9,7 +9,7 @@ class QWidget;
 
 namespace corvane {
 
-/// The shadow around a frameless window of the application's own whose content is a card. Main thread only.
+/// The shadow around a frameless window of the application whose content is a card. Main thread only.
 class WindowShadow {
   public:
     WindowShadow() = default;
@@ -25,11 +25,11 @@ class WindowShadow {
     /// system draws the shadow or windows are not blended.
     [[nodiscard]] virtual QMargins margins() const = 0;
 
-    /// Whether the desktop blurs what lies behind the regions that windows ask for. May change while running.
+    /// Whether the desktop blurs what lies behind the regions that windows request. May change while running.
     [[nodiscard]] virtual bool isBlurredBehind() const = 0;
 
-    /// Asks for the blur behind `outline`, in the coordinates of `window`, which has been shown; an empty one
-    /// ends it. Nothing happens where the desktop does not blur.
+    /// Requests blur behind `outline`, in the coordinates of `window`, which must have been shown; an empty
+    /// outline removes it. Does nothing where the desktop does not blur.
     virtual void setBlurBehind(const QWidget& window, const QPainterPath& outline) = 0;
 
     /// Paints the shadow of the card into those margins, if windows are blended. `outline` is the card's, in
@@ -37,9 +37,9 @@ class WindowShadow {
     virtual void paint(QPainter& painter, const QWidget& window, const QPainterPath& outline,
                        QSize cardSize) = 0;
 
-    /// Cuts the window to `outline`, in the window's coordinates, where windows are not blended: what is not
-    /// drawn would be black there. Lifts the cut where they are. The window must be one of the system's
-    /// already; its next size and the next time it is shown take another call.
+    /// Clips the window to `outline`, in the window's coordinates, where windows are not blended: unpainted
+    /// parts would be black there. Removes the clip where they are blended. The window must already have its
+    /// native window. Call it again whenever the window is resized or shown.
     virtual void cut(QWidget& window, const QPainterPath& outline) = 0;
 };
 

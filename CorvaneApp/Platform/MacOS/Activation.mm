@@ -11,7 +11,7 @@ namespace {
 void activateApplication() {
     if (NSApp.active) return;
     if (@available(macOS 14.0, *)) [NSApp activate];
-    // The request above may be declined without a word, and leaves the window behind then; macOS 13 has none.
+    // The request above may be declined silently, which leaves the window behind others; macOS 13 lacks it.
     dispatch_async(dispatch_get_main_queue(), ^{
       if (!NSApp.active) [NSApp activateIgnoringOtherApps:YES];
     });

@@ -12,7 +12,7 @@ namespace corvane {
 
 namespace {
 
-// After a slide's end, when nothing sets positions any more.
+// Added to a slide's duration: after that, the animation no longer sets positions.
 constexpr std::chrono::milliseconds settling{40};
 
 class MacBannerPanel : public BannerPanel {
@@ -32,7 +32,7 @@ class MacBannerPanel : public BannerPanel {
 
     void setContent(std::unique_ptr<PanelContent> view, QSize size) override {
         requireMainThread();
-        // The old view's button may be the one being pressed.
+        // The old view may be in the middle of handling a click.
         if (PanelContent* const old = std::exchange(content_, std::move(view)).release()) {
             NativePanel::release(*old);
             old->deleteLater();

@@ -27,7 +27,8 @@ class OtherApplication {
 /// Whether this application is the active one.
 enum class OurState : std::uint8_t { inactive, active };
 
-/// Requests activation, checks a little later, and if necessary retries once in the other way.
+/// Requests activation, checks the result a little later, and if necessary retries once on behalf of the
+/// frontmost application.
 void bringForward(const std::shared_ptr<OtherApplication>& other, OurState ourState, Scheduler& scheduler);
 
 } // namespace corvane

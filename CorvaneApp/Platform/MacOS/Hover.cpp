@@ -11,7 +11,7 @@ namespace corvane {
 
 void Hover::move(QWindow& window, QPointF local, QPointF global) {
     if (!std::exchange(isInside_, true)) {
-        // Only after this do widgets track the mouse.
+        // Widgets track the mouse only after this.
         QEnterEvent enter(local, local, global);
         QCoreApplication::sendEvent(&window, &enter);
     }

@@ -11,7 +11,8 @@ class MacLoginItem : public LoginItem {
     /// Also false for an item that the user has switched off in System Settings.
     [[nodiscard]] bool isEnabled() const override;
 
-    /// An item that requires the user's approval cannot be enabled from here: System Settings is opened then.
+    /// An item that requires the user's approval cannot be enabled from here: System Settings is opened
+    /// instead.
     void setEnabled(bool enabled) override;
 };
 

@@ -29,7 +29,7 @@ enum class Change : std::uint8_t { none, registerItem, unregisterItem };
 /// an error for the system.
 [[nodiscard]] Change change(Status status, bool wanted);
 
-/// Why a change failed, in words for the user: the system's own, or ours where it has none.
+/// Why a change failed, in words for the user: the system's own, or ours if it gives none.
 [[nodiscard]] std::string reason(const std::string& systems, Words words);
 
 } // namespace corvane::loginitem

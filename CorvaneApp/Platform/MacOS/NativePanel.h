@@ -13,7 +13,7 @@ class QWidget;
 
 namespace corvane {
 
-/// A borderless floating NSPanel that carries one Qt view on a card of translucent material. A click in it
+/// A borderless floating NSPanel that hosts one Qt view on a card of translucent material. A click in it
 /// gives it the keyboard focus without activating the application. It floats above ordinary windows, on every
 /// Space and over full-screen applications. Main thread only; needs Qt's "cocoa" platform.
 ///
@@ -29,7 +29,7 @@ class NativePanel {
     NativePanel& operator=(const NativePanel&) = delete;
     ~NativePanel();
 
-    /// Puts `content`, a widget without parent that has had no native window so far, into the panel and shows
+    /// Puts `content`, a widget that has no parent and has not had a native window, into the panel and shows
     /// it there, with the material below it in the shape of `outline`, and gives the panel `size`. Previous
     /// content stays until it is released. The caller keeps ownership of the widget.
     void setContent(QWidget& content, QSize size, const QPainterPath& outline);

@@ -67,7 +67,7 @@
 - (void)becomeKeyWindow {
     [super becomeKeyWindow];
     // Qt notices the focus when its view becomes first responder, in older versions only then; the view may
-    // be that already, hence the change to nil.
+    // be first responder already, hence the change to nil.
     [self makeFirstResponder:nil];
     [self makeFirstResponder:self.hostedView];
     if (self.onKeyboardChange) self.onKeyboardChange();
@@ -219,7 +219,7 @@ void NativePanel::setContent(QWidget& content, QSize size, const QPainterPath& o
         [[NSVisualEffectView alloc] initWithFrame:NSMakeRect(0, 0, size.width(), size.height())];
     card.material = NSVisualEffectMaterialPopover;
     card.blendingMode = NSVisualEffectBlendingModeBehindWindow;
-    // The application is hardly ever active, and the panel would look inactive.
+    // Otherwise the panel would look inactive, since the application is hardly ever active.
     card.state = NSVisualEffectStateActive;
     parts_->card = card;
     parts_->panel.hostedView = nil;

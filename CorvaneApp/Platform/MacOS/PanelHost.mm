@@ -14,7 +14,7 @@
 namespace corvane {
 
 struct MacPanelHost::Monitor {
-    /// By value: a block copies a value, but of a reference only the address.
+    /// By value: a block that captures a reference copies only its address.
     explicit Monitor(std::function<void()> onPress)
         : token([NSEvent addGlobalMonitorForEventsMatchingMask:
                              NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown

@@ -86,7 +86,7 @@ bool Platform::prepareProcess() {
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
     installApplicationDelegate();
     // A bundle declares its kind of application in its property list; a bare program cannot show windows
-    // until it sets it.
+    // until it sets its activation policy.
     if (!NSBundle.mainBundle.bundleIdentifier)
         [NSApplication.sharedApplication setActivationPolicy:NSApplicationActivationPolicyAccessory];
     return true;

@@ -5,8 +5,8 @@
 
 namespace corvane {
 
-/// The upper edge of the screen with the menu bar, the origin of Qt's coordinates, in AppKit's. 0 without a
-/// screen.
+/// The upper edge of the screen with the menu bar (the origin of Qt's coordinates) in AppKit's coordinates. 0
+/// without a screen.
 [[nodiscard]] double desktopTop();
 
 /// The screens as AppKit reports them. The main one is that of the window with the keyboard focus.

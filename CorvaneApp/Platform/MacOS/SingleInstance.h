@@ -10,8 +10,8 @@
 namespace corvane {
 
 /// The system starts a bundle once and notifies it when it is opened again. A process that was started
-/// otherwise, for example from a terminal, detects a running instance by a lock and asks it to come forward
-/// through a notification.
+/// otherwise, for example from a terminal, detects a running instance by a lock and asks it through a
+/// notification to show its window.
 class MacSingleInstance : public SingleInstance {
     Q_OBJECT
 

@@ -16,7 +16,7 @@ namespace corvane {
 
 namespace {
 
-/// Asks the process that holds the lock to come forward. A distributed notification is sent from the run
+/// Asks the process that holds the lock to show its window. A distributed notification is sent from the run
 /// loop, so this waits, for a second at most, until it has been delivered to this process too.
 void askTheFirst() {
     constexpr NSTimeInterval patience = 1;

@@ -43,7 +43,7 @@ NSImage* bell(int waitingCount) {
     return image;
 }
 
-/// By the button's window, which on macOS 26 is where the item is on the screen, whatever the button's own
+/// From the button's window, which on macOS 26 is where the item is on the screen, whatever the button's own
 /// frame.
 QRect placeOf(NSStatusBarButton* button) {
     NSWindow* const window = button.window;

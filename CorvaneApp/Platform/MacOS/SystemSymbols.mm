@@ -9,7 +9,7 @@ namespace corvane {
 
 namespace {
 
-// Of the box's side: at this font size the symbols are about as large as our own.
+// As a share of the box's side: at this font size the symbols are about as large as our own.
 constexpr double fontShare = 0.75;
 
 NSImage* symbol(const QString& name, double pointSize) {
@@ -39,7 +39,7 @@ bool MacSystemSymbols::draw(QImage& image, const QString& name, const QRectF& bo
         std::min({1.0, box.width() / picture.size.width, box.height() / picture.size.height});
     const double width = picture.size.width * scale;
     const double height = picture.size.height * scale;
-    // There, y grows upwards.
+    // In the bitmap's context, y grows upwards.
     const NSRect place = NSMakeRect(box.center().x() - width / 2,
                                     image.height() - box.center().y() - height / 2, width, height);
     [NSGraphicsContext saveGraphicsState];

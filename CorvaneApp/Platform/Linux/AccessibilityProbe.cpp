@@ -13,7 +13,7 @@ namespace {
 
 constexpr QLatin1String connectionName("accessibility-probe");
 
-/// Whether the registry runs and does not reply. One that does not run is started when Qt asks it.
+/// Whether the registry is running but does not reply. If it is not running, Qt's first call starts it.
 bool registryHangs(const std::string& address, std::chrono::milliseconds patience) {
     QDBusMessage ping = QDBusMessage::createMethodCall(
         QStringLiteral("org.a11y.atspi.Registry"), QStringLiteral("/org/a11y/atspi/registry"),

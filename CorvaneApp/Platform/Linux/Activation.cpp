@@ -17,7 +17,7 @@ namespace corvane {
 
 namespace {
 
-/// Moves a window that was never shown to the middle of the user's screen, whose free area this is. Left to
+/// Centres a window that was never shown in `available`, the work area of the user's screen. Left to
 /// themselves, some window managers open it in a corner, and others partly below the screen.
 void centre(QWidget& window, const QRect& available) {
     window.ensurePolished();
@@ -32,8 +32,9 @@ void centre(QWidget& window, const QRect& available) {
 
 void LinuxActivation::present(QWidget& window) {
     const StartupToken startup = std::exchange(startup_, {});
-    // For a program that is not installed, whose desktop entry and icon no desktop finds. Not before:
-    // a start at login shows no window for hours, and drawing it takes time and a quarter of a mebibyte.
+    // Needed if the program is not installed, so that desktops find neither its desktop entry nor its icon.
+    // Not set earlier: after a start at login no window may be shown for hours, and drawing the icon takes
+    // time and 256 KiB.
     if (QGuiApplication::windowIcon().isNull()) QGuiApplication::setWindowIcon(applicationicon::icon());
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     const WId id = window.internalWinId();
@@ -49,7 +50,7 @@ void LinuxActivation::present(QWidget& window) {
         x11::flush();
         return;
     }
-    // Qt's Wayland client reads and removes the token there when it requests activation.
+    // Qt's Wayland client reads the token from there, and removes it, when it requests activation.
     if (!startup.activationToken.empty())
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(startup.activationToken));
     window.raise();

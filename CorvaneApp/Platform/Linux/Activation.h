@@ -9,12 +9,12 @@ namespace corvane {
 
 class Screens;
 
-/// On Linux, windows are activated one by one. A window on another workspace is first moved to the current
-/// one: merely activated, it would stay there, unseen.
+/// On Linux, each window is activated individually. A window on another workspace is first moved to the
+/// current one: activation alone would leave it there, unseen.
 ///
-/// The request is that of a pager, on the user's behalf. For a request by the application itself, some window
-/// managers (Metacity, Mutter, KWin) leave a covered window where it is and only mark it as demanding
-/// attention, because the user last used another program.
+/// Requests activation as a pager does, on the user's behalf. If an application makes the request for itself,
+/// some window managers (Metacity, Mutter, KWin) leave a covered window where it is and only mark it as
+/// demanding attention, because the user last used another program.
 class LinuxActivation : public Activation {
   public:
     /// `screens` must outlive it.
@@ -23,7 +23,7 @@ class LinuxActivation : public Activation {
 
     void present(QWidget& window) override;
 
-    /// The token of the start by which the user requested the window that is presented next.
+    /// Sets the token of the start by which the user requested the window that is presented next.
     void setStartup(StartupToken token) { startup_ = std::move(token); }
 
   private:

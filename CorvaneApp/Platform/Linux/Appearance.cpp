@@ -44,7 +44,7 @@ void LinuxAppearance::follow() {
 }
 
 bool LinuxAppearance::eventFilter(QObject* object, QEvent* event) {
-    // Deferred, since receivers of `changed` set a new palette, while this change is still being delivered.
+    // Deferred: receivers of `changed` set a new palette, and this change is still being delivered.
     if (event->type() == QEvent::ApplicationPaletteChange)
         QTimer::singleShot(0, this, &LinuxAppearance::followPalette);
     return Appearance::eventFilter(object, event);
@@ -55,7 +55,7 @@ void LinuxAppearance::followPalette() {
     palette_ = Tokens::desktopScheme(palette);
     const DesktopLook before = look_;
     look_ = presentLook();
-    // Some platform themes replace the application's palette by their own, which must be undone, too.
+    // Some platform themes replace the application's palette with their own, which must be undone too.
     if (look_ != before || Tokens::look(palette) != Look(look_.scheme, look_.contrast)) Q_EMIT changed();
 }
 

@@ -9,8 +9,8 @@
 
 namespace corvane {
 
-/// What the user wants by all places where desktops keep that, kept up to date. Changes of the desktop's own
-/// palette are seen as far as Qt is notified of them.
+/// The user's preferences from all places where desktops keep them, kept up to date. Changes of the desktop's
+/// own palette are noticed only if Qt is notified of them.
 class LinuxAppearance : public Appearance {
     Q_OBJECT
 
@@ -37,9 +37,9 @@ class LinuxAppearance : public Appearance {
     DesktopLook look_;
 };
 
-/// The part of a text scale that windows of `devicePixelRatio` do not apply already. GNOME's settings daemon
-/// also multiplies the resolution by the scale, by which Qt enlarges whole windows; the only other factor in
-/// the ratio is then a whole number.
+/// The part of the text scale `wanted` that windows of `devicePixelRatio` do not apply already. GNOME's
+/// settings daemon also multiplies the resolution by the scale, so that Qt enlarges whole windows; the only
+/// other factor in the ratio is then a whole number.
 [[nodiscard]] double remainingTextScale(double wanted, double devicePixelRatio);
 
 } // namespace corvane

@@ -23,8 +23,8 @@ namespace corvane {
 
 namespace {
 
-// The class part of WM_CLASS by bundle identifier. An identifier that is not listed is tried as a class
-// itself: many programs name their windows so.
+// The class part of WM_CLASS by bundle identifier. The identifier itself is always tried too: many programs
+// use it as the class of their windows.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> windowClasses{{
     {"com.mitchellh.ghostty", "com.mitchellh.ghostty"},
     {"dev.warp.Warp-Stable", "dev.warp.Warp"},
@@ -41,7 +41,7 @@ std::vector<QString> classes(const std::string& bundleID) {
     return result;
 }
 
-/// What titles are judged by.
+/// What titles are matched against.
 WindowSearch hints(const Terminal& terminal) {
     WindowSearch result;
     result.directory = fromUtf8(terminal.directory);
@@ -69,8 +69,8 @@ void LinuxApplications::activate(const Terminal& terminal, Report report) {
     search->raisers = raisers_();
     search->agents = processes_.running(terminal.agent, terminal.directory);
     search->report = std::move(report);
-    // Several agents may run in one directory: the session's own has the same terminal in its environment,
-    // and is not a service that an agent has left behind.
+    // Several agents may run in one directory: the session's own has the same TERM_PROGRAM in its
+    // environment, and is not a background service that an agent has left behind.
     std::stable_partition(search->agents.begin(), search->agents.end(), [&](pid_t process) {
         return processes_.variable(process, "TERM_PROGRAM").value_or("") == terminal.program;
     });

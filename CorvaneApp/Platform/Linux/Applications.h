@@ -22,15 +22,15 @@ namespace corvane {
 ///
 /// An agent's window is that of the nearest ancestor of its process that has one. If the terminal's windows
 /// share one process, it is the window in the agent's WINDOWID; without that variable, one whose title names
-/// the agent's folder or the agent, else the one used last. Inside tmux, whose server is no descendant of a
-/// terminal, the search starts at a client; tmux is asked for it, and told to show the agent's pane,
-/// asynchronously.
+/// the agent's folder or the agent, else the most recently used. Inside tmux, whose server is not a
+/// descendant of a terminal, the search starts at a client; tmux is queried for its clients, and told to show
+/// the agent's pane, asynchronously.
 class LinuxApplications : public Applications {
   public:
-    /// Returns the ways to raise a window, each to be tried if those before it find none.
+    /// Returns the ways to raise a window; each is tried only if those before it find no window.
     using Raisers = std::function<std::vector<std::shared_ptr<WindowRaiser>>()>;
 
-    /// `raisers` is called at each activation: what there is may change.
+    /// `raisers` is called at each activation, since the available ways may change.
     explicit LinuxApplications(Raisers raisers = windowRaisers, ProcessTable processes = ProcessTable());
 
     void activate(const Terminal& terminal, Report report) override;
@@ -43,13 +43,13 @@ class LinuxApplications : public Applications {
     void proceed(const std::shared_ptr<Search>& search);
     /// Activates the window in which this process runs, if there is one.
     void activateWindow(const std::shared_ptr<Search>& search, pid_t process, Continuation next);
-    /// Tries the ways to raise a window from the one at `index` on.
+    /// Tries the search's raisers from `index` on.
     void raise(const std::shared_ptr<Search>& search, const WindowSearch& wanted, std::size_t index,
                Continuation next);
     /// Queries the tmux server in which the agent `process` runs, and proceeds if there is no reply.
     void askTmux(const std::string& socket, pid_t process, const std::shared_ptr<Search>& search);
-    /// Shows the agent in the first of the views from `index` on whose client has a window; proceeds if none
-    /// has.
+    /// Shows the agent in the first view, from `index` on, whose client has a window; proceeds if none has
+    /// one.
     void showView(const std::string& socket, const std::vector<tmux::View>& views, std::size_t index,
                   const std::shared_ptr<Search>& search);
     /// Runs tmux for a few seconds at most. `finished` is called with its output, which is empty if it

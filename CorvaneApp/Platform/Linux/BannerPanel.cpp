@@ -24,7 +24,7 @@ namespace corvane {
 
 namespace {
 
-/// One image per kind of card on this desktop, shared by all panels.
+/// One image per card size, colour scheme and scale, shared by all panels.
 const QImage& sharedShadow(const PanelContent& card, ColorScheme scheme, qreal ratio) {
     static std::map<std::tuple<int, int, ColorScheme, qreal>, QImage> shadows;
     QImage& image = shadows[{card.width(), card.height(), scheme, ratio}];
@@ -49,7 +49,7 @@ class PanelWindow : public QWidget {
         setAttribute(Qt::WA_ShowWithoutActivating);
         setAttribute(Qt::WA_QuitOnClose, false);
         setWindowTitle(QStringLiteral("Corvane"));
-        // The next line needs a native window.
+        // The attribute below needs a native window.
         winId();
         setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
     }
@@ -65,7 +65,7 @@ class PanelWindow : public QWidget {
         layOut();
         card_->show();
         if (old != nullptr) {
-            // The old view's button may be the one being pressed.
+            // The old view may be in the middle of handling a click.
             old->hide();
             old->deleteLater();
         }
@@ -75,9 +75,9 @@ class PanelWindow : public QWidget {
     [[nodiscard]] bool isBlended() const { return blended_; }
     [[nodiscard]] QMargins margins() const { return blended_ ? shadowMargins : QMargins(); }
 
-    /// Looks whether windows are blended and what lies behind them is blurred, since a compositor may come,
-    /// go or turn an effect on, and at the scale, which another screen may change. Whether anything was
-    /// different.
+    /// Rereads whether windows are blended and what lies behind them is blurred, since the compositing
+    /// manager or its effects may have changed, and the scale, which may differ on another screen. Returns
+    /// whether anything changed.
     bool followDesktop() {
         const bool blended = Compositing::instance().isBlended();
         const bool blurred = Compositing::instance().isBlurredBehind();
@@ -89,8 +89,8 @@ class PanelWindow : public QWidget {
         return true;
     }
 
-    /// Gives the native window, and what it is drawn from, the size at the present scale: Qt compares sizes
-    /// in device-independent pixels only, and would leave it for later.
+    /// Resizes the native window and its backing store to the current scale: Qt compares sizes in
+    /// device-independent pixels only, and would defer it.
     void resizeNatively() {
         if (QWindow* const native = windowHandle()) native->setGeometry(geometry());
         if (QBackingStore* const store = backingStore()) store->resize(size());
@@ -103,7 +103,7 @@ class PanelWindow : public QWidget {
         return std::exchange(place_, place) != place;
     }
 
-    /// Called when the window's scale has changed, on versions of Qt that tell it.
+    /// `rescaled` is called when the window's scale has changed, on versions of Qt that report it.
     void setRescaled(std::function<void()> rescaled) { rescaled_ = std::move(rescaled); }
 
     void ignoreClicks() { x11::setInputShape(nativeWindow(), {}); }
@@ -120,7 +120,7 @@ class PanelWindow : public QWidget {
         if (event->type() == QEvent::UpdateRequest) damage_.reportAll();
         const bool isHandled = QWidget::event(event);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-        // Since then, a window has the new scale only after its screen has told the change.
+        // Since Qt 6.6, a window has the new scale only after its screen has reported the change.
         if (event->type() == QEvent::DevicePixelRatioChange && rescaled_) rescaled_();
 #endif
         return isHandled;
@@ -138,7 +138,7 @@ class PanelWindow : public QWidget {
         for (const QWidget* const window : guard_.windows()) {
             const auto* const other = dynamic_cast<const PanelWindow*>(window);
             if (other == nullptr || other == this || other->card_ == nullptr) continue;
-            // As if none were sliding: a slide is soon over.
+            // Ignores slides, which are soon over.
             const QPoint place = other->place_ + other->card_->pos() - place_;
             painter.fillPath(other->card_->outline().translated(place), Tokens::shadow(1));
         }

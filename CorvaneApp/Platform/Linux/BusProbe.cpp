@@ -74,9 +74,9 @@ bool hangs(const std::string& address, std::chrono::milliseconds patience) {
     if (!place) return false;
     const files::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const auto* const name = reinterpret_cast<const sockaddr*>(&place->address);
-    // With a full queue of connections, nobody has accepted any for long.
+    // A full backlog means that no connection has been accepted for a long time.
     if (::connect(socket.number(), name, place->size) != 0) return errno == EAGAIN;
-    // A zero byte and any request for authentication are answered, if only by a list of what is supported.
+    // A bus replies to a zero byte and any authentication request, if only with a list of what it supports.
     constexpr std::string_view greeting{"\0AUTH\r\n", 7};
     if (send(socket.number(), greeting.data(), greeting.size(), MSG_NOSIGNAL) < 0) return false;
     const auto end = std::chrono::steady_clock::now() + patience;

@@ -20,10 +20,11 @@ Compositing::Compositing(QObject* parent)
     : QObject(parent) {
     XEvents& events = XEvents::instance();
     const xcb_atom_t selection = x11::atom(x11::compositingSelection());
-    // Every X server of this century has the extension. Without it, a change is noticed only together with
-    // another one.
+    // Every X server of this century has the extension that this needs. Without it, a change is noticed only
+    // together with another one.
     events.watchSelection(selection);
-    // Queued: a new manager announces its effects on the root window a moment after it has taken over.
+    // Queued: a new manager announces its effects on the root window a moment after it has acquired the
+    // selection.
     connect(
         &events, &XEvents::selectionOwnerChanged, this,
         [this, selection](xcb_atom_t changed) {

@@ -5,9 +5,9 @@
 
 namespace corvane {
 
-/// What the compositing manager does with windows, followed by the X server's events: reading it costs no
-/// round trip to the server. On another window system windows are blended and nothing is blurred. Main thread
-/// only.
+/// The compositing manager's effects on windows, tracked through X events, so that reading them costs no
+/// round trip to the server. On other window systems, windows count as blended and nothing is blurred. Main
+/// thread only.
 class Compositing : public QObject {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ class Compositing : public QObject {
     [[nodiscard]] xcb_window_t manager() const { return manager_; }
     /// Whether windows are blended with what is below.
     [[nodiscard]] bool isBlended() const { return isBlended_; }
-    /// Whether the compositing manager blurs what lies behind the regions that windows ask for.
+    /// Whether the compositing manager blurs what lies behind the regions that windows request.
     [[nodiscard]] bool isBlurredBehind() const { return isBlurredBehind_; }
 
   Q_SIGNALS:

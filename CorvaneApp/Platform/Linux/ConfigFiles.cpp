@@ -16,7 +16,7 @@ namespace {
 // Far more than a desktop keeps in one of its files.
 constexpr qint64 mostBytes = qint64{1} << 20U;
 
-/// The name in "name[flags]=value" without its flags, such as the one for what may not be changed.
+/// The name in "name[flags]=value" without its flags, such as the one that makes a value immutable.
 std::string_view name(std::string_view key) {
     return text::trimmingWhitespace(key.substr(0, key.find('[')));
 }
@@ -56,12 +56,12 @@ ConfigFiles::ConfigFiles(QStringList files)
 }
 
 void ConfigFiles::follow() {
-    // Before they are read: a change in between would be missed for good.
+    // Before reading them: a change in between would never be noticed.
     watch();
     std::vector<std::string> texts;
     for (const QString& name : files_) {
         QFile file(name);
-        // Opening a pipe would wait for its other end, and a device may have none.
+        // Opening a pipe would wait for its other end, and a device's data may never end.
         if (QFileInfo(name).isFile() && file.open(QIODevice::ReadOnly))
             texts.push_back(file.read(mostBytes).toStdString());
     }
@@ -71,8 +71,8 @@ void ConfigFiles::follow() {
 }
 
 void ConfigFiles::watch() {
-    // A file that is replaced is no longer watched, and one that does not exist can only be seen to appear in
-    // its folder.
+    // A file that is replaced is no longer watched, and the creation of a missing one is noticed only by
+    // watching its folder.
     for (const QString& file : files_) {
         const QString folder = QFileInfo(file).path();
         const bool exists = QFileInfo::exists(file);

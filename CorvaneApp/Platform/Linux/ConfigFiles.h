@@ -17,14 +17,14 @@ class ConfigFiles : public QObject {
     Q_OBJECT
 
   public:
-    /// `files` from the user's own to the system's, each of which may be missing.
+    /// `files` are ordered from the user's own to the system's; each may be missing.
     explicit ConfigFiles(QStringList files);
 
-    /// Of the files that can be read, in their order.
+    /// The contents of the readable files, in the same order.
     [[nodiscard]] const std::vector<std::string>& texts() const { return texts_; }
 
-    /// Where the running session keeps the file of this name, if it is a session of `desktop`: of another
-    /// one, the file may be left from earlier.
+    /// The paths at which the running session keeps `file`; none unless it is a session of `desktop`, since
+    /// the file may be left over from an earlier one.
     [[nodiscard]] static QStringList ofSession(QLatin1String desktop, QLatin1String file);
 
     /// The last value of `key` in `group` in a text of lines "[group]" and "key=value"; none without one.

@@ -15,7 +15,7 @@ std::string_view takeLine(std::string_view& text) {
     return line;
 }
 
-/// The value of `key` in the main group; the first one counts, as desktops read it.
+/// The value of `key` in the main group; the first one if there are several, as desktops read it.
 std::optional<std::string_view> value(std::string_view entry, std::string_view key) {
     bool isMainGroup = false;
     while (!entry.empty()) {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// Reads and writes parts of desktop entry files, which tell a Linux desktop how to start a program.
+/// Reads and writes parts of desktop entry files, which define how a Linux desktop starts a program.
 namespace corvane::DesktopEntry {
 
 /// `argument` as one argument of an Exec line: in double quotes, with every character escaped that is special

@@ -34,16 +34,16 @@ ColorScheme colorScheme(const LookSources& sources) {
         constexpr int middle = 128;
         if (window) return *window < middle ? ColorScheme::dark : ColorScheme::light;
     }
-    // Neither a name without the word nor a light palette says anything: the palette is light too where Qt
-    // has no theme for the desktop.
+    // Neither a name without such a word nor a light palette proves anything: the palette is also light where
+    // Qt has no theme for the desktop.
     return isDarkTheme(sources.xsettings.themeName) ? ColorScheme::dark : sources.palette;
 }
 
 } // namespace
 
 bool isDarkTheme(const std::string& name) {
-    // "Arc-Darker" and others of that ending are light, with dark title bars. "Blackbird" and "BlackMATE"
-    // are dark, as are the inverse ones of the themes with high contrast.
+    // "Arc-Darker" and others with that ending are light, with dark title bars. "Blackbird" and "BlackMATE"
+    // are dark, as are the inverse variants of high-contrast themes.
     constexpr std::array<std::string_view, 3> words{"dark", "darkest", "inverse"};
     const std::string lower = lowerCase(name);
     return hasWord(lower, words) || lower.starts_with("black");

@@ -7,29 +7,29 @@
 
 namespace corvane {
 
-/// What the desktop portal says; each value as without a portal.
+/// The desktop portal's settings; the defaults are those without a portal.
 struct PortalLook {
-    std::optional<ColorScheme> scheme; // none where it leaves that to the application
-    bool highContrast = false;         // the contrast of all desktops
+    std::optional<ColorScheme> scheme; // none where the portal leaves it to the application
+    bool highContrast = false;         // the setting shared by all desktops
     bool toolkitHighContrast = false;  // GNOME's own switch, which older portals pass on
-    bool reducedMotion = false;        // of all desktops, in newer portals
+    bool reducedMotion = false;        // shared by all desktops, in newer portals
     bool toolkitAnimations = true;     // GNOME's own switch
     double textScale = 1;
 
     bool operator==(const PortalLook&) const = default;
 };
 
-/// What KDE's configuration says; none outside of that desktop.
+/// KDE's configuration; none on other desktops.
 struct KdeLook {
-    std::optional<double> animationFactor; // of every duration; 0 is none
+    std::optional<double> animationFactor; // scales every duration; 0 disables animations
     std::optional<int> windowLightness;    // 0 to 255
 
     bool operator==(const KdeLook&) const = default;
 };
 
-/// What the settings manager of the X server says: a desktop's part that GTK's programs follow.
+/// The settings of the X server's settings manager: the part of a desktop that GTK programs follow.
 struct XSettingsLook {
-    std::string themeName; // empty without one
+    std::string themeName; // empty without a manager
     std::optional<bool> animations;
 
     bool operator==(const XSettingsLook&) const = default;
@@ -44,7 +44,7 @@ struct LookSources {
     ColorScheme palette = ColorScheme::light; // of Qt's own theme for the desktop
 };
 
-/// What the user wants.
+/// The user's preferences, decided from these sources.
 struct DesktopLook {
     ColorScheme scheme = ColorScheme::light;
     Contrast contrast = Contrast::normal;
@@ -54,10 +54,10 @@ struct DesktopLook {
     bool operator==(const DesktopLook&) const = default;
 };
 
-/// Pure. ARCHITECTURE.md has the order of the places and the reasons.
+/// Pure. ARCHITECTURE.md lists the order of the sources and the reasons.
 [[nodiscard]] DesktopLook desktopLook(const LookSources& sources);
 
-/// Whether a GTK theme is dark or has high contrast, by its name, which is all that is known of it.
+/// Whether a GTK theme is dark or has high contrast, judged by its name, which is all that is known of it.
 [[nodiscard]] bool isDarkTheme(const std::string& name);
 [[nodiscard]] bool isHighContrastTheme(const std::string& name);
 

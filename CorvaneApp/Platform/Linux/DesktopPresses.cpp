@@ -29,7 +29,7 @@ xcb_visualid_t alphaVisual() {
     return 0;
 }
 
-// Creates a window without pixels at the bottom, which window managers do not manage.
+// Creates an input-only window at the bottom of the stacking order, which window managers do not manage.
 xcb_window_t makeUnmanaged(xcb_connection_t* x, std::uint16_t width, std::uint16_t height) {
     const xcb_window_t window = xcb_generate_id(x);
     constexpr std::array<std::uint32_t, 2> attributes{1, XCB_EVENT_MASK_BUTTON_PRESS};
@@ -40,7 +40,7 @@ xcb_window_t makeUnmanaged(xcb_connection_t* x, std::uint16_t width, std::uint16
     return window;
 }
 
-// Creates a clear window that is a part of the desktop to window managers, and never has the focus.
+// Creates a transparent window of the desktop type, which window managers manage but never focus.
 xcb_window_t makeManaged(xcb_connection_t* x, std::uint16_t width, std::uint16_t height) {
     const xcb_visualid_t visual = alphaVisual();
     if (visual == 0) return XCB_WINDOW_NONE;
@@ -77,8 +77,8 @@ DesktopPresses::~DesktopPresses() {
 void DesktopPresses::start() {
     xcb_connection_t* const x = x11::connection();
     if (x == nullptr || window_ != XCB_WINDOW_NONE) return;
-    // Mutter draws the desktop itself and has a window of its own above those at the bottom that it does not
-    // manage. In a Wayland session it passes presses on to what X11 programs draw, and to nothing else.
+    // Mutter draws the desktop itself, in a window of its own above the unmanaged ones at the bottom. In a
+    // Wayland session it passes presses on only to what X11 programs draw.
     const std::string manager = x11::windowManager();
     const bool isMutter = manager == "GNOME Shell" || manager == "Mutter";
     if (!isMutter && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) return;

@@ -6,9 +6,9 @@
 
 namespace corvane {
 
-/// Reports presses on the bare desktop to a panel that closes when something else is used. Few window
-/// managers take the focus from a window at such a press, and where the desktop is not a window, no program
-/// gets it. So an unseen window lies below all others and takes it. Main thread only.
+/// Reports presses on the bare desktop to a panel that closes when the user turns to something else. Few
+/// window managers remove the focus from a window at such a press, and where the desktop is not a window, no
+/// program receives it. So an invisible window below all others receives it. Main thread only.
 class DesktopPresses : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,8 @@ class DesktopPresses : public QObject {
     DesktopPresses();
     ~DesktopPresses() override;
 
-    /// Does nothing if it is started, and where X11 cannot tell: in Wayland sessions other than GNOME's.
+    /// Does nothing if already started, or where X11 does not receive such presses: in Wayland sessions other
+    /// than GNOME's.
     void start();
     void stop();
 

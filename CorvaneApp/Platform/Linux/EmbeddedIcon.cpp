@@ -35,7 +35,7 @@ xcb_window_t parent(xcb_window_t window) {
     return reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
 }
 
-/// Whether a tray has taken that window into one of its own.
+/// Whether a tray has embedded that window.
 bool isEmbedded() {
     const QWidget* const window = embeddedWindow();
     return window != nullptr &&
@@ -79,7 +79,7 @@ void EmbeddedIcon::insist() {
     // Without a tray there is nothing to ask; the next one announces itself.
     if (x11::selectionOwner(x11::traySelection()) == XCB_WINDOW_NONE) return;
     if (isEmbedded()) {
-        Q_EMIT barChanged(); // it can be seen by now
+        Q_EMIT barChanged(); // its colours may be known by now
         return;
     }
     icon_.hide();

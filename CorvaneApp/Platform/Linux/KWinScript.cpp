@@ -22,8 +22,8 @@ constexpr QLatin1String scriptingPath("/Scripting");
 constexpr QLatin1String scriptingInterface("org.kde.kwin.Scripting");
 constexpr QLatin1String scriptInterface("org.kde.kwin.Script");
 
-// KWin 5 and 6 name these things differently. The stacking order, where KWin reveals it, is the order of use.
-// KWin 5 leaves holes in an array that was filled by unshift and then sorted.
+// KWin 5 and 6 name these properties differently. The stacking order, where KWin exposes it, is the order of
+// use. KWin 5 leaves holes in an array that was filled by unshift and then sorted.
 constexpr QLatin1String scriptText(
     R"(var all = workspace.windowList ? workspace.windowList() : workspace.clientList();
 var windows = [];
@@ -79,7 +79,7 @@ void KWinScript::start(std::chrono::milliseconds limit) {
 }
 
 bool KWinScript::writeScript() {
-    // The bus gives out these names; anything else would not belong into a script.
+    // The bus assigns names of this form; nothing else may be inserted into the script.
     static const QRegularExpression ownName(QStringLiteral(R"(\A:[0-9.]+\z)"));
     const QString address = QDBusConnection::sessionBus().baseService();
     if (!ownName.match(address).hasMatch()) return false;
@@ -96,7 +96,7 @@ void KWinScript::run(int number, bool isOldPath) {
         (isOldPath ? QStringLiteral("/%1") : QStringLiteral("/Scripting/Script%1")).arg(number);
     call(path, scriptInterface, QStringLiteral("run"), {},
          [this, number, isOldPath](const QDBusMessage& reply) {
-             if (reply.type() == QDBusMessage::ReplyMessage) return; // it will call
+             if (reply.type() == QDBusMessage::ReplyMessage) return; // the script will call back
              if (isOldPath) {
                  finish(false);
              } else {
@@ -121,7 +121,7 @@ void KWinScript::call(const QString& path, const QString& interface, const QStri
 
 int KWinScript::choose(const QString& windows) {
     const std::optional<std::size_t> chosen = chooseWindow(kwinWindows(windows.toUtf8()), search_);
-    // After the reply to the script.
+    // Deferred until the script has its reply.
     if (!chosen) limit_.start(0);
     return chosen ? static_cast<int>(*chosen) : -1;
 }
@@ -144,7 +144,7 @@ void KWinScript::unload() {
                                                           QStringLiteral("unloadScript"));
     message.setAutoStartService(false);
     message << name_;
-    // Nothing follows from the reply, not even where there is no such script.
+    // The reply does not matter, even if there is no such script.
     QDBusConnection::sessionBus().send(message);
 }
 

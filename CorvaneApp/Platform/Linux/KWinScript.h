@@ -14,8 +14,8 @@ class QDBusMessage;
 
 namespace corvane {
 
-/// One script in KWin: loaded, run, asked back, and unloaded. Deletes itself when it has reported; if its
-/// context ends before that, the script is unloaded without a report.
+/// One script in KWin: loads and runs it, serves its calls, and unloads it. Deletes itself after reporting;
+/// if its context is destroyed first, unloads the script without a report.
 class KWinScript : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.corvane.WindowChoice")
@@ -24,11 +24,12 @@ class KWinScript : public QObject {
     KWinScript(WindowSearch search, WindowRaiser::Report report, QObject& context);
     ~KWinScript() override;
 
-    /// Has KWin run the script. Reports after `limit` at the latest, then that no window was raised. To be
-    /// called once.
+    /// Has KWin run the script. Reports within `limit`; on timeout, that no window was raised. To be called
+    /// once.
     void start(std::chrono::milliseconds limit);
 
-    /// Called by the script with the description of all windows; the number of the one to raise, -1 for none.
+    /// Called by the script with a description of all windows; returns the index of the one to raise, -1 for
+    /// none.
     Q_SCRIPTABLE Q_INVOKABLE int choose(const QString& windows);
     /// Called by the script once it has raised that window.
     Q_SCRIPTABLE Q_INVOKABLE void raised();
@@ -48,7 +49,7 @@ class KWinScript : public QObject {
     QString path_; // of this object on the session bus
     QTemporaryFile file_;
     QTimer limit_;
-    bool isRequested_ = false; // KWin may hold the script
+    bool isRequested_ = false; // KWin may have loaded the script
 };
 
 } // namespace corvane

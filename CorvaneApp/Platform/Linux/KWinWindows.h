@@ -11,16 +11,16 @@
 
 namespace corvane {
 
-/// The windows that the script has described, in JSON, the one used last first; empty if it is not a
-/// description.
+/// Parses the script's description of the windows, in JSON, the most recently used first; empty if it is
+/// malformed.
 [[nodiscard]] std::vector<OpenWindow> kwinWindows(const QByteArray& json);
 
-/// Raises native and X11 windows under KWin 5.27 and 6, whose scripts alone know native ones. The script gets
-/// nothing foreign: it describes all windows to this process, which replies with the number of the one to
-/// raise.
+/// Raises native and X11 windows under KWin 5.27 and 6, where only scripts know the native ones. No outside
+/// text is inserted into the script: it describes all windows to this process, which replies with the index
+/// of the one to raise.
 class KWinWindowRaiser : public WindowRaiser {
   public:
-    /// How long the whole takes at most.
+    /// The time limit for the whole operation.
     static constexpr std::chrono::milliseconds patience{2000};
 
     explicit KWinWindowRaiser(std::chrono::milliseconds limit = patience)

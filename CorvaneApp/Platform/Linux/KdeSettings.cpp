@@ -20,7 +20,7 @@ std::optional<double> number(const std::string& text) {
     return isNumber ? std::optional(value) : std::nullopt;
 }
 
-/// Of "red,green,blue", perhaps with an alpha behind.
+/// Parses "red,green,blue", optionally followed by an alpha value.
 std::optional<int> lightness(std::string_view text) {
     std::array<int, 3> channels{};
     const char* at = text.data();

@@ -10,7 +10,7 @@
 
 namespace corvane {
 
-/// KDE's configuration of how programs look, kept up to date; empty in a session of another desktop.
+/// KDE's settings for how programs look, kept up to date; empty in a session of another desktop.
 class KdeSettings : public QObject {
     Q_OBJECT
 
@@ -19,10 +19,10 @@ class KdeSettings : public QObject {
 
     [[nodiscard]] const KdeLook& look() const { return look_; }
 
-    /// Where the running session keeps it; none if that is not KDE's.
+    /// The files in which the running session keeps them; none if it is not a KDE session.
     [[nodiscard]] static QStringList sessionFiles();
 
-    /// What a configuration file says.
+    /// Parses a configuration file.
     [[nodiscard]] static KdeLook parsed(std::string_view text);
 
   Q_SIGNALS:

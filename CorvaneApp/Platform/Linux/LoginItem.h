@@ -16,13 +16,13 @@ class LinuxLoginItem : public LoginItem {
     [[nodiscard]] static std::filesystem::path standardFile();
     [[nodiscard]] static std::filesystem::path runningProgram();
 
-    /// What the entry passes to the program, which tells such a start from one by hand.
+    /// The option that the entry passes to the program, to distinguish a start at login from one by the user.
     static constexpr const char* option = "--autostart";
 
-    /// Also false when the entry is switched off, or starts a program that does not exist.
+    /// Also false when the entry is disabled, or starts a program that does not exist.
     [[nodiscard]] bool isEnabled() const override;
     void setEnabled(bool enabled) override;
-    /// By the option that the entry passes on.
+    /// Detected by the option that the entry passes.
     [[nodiscard]] bool hasStartedThisProcess() const override;
 
   private:

@@ -10,21 +10,21 @@
 
 namespace corvane {
 
-/// LXQt's configuration of how programs look, kept up to date; empty in a session of another desktop. Qt
-/// follows it only where LXQt's plugin is installed for the same version of Qt.
+/// LXQt's settings for how programs look, kept up to date; empty in a session of another desktop. Qt follows
+/// them only where LXQt's plugin is installed for the same version of Qt.
 class LxqtSettings : public QObject {
     Q_OBJECT
 
   public:
     explicit LxqtSettings(const QStringList& files = sessionFiles());
 
-    /// The lightness of windows, 0 to 255; none where LXQt leaves that to Qt's style.
+    /// The lightness of windows, 0 to 255; none where LXQt leaves it to Qt's style.
     [[nodiscard]] std::optional<int> windowLightness() const { return windowLightness_; }
 
-    /// Where the running session keeps it; none if that is not LXQt's.
+    /// The files in which the running session keeps them; none if it is not an LXQt session.
     [[nodiscard]] static QStringList sessionFiles();
 
-    /// The lightness of windows that a configuration file says.
+    /// Parses the lightness of windows from a configuration file.
     [[nodiscard]] static std::optional<int> parsed(std::string_view text);
 
   Q_SIGNALS:

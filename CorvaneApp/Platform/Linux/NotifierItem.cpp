@@ -20,7 +20,7 @@ constexpr QLatin1String watcherService("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 constexpr QLatin1String itemPath("/StatusNotifierItem");
 constexpr QLatin1String menuPathName("/MenuBar");
-constexpr QLatin1String noMenuPath("/NO_DBUSMENU"); // as hosts know it
+constexpr QLatin1String noMenuPath("/NO_DBUSMENU"); // the value that hosts recognise
 constexpr std::chrono::milliseconds returnDelay{1000};
 constexpr int mostReturns = 3;
 constexpr int pictureSides[] = {16, 22, 24, 32, 44, 48, 64};
@@ -69,7 +69,7 @@ NotifierItem::NotifierItem(NotifierFace face, QMenu* menu, QString iconFolder)
     meetWatcher();
 }
 
-// Watchers take an icon out when its name is released.
+// Watchers remove an icon when its name is released.
 NotifierItem::~NotifierItem() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.unregisterService(service_);
@@ -82,10 +82,10 @@ void NotifierItem::meetWatcher() {
     registerAtWatcher();
 }
 
-// GNOME's extension may fail to read an item while the desktop is busy, such as after the login, and forgets
-// it then.
+// GNOME's extension may fail to read an item while the desktop is busy, such as after login, and then drops
+// it.
 void NotifierItem::returnToWatcher(const QString& item) {
-    // Some watchers add the path.
+    // Some watchers append the object path.
     if (item.section(u'/', 0, 0) != service_ || returnsLeft_ == 0) return;
     --returnsLeft_;
     return_.start();

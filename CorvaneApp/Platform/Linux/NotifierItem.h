@@ -22,28 +22,28 @@ namespace corvane {
 struct NotifierFace {
     int waitingCount = 0;
     QString label;   ///< for assistive technology
-    QString toolTip; ///< a title, and further lines of text
-    /// The drawing for hosts that fill it with the colours of their bar; empty: they get a picture for a bar
-    /// of this appearance.
+    QString toolTip; ///< the first line is the title
+    /// The icon for hosts that recolour it to match their bar. If empty, they get a pixmap for a bar of the
+    /// scheme `bar`.
     QString iconName;
     ColorScheme bar = ColorScheme::light;
 
     bool operator==(const NotifierFace&) const = default;
 };
 
-/// An icon on the session bus for hosts of StatusNotifierItems, which tell where it was clicked. It is there
-/// from its creation until its destruction, whether a watcher comes, goes, restarts or drops it for once.
-/// Main thread only.
+/// A StatusNotifierItem on the session bus, whose hosts report where it was clicked. It is present from its
+/// creation until its destruction, even if a watcher starts later, restarts or occasionally drops it. Main
+/// thread only.
 class NotifierItem : public QObject {
     Q_OBJECT
 
   public:
-    /// `iconFolder` holds an icon theme with the drawings that are named; empty if desktops look there
-    /// anyway. `menu` may be null.
+    /// `iconFolder` holds an icon theme with the named icons; empty if desktops search it anyway. `menu` may
+    /// be null.
     NotifierItem(NotifierFace face, QMenu* menu, QString iconFolder);
     ~NotifierItem() override;
 
-    /// Hosts are told of what has changed only.
+    /// Notifies hosts only of what has changed.
     void show(const NotifierFace& face);
 
     [[nodiscard]] const NotifierFace& face() const { return face_; }
@@ -53,9 +53,9 @@ class NotifierItem : public QObject {
     [[nodiscard]] NotifierPixmaps pixmaps() const;
 
   Q_SIGNALS:
-    /// The user clicked the icon. `place` is as the host gave it.
+    /// The user clicked the icon. `place` is as the host reported it.
     void activated(QPoint place);
-    /// The host shows no menus: the application has to.
+    /// The host shows no menus, so the application must show its own.
     void menuRequested(QPoint place);
 
     void iconChanged();
@@ -73,7 +73,7 @@ class NotifierItem : public QObject {
     std::unique_ptr<NotifierMenu> menu_;
     QDBusServiceWatcher watcher_;
     QTimer return_;
-    int returnsLeft_ = 0; // to this watcher
+    int returnsLeft_ = 0; // repeated registrations left with this watcher
 };
 
 /// The item's interface on the bus.

@@ -74,7 +74,7 @@ QString NotifierMenu::label(const QString& text) {
     QString result;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text.at(i) == u'&') {
-            // A doubled one is one that is meant; a single one marks the mnemonic.
+            // A doubled ampersand is a literal one; a single one marks the mnemonic.
             if (i + 1 >= text.size() || text.at(i + 1) != u'&') continue;
             ++i;
         }
@@ -121,8 +121,8 @@ NotifierMenuLayout NotifierMenu::layout(int parent, int depth, const QStringList
     }
     NotifierMenuLayout result{root, only(rootProperties(), names), {}};
     if (depth == 0) return result;
-    // What else has changed is told by signals: a host may ask for the structure only, and for the properties
-    // of entries that it does not know yet.
+    // Other changes are reported by signals: a host may request only the structure, and the properties of
+    // entries that it does not know yet.
     if (!told_) told_ = entries;
     for (const NotifierMenuEntry& entry : entries) {
         const NotifierMenuLayout child{entry.id, only(entry.properties, names), {}};
@@ -133,7 +133,7 @@ NotifierMenuLayout NotifierMenu::layout(int parent, int depth, const QStringList
 
 NotifierMenuEntries NotifierMenu::properties(const QList<int>& ids, const QStringList& names) {
     NotifierMenuEntries result;
-    // None means all of them.
+    // No IDs means all entries.
     if (ids.isEmpty() || ids.contains(root)) result.append({root, only(rootProperties(), names)});
     for (const NotifierMenuEntry& entry : read()) {
         if (ids.isEmpty() || ids.contains(entry.id)) result.append({entry.id, only(entry.properties, names)});
@@ -152,14 +152,14 @@ bool NotifierMenu::prepareToShow() {
 
 bool NotifierMenu::handle(int id, const QString& kind) {
     if (id == root) {
-        // Some hosts tell that they have opened it instead of asking before.
+        // Some hosts report that they have opened the menu instead of asking first.
         if (kind == QLatin1String("opened") && menu_ != nullptr) Q_EMIT menu_->aboutToShow();
         if (kind == QLatin1String("closed") && menu_ != nullptr) Q_EMIT menu_->aboutToHide();
         return true;
     }
     QAction* const chosen = action(id);
     if (chosen == nullptr) return false;
-    // After the reply: the entry may quit the application.
+    // Deferred until after the reply: the entry may quit the application.
     if (kind == QLatin1String("clicked")) QTimer::singleShot(0, chosen, &QAction::trigger);
     return true;
 }
@@ -172,7 +172,7 @@ bool NotifierMenu::eventFilter(QObject* object, QEvent* event) {
     return false;
 }
 
-// Changes come in groups.
+// Coalesces changes, which come in groups.
 void NotifierMenu::followSoon() {
     if (std::exchange(isFollowing_, true)) return;
     QTimer::singleShot(0, this, &NotifierMenu::follow);
@@ -191,7 +191,7 @@ void NotifierMenu::tell(const NotifierMenuEntries& now) {
         const auto old = std::find_if(before.begin(), before.end(), [&entry](const NotifierMenuEntry& each) {
             return each.id == entry.id;
         });
-        if (old == before.end()) continue; // the host asks for all of a new entry
+        if (old == before.end()) continue; // the host requests all properties of a new entry
         const QVariantMap& properties = entry.properties;
         QVariantMap changed;
         for (auto each = properties.begin(); each != properties.end(); ++each) {

@@ -15,9 +15,9 @@ class QMenu;
 
 namespace corvane {
 
-/// A menu without submenus that a tray's host on the session bus shows in its own look. A closed menu causes
-/// no messages unless an entry comes, goes or changes; the host asks for the rest before it opens it. Main
-/// thread only.
+/// A menu without submenus that a tray host on the session bus shows in its own style. A closed menu causes
+/// no messages unless an entry is added, removed or changed; the host requests the rest before it opens the
+/// menu. Main thread only.
 class NotifierMenu : public QObject {
     Q_OBJECT
 
@@ -25,16 +25,16 @@ class NotifierMenu : public QObject {
     /// `menu` must outlive this.
     explicit NotifierMenu(QMenu& menu);
 
-    /// What the host asks.
+    /// The replies to the host's queries.
     [[nodiscard]] NotifierMenuLayout layout(int parent, int depth, const QStringList& names, uint& revision);
     [[nodiscard]] NotifierMenuEntries properties(const QList<int>& ids, const QStringList& names);
-    /// Tells the host what has changed. Whether it is to ask for the layout again.
+    /// Notifies the host of changes. Returns whether the host must request the layout again.
     [[nodiscard]] bool prepareToShow();
     /// False if there is no such entry.
     bool handle(int id, const QString& kind);
 
-    /// An action's text as the menu's protocol has it, in which an underscore marks the mnemonic: the text
-    /// itself, without any.
+    /// An action's text in the form of the menu's protocol, in which an underscore marks the mnemonic; the
+    /// result has no mnemonic.
     [[nodiscard]] static QString label(const QString& text);
 
   Q_SIGNALS:
@@ -49,14 +49,14 @@ class NotifierMenu : public QObject {
     [[nodiscard]] NotifierMenuEntries read();
     [[nodiscard]] QAction* action(int id) const;
     void followSoon();
-    /// Tells the host what has changed since it was told last.
+    /// Notifies the host of changes since the last notification.
     void follow();
     void tell(const NotifierMenuEntries& now);
 
     QPointer<QMenu> menu_;
     std::map<const QObject*, int> ids_; // of each action as long as it lives
     int lastID_ = 0;
-    std::optional<NotifierMenuEntries> told_; // none before the host has asked
+    std::optional<NotifierMenuEntries> told_; // as last reported; none before the host has asked
     uint revision_ = 1;
     bool isFollowing_ = false;
 };

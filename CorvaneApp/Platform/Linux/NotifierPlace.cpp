@@ -8,7 +8,7 @@ namespace corvane {
 
 namespace {
 
-// About as large as icons are, so that a panel keeps clear of the bar even where its size is unknown.
+// About the size of an icon, so that a panel keeps clear of the bar even where the icon's size is unknown.
 constexpr int iconSide = 24;
 
 QRect around(QPoint place) {

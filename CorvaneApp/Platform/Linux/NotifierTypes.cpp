@@ -16,7 +16,7 @@ void registerNotifierTypes() {
     qDBusRegisterMetaType<NotifierMenuEvent>();
     qDBusRegisterMetaType<NotifierMenuEvents>();
     qDBusRegisterMetaType<QList<int>>();
-    // The bus finds the arguments' types by the names that methods use.
+    // QtDBus looks up argument types by the names that methods use.
     qRegisterMetaType<NotifierMenuEntries>("corvane::NotifierMenuEntries");
     qRegisterMetaType<NotifierMenuRemovals>("corvane::NotifierMenuRemovals");
     qRegisterMetaType<NotifierMenuEvents>("corvane::NotifierMenuEvents");

@@ -27,7 +27,7 @@ struct NotifierToolTip {
     QString text; // with markup
 };
 
-/// An entry of a menu with its own entries, each of which is a variant of the same.
+/// A menu entry with its own entries, each of which is a variant of this same type.
 struct NotifierMenuLayout {
     int id = 0;
     QVariantMap properties;
@@ -43,7 +43,7 @@ struct NotifierMenuEntry {
 };
 using NotifierMenuEntries = QList<NotifierMenuEntry>;
 
-/// The names of properties that an entry has no longer.
+/// The names of properties that an entry no longer has.
 struct NotifierMenuRemoval {
     int id = 0;
     QStringList names;

@@ -7,7 +7,7 @@
 
 namespace corvane {
 
-/// `text` as a decimal number; none unless all of it is one that fits.
+/// Parses `text` as a decimal number; none unless all of it is a number in the type's range.
 template <typename Number>
 std::optional<Number> number(std::string_view text) {
     Number value = 0;

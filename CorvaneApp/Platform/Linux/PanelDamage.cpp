@@ -37,7 +37,7 @@ bool PanelDamage::erasesBetweenChanges(std::string_view version) {
     if (version.starts_with('v')) version.remove_prefix(1);
     int major = 0;
     const auto result = std::from_chars(version.data(), version.data() + version.size(), major);
-    // A build from its repository has a commit as its version, and is most likely recent.
+    // A build from its repository has a commit hash as its version, and is most likely recent.
     return result.ec != std::errc{} || major >= firstFaulty;
 }
 

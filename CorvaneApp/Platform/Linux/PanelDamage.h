@@ -12,15 +12,15 @@ class QWidget;
 
 namespace corvane {
 
-/// Keeps the panels, banners and the tray's, intact under picom 12, by reporting all of them as damaged
+/// Keeps the panels (banners and the tray panel) intact under picom 12 by reporting all of them as damaged
 /// before any of them changes.
 ///
 /// That compositing manager copies the wallpaper over the bounding rectangle of all translucent parts of the
 /// screen that were damaged since its last frame, and then draws the windows only where they were damaged. It
-/// means to clip the copy, but does so by the clip of the source picture, which an X server that renders in
-/// software ignores (in a virtual machine without 3D, over VNC, Xvfb). So two clocks that tick within one
-/// frame erase what is between them until that changes again. When all panels are reported as damaged before
-/// each change, the bounding rectangle of a frame's damage covers only whole panels.
+/// intends to clip the copy, but sets the clip on the source picture, where an X server that renders in
+/// software ignores it (in a virtual machine without 3D, over VNC, Xvfb). So two clocks that tick within one
+/// frame erase what is between them until that area changes again. When all panels are reported as damaged
+/// before each change, the bounding rectangle of a frame's damage covers only whole panels.
 ///
 /// Nothing is reported to other compositing managers. Main thread only.
 class PanelDamage {
@@ -38,20 +38,21 @@ class PanelDamage {
     void add(QWidget& window) { windows_.push_back(&window); }
     void remove(QWidget& window) { std::erase(windows_, &window); }
 
-    /// Checks which compositing manager runs; call it at first, and when it has changed.
+    /// Checks which compositing manager runs; call it once at the start, and whenever the manager has
+    /// changed.
     void followCompositor();
-    /// Takes the compositing manager for one with this "COMPTON_VERSION".
+    /// Treats the compositing manager as one with this "COMPTON_VERSION".
     void setVersion(std::string_view version) { isNeeded_ = erasesBetweenChanges(version); }
 
-    /// Whether anything is reported to the present compositing manager.
+    /// Whether anything is reported to the current compositing manager.
     [[nodiscard]] bool isNeeded() const { return isNeeded_; }
 
-    /// Call it right before one of the windows changes what the screen shows; and from time to time, since
-    /// windows of other programs, and the compositing manager's own animations, erase panels too.
+    /// Call it right before one of the windows changes what the screen shows, and periodically, since windows
+    /// of other programs and the compositing manager's own animations erase panels too.
     void reportAll() const;
 
     /// Whether a compositing manager erases what is between two changes, judging by its "COMPTON_VERSION".
-    /// That property is empty for everything but picom and its relatives.
+    /// Only picom and its relatives set that property.
     [[nodiscard]] static bool erasesBetweenChanges(std::string_view version);
 
   private:

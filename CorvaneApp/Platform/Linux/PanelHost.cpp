@@ -87,7 +87,7 @@ void LinuxPanelHost::askSway() {
                                 .arg(window_.winId())
                                 .arg(qRound(pixels.x()))
                                 .arg(qRound(pixels.y()));
-    // The reply says no more than whether sway knows the window by now.
+    // The reply only indicates whether sway knows the window yet.
     sway::ask(*sway_, sway::Request::runCommand, command.toUtf8(), *this,
               [this](const std::optional<QByteArray>& /*json*/) { again_.start(); });
 }

@@ -15,14 +15,14 @@
 namespace corvane {
 
 /// Keeps the window out of task bars and pagers, most of which list a tool window without a main window. Has
-/// sway put it at its place: sway centres the windows that it lets float, wherever they ask to be. Notices
-/// presses on the bare desktop, most of which do not take the keyboard focus away. Reports changes of the
-/// window to `PanelDamage`.
+/// sway position it, since sway centres floating windows, wherever they request to be. Detects presses on the
+/// bare desktop, most of which do not take the keyboard focus away. Reports changes of the window to
+/// `PanelDamage`.
 class LinuxPanelHost : public PlainPanelHost {
     Q_OBJECT
 
   public:
-    /// `sway`: its socket, if it runs and places the window. `damage` must outlive the host.
+    /// `sway` is sway's socket, if sway runs and positions the window. `damage` must outlive the host.
     LinuxPanelHost(QWidget& window, Activation& activation, PanelDamage& damage, std::optional<QString> sway);
     LinuxPanelHost(const LinuxPanelHost&) = delete;
     LinuxPanelHost& operator=(const LinuxPanelHost&) = delete;

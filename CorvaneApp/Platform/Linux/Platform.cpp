@@ -39,10 +39,10 @@ namespace corvane {
 namespace {
 
 constexpr const char* accessibilityVariable = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON";
-// A bus of a machine that is busy with a login replies late.
+// On a machine that is busy with a login, a bus replies late.
 constexpr std::chrono::seconds busPatience{5};
 
-/// A variable of the environment that this process has for itself, until Qt has read it.
+/// An environment variable that this process sets for itself until Qt has read it.
 class OwnVariable {
   public:
     constexpr explicit OwnVariable(const char* name) noexcept
@@ -76,7 +76,7 @@ OwnVariable windowSystem{"QT_QPA_PLATFORM"};
 OwnVariable refusedSharedMemory{"QT_XCB_NO_MITSHM"};
 OwnVariable busAddress{"DBUS_SESSION_BUS_ADDRESS"};
 OwnVariable accessibilityBusAddress{"AT_SPI_BUS_ADDRESS"};
-// Nothing is at the address of a null device.
+// Nothing listens at the null device.
 constexpr const char* noBus = "unix:path=/dev/null";
 StartupToken ownStartup;
 
@@ -84,7 +84,7 @@ StartupToken ownStartup;
 QtMessageHandler printMessage = nullptr;
 
 /// Prints Qt's messages except for two that are normal outside a login session and whose cause Qt works
-/// around: there is no runtime folder, and (since Qt 6.8) no locale, for which it uses "C.UTF-8".
+/// around: a missing runtime folder, and (since Qt 6.8) a missing locale, instead of which it uses "C.UTF-8".
 void takeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     if (!message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")) &&
         !message.startsWith(QLatin1String("Detected locale \"C\"")))
@@ -148,12 +148,12 @@ class LinuxPlatform : public Platform {
 } // namespace
 
 std::unique_ptr<Platform> Platform::make() {
-    // The library reads the address once, for the first connection.
+    // The D-Bus library reads the address once, for the first connection.
     static_cast<void>(QDBusConnection::sessionBus());
     if (accessibilityHangs(busprobe::accessibilityAddress(), busPatience)) accessibilityBusAddress.set(noBus);
-    // Qt reads that address with the first question about accessibility.
+    // Qt reads that address on the first query about accessibility.
     static_cast<void>(QAccessible::isActive());
-    // Child processes must not inherit the choices.
+    // Child processes must not inherit these values.
     for (OwnVariable* const variable :
          {&windowSystem, &refusedSharedMemory, &busAddress, &accessibilityBusAddress})
         variable->restore();
@@ -172,14 +172,14 @@ bool Platform::prepareProcess() {
     }
     ownStartup = StartupToken::fromEnvironment();
     printMessage = qInstallMessageHandler(takeMessage);
-    // Where there is no session bus, its library would start one that outlives the application. For one that
-    // hangs, Qt would wait for minutes and without a window.
+    // If there is no session bus, the D-Bus library would start one that outlives the application. If the bus
+    // hangs, Qt would block for minutes without a window.
     const std::string bus = busprobe::sessionAddress();
     if (bus.empty() || busprobe::hangs(bus, busPatience)) busAddress.set(noBus);
-    // Only X11, also as served inside a Wayland session, lets a window stand above others without the focus.
+    // Only X11, including XWayland, lets a window stay above others without the focus.
     if (hasX && !isChosen) windowSystem.set("xcb;wayland");
-    // With pictures in shared memory, Qt waits for the X server before each painting of what it has painted
-    // before: each banner's clock would wake the process twice more a second.
+    // With images in shared memory, Qt waits for the X server before each repaint: each banner's clock would
+    // wake the process two more times per second.
     if (!refusedSharedMemory.isSet()) refusedSharedMemory.set("1");
     // Without it, Qt serves only screen readers that were started earlier. It stays set, since Qt reads it
     // again whenever an accessibility bus appears.

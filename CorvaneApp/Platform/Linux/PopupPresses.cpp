@@ -27,7 +27,7 @@ bool PopupPresses::eventFilter(QObject* object, QEvent* event) {
     QWidget* const window = below != nullptr ? below->window() : nullptr;
     if (window == nullptr || std::ranges::find(guard_.windows(), window) == guard_.windows().end())
         return false;
-    // Queued until the menu is closed. The release goes to the panel itself.
+    // Queued until the menu is closed. The release reaches the panel directly.
     auto* const copy =
         new QMouseEvent(QEvent::MouseButtonPress, window->mapFromGlobal(press->globalPosition()),
                         press->globalPosition(), press->button(), press->buttons(), press->modifiers());

@@ -7,8 +7,8 @@ namespace corvane {
 class StackingGuard;
 
 /// If a press on a panel closes one of the application's menus, passes the press on to the panel. On X11 an
-/// open menu grabs all presses, and one beside it customarily only closes it; but a panel's buttons must
-/// always work, without a second press when a menu happens to be open. Main thread only.
+/// open menu grabs all presses, and a press outside it customarily only closes it; but a panel's buttons must
+/// always work at the first press, even if a menu happens to be open. Main thread only.
 class PopupPresses : public QObject {
     Q_OBJECT
 

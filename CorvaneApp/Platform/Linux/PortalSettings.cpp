@@ -27,7 +27,7 @@ constexpr QLatin1String textScaleKey("text-scaling-factor");
 // The portal's values of "color-scheme"; 0 leaves it to the application.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
-// And of "contrast" and "reduced-motion"; 0 is no preference.
+// The values of "contrast" and "reduced-motion"; 0 is no preference.
 constexpr uint higherContrast = 1;
 constexpr uint lessMotion = 1;
 

@@ -9,7 +9,8 @@
 
 namespace corvane {
 
-/// The user's preferences from the desktop portal, kept up to date. As without a portal until it replies.
+/// The user's preferences from the desktop portal, kept up to date. Until it replies, the values are those
+/// without a portal.
 class PortalSettings : public QObject {
     Q_OBJECT
 

@@ -91,7 +91,8 @@ std::vector<pid_t> ProcessTable::ancestry(pid_t process) const {
 std::string ProcessTable::statusField(pid_t process, std::size_t field) const {
     constexpr std::size_t firstField = 3;
     const std::string status = content(file(process, "stat"));
-    // The name in brackets may itself hold brackets and spaces; the other fields follow the last one.
+    // The name in parentheses may contain parentheses and spaces; the other fields follow the last
+    // parenthesis.
     const std::size_t nameEnd = status.rfind(')');
     if (nameEnd == std::string::npos || nameEnd + 2 >= status.size()) return {};
     const std::vector<std::string_view> fields = parts(std::string_view(status).substr(nameEnd + 2), ' ');
@@ -109,7 +110,7 @@ bool ProcessTable::hasTerminal(pid_t process) const {
 
 std::optional<std::uint64_t> ProcessTable::startTime(pid_t process) const {
     const std::string state = statusField(process, 3);
-    // A zombie has ended and only waits for its parent.
+    // A zombie has ended and only waits for its parent to reap it.
     if (state == "Z" || state == "X") return std::nullopt;
     return number<std::uint64_t>(statusField(process, 22));
 }
@@ -117,7 +118,7 @@ std::optional<std::uint64_t> ProcessTable::startTime(pid_t process) const {
 bool ProcessTable::hasEnded(pid_t process, std::uint64_t started) const {
     std::error_code error;
     if (!fs::exists(root_ / std::to_string(process), error)) return !error;
-    // Unreadable, for want of a descriptor for instance: no proof of an end.
+    // Unreadable, for example for lack of a descriptor: no proof that it has ended.
     if (content(file(process, "stat")).empty()) return false;
     return startTime(process) != started;
 }

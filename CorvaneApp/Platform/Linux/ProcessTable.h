@@ -29,7 +29,8 @@ class ProcessTable {
     /// When the process was started, in the kernel's clock ticks since boot; none when it has ended.
     [[nodiscard]] std::optional<std::uint64_t> startTime(pid_t process) const;
 
-    /// Whether the process that was started at `started` has certainly ended; false if that cannot be read.
+    /// Whether the process that was started at `started` has certainly ended; false if that cannot be
+    /// determined.
     [[nodiscard]] bool hasEnded(pid_t process, std::uint64_t started) const;
 
     /// The value of a variable in the environment that the process was started with.

@@ -14,7 +14,7 @@ namespace corvane::x11 {
 
 namespace {
 
-// A frame has the client's window as a child, some have another window between the two.
+// A frame has the client window as a child; some have another window between the two.
 constexpr int deepestClient = 3;
 
 std::vector<xcb_window_t> children(xcb_window_t window) {
@@ -40,7 +40,7 @@ bool fillsAMonitor(const QRect& area) {
     });
 }
 
-/// Whether a window manager manages the window, or it is the frame of one that it manages.
+/// Whether the window is managed by a window manager, or is the frame of a managed one.
 bool isManaged(xcb_window_t window, int depth = 0) {
     if (!numbers(window, "WM_STATE").empty()) return true;
     if (depth == deepestClient) return false;
@@ -49,7 +49,7 @@ bool isManaged(xcb_window_t window, int depth = 0) {
                        [depth](xcb_window_t child) { return isManaged(child, depth + 1); });
 }
 
-/// Whether the window takes the pointer at all; compositing managers have one over everything that does not.
+/// Whether the window takes pointer input at all; the overlay windows of compositing managers do not.
 bool takesInput(xcb_window_t window) {
     const Reply<xcb_shape_get_rectangles_reply_t> shape(xcb_shape_get_rectangles_reply(
         connection(), xcb_shape_get_rectangles(connection(), window, XCB_SHAPE_SK_INPUT), nullptr));
@@ -57,12 +57,12 @@ bool takesInput(xcb_window_t window) {
 }
 
 bool isKeyboardGrabbedByOthers() {
-    // A menu of our own holds it, and would lose it by the attempt.
+    // A menu of our own holds the grab, and would lose it by the attempt.
     if (QApplication::activePopupWidget() != nullptr) return false;
     xcb_connection_t* const x = connection();
     const xcb_grab_keyboard_cookie_t attempt =
         xcb_grab_keyboard(x, 0, rootWindow(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    // At once, so that no key comes here in between. It leaves a grab of another program alone.
+    // At once, so that no key event arrives here in between. This leaves another program's grab alone.
     xcb_ungrab_keyboard(x, XCB_CURRENT_TIME);
     const Reply<xcb_grab_keyboard_reply_t> grab(xcb_grab_keyboard_reply(x, attempt, nullptr));
     return grab && grab->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
@@ -95,7 +95,7 @@ std::vector<xcb_window_t> screenLockers() {
             candidates.push_back(question.window);
     }
     std::erase_if(candidates, [](xcb_window_t window) { return !takesInput(window) || isManaged(window); });
-    // The attempt to grab it is made only where there is reason to.
+    // The attempt to grab the keyboard is made only if there are candidates.
     if (candidates.empty() || !isKeyboardGrabbedByOthers()) return {};
     return candidates;
 }

@@ -21,8 +21,8 @@ QRect devicePixels(const QScreen& screen) {
     return {geometry.topLeft(), (QSizeF(geometry.size()) * screen.devicePixelRatio()).toSize()};
 }
 
-// Qt knows the work area of a single screen only, and misses for good a change that comes while it starts, as
-// at a login.
+// Qt knows the work area only if there is a single screen, and permanently misses a change that happens while
+// Qt starts, such as at login.
 QRect availableToX(const QScreen& screen) {
     const QPoint origin = screen.geometry().topLeft();
     const QRect whole = devicePixels(screen);
@@ -102,12 +102,12 @@ QScreen* LinuxScreens::mainScreen() const {
 }
 
 std::optional<QRect> LinuxScreens::visibleFrame(const QScreen* screen) const {
-    // For the next time; if something has changed, that is reported, and the banners are placed anew.
+    // For the next call; if anything has changed, `changed` is emitted and the banners are repositioned.
     sway_->refresh();
     if (screen == nullptr) return std::nullopt;
     const SwayOutput* const output = sway_->at(devicePixels(*screen));
     if (output == nullptr) return availableToX(*screen);
-    // Not the output's own area: XWayland rounds a screen's size down where there is a scale.
+    // Not the output's own area: XWayland rounds a scaled screen's size down.
     const qreal ratio = screen->devicePixelRatio();
     return screen->geometry().marginsRemoved((QMarginsF(output->reserved) / ratio).toMargins());
 }

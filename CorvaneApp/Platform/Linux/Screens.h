@@ -10,7 +10,7 @@ class QScreen;
 namespace corvane {
 
 /// The screens as Qt knows them; the main one is that of the active window, if the X server reports it. Under
-/// sway, bars and the focus are what sway reports.
+/// sway, the bars and the focus are as sway reports them.
 class LinuxScreens : public Screens {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ class LinuxScreens : public Screens {
     [[nodiscard]] QScreen* mainScreen() const;
     [[nodiscard]] std::optional<QRect> visibleFrame(const QScreen* screen) const;
 
-    // Has itself refreshed by questions about the screens.
+    // Refreshed by queries of the screens, even by const ones.
     std::unique_ptr<SwayOutputs> sway_;
 };
 

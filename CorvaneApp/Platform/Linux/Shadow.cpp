@@ -67,7 +67,8 @@ void boxBlur(float* line, int count, int stride, int radius, std::vector<float>&
         line[static_cast<std::ptrdiff_t>(i) * stride] = scratch[static_cast<std::size_t>(i)];
 }
 
-// Three successive means approximate a Gaussian to within a hundredth, at a cost independent of its width.
+// Three successive box blurs approximate a Gaussian to within a hundredth, at a cost independent of its
+// width.
 void gaussianBlur(Mask& mask, qreal deviation) {
     constexpr int passes = 3;
     const auto radius =

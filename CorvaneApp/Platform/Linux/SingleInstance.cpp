@@ -21,9 +21,9 @@ constexpr QLatin1String interface("org.freedesktop.Application");
 
 // After this, a busy instance still gets the request; this process only stops waiting for its reply.
 constexpr std::chrono::milliseconds answerTimeout{5000};
-// The bus sets it for what it starts itself.
+// The bus sets it in the programs that it starts itself.
 constexpr const char* starterVariable = "DBUS_STARTER_BUS_TYPE";
-// How often the name's owner may change or vanish while this process asks.
+// How often the name's owner may change or vanish before this process gives up.
 constexpr int mostAttempts = 20;
 
 } // namespace
@@ -37,7 +37,7 @@ LinuxSingleInstance::~LinuxSingleInstance() = default;
 bool LinuxSingleInstance::claim() {
     const Outcome outcome = claimOnBus();
     isStartedByRequest_ = outcome == Outcome::first && qEnvironmentVariableIsSet(starterVariable);
-    // Programs started from here, such as a file manager, have not been started by the bus.
+    // Child processes, such as a file manager, have not been started by the bus.
     for (const char* const variable : {starterVariable, "DBUS_STARTER_ADDRESS"})
         qunsetenv(variable);
     if (outcome != Outcome::noBus) return outcome == Outcome::first;
@@ -49,7 +49,7 @@ bool LinuxSingleInstance::claim() {
 
 LinuxSingleInstance::Outcome LinuxSingleInstance::claimOnBus() {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    // Before the name is claimed, since others may call as soon as they see it.
+    // Before the name is claimed, since others may call as soon as they see the name.
     if (!bus.isConnected() ||
         !bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableInvokables))
         return Outcome::noBus;
@@ -83,13 +83,14 @@ void LinuxSingleInstance::Activate(const QVariantMap& platformData) {
 
 void LinuxSingleInstance::tell(const StartupToken& startup) {
     Q_EMIT startedWith(startup);
-    // The bus delivers what it started the application for: that is the first start, and not a second one.
+    // The bus delivers the call for which it started the application: that is the first start, not a second
+    // one.
     if (std::exchange(isStartedByRequest_, false)) return;
     isUntold_ = !isSignalConnected(QMetaMethod::fromSignal(&SingleInstance::reopened));
     if (!isUntold_) Q_EMIT reopened();
 }
 
-// The name is claimed well before windows can be opened.
+// Delivers a request that arrived early: the name is claimed well before windows can be opened.
 void LinuxSingleInstance::connectNotify(const QMetaMethod& signal) {
     if (signal != QMetaMethod::fromSignal(&SingleInstance::reopened) || !std::exchange(isUntold_, false))
         return;

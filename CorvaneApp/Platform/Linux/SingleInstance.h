@@ -16,20 +16,20 @@ class LinuxSingleInstance : public SingleInstance {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    /// By the user, or by the entry that the session starts at login.
+    /// Started by the user, or by the autostart entry at login.
     enum class Start { byHand, atLogin };
 
-    /// `startup` is this process's token, to be passed to the running instance. That is left alone if this
-    /// process was started at login.
+    /// `startup` is this process's token, to be passed to the running instance. Nothing is sent to that
+    /// instance if this process was started at login.
     explicit LinuxSingleInstance(StartupToken startup = {}, Start start = Start::byHand);
     ~LinuxSingleInstance() override;
 
     [[nodiscard]] bool claim() override;
 
-    // The interface by which desktops start an application that may already be running. It sets the names.
+    // The interface by which desktops start an application that may already be running, and its names.
     // NOLINTBEGIN(readability-identifier-naming)
 
-    /// Asks the application to come forward. `platformData` may hold the activation token.
+    /// Asks the application to show its window. `platformData` may hold the activation token.
     Q_SCRIPTABLE Q_INVOKABLE void Activate(const QVariantMap& platformData);
     /// The application opens no files and has no actions: both do the same as `Activate`.
     Q_SCRIPTABLE Q_INVOKABLE void Open(const QStringList& uris, const QVariantMap& platformData);
@@ -48,14 +48,14 @@ class LinuxSingleInstance : public SingleInstance {
     enum class Outcome { first, second, noBus };
     [[nodiscard]] Outcome claimOnBus();
 
-    /// A request came: emits both signals; `reopened` once somebody connects to it, if nobody has so far.
+    /// Handles a request: emits both signals, `reopened` only once something is connected to it.
     void tell(const StartupToken& startup);
 
     StartupToken startup_;
     Start start_;
     std::unique_ptr<SingleInstanceLock> lock_;
     bool isUntold_ = false;
-    bool isStartedByRequest_ = false; // and that request has not come yet
+    bool isStartedByRequest_ = false; // and that request has not arrived yet
 };
 
 } // namespace corvane

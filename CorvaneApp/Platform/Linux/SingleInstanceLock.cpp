@@ -33,7 +33,7 @@ bool isPrivate(const fs::path& folder) {
            (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-/// The socket's address within the open folder, which fits however long the folder's own path is.
+/// The socket's address through the open folder, which fits however long the folder's own path is.
 sockaddr_un address(const FileDescriptor& folder) {
     const std::string path = "/proc/self/fd/" + std::to_string(folder.number()) + "/corvane.socket";
     sockaddr_un result{};
@@ -81,7 +81,7 @@ void SingleInstanceLock::listen() {
     // Datagrams: each message arrives whole or not at all, so that no sender can block this process.
     FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
-    // The folder keeps other users away from it.
+    // The folder's permissions keep other users away from it.
     if (bind(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0) return;
     socket_ = std::move(socket);
     notifier_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);
@@ -100,7 +100,7 @@ void SingleInstanceLock::answer() {
 bool SingleInstanceLock::ask(const std::string& message) const {
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     const sockaddr_un name = address(folder_);
-    // A message stays queued until it is read. A full queue holds the same request from others.
+    // A message stays queued until it is read. A full queue already holds the same request from others.
     return ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 &&
            (send(socket.number(), message.data(), message.size(), MSG_NOSIGNAL) >= 0 || errno == EAGAIN);
 }

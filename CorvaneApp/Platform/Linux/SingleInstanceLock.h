@@ -25,10 +25,9 @@ class SingleInstanceLock : public QObject {
     /// temporary files, created if missing. Empty if there is none.
     [[nodiscard]] static std::filesystem::path standardFolder();
 
-    /// Takes the lock. Returns false if another process holds it; that process has been asked to come
-    /// forward, unless it did not respond for a few seconds. Returns true if the folder cannot be used at
-    /// all: two instances are better than none. `message`, at most a few thousand bytes, is sent to that
-    /// process; without one it is left alone.
+    /// Takes the lock. Returns false if another process holds it; `message`, at most 4096 bytes, has then
+    /// been sent to that process, unless it did not listen for a few seconds. Without a message, nothing is
+    /// sent. Returns true if the folder cannot be used at all: two instances are better than none.
     [[nodiscard]] bool claim(const std::optional<std::string>& message = std::string());
 
   Q_SIGNALS:

@@ -19,8 +19,7 @@ class SoundQueue {
 
     void add(std::string name, Moment now);
 
-    /// Removes and returns the sound to play next, first in, first out; none when none is left that is recent
-    /// enough.
+    /// Removes and returns the sound to play next, first in, first out; none if no request is recent enough.
     [[nodiscard]] std::optional<std::string> next(Moment now);
 
     [[nodiscard]] bool empty() const { return requests_.empty(); }

@@ -10,10 +10,10 @@ namespace corvane {
 /// Limits the rate at which sounds are started, so that many alerts in one pass sound like one alert instead
 /// of noise.
 ///
-/// A sound counts as sounding for 900 ms after its start. That is longer than the loud part of every one of
-/// ours (each has fallen by 20 dB after at most 850 ms) and shorter than the second between two passes, so
+/// A sound counts as sounding for 900 ms after its start. That is longer than the loud part of each of our
+/// sounds (each has fallen by 20 dB after at most 850 ms) and shorter than the second between two passes, so
 /// that an alert of the next pass is always heard. While it sounds
-///   - the same sound is not started again: copies some milliseconds apart only get louder and harsh;
+///   - the same sound is not started again: copies some milliseconds apart only sound louder and harsher;
 ///   - one other may join it, so that a waiting and a done alert of one pass are both heard; a third is not
 ///     started, since two leave the speakers headroom (each peaks below half of full scale) and can still be
 ///     told apart.

@@ -27,9 +27,9 @@ void dropMessage(const char* /*file*/, int /*line*/, const char* /*function*/, i
 
 /// Without a sound server libcanberra falls back to ALSA, whose library prints several lines to standard
 /// error for each sound that it cannot play, because there is no card or another user or program holds it.
-/// That is normal for a machine without sound. The messages are suppressed rather than ALSA avoided, since
-/// the presence of a card does not decide it: a configuration may lead to a device that is no card. The
-/// library is not linked: libcanberra loads it with its driver, if at all, and may unload it again.
+/// That is normal for a machine without sound. The messages are suppressed instead of avoiding ALSA where
+/// there is no card, since a configuration may lead to a device that is not a card. The library is not
+/// linked: libcanberra loads it with its driver, if at all, and may unload it again.
 void silenceAlsa() {
     using Handler =
         void (*)(const char* file, int line, const char* function, int error, const char* format, ...);
@@ -52,7 +52,7 @@ class Player {
     void play(const std::filesystem::path& file, const std::string& name) {
         if (context_ != nullptr) {
             const int result = start(file, name);
-            // Without its file a sound cannot be played by a new connection either.
+            // Without its file a sound cannot be played over a new connection either.
             if (result == CA_SUCCESS || result == CA_ERROR_NOTFOUND) return;
             close(); // the server may have been restarted
         }

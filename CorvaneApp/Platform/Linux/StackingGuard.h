@@ -20,8 +20,7 @@ class StackingGuard : public QObject {
   public:
     StackingGuard();
 
-    /// Puts a window that is about to be mapped where it may be shown: below a screen locker, even for the
-    /// first frame.
+    /// Stacks a window that is about to be mapped below a screen locker, even for the first frame.
     static void prepare(const QWidget& window);
     /// Keeps a shown window in front of all others until it is released, starting at the event loop's next
     /// iteration.
@@ -46,13 +45,13 @@ class StackingGuard : public QObject {
   Q_SIGNALS:
     /// One of the windows was added, moved or removed.
     void arrangementChanged();
-    /// Emitted once a second while a panel is shown, as `setBeat` has it.
+    /// Emitted once a second while a panel is shown, as set by `setBeat`.
     void secondPassed();
 
   private:
     void restore();
     void followWindowManager();
-    /// Has it run once in the event loop's next iteration.
+    /// Queues one `restore` for the event loop's next iteration.
     void restoreSoon();
 
     std::vector<QWidget*> windows_;

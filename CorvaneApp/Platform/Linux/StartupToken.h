@@ -18,11 +18,11 @@ struct StartupToken {
     /// The token of this process. Read it before Qt removes the variables from the environment.
     [[nodiscard]] static StartupToken fromEnvironment();
 
-    /// As `org.freedesktop.Application` passes them.
+    /// In the form in which `org.freedesktop.Application` passes them.
     [[nodiscard]] QVariantMap platformData() const;
     [[nodiscard]] static StartupToken fromPlatformData(const QVariantMap& data);
 
-    /// As one message of bytes, one line each. Other lines are ignored when it is read.
+    /// As one message with a line for each. Other lines are ignored when it is parsed.
     [[nodiscard]] std::string message() const;
     [[nodiscard]] static StartupToken fromMessage(std::string_view message);
 };

@@ -22,7 +22,7 @@ namespace corvane {
 
 namespace {
 
-// How long a bar takes to be drawn, or to be drawn anew when the desktop's theme changes.
+// How long a bar takes to be drawn, or redrawn when the desktop's theme changes.
 constexpr std::chrono::milliseconds drawingTime{1500};
 
 } // namespace
@@ -32,8 +32,8 @@ LinuxStatusItem::LinuxStatusItem(Appearance& appearance)
     look_.setSingleShot(true);
     look_.setInterval(drawingTime);
     connect(&look_, &QTimer::timeout, this, [this] { lookAtBars(lastPlace_); });
-    // Window managers tell in several properties that the window in front has gone; not all of them change
-    // the one that names the active window.
+    // Window managers report through various properties that the topmost window has gone; not all of them
+    // change the one that names the active window.
     connect(&XEvents::instance(), &XEvents::propertyChanged, this, [this] {
         if (isLookDue_ && !look_.isActive()) look_.start();
     });
@@ -41,7 +41,7 @@ LinuxStatusItem::LinuxStatusItem(Appearance& appearance)
         update();
         if (!notifier_) return;
         look_.start();
-        // Plasma gives an icon its bar's new colours only when it gets the icon anew.
+        // Plasma applies its bar's new colours to an icon only when it receives the icon again.
         QTimer::singleShot(drawingTime, notifier_.get(), &NotifierItem::iconChanged);
     });
 }
@@ -53,7 +53,7 @@ std::filesystem::path LinuxStatusItem::iconFolder() {
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
     if (error) return {};
     const std::filesystem::path data = program.parent_path().parent_path() / "share";
-    // Plasma fills an icon with the applications' colours instead of the bar's if it is told a folder.
+    // If Plasma is given a folder, it fills an icon with the applications' colours instead of the bar's.
     const QStringList known = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
     return known.contains(QString::fromStdString(data.string())) ? std::filesystem::path() : data / "icons";
 }
@@ -86,8 +86,8 @@ QRect LinuxStatusItem::place() const {
 }
 
 void LinuxStatusItem::settle() {
-    // Qt asks the watcher as well when it makes its first icon to embed, and would wait for one that does not
-    // reply.
+    // Qt also queries the watcher when it creates its first embedded icon, and would wait for one that does
+    // not reply.
     if (!hosts_->isNotifierKnown() && !embedded_) return;
     if (hosts_->hasNotifierHost()) {
         embedded_.reset();
@@ -151,7 +151,7 @@ QRect LinuxStatusItem::clicked(QPoint given) {
         screens.push_back(screen->geometry());
     const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     const qreal ratio = qGuiApp->devicePixelRatio();
-    // Above native windows of a Wayland session, X11 knows the pointer's last place only.
+    // Over native windows of a Wayland session, X11 only knows the pointer's last place.
     const std::optional<QPoint> pointer = !isWayland ? std::optional(QCursor::pos()) : std::nullopt;
     QRect place;
     if (notifierPlaceIsKnown(isWayland, qgetenv("XDG_CURRENT_DESKTOP").toStdString()))

@@ -15,8 +15,8 @@
 
 namespace corvane {
 
-/// A StatusNotifierItem on the session bus while there is a host for those, else a window embedded in the
-/// tray. Nothing is shown before a host of either kind appears.
+/// A StatusNotifierItem on the session bus while there is a host for it, else a window embedded in the tray.
+/// Nothing is shown before a host of either kind appears.
 class LinuxStatusItem : public StatusItem {
     Q_OBJECT
 
@@ -24,8 +24,8 @@ class LinuxStatusItem : public StatusItem {
     explicit LinuxStatusItem(Appearance& appearance);
     ~LinuxStatusItem() override;
 
-    /// The folder of the icon themes with the bell's drawings, next to the running program; empty if it is
-    /// one in which desktops look anyway.
+    /// The folder of the icon themes with the bell's drawings, next to the running program; empty if desktops
+    /// search that folder anyway.
     [[nodiscard]] static std::filesystem::path iconFolder();
 
     void show(int waitingCount, const QString& label, const QString& toolTip) override;
@@ -39,10 +39,10 @@ class LinuxStatusItem : public StatusItem {
     void makeEmbedded();
     void update();
     [[nodiscard]] NotifierFace face() const;
-    /// The appearance of the bar that the icon is on, unless the bar can be seen.
+    /// The colour scheme to assume for the icon's bar if the bar cannot be sampled.
     [[nodiscard]] ColorScheme barScheme() const;
-    /// Looks at the bars; at the one at `place`, in device-independent pixels, if there are several. Later if
-    /// the active window covers it.
+    /// Samples the bar's colours; of several bars, the one at `place`, in device-independent pixels. Deferred
+    /// if the active window covers it.
     void lookAtBars(QPoint place);
     [[nodiscard]] static QRect clicked(QPoint given);
 
@@ -53,7 +53,7 @@ class LinuxStatusItem : public StatusItem {
     QPointer<QMenu> menu_;
     QTimer look_;
     QPoint lastPlace_;
-    bool isLookDue_ = false; // once no window covers it
+    bool isLookDue_ = false; // once no window covers the bar
     std::optional<ColorScheme> seenBar_;
     int waitingCount_ = 0;
     QString label_;

@@ -20,7 +20,7 @@ namespace corvane::sway {
 namespace {
 
 constexpr std::array<char, 6> magic{'i', '3', '-', 'i', 'p', 'c'};
-// The magic, then the payload's length and the request's number, both in the machine's byte order.
+// The magic, then the payload's length and the request's number, both in host byte order.
 constexpr std::size_t headerSize = magic.size() + 2 * sizeof(std::uint32_t);
 // A description of hundreds of windows takes less than one megabyte.
 constexpr std::uint32_t longestReply = std::uint32_t{16} * 1024 * 1024;
@@ -40,7 +40,7 @@ std::uint32_t numberAt(const QByteArray& bytes, std::size_t position) {
     return number;
 }
 
-/// A connection without waiting; closed on failure.
+/// Connects without blocking; closed on failure.
 files::FileDescriptor connected(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
     sockaddr_un address{};
@@ -54,7 +54,7 @@ files::FileDescriptor connected(const QString& path) {
     return opened;
 }
 
-/// One request and its reply. Deletes itself when it is over.
+/// One request and its reply. Deletes itself when done.
 class Exchange : public QObject {
   public:
     Exchange(QObject& context, std::function<void(std::optional<QByteArray>)> finished)
@@ -68,7 +68,7 @@ class Exchange : public QObject {
         QObject::connect(&limit_, &QTimer::timeout, this, [this] { finish(std::nullopt); });
         socket_ = connected(path);
         const QByteArray bytes = message(request, payload);
-        // A new connection's buffer takes so short a message as a whole.
+        // A new connection's buffer holds the whole of so short a message.
         if (!socket_.isOpen() || send(socket_.number(), bytes.constData(),
                                       static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL) != bytes.size()) {
             limit_.start(0);
@@ -106,7 +106,7 @@ class Exchange : public QObject {
         if (readable_) readable_->setEnabled(false);
         limit_.stop();
         deleteLater();
-        // It may destroy this.
+        // The call may destroy this object.
         const auto report = std::exchange(finished_, {});
         report(std::move(json));
     }

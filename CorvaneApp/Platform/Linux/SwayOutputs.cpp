@@ -19,7 +19,7 @@ QRect rectangle(const QJsonValue& value) {
             value[QLatin1String("width")].toInt(), value[QLatin1String("height")].toInt()};
 }
 
-/// What `inner` leaves of `outer` at each edge.
+/// The margins between `inner` and `outer`.
 QMargins around(const QRect& inner, const QRect& outer) {
     if (!outer.contains(inner)) return {};
     return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),

@@ -23,31 +23,30 @@ struct SwayOutput {
     bool operator==(const SwayOutput&) const = default;
 };
 
-/// Which outputs there are, by sway's own protocol: bars are invisible to X11 there. What is known is as of
-/// the last reply; empty in other sessions. Main thread only.
+/// Sway's outputs, queried through its own protocol, since its bars are invisible to X11. The state is that
+/// of the last reply; empty in other sessions. Main thread only.
 class SwayOutputs : public QObject {
     Q_OBJECT
 
   public:
-    /// `socket`: sway's, if it runs, whose replies may take `limit`. Asks it at once.
+    /// `socket` is sway's, if it runs; each of its replies may take up to `limit`. Queries it at once.
     explicit SwayOutputs(std::optional<QString> socket, std::chrono::milliseconds limit = sway::patience);
 
-    /// The outputs in sway's replies about its outputs and its workspaces. Ignores what it does not
-    /// understand.
+    /// Parses sway's replies about its outputs and its workspaces. Ignores what it does not understand.
     [[nodiscard]] static std::vector<SwayOutput> parse(const QByteArray& outputs,
                                                        const QByteArray& workspaces);
 
     [[nodiscard]] const std::vector<SwayOutput>& outputs() const { return outputs_; }
-    /// The output with most of `area`; null if none has any of it.
+    /// The output that shows most of `area`; null if none shows any of it.
     [[nodiscard]] const SwayOutput* at(const QRect& area) const;
-    /// The one that the user works on; null if unknown.
+    /// The output with the focus; null if unknown.
     [[nodiscard]] const SwayOutput* focused() const;
 
-    /// Asks sway anew, asynchronously. Sway does not report when a bar comes or goes.
+    /// Queries sway again, asynchronously. Sway does not report when a bar appears or disappears.
     void refresh();
 
   Q_SIGNALS:
-    /// The outputs differ from what was known.
+    /// The outputs differ from those of the previous reply.
     void changed();
 
   private:

@@ -36,7 +36,7 @@ void collect(const QJsonObject& node, int depth, SwayTree& tree) {
         tree.numbers.push_back(number(node[QLatin1String("id")]));
     }
     if (depth == deepest) return;
-    // The order in which the children had the focus, the last one first.
+    // The order in which the children had the focus, the most recent first.
     std::map<std::int64_t, qsizetype> places;
     const QJsonArray focus = node[QLatin1String("focus")].toArray();
     for (qsizetype i = 0; i < focus.size(); ++i)
@@ -86,7 +86,7 @@ void SwayWindowRaiser::raise(const WindowSearch& search, QObject& context, Repor
                 report(false);
                 return;
             }
-            // Only a number goes into the command. It shows the window's workspace, too.
+            // Only a number is inserted into the command, which also shows the window's workspace.
             const QByteArray command =
                 "[con_id=" + QByteArray::number(qint64{tree.numbers[*chosen]}) + "] focus";
             sway::ask(

@@ -11,7 +11,7 @@
 
 namespace corvane {
 
-/// The windows in sway's description of its tree, the one used last first, and sway's own numbers of them.
+/// The windows in sway's description of its tree, the most recently used first, and sway's own IDs of them.
 struct SwayTree {
     std::vector<OpenWindow> windows;
     std::vector<std::int64_t> numbers;
@@ -23,7 +23,7 @@ struct SwayTree {
 /// Raises native and X11 windows under sway, through its own protocol.
 class SwayWindowRaiser : public WindowRaiser {
   public:
-    /// A reply of sway's may take `limit`.
+    /// Each of sway's replies may take up to `limit`.
     explicit SwayWindowRaiser(QString socket, std::chrono::milliseconds limit = sway::patience);
 
     void raise(const WindowSearch& search, QObject& context, Report report) override;

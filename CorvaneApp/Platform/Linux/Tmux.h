@@ -56,9 +56,9 @@ struct View {
 [[nodiscard]] Server parse(std::string_view output);
 
 /// The clients that can show the agent's pane, the best first: clients that show a session with the pane
-/// before those that can be switched to one, and among these the one last used. The pane is the one in the
-/// agent's variable TMUX_PANE, else the one whose first process is an ancestor of the agent; `ancestry` is
-/// the agent, its parent, and so on.
+/// before those that can be switched to one, and within each group the most recently used first. The pane is
+/// the one in the agent's variable TMUX_PANE, else the one whose first process is an ancestor of the agent;
+/// `ancestry` is the agent, its parent, and so on.
 [[nodiscard]] std::vector<View> views(const Server& server, const std::optional<std::string>& paneVariable,
                                       std::span<const pid_t> ancestry);
 

@@ -8,11 +8,11 @@ namespace corvane {
 namespace {
 
 constexpr const char* colorsName = "_NET_SYSTEM_TRAY_COLORS";
-// How far around an icon to look at the bar, in device pixels: beyond that are other icons.
+// How far around an icon to sample the bar, in device pixels: beyond that are other icons.
 constexpr int reach = 2;
 constexpr int middle = 128;
 
-/// The visible part of a bar; of several, of the one at `place`. Empty if there is none.
+/// The visible part of the bar; of several, that of the one at `place`. Empty if there is none.
 QRect barAt(QPoint place) {
     const std::optional<QRect> root = x11::rootGeometry(x11::rootWindow());
     if (!root) return {};
@@ -45,7 +45,7 @@ std::optional<ColorScheme> TrayBar::scheme(xcb_window_t icon) {
     const std::optional<QRect> bar = x11::rootGeometry(x11::topLevel(icon));
     const std::optional<QRect> root = x11::rootGeometry(x11::rootWindow());
     if (!place || !bar || !root) return std::nullopt;
-    // As the screen shows it, with what lies below a translucent bar.
+    // As the screen shows it, including what lies below a translucent bar.
     const QRect area = place->adjusted(-reach, -reach, reach, reach) & *bar & *root;
     return schemeAround(place->translated(-area.topLeft()), x11::screenPixels(area));
 }
@@ -56,7 +56,7 @@ std::optional<ColorScheme> TrayBar::schemeOfBars(QPoint place) {
 
 bool TrayBar::isBarCovered(QPoint place) {
     const std::optional<xcb_window_t> active = x11::activeWindow();
-    // Other windows, such as a desktop's own, are below the bars.
+    // Windows that are not full-screen, such as the desktop's own, are below the bars.
     if (!active || !x11::isFullScreen(*active)) return false;
     const std::optional<QRect> window = x11::rootGeometry(*active);
     const QRect bar = barAt(place);

@@ -22,27 +22,26 @@ class TrayBar : public QObject {
   public:
     TrayBar();
 
-    /// Whether the bar around the embedded window `icon` is light or dark: by the colours that the tray asks
-    /// icons to have, else by the pixels beside the icon. None if neither is available.
+    /// Whether the bar around the embedded window `icon` is light or dark: by the colours that the tray
+    /// requests of icons, else by the pixels beside the icon. None if neither is available.
     [[nodiscard]] std::optional<ColorScheme> scheme(xcb_window_t icon);
 
-    /// Whether the bars of this desktop are light or dark, as the screen shows them; of several, the one at
-    /// `place`, in device pixels. None if there is none, or none can be seen: those of Wayland's desktops
-    /// cannot.
+    /// Whether this desktop's bar is light or dark, as the screen shows it; of several, the one at `place`,
+    /// in device pixels. None if there is no bar, or if X11 cannot see it, as on Wayland desktops.
     [[nodiscard]] static std::optional<ColorScheme> schemeOfBars(QPoint place);
 
-    /// Whether the active window is in full screen and covers the bar that `schemeOfBars` looks at.
+    /// Whether the active window is full-screen and covers the bar that `schemeOfBars` samples.
     [[nodiscard]] static bool isBarCovered(QPoint place);
 
-    /// By the colours that a tray publishes as _NET_SYSTEM_TRAY_COLORS: four, the first of which is that of
-    /// text, in three channels of 16 bits each.
+    /// The scheme for the colours that a tray publishes as _NET_SYSTEM_TRAY_COLORS: four, the first of which
+    /// is that of text, in three channels of 16 bits each.
     [[nodiscard]] static std::optional<ColorScheme> schemeOf(const std::vector<std::uint32_t>& trayColors);
 
-    /// By the pixels of `bar` outside of the rectangle `icon`: dark if most of them are.
+    /// The scheme for the pixels of `bar` outside the rectangle `icon`: dark if most of them are.
     [[nodiscard]] static std::optional<ColorScheme> schemeAround(const QRect& icon, const QImage& bar);
 
   Q_SIGNALS:
-    /// The tray asks for other colours.
+    /// The tray has requested other colours.
     void changed();
 
   private:

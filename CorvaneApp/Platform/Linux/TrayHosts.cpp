@@ -18,7 +18,7 @@ namespace {
 
 constexpr QLatin1String service("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String path("/StatusNotifierWatcher");
-// It may reply much later, at the end of a busy login. The bus replies in its place when it ends.
+// The watcher may reply much later, at the end of a busy login. If it exits, the bus replies in its place.
 constexpr int noTimeout = std::numeric_limits<int>::max();
 
 } // namespace
@@ -68,7 +68,7 @@ void TrayHosts::ask() {
         service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call.setAutoStartService(false);
     call << service << QStringLiteral("IsStatusNotifierHostRegistered");
-    // An earlier question may have gone to a watcher that has lost the name since.
+    // An earlier call may have gone to a watcher that has lost the name since.
     delete asked_;
     asked_ = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, noTimeout), this);
     connect(asked_, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {

@@ -20,8 +20,8 @@ class TrayHosts : public QObject {
   public:
     TrayHosts();
 
-    /// Whether it is settled if there is a host on the session bus: the watcher has told, or there is none.
-    /// Until then `hasNotifierHost` is as it was before.
+    /// Whether it is known whether there is a host on the session bus: the watcher has replied, or there is
+    /// none. Until then `hasNotifierHost` returns the previous value.
     [[nodiscard]] bool isNotifierKnown() const { return isNotifierKnown_; }
     [[nodiscard]] bool hasNotifierHost() const { return hasNotifierHost_; }
     /// Queries the X server.

@@ -13,8 +13,8 @@ bool isPartOfName(QChar character) {
     return character.isLetterOrNumber() || character == QLatin1Char('-') || character == QLatin1Char('_');
 }
 
-/// Whether `title` has `name` as a whole, not as a part of a longer name or path. `mayFollowSlash`: even if
-/// it is the last component of a path.
+/// Whether `title` contains `name` as a whole, not as a part of a longer name or path. `mayFollowSlash`: also
+/// accepts it as the last component of a path.
 bool names(QStringView title, const QString& name, bool mayFollowSlash, Qt::CaseSensitivity sensitivity) {
     if (name.isEmpty()) return false;
     for (qsizetype at = title.indexOf(name, 0, sensitivity); at >= 0;

@@ -15,7 +15,7 @@ std::vector<std::shared_ptr<WindowRaiser>> windowRaisers() {
     std::vector<std::shared_ptr<WindowRaiser>> result;
     if (const std::optional<QString> socket = sway::socket())
         result.push_back(std::make_shared<SwayWindowRaiser>(*socket));
-    // Before X11's way, which would find the X11 terminal from which a native one was started.
+    // Before the X11 raiser, which would find the X11 terminal from which a native one was started.
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         result.push_back(std::make_shared<KWinWindowRaiser>());
     result.push_back(std::make_shared<XWindowRaiser>());

@@ -21,14 +21,14 @@ class WindowRaiser {
     WindowRaiser& operator=(const WindowRaiser&) = delete;
     virtual ~WindowRaiser() = default;
 
-    /// Raises and focuses the window that `search` leads to, on the workspace where it is. Calls `report`
-    /// once, immediately or within a few seconds; not at all if `context` is destroyed before. This object
+    /// Raises and focuses the window that matches `search`, on the workspace where it is. Calls `report`
+    /// once, immediately or within a few seconds; not at all if `context` is destroyed first. This object
     /// need not live that long.
     virtual void raise(const WindowSearch& search, QObject& context, Report report) = 0;
 };
 
-/// Those that may work on the present desktop, to be tried in this order: sway's own protocol, KWin's scripts
-/// (in a Wayland session; X11's protocol does not know native windows there), X11's protocol.
+/// The raisers that may work on the current desktop, to be tried in this order: sway's own protocol, KWin's
+/// scripts (in a Wayland session; X11's protocol does not know native windows there), X11's protocol.
 [[nodiscard]] std::vector<std::shared_ptr<WindowRaiser>> windowRaisers();
 
 } // namespace corvane

@@ -62,8 +62,8 @@ std::optional<xcb_window_t> activeWindowHint() {
     return window;
 }
 
-// The window by which the running window manager is known. What one supports stays on the root window when it
-// has died, but its own window does not.
+// The window that identifies the running window manager. The properties on the root window outlive a window
+// manager that has died, but its own window does not.
 xcb_window_t windowManagersWindow() {
     constexpr const char* check = "_NET_SUPPORTING_WM_CHECK";
     const std::vector<std::uint32_t> manager = numbers(rootWindow(), check);
@@ -91,7 +91,7 @@ QRect withoutStruts(QRect area, xcb_window_t window, const QRect& root) {
     const QRect bottom = strip(number(kept.bottom_start_x), root.bottom() + 1 - number(kept.bottom),
                                number(kept.bottom_end_x), root.bottom()) &
                          area;
-    // A panel of another monitor, between this one and the edge, takes nothing from this one.
+    // A panel on another monitor, between this one and the root window's edge, reserves nothing on this one.
     QRect result = area;
     if (!left.isEmpty() && left.width() < area.width()) result.setLeft(left.right() + 1);
     if (!right.isEmpty() && right.width() < area.width()) result.setRight(right.left() - 1);
@@ -118,7 +118,7 @@ int screenNumber() {
         return screen;
     }();
     xcb_connection_t* const x = connection();
-    // Qt may have been told another display than that of the environment.
+    // Qt may have been given another display than that of the environment.
     return x != nullptr && wanted < xcb_setup_roots_length(xcb_get_setup(x)) ? wanted : 0;
 }
 
@@ -174,7 +174,7 @@ std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name)
 void watchProperties(xcb_window_t window) {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return;
-    // Qt may have selected events of that window by the same connection: they have to stay selected.
+    // Qt may have selected events of that window on the same connection: they have to stay selected.
     const Reply<xcb_get_window_attributes_reply_t> before(
         xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window), nullptr));
     if (!before) return;
@@ -222,7 +222,7 @@ bool isComposited() {
 bool blursBehind() {
     xcb_connection_t* const x = connection();
     if (x == nullptr || compositingManager() == XCB_WINDOW_NONE) return false;
-    // Its mere presence on the root window is the announcement.
+    // The property's mere presence on the root window is the announcement.
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         x, xcb_get_property(x, 0, rootWindow(), atom(blurRegionName), XCB_ATOM_ANY, 0, 0), nullptr));
     return reply && reply->type != XCB_ATOM_NONE;
@@ -440,7 +440,7 @@ void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles) {
 void leaveOutOfTaskBars(xcb_window_t window) {
     xcb_connection_t* const x = connection();
     if (x == nullptr) return;
-    // Qt leaves what is there and adds its own.
+    // Qt keeps the existing states and adds its own.
     const std::array<xcb_atom_t, 2> states{atom("_NET_WM_STATE_SKIP_TASKBAR"),
                                            atom("_NET_WM_STATE_SKIP_PAGER")};
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32,

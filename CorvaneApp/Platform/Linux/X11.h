@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-/// The X server that Qt is connected to. On another window system every function does nothing, or returns
+/// The X server that Qt is connected to. On other window systems every function does nothing, or returns
 /// nothing. Main thread only.
 namespace corvane::x11 {
 
-/// Qt's own connection; null where Qt runs on something else.
+/// Qt's own connection; null where Qt uses another window system.
 [[nodiscard]] xcb_connection_t* connection();
 
 /// The number of the X screen that Qt is connected to, as in DISPLAY; 0 where there is no X server.
@@ -40,7 +40,7 @@ void flush();
 /// A window's property of 32-bit numbers; empty without one.
 [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& name);
 
-/// Has changes of the properties of another program's window reported to `XEvents`.
+/// Makes `XEvents` report changes of the properties of another program's window.
 void watchProperties(xcb_window_t window);
 
 /// What the screen shows in `area`, in device pixels of the root window; a null image on failure, such as on
@@ -52,7 +52,7 @@ void watchProperties(xcb_window_t window);
 [[nodiscard]] std::string traySelection();
 
 /// The property by which a compositing manager announces on the root window that it blurs, and by which
-/// windows ask for it.
+/// windows request blur.
 constexpr const char* blurRegionName = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
 /// The window that owns the compositing manager selection of Qt's screen; XCB_NONE if none runs.
@@ -62,31 +62,31 @@ constexpr const char* blurRegionName = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 /// systems.
 [[nodiscard]] bool isComposited();
 
-/// Whether the compositing manager blurs what lies behind the regions that windows ask for. May change while
+/// Whether the compositing manager blurs what lies behind the regions that windows request. May change while
 /// it runs. False on other window systems.
 [[nodiscard]] bool blursBehind();
 
-/// Asks for the blur behind `region` of the window, in its device pixels; an empty one ends it.
+/// Requests blur behind `region` of the window, in its device pixels; an empty region removes it.
 void setBlurRegion(xcb_window_t window, const QRegion& region);
 
 /// A window's property as text or bytes; empty when it has none.
 [[nodiscard]] std::string text(xcb_window_t window, const std::string& name);
 
-/// The window that the window manager calls active.
+/// The window that the window manager reports as active; none if there is none.
 [[nodiscard]] std::optional<xcb_window_t> activeWindow();
 
-/// Whether the window manager shows this window in full screen, above its bars.
+/// Whether the window manager shows this window full-screen, above its bars.
 [[nodiscard]] bool isFullScreen(xcb_window_t window);
 
 /// A window's place on the root window, in device pixels.
 [[nodiscard]] std::optional<QRect> rootGeometry(xcb_window_t window);
 
-/// The part of `monitor` that panels leave free, both in device pixels of the root window: as the window
-/// manager reports it for each monitor, else by the panels' own struts. None if neither is known.
+/// The work area of `monitor`, both in device pixels of the root window: as the window manager reports it for
+/// each monitor, else by the panels' struts. None if neither is known.
 [[nodiscard]] std::optional<QRect> freeArea(const QRect& monitor);
 
-/// The part of the whole desktop that panels leave free on the current workspace, in device pixels of the
-/// root window. None if the window manager does not report it.
+/// The work area of the whole desktop on the current workspace, in device pixels of the root window. None if
+/// the window manager does not report it.
 [[nodiscard]] std::optional<QRect> workArea();
 
 /// The places of the desktop's bars, in device pixels of the root window: its managed windows of the type
@@ -127,7 +127,7 @@ void reportDamage(xcb_window_t window, QSize size);
 /// Limits the area in which `window` takes pointer events to `rectangles`, in device pixels of the window.
 void setInputShape(xcb_window_t window, const std::vector<QRect>& rectangles);
 
-/// Asks the window manager to list a window that is not shown yet in no task bar and no pager.
+/// Asks the window manager to leave a window that is not shown yet out of task bars and pagers.
 void leaveOutOfTaskBars(xcb_window_t window);
 
 /// Sets the bounding shape of `window` to `region`, in device pixels of the window; an empty region resets

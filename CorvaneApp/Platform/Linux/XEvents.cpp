@@ -27,7 +27,7 @@ bool XEvents::watchSelection(std::uint32_t selection) {
     if (x == nullptr) return false;
     const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(x, &xcb_xfixes_id);
     if (extension == nullptr || extension->present == 0) return false;
-    // The server serves the extension only to clients that have named a version.
+    // The server serves the extension only to clients that have requested a version.
     xcb_discard_reply(
         x, xcb_xfixes_query_version(x, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION).sequence);
     xcb_xfixes_select_selection_input(x, x11::rootWindow(), selection,
@@ -41,7 +41,7 @@ bool XEvents::watchSelection(std::uint32_t selection) {
 bool XEvents::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
     // The top bit marks events sent by another client.
     constexpr std::uint8_t responseTypeMask = 0x7F;
-    // X11 has the directions of the wheel as buttons.
+    // X11 reports the directions of the wheel as buttons.
     constexpr std::uint8_t firstWheelButton = 4;
     constexpr std::uint8_t lastWheelButton = 7;
     if (eventType != "xcb_generic_event_t") return false;

@@ -29,12 +29,12 @@ class XEvents : public QObject, public QAbstractNativeEventFilter {
   Q_SIGNALS:
     /// The property of this name, an atom, has changed on a window that Qt watches, such as the root window.
     void propertyChanged(std::uint32_t name);
-    /// A mouse button, not the wheel, was pressed over a window that asks the X server itself for this: Qt's
+    /// A mouse button, not the wheel, was pressed over a window that selects core button events, which Qt's
     /// own windows do not.
     void buttonPressed(std::uint32_t window);
     /// A client message has arrived. `type` and `subject`, its second number, are atoms.
     void messageReceived(std::uint32_t type, std::uint32_t subject);
-    /// A selection that is watched, an atom, has a new owner or none any more.
+    /// A watched selection, an atom, has a new owner or no longer has one.
     void selectionOwnerChanged(std::uint32_t selection);
 
   private:

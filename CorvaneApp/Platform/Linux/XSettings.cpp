@@ -19,7 +19,7 @@ std::string selectionName() {
     return "_XSETTINGS_S" + std::to_string(x11::screenNumber());
 }
 
-/// Reads the property's numbers and texts one after the other. Past the end, everything is none.
+/// Reads the property's numbers and texts one after the other. Returns none past the end.
 class Reader {
   public:
     explicit Reader(std::string_view bytes)
@@ -38,7 +38,7 @@ class Reader {
         return value;
     }
 
-    /// Padded to whole units of 4 bytes; the last one need not be.
+    /// Padded to whole units of 4 bytes; the last text need not be.
     std::optional<std::string_view> text(std::size_t size) {
         const std::optional<std::string_view> bytes = take(size);
         if (bytes) rest_.remove_prefix(std::min(rest_.size(), (4 - size % 4) % 4));
@@ -59,7 +59,7 @@ class Reader {
 
 enum Type : std::uint32_t { integer = 0, string = 1, color = 2 };
 
-/// Takes over one setting; false if the rest cannot be read.
+/// Reads one setting into `look`; false if the rest cannot be parsed.
 bool readSetting(Reader& reader, XSettingsLook& look) {
     const std::optional<std::uint32_t> type = reader.number(1);
     reader.take(1);
@@ -122,7 +122,7 @@ void XSettings::findManager() {
 
 void XSettings::read() {
     const std::string bytes = x11::text(manager_, propertyName);
-    // The settings of a manager that has ended stay, as its desktop's programs keep them.
+    // The settings of a manager that has exited are kept, as its desktop's programs keep them.
     if (bytes.empty()) return;
     XSettingsLook look = parsed(bytes);
     if (look == look_) return;

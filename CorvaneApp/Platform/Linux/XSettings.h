@@ -11,7 +11,7 @@
 namespace corvane {
 
 /// The settings that a desktop's settings manager publishes on its X server, as XFCE, MATE, Cinnamon and
-/// GNOME do, kept up to date. Without a manager they are empty; one that starts later is found.
+/// GNOME do, kept up to date. Without a manager they are empty; one that starts later is detected.
 class XSettings : public QObject {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ class XSettings : public QObject {
 
     [[nodiscard]] const XSettingsLook& look() const { return look_; }
 
-    /// What the bytes of a manager's property say; what cannot be read is left out.
+    /// Parses the bytes of a manager's property; what cannot be parsed is left out.
     [[nodiscard]] static XSettingsLook parsed(std::string_view bytes);
 
   Q_SIGNALS:

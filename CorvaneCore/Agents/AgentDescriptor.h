@@ -52,7 +52,7 @@ struct AgentDescriptor {
     /// Whether the configuration file can hold this path of the hook program.
     bool (&canHoldPath)(std::string_view path);
     /// Returns the file's new content, which calls the hook program of `paths`; `current` itself if nothing
-    /// has to change, none when there is no file. Throws ConfigEditError.
+    /// has to change. `current` is none when there is no file. Throws ConfigEditError.
     std::string (&install)(std::optional<std::string_view> current, const CorvanePaths& paths);
     /// Returns the file's content without the application's own entries; `current` itself if it has none.
     /// Throws ConfigEditError.
@@ -66,7 +66,7 @@ struct AgentDescriptor {
     Phrase cardOffer = required<Phrase>();
     /// What triggers alerts once the agent is connected; "%1" is the configuration file.
     Phrase cardSummary = required<Phrase>();
-    /// Whether agents that already run when it is connected report too.
+    /// States whether agents that already run when it is connected report too.
     Phrase cardRunningAgents = required<Phrase>();
 };
 

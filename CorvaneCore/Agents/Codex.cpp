@@ -53,7 +53,7 @@ std::string install(std::optional<std::string_view> config, const CorvanePaths& 
 
 std::string uninstall(std::string_view config) {
     requireUtf8(config);
-    // Leaves blank lines at the top of a file without our lines alone.
+    // A file without our lines keeps the blank lines at its top.
     return CodexConfigEditor::holdsOwnLines(config) ? CodexConfigEditor::uninstall(config)
                                                     : std::string(config);
 }

@@ -29,7 +29,7 @@ class ConfigEditError : public std::exception {
     /// The reason or the line.
     [[nodiscard]] const std::string& detail() const { return detail_; }
 
-    /// The reason in these words, or the line.
+    /// The reason, translated by `words`, or the line.
     [[nodiscard]] std::string detail(Words words) const;
 
     /// Sentences for users, with a full stop at the end.

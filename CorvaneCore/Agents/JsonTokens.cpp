@@ -42,7 +42,7 @@ std::optional<std::uint32_t> fourHexDigits(const char* position, const char* end
 }
 
 struct Escape {
-    std::ptrdiff_t length = 0; // in bytes, backslash included; 0 stands for an invalid escape
+    std::ptrdiff_t length = 0; // in bytes, backslash included; 0 for an invalid escape
     std::uint32_t codePoint = 0;
 };
 

@@ -19,7 +19,7 @@ namespace corvane::jsontokens {
 /// escapes.
 [[nodiscard]] bool hasValidEscapes(std::string_view literal);
 
-/// The string that `literal` stands for, in UTF-8, with U+FFFD for each unpaired surrogate, which JavaScript
+/// The string that `literal` represents, in UTF-8, with U+FFFD for each unpaired surrogate, which JavaScript
 /// escapes when text was cut inside a character. `literal` must have valid escapes.
 [[nodiscard]] std::string unescaped(std::string_view literal);
 

@@ -27,8 +27,8 @@ struct Configuration {
     FileState state;
 };
 
-/// Whether a failed read is transient and says nothing about the file, which must not count as unreadable
-/// then.
+/// Whether a failed read is transient: it says nothing about the file, which must then not count as
+/// unreadable.
 bool isPassing(const FileError& error) {
     const int value = error.code().value();
     return value == EMFILE || value == ENFILE || value == ENOMEM || value == EBUSY;

@@ -54,7 +54,7 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
     }
     fs::remove_all(from, error);
     if (!error) return;
-    // Of a folder, some may be gone already: the copy stays. A file is whole and stays the only one.
+    // A folder may be partly removed: its copy stays. A file is still whole: its copy is removed.
     std::error_code ignored;
     const fs::file_status left = fs::symlink_status(from, ignored);
     if (fs::exists(left) && !fs::is_directory(left)) fs::remove(to, ignored);
@@ -66,7 +66,7 @@ void moveToOtherDisk(const fs::path& from, const fs::path& to) {
 std::optional<fs::path> SafeTrash::trash(const fs::path& path) const {
     const fs::path item = withName(path, FileError::Operation::trash);
     if (!files::nameIsTaken(item)) throw FileError(FileError::Operation::trash, item, ENOENT);
-    // Qt 6.8 reports success for a copy in the Trash when the item may not leave its folder.
+    // Qt 6.8 reports success for a copy in the Trash when the item cannot be removed from its folder.
     const fs::path folder = item.has_parent_path() ? item.parent_path() : fs::path(".");
     if (access(folder.c_str(), W_OK | X_OK) != 0) throw FileError(FileError::Operation::trash, item, errno);
     QFile file(QFile::decodeName(item.c_str()));

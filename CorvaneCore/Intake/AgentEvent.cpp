@@ -15,8 +15,8 @@ struct EventFile {
     std::optional<std::string_view> source;
     std::string_view term;
     std::string_view bundle;
-    std::string_view header;  // everything up to and with the separator line
-    std::string_view payload; // everything behind it, line ends included
+    std::string_view header;  // everything up to and including the separator line
+    std::string_view payload; // everything after it, line ends included
 };
 
 /// Removes the first line from `text` and returns it without its line feed.
@@ -56,7 +56,7 @@ std::optional<EventFile> takeApart(std::string_view text) {
 constexpr std::string_view ellipsis = "\u2026";
 
 std::string cutFolder(std::string_view folder) {
-    // What is behind the last component is no part of any name.
+    // Trailing slashes are not part of any name.
     if (const std::size_t last = folder.find_last_not_of('/'); last != std::string_view::npos)
         folder = folder.substr(0, last + 1);
     if (folder.size() <= AgentEvent::longestName) return std::string(folder);
@@ -77,7 +77,7 @@ std::string AgentEvent::repoName() const {
 }
 
 void AgentEvent::cutNames() {
-    // An assignment may keep the memory.
+    // An assignment might keep the old allocation.
     if (cwd.size() > longestName) cutFolder(cwd).swap(cwd);
     if (sessionID.size() > longestName) cutIdentifier(sessionID).swap(sessionID);
     for (std::string* const name : {&terminalBundleID, &terminalProgram}) {

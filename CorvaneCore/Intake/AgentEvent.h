@@ -39,9 +39,9 @@ struct AgentEvent {
     /// The most bytes of a folder or an identifier that are worth keeping. No system has a longer path.
     static constexpr std::size_t longestName = 4096;
 
-    /// Cuts the members that name something, if they are longer than `longestName`, to not much more than
-    /// that. A folder keeps its end, so that `repoName` is the same unless it is itself too long, and is no
-    /// absolute path any more; identifiers of sessions that differ still do.
+    /// Truncates `cwd`, the session identifier and the terminal's names to little more than `longestName`
+    /// bytes. A truncated folder keeps its end, so that `repoName` stays the same unless it is itself too
+    /// long, but is no longer an absolute path. Session identifiers that differ still do.
     void cutNames();
 
     /// Parses the whole text of an event file. Returns none for anything malformed (a wrong magic line, no

@@ -22,7 +22,7 @@ bool isEventFileName(std::string_view name) {
     return name.front() != '.' && name.ends_with(".event");
 }
 
-/// Whether a failure says nothing about the file itself.
+/// Whether an error is transient, that is, says nothing about the file itself.
 bool isPassing(int error) {
     constexpr int errors[]{EMFILE, ENFILE, ENOMEM, EIO, EINTR, EAGAIN, ESTALE, ETIMEDOUT};
     return std::ranges::find(errors, error) != std::end(errors);
@@ -119,7 +119,8 @@ void InboxReader::finishListing() {
 
 void InboxReader::deleteAgain() {
     constexpr std::size_t most = 1'000;
-    // Enough to tell that the folder has not changed; one file alone may have an owner or a flag of its own.
+    // Enough to conclude that the folder still rejects deletions; a single file may have its own owner or
+    // flag.
     constexpr int mostFailures = 8;
     int failures = 0;
     for (std::size_t left = std::min(most, undeletable_.size()); left > 0 && failures < mostFailures;
@@ -145,13 +146,14 @@ void InboxReader::read(std::vector<AgentEvent>& events, std::uintmax_t bytes) {
     const std::uintmax_t before = bytesRead_;
     while (next_ < entries_.size() && bytesRead_ - before < bytes) {
         const Entry& entry = entries_[next_];
-        // What comes after it must not be delivered before it.
+        // Later files must not be delivered before this one.
         const Reading reading = entry.mayBeRead ? readFile(entry, events) : Reading::done;
         if (reading == Reading::postponed) return end();
         if (reading == Reading::done) {
             removeOrRemember(entry);
         } else {
-            // Not remembered: it is read yet if it can be, before it can be deleted.
+            // Not remembered as undeletable: if it becomes readable before it can be deleted, it is still
+            // delivered.
             remove(entry.name);
         }
         ++next_;

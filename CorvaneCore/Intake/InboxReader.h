@@ -28,8 +28,9 @@ class InboxReader {
         std::uintmax_t bytes = std::uintmax_t{4} << 20U; ///< Bytes read.
     };
 
-    /// The number of successive passes that wait for a file whose reading fails for a passing reason, such as
-    /// a lack of file descriptors. After that, and until a file can be read again, it is deleted.
+    /// The number of successive passes that wait for a file whose reading fails for a transient reason, such
+    /// as a lack of file descriptors. After that, files that cannot be read are deleted, until one can be
+    /// read again.
     static constexpr int usualPatience = 10;
 
     /// Files of other agents than `agents` count as malformed.
@@ -39,14 +40,14 @@ class InboxReader {
     InboxReader& operator=(const InboxReader&) = delete;
     ~InboxReader();
 
-    /// Begins a pass, at the end of the previous one.
+    /// Begins a pass, once the previous one has ended.
     void begin();
 
-    /// Goes on with the pass. Returns whether there is more to do. The events read are appended to `events`.
+    /// Continues the pass and appends the events read to `events`. Returns whether there is more to do.
     bool step(std::vector<AgentEvent>& events, const Share& share);
     bool step(std::vector<AgentEvent>& events) { return step(events, Share()); }
 
-    /// Whether the last pass needed unusually much memory, all of which it has freed.
+    /// Whether the last pass needed an unusual amount of memory, all of which it has freed.
     [[nodiscard]] bool wasLarge() const { return wasLarge_; }
     /// The number of files remembered as impossible to delete.
     [[nodiscard]] std::size_t undeletableCount() const { return undeletable_.size(); }
@@ -56,7 +57,7 @@ class InboxReader {
         void operator()(DIR* directory) const { closedir(directory); }
     };
     struct Entry {
-        Date date = Date::distantPast(); // unless the date could be read
+        Date date = Date::distantPast(); // if the date could not be read
         std::string name;
         bool mayBeRead = true; // false for what is known not to be a regular file
 
@@ -81,11 +82,11 @@ class InboxReader {
     std::filesystem::path path_;
     AgentKinds agents_;
     int patience_;
-    int failedPasses_ = 0; // successive ones that ended at a file that could not be read
+    int failedPasses_ = 0; // successive passes that ended at a file that could not be read
     Dates undeletable_;
     std::string lastTried_; // the last of them whose deletion was tried again
 
-    // Of the present pass.
+    // State of the current pass.
     std::unique_ptr<DIR, CloseDirectory> directory_;
     bool isListed_ = false;
     Dates stillThere_;           // the part of `undeletable_` that the listing has found again

@@ -90,7 +90,7 @@ std::string AlertText::plain(std::string_view text, Words words) {
         return filled(words(translatable("corvane::AlertText", "wants to use %1")),
                       {trimmed.substr(permissionPrefix.size())});
     }
-    // Says nothing that the title does not.
+    // Adds nothing to the title.
     if (text::containsIgnoringCase(trimmed, idlePrompt)) return {};
 
     const std::string_view line = trimmed.substr(0, trimmed.find('\n'));
@@ -102,7 +102,7 @@ std::string AlertText::kept(std::string message) {
     if (message.size() <= longestKept) return message;
     const std::string_view trimmed = text::trimmingWhitespace(message);
     if (trimmed.starts_with(permissionPrefix) && trimmed.size() > longestKept) {
-        // A line that is too wide shows both of its ends.
+        // A line that is too wide is elided in the middle and shows both of its ends.
         constexpr std::size_t longestEnd = longestKept / 4;
         return joined(text::beginning(trimmed, longestKept - longestEnd), ellipsis,
                       text::end(trimmed, longestEnd));

@@ -33,17 +33,17 @@ struct AlertText {
     [[nodiscard]] static std::string clock(Seconds seconds);
 
     /// An agent's raw message, cleaned up for a banner: its first line, of at most 90 user-perceived
-    /// characters. A permission prompt becomes "wants to use " and everything that it names; a generic prompt
-    /// for input becomes empty.
+    /// characters. A permission prompt becomes "wants to use " and all that it names; a generic prompt for
+    /// input becomes empty.
     [[nodiscard]] static std::string plain(std::string_view text, Words words = inEnglish);
 
     /// The most bytes of a message that are worth keeping.
     static constexpr std::size_t longestKept = std::size_t{16} * 1024;
 
-    /// `message`, which can be megabytes, without what no alert ever shows or speaks of it, in not much more
-    /// than `longestKept` bytes. `plain` says the same of it; only what a permission prompt names loses its
-    /// middle, and a first line of few characters with very many marks its end. A message of up to that size
-    /// is kept as it is.
+    /// `message`, which can be megabytes, reduced to what alerts show or speak, in little more than
+    /// `longestKept` bytes; up to that size it is returned unchanged. `plain` gives the same result, except
+    /// that what a permission prompt names loses its middle, and a first line of few characters with very
+    /// many combining marks loses its end.
     [[nodiscard]] static std::string kept(std::string message);
 };
 

@@ -18,7 +18,7 @@ namespace corvane::files::platform {
 /// list that could not be copied, so that its mode alone would grant more than it does.
 [[nodiscard]] bool copyAttributes(const std::filesystem::path& from, int descriptor);
 
-/// Renames without ever replacing what exists at `to`: fails with EEXIST then.
+/// Renames; fails with EEXIST if something exists at `to`.
 [[nodiscard]] bool renameWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to);
 
 } // namespace corvane::files::platform

@@ -122,8 +122,7 @@ bool takeOverPermissions(int descriptor, const fs::path& original, const struct 
         if (fstat(descriptor, &own) != 0) return false;
     }
     mode_t mode = status.st_mode & permissionBits;
-    // After the owner, since changing the owner clears special bits. A copied list also sets the group's
-    // bits, so a second call sets what the list's failure or absence demands.
+    // The mode is set last: changing the owner clears special bits, and a copied list sets the group's bits.
     const bool listKept = platform::copyAttributes(original, descriptor);
     if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) mode &= ~mode_t{06000};
     if (own.st_gid != status.st_gid || !listKept) mode &= static_cast<mode_t>(~070U | ((mode & 07U) << 3U));
@@ -210,7 +209,7 @@ void createDirectories(const fs::path& folder) {
         if (mkdir(folder.c_str(), 0777) == 0) return;
         error = errno;
     }
-    // mkdir reports read-only disks and missing permissions before the fact that the folder exists.
+    // mkdir may report a read-only disk or missing permissions for a folder that exists.
     struct stat status {};
     if (stat(folder.c_str(), &status) == 0) {
         if (S_ISDIR(status.st_mode)) return;

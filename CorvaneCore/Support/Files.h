@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// Reads and writes whole files, without ever leaving one half written.
+/// Reads and writes whole files; never leaves one half written.
 ///
 /// Errors are thrown as `FileError`. Names are passed to the system unchanged; symbolic links are followed
 /// unless stated otherwise. Stateless; call from any thread, but not for the same file at the same time.

@@ -37,9 +37,8 @@ class Json {
 
     enum class Layout {
         compact,  ///< No white space at all.
-        indented, ///< One member or element per line, two spaces per level, `"key": value`; empty ones `{}`
-                  ///< and
-                  ///< `[]`.
+        indented, ///< One member or element per line, two spaces per level, `"key": value`; empty
+                  ///< containers are `{}` and `[]`.
     };
 
     /// How deeply arrays and objects may nest in a document to be parsed; the outermost one counts as 1.

@@ -2,8 +2,8 @@
 
 namespace corvane::memory {
 
-/// Returns to the system what the process has freed, as far as whole pages allow. Takes some milliseconds:
-/// for after unusually large work only.
+/// Returns freed memory to the system, as far as whole pages are free. Takes some milliseconds: call it only
+/// after unusually large work.
 void giveBack();
 
 } // namespace corvane::memory

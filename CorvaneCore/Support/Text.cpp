@@ -54,7 +54,7 @@ bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-/// At least `size`, and more if a character of `text` would be split there otherwise; at most all of it.
+/// `size`, or more if that would split a character of `text`; at most all of it.
 std::size_t upToCharacter(std::string_view text, std::size_t size) {
     if (size >= text.size()) return text.size();
     const std::size_t last = std::min(text.size(), size + longestCharacter - 1);
@@ -85,7 +85,7 @@ void appendFolded(std::string& folded, std::string_view text) {
     icu::CaseMap::utf8Fold(0, {text.data(), static_cast<std::int32_t>(text.size())}, sink, nullptr, status);
 }
 
-/// The end of the white space of one byte at the beginning of `text`, which can be megabytes.
+/// The end of the ASCII white space at the beginning of `text`, which can be megabytes.
 std::size_t asciiWhitespaceEnd(std::string_view text) {
     return std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size());
 }
@@ -117,7 +117,7 @@ std::string_view trimmingWhitespace(std::string_view text) {
 bool containsIgnoringCase(std::string_view text, std::string_view word) {
     // In pieces, since a text can be megabytes. Folding looks at one character at a time.
     constexpr std::size_t pieceSize = 4096;
-    std::string folded; // the end of what precedes the piece, in which the word may begin, then the piece
+    std::string folded; // the end of the previous pieces, in which the word may begin, then the piece
     while (!text.empty()) {
         const std::size_t size = upToCharacter(text, pieceSize);
         appendFolded(folded, text.substr(0, size));
@@ -146,7 +146,7 @@ std::size_t prefixLength(std::string_view text, std::size_t count) {
         end = next;
     }
     utext_close(utext);
-    // Without ICU's data there are no boundaries; too long a text is better than none.
+    // Without ICU's data there are no boundaries; a text that is too long is better than none.
     if (U_FAILURE(status)) return text.size();
     return static_cast<std::size_t>(end);
 }

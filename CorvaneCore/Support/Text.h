@@ -21,7 +21,7 @@ namespace corvane::text {
 /// `text` take; the whole size when there are no more than `count`.
 [[nodiscard]] std::size_t prefixLength(std::string_view text, std::size_t count);
 
-/// The first characters of `text`, as many code points as fit into `size` bytes; and the last ones.
+/// The longest prefix of `text`, and the longest suffix, of whole code points that fits into `size` bytes.
 [[nodiscard]] std::string_view beginning(std::string_view text, std::size_t size);
 [[nodiscard]] std::string_view end(std::string_view text, std::size_t size);
 

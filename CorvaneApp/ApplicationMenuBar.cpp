@@ -10,7 +10,7 @@ namespace corvane {
 
 namespace {
 
-/// Closes as the active window's own command does; windows without commands, such as banners, stay.
+/// Closes the active window by its own Close command; windows without commands, such as banners, stay open.
 void closeActiveWindow() {
     const QWidget* const active = QApplication::activeWindow();
     if (active == nullptr) return;
@@ -21,8 +21,8 @@ void closeActiveWindow() {
 
 ApplicationMenuBar::ApplicationMenuBar(const CommandHandlers& handlers) {
     QMenu* const file = MainWindow::addMenus(bar_, *new WindowCommands(bar_, handlers, &closeActiveWindow));
-    // Qt moves this one, the settings and quitting, by their roles, to the application's menu, which has the
-    // services and hiding already.
+    // By their roles, Qt moves About, Settings and Quit to the application menu, which already has Services
+    // and Hide.
     QAction* const about =
         file->addAction(QCoreApplication::translate("corvane::ApplicationMenuBar", "About Corvane"));
     about->setMenuRole(QAction::AboutRole);

@@ -6,8 +6,8 @@
 
 namespace corvane {
 
-/// The menus of systems that show one menu bar for all windows of an application. They act on the window that
-/// is active. Main thread only.
+/// The menus of systems that show one menu bar for all windows of an application. They act on the active
+/// window. Main thread only.
 class ApplicationMenuBar {
   public:
     explicit ApplicationMenuBar(const CommandHandlers& handlers);
@@ -15,8 +15,8 @@ class ApplicationMenuBar {
     [[nodiscard]] const QMenuBar& bar() const { return bar_; }
 
   private:
-    // Without a parent: Qt shows a window's own bar for other windows too, and has its shortcuts act on that
-    // one.
+    // No parent: Qt would show a window's own bar for other windows too, with shortcuts that act on that
+    // window.
     QMenuBar bar_;
 };
 

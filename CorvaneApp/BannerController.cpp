@@ -36,7 +36,7 @@ constexpr milliseconds fadeInDuration{220};
 constexpr milliseconds fadeOutDuration{180};
 // A little longer than the fade, so that the panel is never hidden before it is invisible.
 constexpr milliseconds orderOutDelay{200};
-// A session's identifier begins with its agent's name.
+// Cannot clash with a session's identifier, which begins with its agent's name.
 constexpr std::string_view noticeID = "notice:terminal";
 
 } // namespace
@@ -54,7 +54,7 @@ std::string BannerController::doneID(const AgentSession& session) {
 
 void BannerController::showWaiting(const AgentSession& session) {
     requireMainThread();
-    // Shared: a session carries its message.
+    // Shared rather than copied: a session holds its message.
     const auto shown = std::make_shared<const AgentSession>(session);
     present(session.id(), [self = QPointer(this), shown, clock = services_.clock] {
         auto banner = std::make_unique<WaitingBanner>(
@@ -201,8 +201,8 @@ void BannerController::layOut() {
         entry.origin = place.topLeft();
         top = place.top() + size.height() + bannerSpacing;
     }
-    // The lowest makes room first: a compositing manager may draw between two moves, and would show one card
-    // on another.
+    // The lowest moves first: a compositing manager may draw between two moves, and would show cards that
+    // overlap.
     std::for_each(lowered.rbegin(), lowered.rend(),
                   [](const Entry* entry) { entry->panel->setOrigin(entry->origin); });
     for (const Entry* const entry : others)
@@ -251,8 +251,8 @@ void BannerController::occupy() {
     if (!isUpdating_) updateScreen();
 }
 
-// The press that closes a menu may be on a banner, which must not move away from under it.
-// It is not waited for without end: a release that goes to no window of ours is never seen.
+// The press that closes a menu may be on a banner, which must not move away from under it. The wait is
+// bounded, since a release delivered to no window of ours is never seen.
 void BannerController::occupyLater(int waits) {
     const milliseconds delay(QGuiApplication::styleHints()->mouseDoubleClickInterval());
     services_.scheduler.after(delay, [self = QPointer(this), change = clearChanges_, waits] {

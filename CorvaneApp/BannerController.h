@@ -20,7 +20,7 @@
 namespace corvane {
 
 /// Shows the alerts: at most three banners at a time, one below the other at the top of the main screen, the
-/// newest on top, and at most one notice among them that does not count. A session's waiting banner has the
+/// newest on top, and at most one notice among them, which does not count. A session's waiting banner has the
 /// session's `id`, its done banner that `id` prefixed by "done:".
 ///
 /// Main thread only; a call from another thread aborts the program.
@@ -63,7 +63,7 @@ class BannerController : public QObject, public Banners {
   private:
     struct Entry {
         std::string id;
-        std::shared_ptr<BannerPanel> panel; // null until the screen is updated for the first time
+        std::shared_ptr<BannerPanel> panel; // null until the first screen update
         std::function<std::unique_ptr<PanelContent>()> makeView;
         bool isOutdated = true; // the panel does not show the latest `makeView` yet
         QPoint origin{};        // of the panel, once it has been laid out
@@ -81,7 +81,7 @@ class BannerController : public QObject, public Banners {
     /// after all if `frame` has no space for it lower down.
     [[nodiscard]] QRect clearPlace(QRect place, const QRect& frame) const;
     void occupy();
-    /// Once no button is pressed, or after so many double-click intervals.
+    /// Calls `occupy` once no button is pressed, or after `waits` double-click intervals.
     void occupyLater(int waits);
     void restack();
     void fadeIn(BannerPanel& panel);
@@ -92,8 +92,8 @@ class BannerController : public QObject, public Banners {
     std::vector<Entry> panels_;   // the newest first
     std::vector<QRect> occupied_; // what the banners currently keep clear of
     std::vector<QRect> wantedClear_;
-    std::size_t noticeCount_ = 0;  // of all that were shown
-    std::size_t clearChanges_ = 0; // of `occupied_`
+    std::size_t noticeCount_ = 0;  // notices shown so far
+    std::size_t clearChanges_ = 0; // changes of `wantedClear_` so far
     bool isUpdating_ = false;      // the screen is updated at the end of `update`
     bool hasChanged_ = false;      // the screen does not show `panels_` and `occupied_` yet
 };

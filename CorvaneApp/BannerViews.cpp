@@ -38,8 +38,8 @@ constexpr Scaled lineSpacing{2};
 constexpr Scaled titleSize{15.0};
 constexpr Scaled subtitleSize{13.0};
 constexpr Scaled smallSize{11.0};
-// A text that is too long becomes no smaller than this before the button makes room for it, and is cut only
-// where that does not suffice.
+// A text that is too long shrinks, down to this size; then the button makes room for it. The text is cut only
+// if that does not suffice.
 constexpr Scaled smallestTitle{13.0};
 constexpr Scaled smallestSubtitle{11.0};
 
@@ -50,7 +50,7 @@ LineLabel* titleLabel(const AlertText& text, QWidget* parent) {
                          LineLabel::Emphasis::normal, LineLabel::Truncation::middle, parent);
 }
 
-/// The project and the message, each by itself, so that neither turns around what the other says.
+/// The project and the message, each isolated, so that neither affects the direction of the other.
 QString drawnSubtitle(const AlertText& text, const AgentSession& session) {
     const std::string name = session.repoName();
     if (text.subtitle.size() <= name.size()) return foreign::line(fromUtf8(text.subtitle));
@@ -73,7 +73,7 @@ std::vector<LineFit> lineFits(LineLabel& title, LineLabel& subtitle) {
             {subtitle, fonts::narrowing(subtitle.font(), smallestSubtitle)}};
 }
 
-/// The height of a line of a column with the space below it; none where it is left out.
+/// The height of a line in a column with the space below it; 0 if the line is hidden.
 int lineAdvance(const LineLabel& line) {
     return line.isHidden() ? 0 : line.sizeHint().height() + lineSpacing;
 }

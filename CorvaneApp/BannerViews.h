@@ -18,8 +18,8 @@ class LineLabel;
 class PlainButton;
 class PrimaryButton;
 
-/// What both banners share: the card with its continuous corners, and one accessible element that contains
-/// their parts.
+/// The base class of the banners: the card with its continuous corners, and one accessible element that
+/// contains its parts.
 class BannerCard : public PanelContent {
     Q_OBJECT
 
@@ -73,7 +73,7 @@ class WaitingBanner : public BannerCard {
   private:
     /// The width left for the texts beside the button column.
     [[nodiscard]] int textWidth() const;
-    /// Narrows the button as far as that lets a text fit that is too long otherwise.
+    /// Narrows the button as far as that lets a text fit that would otherwise be cut.
     void makeRoomForTexts();
     void stopClock();
 

@@ -7,8 +7,8 @@
 
 namespace corvane::commandline {
 
-/// What the program's arguments ask to be printed instead of a start: the version or the usage, without a
-/// line feed at the end. None if they ask for neither. Pure.
+/// The text to print instead of starting, if the program's arguments ask for one: the version or the usage,
+/// without a line feed at the end. None otherwise. Pure.
 [[nodiscard]] std::optional<std::string> answer(std::span<const char* const> arguments,
                                                 std::string_view version);
 

@@ -49,7 +49,7 @@ struct Narrowing {
     bool hasSymbol;
 };
 
-// A smaller label than the smallest text of a banner would not be read; without the symbol it may be larger.
+// A label smaller than a banner's smallest text would be unreadable; without the symbol it may be larger.
 constexpr std::array<Narrowing, PrimaryButton::narrowest + 1> narrowings{{
     {shapedFontSize, shapedPadding, true},
     {Scaled{12.0}, Scaled{10}, true},
@@ -81,7 +81,7 @@ PushButton::PushButton(QWidget* parent)
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
-    // Otherwise it depends on the desktop which keys press a button.
+    // Otherwise the desktop determines which keys press a button.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         if (!event->isAutoRepeat()) click();
         return;
@@ -293,7 +293,7 @@ LinkButton::LinkButton(const QString& text, qreal pixelSize, QWidget* parent)
     setText(text);
     setFont(fonts::system(pixelSize));
     setCursor(Qt::PointingHandCursor);
-    // The ring keeps its distance from the text; the click area may be higher.
+    // The ring keeps its distance from the text; the click area may be taller.
     setClickMargins(reaching(linkRingMargins, contentSize().height()));
     FocusRing::install(*this, linkRingMargins - clickMargins(), linkRingRadius);
 }

@@ -8,8 +8,8 @@ namespace corvane {
 
 struct PrimaryButtonStyle;
 
-/// What the application's push buttons share: Space, Return and Enter press them, and they take the focus
-/// from the keyboard only, which a ring shows.
+/// The base class of the application's push buttons: Space, Return and Enter press them, and they take the
+/// focus only by keyboard, which a ring shows.
 class PushButton : public QAbstractButton {
     Q_OBJECT
 
@@ -58,8 +58,8 @@ class PrimaryButton : public ShapedButton {
     /// `symbol` may be empty.
     PrimaryButton(const QString& text, QString symbol, QWidget* parent);
 
-    /// How the button makes room for what is beside it: from 0, as usual, its label and its padding shrink in
-    /// steps; at `narrowest` it has no symbol.
+    /// Narrows the button to make room beside it. Step 0 is the normal size; further steps shrink the label
+    /// and the padding, and `narrowest` drops the symbol.
     static constexpr int narrowest = 3;
     void setNarrowing(int step);
 
@@ -146,7 +146,7 @@ class PlainButton : public BareButton {
     QMargins pillMargins_; // around what is drawn; the click area may be larger
 };
 
-/// A link in the primary colour, underlined under the pointer; with high contrast always.
+/// A link in the primary colour, underlined under the pointer, and always with high contrast.
 class LinkButton : public BareButton {
     Q_OBJECT
 

@@ -198,7 +198,7 @@ void FormGroup::addRow(const QString& label, QWidget* control) {
     auto* const words = new Paragraph(label, style, this);
     // A picker's accessible name may be its current choice; the label says what the choice is for.
     words->setBuddy(control);
-    // In reading order.
+    // Keeps the children in reading order.
     control->raise();
     rows_.push_back({words, control, divider, nullptr});
 }

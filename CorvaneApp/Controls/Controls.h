@@ -80,7 +80,7 @@ class FormGroup : public Card {
     /// Adds `control` in a new row at the bottom and takes ownership of it.
     void addRow(const QString& label, QWidget* control);
 
-    /// What stands beside `control`, one of the rows'; nothing where `note` is empty.
+    /// Shows `note` beside `control`, the control of one of the rows; an empty note is hidden.
     void setNote(QWidget* control, const QString& note);
 
     [[nodiscard]] QSize sizeHint() const override;

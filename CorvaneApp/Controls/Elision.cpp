@@ -26,7 +26,7 @@ struct Boundaries {
     std::vector<std::size_t> tails;
 };
 
-// The marks around an isolated part are none of its characters: they stay with its first and its last one.
+// Isolate marks around a part are not characters of their own: they stay with its first and its last one.
 bool isWithinMarks(std::string_view text, std::size_t position) {
     constexpr std::array isolate{'\xE2', '\x81', '\xA8'}; // U+2068; a literal may not leave it open
     constexpr std::string_view popIsolate = "\u2069";
@@ -70,7 +70,7 @@ Boundaries boundaries(std::string_view text) {
 } // namespace
 
 std::string elidingMiddle(std::string_view text, double width, const Measure& measure) {
-    // Most lines fit: finding their characters would bring a mebibyte of the library into memory.
+    // Most lines fit: finding character boundaries would load a mebibyte of the library into memory.
     if (text.size() <= longestSide && measure(text) <= width) return std::string(text);
     const Boundaries ends = boundaries(text);
     // Without its data the library finds no boundaries; then nothing can be elided.

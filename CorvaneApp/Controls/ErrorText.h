@@ -4,8 +4,8 @@
 
 namespace corvane {
 
-/// An error message: wraps even within long paths, and can be selected and copied. Scrolls when it has less
-/// than its height.
+/// An error message: wraps even within long paths, and can be selected and copied. Scrolls if it gets less
+/// than its full height.
 class ErrorText : public QTextEdit {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ class ErrorText : public QTextEdit {
     /// widget.
     void setMessage(const QString& message);
 
-    /// As it was given: the displayed text has other line ends and spaces.
+    /// The message as it was set; the displayed text has other line ends and spaces.
     [[nodiscard]] const QString& message() const { return message_; }
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }

@@ -25,7 +25,7 @@ bool isReturn(Qt::FocusReason reason) {
            reason == Qt::MenuBarFocusReason;
 }
 
-// Not a modifier by itself, and no command that the window has for it.
+// False for a modifier alone, and for the window's keys: Escape and shortcuts.
 bool isForTheControl(const QKeyEvent& event) {
     switch (event.key()) {
     case Qt::Key_Shift:
@@ -141,7 +141,7 @@ void FocusRing::show() {
     if (!frame_) frame_ = new Frame(control_.parentWidget(), radius_, shape_);
     follow();
     frame_->show();
-    // While it shows, presses anywhere count.
+    // While the ring is visible, a press anywhere hides it.
     qApp->installEventFilter(this);
 }
 

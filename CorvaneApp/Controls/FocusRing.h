@@ -9,9 +9,9 @@ class QWidget;
 
 namespace corvane {
 
-/// The ring around a control that has the keyboard's focus. It shows when the focus came by Tab, an arrow or
-/// a shortcut, goes at a click anywhere in the application, and comes back with the next key. Main thread
-/// only; belongs to its control and goes with it.
+/// The ring around a control that has the keyboard focus. It appears when the focus arrives by Tab, an arrow
+/// key or a shortcut, disappears at a click anywhere in the application, and reappears at the next key press.
+/// Main thread only; owned by its control.
 ///
 /// The ring is a separate widget beside the control, so that it may extend outside of it without affecting
 /// the layout. It takes no clicks and is invisible to assistive technology.

@@ -62,7 +62,7 @@ void LineLabel::setText(const QString& text, const QString& drawn) {
     shownWidth_ = -1;
     updateGeometry();
     if (backdrop_) {
-        // Nothing else is to be painted with it. A request for later would wake the process once more.
+        // Nothing else needs painting with it, and a deferred update would wake the process once more.
         repaint();
     } else {
         update();
@@ -79,7 +79,7 @@ bool LineLabel::isCut() const {
 }
 
 bool LineLabel::event(QEvent* event) {
-    // Not a tool tip of the widget's own, which would be its description for assistive technology too.
+    // Not the widget's own tool tip, which would become its accessible description too.
     if (event->type() != QEvent::ToolTip || !isCut()) return QWidget::event(event);
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), foreign::toolTip(text_), this);
     return true;

@@ -8,9 +8,9 @@
 namespace corvane {
 
 /// A single line of text in one of the application's colours. `text()`, and with it the accessible name, is
-/// always the whole text, and a tool tip tells it where it is cut. The text is read in the direction of its
-/// first strong letter and begins at the layout's leading edge. Assistive technology is not told when the
-/// text changes, only asked for it: a line that changes each second would otherwise chatter.
+/// always the whole text; a tool tip shows it if it is cut. The text is read in the direction of its first
+/// strong letter and begins at the layout's leading edge. Changes are not reported to assistive technology,
+/// which queries the text: a line that changes each second would otherwise chatter.
 class LineLabel : public QWidget {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ class LineLabel : public QWidget {
               QWidget* parent, Content content = Content::words);
 
     [[nodiscard]] const QString& text() const { return text_; }
-    /// `drawn` is the same text as it is to be drawn, where that is another one.
+    /// `drawn`, unless null, is drawn in place of `foreign::line(text)`.
     void setText(const QString& text, const QString& drawn = {});
     [[nodiscard]] Content content() const { return content_; }
 
@@ -33,10 +33,10 @@ class LineLabel : public QWidget {
     /// `color` is called at every paint.
     void setBackdrop(std::function<QColor()> color);
 
-    /// The text as it is drawn where there is room for all of it.
+    /// The text as it is drawn if all of it fits.
     [[nodiscard]] const QString& line() const { return line_; }
 
-    /// The text as it is drawn at the present width, and whether that is not all of it.
+    /// The text as it is drawn at the current width, and whether it is cut.
     [[nodiscard]] QString shownText() const;
     [[nodiscard]] bool isCut() const;
 
@@ -57,7 +57,7 @@ class LineLabel : public QWidget {
     Truncation truncation_;
     Content content_;
     std::function<QColor()> backdrop_;
-    // What was drawn last, cached since eliding takes time: a message can be long.
+    // What was drawn last, cached since eliding a long message takes time.
     mutable QString shown_;
     mutable int shownWidth_ = -1;
 };

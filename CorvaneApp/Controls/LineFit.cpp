@@ -11,10 +11,10 @@ namespace corvane {
 
 namespace {
 
-/// No line of so many UTF-16 units fits anywhere, and measuring a longer one would take time.
+/// No line of more UTF-16 units than this fits anywhere, and measuring it would take time.
 constexpr qsizetype longestMeasured = 256;
 
-/// Closer letters would cover each other where they are joined.
+/// Whether the letters join: with tighter spacing, they would overlap where they do.
 bool isCursive(const QString& text) {
     return std::any_of(text.begin(), text.end(),
                        [](QChar letter) { return letter.direction() == QChar::DirAL; });

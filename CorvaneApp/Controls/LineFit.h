@@ -8,7 +8,7 @@ namespace corvane {
 
 class LineLabel;
 
-/// Lets a line that is too long for its place become narrower before it is cut. A line that no font fits is
+/// Narrows a line that is too long for its place before it is cut. A line that fits in none of the fonts is
 /// cut in the first one.
 class LineFit {
   public:

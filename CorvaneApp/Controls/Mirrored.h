@@ -6,12 +6,12 @@
 
 namespace corvane {
 
-/// Where a part goes that is designed to be at `place` in `view` for left-to-right text: there, or mirrored
-/// if the view's text runs from right to left.
+/// The rectangle in `view` of a part that is designed to be at `place` in a left-to-right layout: `place`, or
+/// its mirror image if the view's layout direction is right to left.
 ///
-/// Views whose parts have places to the pixel use this instead of Qt's layouts. These place whole widgets;
-/// here it is what a widget draws that has to line up, while its clickable margins overlap its neighbours,
-/// and text lines overlap by their leading.
+/// Views that are laid out to the pixel use this instead of Qt's layouts. Those place whole widgets; here,
+/// what widgets draw has to line up, while their clickable margins overlap neighbours, and text lines overlap
+/// by their leading.
 [[nodiscard]] inline QRect mirrored(const QWidget& view, const QRect& place) {
     return QStyle::visualRect(view.layoutDirection(), view.rect(), place);
 }

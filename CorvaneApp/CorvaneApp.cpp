@@ -32,7 +32,7 @@ namespace {
 // How long a tray may take to appear after the start.
 constexpr std::chrono::seconds trayPatience{5};
 
-/// Scales the desktop's font for what the toolkit draws by `change`.
+/// Scales the desktop's font for the toolkit's widgets of class `kind` by `change`.
 void scaleFont(const char* kind, double change) {
     QFont font = QApplication::font(kind);
     if (font.pointSizeF() > 0) {
@@ -52,8 +52,8 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
     , banners_(services)
     , model_(connector, defaults, banners_, services) {
     QApplication::setQuitOnLastWindowClosed(false);
-    // macOS has Tab pass over buttons unless the user turns keyboard navigation on, and only the mouse would
-    // be left to connect an agent or to answer a banner.
+    // On macOS, Tab skips buttons unless the user turns keyboard navigation on: only the mouse could then
+    // connect an agent or answer a banner.
     QGuiApplication::styleHints()->setTabFocusBehavior(Qt::TabFocusAllControls);
     if (services_.menuBars == MenuBars::ofApplication)
         menuBar_ = std::make_unique<ApplicationMenuBar>(commands());
@@ -63,7 +63,7 @@ CorvaneApp::CorvaneApp(const AgentConnector& connector, UserDefaults& defaults,
     menu_ = std::make_unique<TrayMenu>(
         model_,
         TrayMenu::Actions{[this] { openMainWindow(); }, [this] { openSettings(); }, &QCoreApplication::quit});
-    // A press on the icon with the other button need not take the keyboard from the panel.
+    // A press on the icon with the other button may leave the keyboard focus with the panel.
     connect(menu_.get(), &QMenu::aboutToShow, this, [this] {
         if (panel_) panel_->hide();
     });
@@ -94,7 +94,7 @@ void CorvaneApp::lookForTray() {
     isTrayKnown_ = true;
     followTray();
     const bool isWanted = !services_.statusItem.isAvailable() && !services_.loginItem.hasStartedThisProcess();
-    // Who has closed a window by now knows how to open it.
+    // A user who has closed a window by now knows how to open it.
     if (isWanted && !mainWindow_ && !settingsWindow_) openMainWindow();
 }
 

@@ -37,8 +37,8 @@ class CorvaneApp : public QObject {
     [[nodiscard]] AppModel& model() { return model_; }
 
     /// To be called once after the start: shows the main window to a user who has not completed onboarding,
-    /// and only the tray icon to all others. Where no icon can be shown after a while, and the user has
-    /// started the application, the main window too: nothing else would say that it runs.
+    /// and only the tray icon to all others. If no icon can be shown after a while and the user has started
+    /// the application, shows the main window too: nothing else would show that it runs.
     void launch();
 
     /// Created on first use; null until then.
@@ -51,14 +51,14 @@ class CorvaneApp : public QObject {
     void openMainWindow();
     void openSettings();
     void openAbout();
-    /// Opens it at the tray icon; if its place is unknown, below `menu`, the menu that the command came from;
-    /// without either, where the icon is to be expected.
+    /// Opens the panel at the tray icon; if the icon's position is unknown, below `menu`, the title of the
+    /// menu that the command came from; without either, where the icon is to be expected.
     void openPanel(QRect menu = {});
 
   private:
     void followAppearance();
     void lookForTray();
-    /// Tells the main window whether there is an icon.
+    /// Updates whether the main window says that there is no tray.
     void followTray();
     /// Rebuilds all existing views at the current text size.
     void rebuildViews();
@@ -78,7 +78,7 @@ class CorvaneApp : public QObject {
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<SettingsWindow> settingsWindow_;
     std::unique_ptr<TrayPanel> panel_;
-    bool isTrayKnown_ = false; // whether the system has told yet if there is one
+    bool isTrayKnown_ = false; // its availability was reported, or the wait for that is over
 };
 
 } // namespace corvane

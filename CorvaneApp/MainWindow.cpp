@@ -56,7 +56,7 @@ void MainWindow::setTray(bool isThere) {
 }
 
 QRect MainWindow::menuPlace() const {
-    // Where there is no bar, asking for it would make one.
+    // menuBar() would create a bar where there is none.
     const QMenuBar* const bar = file_ == nullptr ? nullptr : menuBar();
     const QRect title =
         bar != nullptr && bar->isVisible() ? bar->actionGeometry(file_->menuAction()) : QRect();

@@ -29,7 +29,7 @@ class MainWindow : public QMainWindow {
     MainWindow(AppModel& model, Activation& activation, links::Opener openLink,
                const CommandHandlers& handlers, MenuBars menuBars = MenuBars::ofWindows);
 
-    /// Puts the menus with `commands` into `bar`; the first of them.
+    /// Adds the menus with `commands` to `bar`; returns the first of them.
     static QMenu* addMenus(QMenuBar& bar, const WindowCommands& commands);
 
     [[nodiscard]] OnboardingView& view() const { return *view_; }
@@ -37,7 +37,7 @@ class MainWindow : public QMainWindow {
     /// Rebuilds the content at the current text size.
     void rebuild();
 
-    /// Whether the desktop shows the application's icon.
+    /// Sets whether the desktop shows the application's icon.
     void setTray(bool isThere);
 
     /// Shows the window, restored if minimised, and asks the window manager to bring it to the front.
@@ -48,8 +48,8 @@ class MainWindow : public QMainWindow {
     void changeEvent(QEvent* event) override;
 
   private:
-    /// The place of the File menu's title on the desktop; the window's upper edge if the menu bar is outside
-    /// of the window.
+    /// The rectangle of the File menu's title on the desktop; the window's upper edge if the menu bar is
+    /// outside of the window.
     [[nodiscard]] QRect menuPlace() const;
 
     AppModel& model_;

@@ -87,7 +87,7 @@ void MenuBarView::refresh() {
     const std::optional<Date> until = model_.quietUntil();
     const bool isQuiet = until.has_value();
 
-    // A control that is hidden must not move the focus somewhere by itself.
+    // Hiding a control with the focus must not move the focus to an arbitrary one.
     const bool losesFocus = (connect_->hasFocus() && isAnyConnected) || (resume_->hasFocus() && !isQuiet);
     if (losesFocus) setFocus();
     const bool rowsChanged = list_->setSessions(sessions, model_.now());
@@ -112,8 +112,8 @@ void MenuBarView::refresh() {
     if (rowsChanged || heightChanges) followPointer();
 }
 
-// Otherwise the row that was under the pointer would stay highlighted, and keep it for good if the next press
-// came before the pointer moved.
+// Otherwise the row that was under the pointer would stay highlighted, and for good if the next press came
+// before the pointer moved.
 void MenuBarView::followPointer() {
     QWindow* const panel = window()->windowHandle();
     if (panel == nullptr || !underMouse()) return;
@@ -144,7 +144,7 @@ int MenuBarView::layOut(bool isTrial) const {
     };
     const int textWidth = width - 2 * padding;
 
-    // In other languages, texts beside one another may be longer: they move to a line of their own.
+    // In other languages, adjacent texts may be too long for one line: they then get lines of their own.
     int y = padding;
     const QSize contact = contact_->contentSize();
     const int titleWidth = title_->sizeHint().width();

@@ -50,8 +50,8 @@ class MenuBarView : public TrayPanelView {
     /// Lays everything out from the top and returns the total height. Moves nothing when `isTrial`.
     int layOut(bool isTrial) const; // NOLINT(modernize-use-nodiscard): called for what it moves, too
     void orderTabs();
-    /// Tells the controls which of them is under the pointer. Qt does so when the pointer moves, not when
-    /// they move under it.
+    /// Updates which control is under the pointer. Qt does so when the pointer moves, not when controls move
+    /// under it.
     void followPointer();
 
     AppModel& model_;

@@ -23,10 +23,10 @@ namespace corvane {
 
 namespace {
 
-// How far the card of a picker's list reaches beyond the picker, so that its words lie over the picker's own.
+// How far the card of a picker's list extends beyond the picker, so that its text lies over the picker's own.
 constexpr Scaled listOverhang{2};
 
-/// The window of a picker's list.
+/// The picker whose list `popup` holds; null if it is none.
 QComboBox* pickerOf(const QWidget& popup) {
     return popup.inherits("QComboBoxPrivateContainer") ? qobject_cast<QComboBox*>(popup.parentWidget())
                                                        : nullptr;
@@ -44,7 +44,7 @@ QRect keptOn(const QRect& screen, QRect card) {
     return card;
 }
 
-// By how much Qt may miss the place that a menu was asked for.
+// How far from the position requested for it Qt may place a menu, in pixels.
 constexpr int reach = 3;
 
 bool isNear(int first, int second) {
@@ -73,7 +73,8 @@ QRect cardAtEdge(QSize size, const QRect& window, const QRect& screen, const QRe
 
 PopupCards::PopupCards(WindowShadow& shadow)
     : shadow_(shadow) {
-    // They would show a picture without the shadow, and nothing else in the application moves so.
+    // The animations would show a snapshot without the shadow, and nothing else in the application moves like
+    // that.
     for (const Qt::UIEffect effect : {Qt::UI_AnimateMenu, Qt::UI_FadeMenu, Qt::UI_AnimateCombo})
         QApplication::setEffectEnabled(effect, false);
     qApp->installEventFilter(this);
@@ -95,7 +96,7 @@ bool PopupCards::eventFilter(QObject* object, QEvent* event) {
         if (menu != nullptr) {
             connect(menu, &QMenu::aboutToShow, this, [this, menu] {
                 if (!makeRoom(*menu)) return;
-                // A menu lays its entries out anew when its font changes, but not when its margins do.
+                // A menu lays out its entries again when its font changes, but not when its margins do.
                 QEvent change(QEvent::FontChange);
                 QCoreApplication::sendEvent(menu, &change);
             });
@@ -154,8 +155,8 @@ void PopupCards::placeMenu(QMenu& menu) {
         card.moveTop(isAbove ? anchor.top() - card.height()
                              : (bar != nullptr ? anchor.bottom() + 1 : anchor.top()));
     } else {
-        // At a place of the keyboard's, or beside the bar on which the pointer is. The work area is Qt's own,
-        // since this is about where Qt has put the window.
+        // Opened by keyboard, or beside the bar that the pointer is on. The work area is Qt's own, since Qt
+        // has placed the window by it.
         card = cardAtEdge(card.size(), window, screen, present.availableGeometry());
     }
     menu.move(keptOn(screen, card).marginsAdded(room).topLeft());
@@ -163,10 +164,10 @@ void PopupCards::placeMenu(QMenu& menu) {
 
 void PopupCards::placeList(QWidget& popup, QComboBox& picker) {
     const int padding = CorvaneStyle::menuPadding();
-    popup.layout()->setContentsMargins(padding, 0, padding, 0); // above and below Qt leaves it by itself
+    popup.layout()->setContentsMargins(padding, 0, padding, 0); // Qt itself adds it above and below
     for (QWidget* const part : popup.findChildren<QWidget*>()) {
         part->setAutoFillBackground(false); // it lies on the card
-        // All choices have room: without the arrows for more, which Qt may show before it knows the room.
+        // All choices fit: no scroll arrows, which Qt may show before it knows the room.
         if (part->inherits("QComboBoxPrivateScroller")) part->setMaximumHeight(0);
     }
     QAbstractItemView& list = *picker.view();
@@ -180,7 +181,7 @@ void PopupCards::placeList(QWidget& popup, QComboBox& picker) {
     const QPoint corner = picker.mapToGlobal(QPoint());
     card.moveLeft(picker.isRightToLeft() ? corner.x() + picker.width() + listOverhang - width
                                          : corner.x() - listOverhang);
-    // The present choice lies over the picker.
+    // The current choice lies over the picker.
     const int present = std::max(0, picker.currentIndex());
     card.moveTop(corner.y() + (picker.height() - row) / 2 - padding - present * row);
     popup.setGeometry(keptOn(screenAt(corner, popup).geometry(), card).marginsAdded(popup.contentsMargins()));
@@ -190,7 +191,7 @@ void PopupCards::paintGround(QWidget& popup) {
     const Look look = Tokens::look(popup.palette());
     QPainter painter(&popup);
     if (!shadow_.isBlended()) {
-        // The pixels of the cut corners are covered in part: the rest of them would be black.
+        // The card covers the pixels along the cut corners only in part: the rest of them would be black.
         painter.fillRect(popup.rect(), Tokens::divider(look));
         return;
     }

@@ -30,7 +30,7 @@ class PopupWatch : public QObject {
     [[nodiscard]] std::vector<OpenPopup> open() const;
 
   Q_SIGNALS:
-    /// One of them is opening, has closed, or has changed its place or size.
+    /// Emitted when one of these windows is opening, has closed, or has changed its position or size.
     void changed();
 
   protected:

@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// Moves all clocks of the banners together, so that three of them wake the process once a second and not
-/// three times; and where something else happens once a second anyway, at that time. Main thread only.
+/// Ticks the clocks of all banners together, so that three of them wake the process once a second and not
+/// three times; and where something else happens once a second anyway, at the same time. Main thread only.
 class SecondHand : public QObject {
     Q_OBJECT
 
@@ -16,16 +16,16 @@ class SecondHand : public QObject {
     /// The application's instance, created on the first call.
     static SecondHand& instance();
 
-    /// Ticks once a second from now on, or from when another clock was started, until each clock has been
+    /// Starts ticking once a second, unless another clock has started it already, until every clock has been
     /// stopped.
     void startClock();
-    /// Once for each `startClock`.
+    /// To be called once for each `startClock`.
     void stopClock();
-    /// Whether any clock runs, so that it ticks.
+    /// Whether it ticks, that is, any clock runs.
     [[nodiscard]] bool isRunning() const { return timer_.isActive(); }
 
-    /// Tells that a pass of the application's own loop ends: the next tick is now. The banners then show this
-    /// time, and the other views that at which the pass began: they differ by a second where one begins
+    /// To be called when a pass of the application's loop ends: ticks now. The banners then show the current
+    /// time, and the other views the time at which the pass began: these differ by a second where one begins
     /// during the pass.
     void beat();
 
@@ -35,7 +35,7 @@ class SecondHand : public QObject {
   private:
     explicit SecondHand(QObject* parent);
 
-    /// Ticks, and again after `next` unless a beat comes before.
+    /// Ticks now, and again after `next` unless `beat` is called before.
     void tick(std::chrono::milliseconds next);
 
     QTimer timer_;

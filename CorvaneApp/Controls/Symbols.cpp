@@ -21,7 +21,7 @@ SystemSymbols* systemSymbols = nullptr;
 
 void setSystem(SystemSymbols* system) {
     systemSymbols = system;
-    QPixmapCache::clear(); // symbols of another source
+    QPixmapCache::clear(); // it holds symbols of the previous source
 }
 
 bool exists(const QString& name) {

@@ -17,7 +17,7 @@ namespace corvane::symbols {
 /// painter's scale. An unknown name paints nothing.
 void paint(QPainter& painter, const QString& name, const QRectF& box, const QColor& color);
 
-/// During its lifetime, symbols are `system`'s where it has them. Without a scope, all of them are ours.
+/// While it exists, symbols are `system`'s where it has them. Without a scope, all are the application's own.
 /// Scopes may be nested.
 class SystemScope {
   public:

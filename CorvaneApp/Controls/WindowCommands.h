@@ -14,11 +14,11 @@ namespace corvane {
 struct CommandHandlers {
     std::function<void()> openMainWindow;
     std::function<void()> openSettings;
-    /// `menu` is the place on the desktop of the title of the menu that the command came from; empty if it
-    /// came from none.
+    /// `menu` is the rectangle on the desktop of the title of the menu that the command came from; empty if
+    /// it came from none.
     std::function<void(QRect menu)> openPanel;
     std::function<void()> quit;
-    std::function<void()> openAbout = {}; // where the application's own menus have it
+    std::function<void()> openAbout = {}; // used only by the application's own menus
 };
 
 /// The commands of one window or of the application's menus, with their shortcuts: Ctrl+0 opens the main
@@ -28,7 +28,7 @@ class WindowCommands : public QObject {
     Q_OBJECT
 
   public:
-    /// The place on the desktop of the title of the menu with the commands.
+    /// The rectangle on the desktop of the title of the menu with the commands.
     using MenuPlace = std::function<QRect()>;
 
     /// The shortcuts work whether the actions are in a menu or not.
@@ -38,7 +38,7 @@ class WindowCommands : public QObject {
     WindowCommands(QObject& menus, const CommandHandlers& handlers, const std::function<void()>& close,
                    MenuPlace menuPlace = {});
 
-    /// Those of `window`; null if it has none.
+    /// The commands of `window`; null if it has none.
     [[nodiscard]] static WindowCommands* of(const QWidget& window);
 
     [[nodiscard]] QAction* mainWindow() const { return mainWindow_; }

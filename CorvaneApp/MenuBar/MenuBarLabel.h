@@ -11,7 +11,7 @@ class AppModel;
 class SingleInstance;
 class StatusItem;
 
-/// The status item's icon: a bell, with a badge while agents wait for the user, and with their number from
+/// The status item's icon: a bell, with a badge while agents wait for the user, which shows their number from
 /// two on. Opens the main window on the first run and whenever the application is started again. Main thread
 /// only.
 class MenuBarLabel : public QObject {

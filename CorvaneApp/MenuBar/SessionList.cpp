@@ -23,10 +23,10 @@ constexpr Scaled thumbMargin{3};
 constexpr Scaled thumbRadius{3};
 constexpr Scaled shortestThumb{32};
 constexpr Scaled fadeHeight{16};
-// How long the thumb stays after the list was opened, or has scrolled by itself or by the keyboard.
+// How long the thumb stays visible after the list was opened or has scrolled.
 constexpr std::chrono::milliseconds thumbTime{1000};
 
-/// The first or the last lines of the list, fading into its ground.
+/// Fades the first or the last lines of the list into its background.
 class Fade : public QWidget {
   public:
     Fade(Qt::Edge edge, QWidget* parent)

@@ -11,9 +11,9 @@ class QTimer;
 
 namespace corvane {
 
-/// The sessions below one another. Up to six are seen whole; further ones are reached by scrolling, with a
-/// thumb that lies over the list while the pointer is there or it scrolls, and a fade at each edge beyond
-/// which there is more, but for high contrast.
+/// The sessions, one below the other. Up to six are fully visible; the list scrolls to the others. A thumb is
+/// shown over the list while the pointer is on it or it scrolls. Each edge beyond which there is more fades
+/// out, except with high contrast.
 class SessionList : public QScrollArea {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ class SessionList : public QScrollArea {
     /// From top to bottom.
     [[nodiscard]] const std::vector<SessionRow*>& rows() const { return rows_; }
 
-    /// The height that all rows need, or the largest.
+    /// The height that all rows need, at most the largest one.
     [[nodiscard]] int wantedHeight() const;
 
     /// Moves the focus to the next row (`step` 1) or the previous one (-1); to the first or last row when no

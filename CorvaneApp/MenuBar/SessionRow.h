@@ -37,7 +37,7 @@ class SessionRow : public PushButton {
     [[nodiscard]] const AgentSession& session() const { return session_; }
     /// Project, agent and status in one line, for assistive technology.
     [[nodiscard]] QString spokenText() const;
-    /// The lines that a tool tip adds to that.
+    /// The lines that a tool tip adds to `spokenText`.
     [[nodiscard]] QStringList notes() const;
     [[nodiscard]] QColor dotColor() const;
 

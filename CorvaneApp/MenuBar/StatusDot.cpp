@@ -8,7 +8,7 @@ namespace corvane::statusdot {
 namespace {
 
 constexpr int iconSide = 16; // that trays ask for and Qt's menus have room for
-constexpr int sharpest = 3;  // device pixels a pixel
+constexpr int sharpest = 3;  // the largest scale factor drawn
 
 QPixmap picture(const SessionStatus& status, Look look, int box, int ratio) {
     QPixmap pixmap(QSize(box, box) * ratio);

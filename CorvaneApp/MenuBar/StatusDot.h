@@ -15,7 +15,7 @@ inline constexpr Scaled side{8};
 
 [[nodiscard]] QColor color(const SessionStatus& status, Look look);
 
-/// Fills `dot`. With high contrast the faint one of a running session has a ring.
+/// Fills `dot`. With high contrast, the faint dot of a running session has a ring.
 void paint(QPainter& painter, QRectF dot, const SessionStatus& status, Look look);
 
 /// The dot in the middle of the square that a menu has for its icons.

@@ -27,13 +27,13 @@ namespace corvane {
 
 namespace {
 
-// A host on the message bus tells that it opens the menu; not all of them tell that they have closed it. The
-// model changes once a second, and now and then in between.
+// Hosts on the session bus report that they open the menu; not all of them report that they have closed it.
+// The model changes once a second, and occasionally in between.
 constexpr int longestOpening = 60;
 constexpr Scaled menuWidth{TrayMenu::largestWidth};
 constexpr const char* shownDot = "shownDot"; // a property of the entries
 
-/// What the entry says, with the name cut to what the widest menu has room for.
+/// The entry's text, with the name cut to fit the widest menu.
 QString entry(const AgentSession& session, Date now, const QFontMetricsF& metrics) {
     const QString separator = QStringLiteral(" · ");
     QString own = fromUtf8(session.agent.displayName()) + separator +
@@ -50,7 +50,7 @@ QString entry(const AgentSession& session, Date now, const QFontMetricsF& metric
     return QString(foreign::isolated(name) + separator + own).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
-/// Tells the entries' dots apart.
+/// Identifies the picture of an entry's dot.
 int dotNumber(const SessionStatus& status, Look look) {
     constexpr int looks = 4;
     const int kind = status.isWaiting() ? 0 : status.isDone() ? 1 : 2;
@@ -67,7 +67,7 @@ void showDot(QAction& action, const SessionStatus& status, Look look) {
     action.setIcon(statusdot::icon(status, look));
 }
 
-/// When the session's status began, at which no time has run yet.
+/// When the session's status began; as of then, its entry shows no elapsed time.
 Date statusBegin(const AgentSession& session) {
     if (const SessionStatus::Waiting* const waiting = session.status.ifWaiting()) return waiting->since;
     if (const SessionStatus::Done* const done = session.status.ifDone()) return done->at;
@@ -131,7 +131,7 @@ QAction* TrayMenu::makeEntry(const QString& id) {
 
 void TrayMenu::connectAgent() {
     model_.connectAgent(AgentKind::claude);
-    // A menu has no place for what went wrong; the window has.
+    // A menu has no place for an error message; the window has.
     if (model_.connectError()) actions_.openMainWindow();
 }
 

@@ -11,8 +11,8 @@ namespace corvane {
 class AppModel;
 
 /// The tray's menu, for hosts that show nothing else and for a click with the other button: what the panel
-/// offers, as text. Follows the model by itself: what there is at once, the times that run only while it is
-/// open, since a host on the message bus is told of every change, seen or not. Main thread only.
+/// offers, as text. Follows the model: its entries at once, running times only while it is open, since every
+/// change is sent to a host on the session bus, visible or not. Main thread only.
 class TrayMenu : public QMenu {
     Q_OBJECT
 
@@ -35,7 +35,7 @@ class TrayMenu : public QMenu {
   private:
     [[nodiscard]] QAction* makeEntry(const QString& id);
     void connectAgent();
-    /// Brings what there is up to date, and where that has changed, or the menu is open, the times too.
+    /// Refreshes the menu if its content has changed, or, for the running times, while it counts as open.
     void follow();
     void refresh();
     void refreshSessions();
@@ -43,8 +43,8 @@ class TrayMenu : public QMenu {
 
     AppModel& model_;
     Actions actions_;
-    std::vector<std::string> content_; // what it shows, without the times that run
-    int openChanges_ = 0;              // of the model, for which it still counts as open
+    std::vector<std::string> content_; // what is shown, without running times
+    int openChanges_ = 0;              // changes of the model for which it still counts as open
     QAction* connect_;
     QAction* sessionsEnd_; // the divider below the sessions
     std::vector<QAction*> sessions_;

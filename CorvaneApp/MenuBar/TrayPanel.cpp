@@ -32,12 +32,13 @@ constexpr int screenMargin = 4;
 constexpr std::chrono::milliseconds focusPatience{150};
 // A menu that opened the panel first returns the focus to its own window, and a busy desktop is slow.
 constexpr std::chrono::milliseconds firstFocusPatience{1000};
-// The longest time between losing the focus and the event of the press that took it. The press may take the
-// focus by itself, as that of the menu bar's item does since macOS 27: without this the panel would close and
+// The longest time between losing the focus and the event of the press that took it. The press itself may
+// take the focus, as one on the menu bar's item does since macOS 27: without this the panel would close and
 // open again.
 constexpr std::chrono::milliseconds samePress{300};
 
-/// `value` clamped so that `length` from it on is within the range; at the range's start if it is too long.
+/// `value` clamped so that a span of `length` from it is within the range; the range's start if that is too
+/// long.
 int kept(int value, int length, int start, int end) {
     return std::max(start, std::min(value, end - length));
 }
@@ -209,15 +210,15 @@ void TrayPanel::paintEvent(QPaintEvent* /*event*/) {
     const Look look = Tokens::look(palette());
     const QSize card = view_->size();
     QPainter painter(this);
-    // The pixels of cut corners are covered in part: the rest of them would be black.
+    // The card covers the pixels along the cut corners only in part: the rest of them would be black.
     if (!isBlended_) painter.fillRect(rect(), Tokens::divider(look));
     if (isBlended_ && !look.isHighContrast()) shadow_.paint(painter, *this, outline(card), card);
     painter.translate(view_->pos());
     paintCard(painter, card, look, isBlurredBehind_ ? Fill::overBlur : Fill::opaque);
 }
 
-// A click beside the card, on its shadow, counts as outside of the panel; if the icon is below, as one on the
-// icon. It cannot be passed through: reparenting window managers would take it themselves.
+// A click on the card's shadow counts as one outside of the panel; if the icon is below, as one on the icon.
+// It cannot be passed through: reparenting window managers would take it themselves.
 void TrayPanel::mousePressEvent(QMouseEvent* event) {
     if (view_->geometry().contains(event->pos())) return;
     hide();

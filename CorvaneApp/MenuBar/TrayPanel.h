@@ -23,8 +23,8 @@ struct PlatformServices;
 /// with a gap, and within `available`, the work area of the icon's screen. All in desktop coordinates.
 [[nodiscard]] QPoint panelOrigin(QSize size, const QRect& icon, const QRect& available);
 
-/// Where to expect an icon whose place is unknown, on a screen with this work area: at that end of the bar
-/// where trays are, in the upper corner if no bar is known. All in desktop coordinates.
+/// Where to expect an icon whose position is unknown, on a screen with this work area: at the tray's end of
+/// the bar, in the upper corner if no bar is known. All in desktop coordinates.
 [[nodiscard]] QRect expectedIcon(const QRect& screen, const QRect& available, Qt::LayoutDirection direction);
 
 /// The window that drops down from the tray icon. It takes the keyboard focus and closes when it loses it, on
@@ -40,8 +40,8 @@ class TrayPanel : public QWidget {
     TrayPanel(AppModel& model, const PlatformServices& services, MakeView makeView);
 
     [[nodiscard]] TrayPanelView& view() const { return *view_; }
-    /// Paints the ground of a panel's card of this size at the painter's origin; translucent where the
-    /// desktop blurs what lies behind it.
+    /// Paints the background of a panel's card of this size at the painter's origin; translucent where the
+    /// desktop blurs what is behind it.
     enum class Fill { opaque, overBlur };
     static void paintCard(QPainter& painter, QSize card, Look look, Fill fill = Fill::opaque);
     /// Where the card is on the desktop, without the margins for its shadow.
@@ -53,16 +53,16 @@ class TrayPanel : public QWidget {
     /// Rebuilds the content at the current text size.
     void rebuild();
 
-    /// Opens at the icon; where one is to be expected if `icon` is empty. The pointer tells nothing: on
-    /// Wayland's desktops only its last place above an X11 window is known.
+    /// Opens at the icon, or where one is to be expected if `icon` is empty. The pointer is no help: on
+    /// Wayland desktops only its last position above an X11 window is known.
     void open(QRect icon);
 
     /// Handles a press on the icon. The same press may have taken the focus and closed the panel already.
     void toggle(QRect icon);
 
   Q_SIGNALS:
-    /// The icon's menu is asked for, at this place on the desktop, by a press on the part of the icon that
-    /// the panel's shadow covers.
+    /// Emitted when the icon's menu is requested, at `place` on the desktop, by a press on the part of the
+    /// icon that the panel's shadow covers.
     void menuRequested(QPoint place);
 
   protected:
@@ -74,9 +74,10 @@ class TrayPanel : public QWidget {
   private:
     [[nodiscard]] QRect likelyIcon() const;
     void layOut();
-    /// Gives the window the card's shape, where nothing blends it, and the blur behind it that shape.
+    /// Cuts the window to the card's shape where nothing blends it, and limits the blur behind it to that
+    /// shape.
     void cut();
-    /// Follows a compositor that comes, goes or turns an effect on while the panel is open.
+    /// Follows a compositor that starts, exits or toggles an effect while the panel is open.
     void followDesktop();
     void followKeyboard();
     void closeForKeyboard();

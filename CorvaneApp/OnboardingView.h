@@ -16,8 +16,8 @@ class ErrorText;
 class LinkButton;
 class Paragraph;
 
-/// The main window's content: says in two sentences what the application does and lets the user connect the
-/// agents. Stateless; shows the model and calls it. Main thread only.
+/// The main window's content: explains in two sentences what the application does and lets the user connect
+/// the agents. Stateless; shows the model and calls it. Main thread only.
 class OnboardingView : public QWidget {
     Q_OBJECT
 
@@ -28,11 +28,11 @@ class OnboardingView : public QWidget {
     /// `model` must outlive the view.
     OnboardingView(AppModel& model, links::Opener openLink, QWidget* parent = nullptr);
 
-    /// Whether the desktop shows the application's icon. Where not, the view says so, and how to come back.
+    /// Sets whether the desktop shows the application's icon. If not, the view says so, and how to come back.
     void setTray(bool isThere);
 
   Q_SIGNALS:
-    /// The user has completed onboarding, which the model knows. The window should close.
+    /// Emitted when the user has completed onboarding, which the model then knows. The window should close.
     void done();
 
   protected:

@@ -6,7 +6,7 @@
 
 namespace corvane {
 
-/// Says that a session's terminal could not be brought to the front, and in which folder the agent runs, so
+/// Shows that a session's terminal could not be brought to the front, and in which folder the agent runs, so
 /// that the user can look for it.
 class TerminalNotice : public BannerCard {
     Q_OBJECT

@@ -18,7 +18,7 @@
 int main(int argc, char** argv) {
     using namespace corvane;
 
-    // Before anything else, which would bring a running application's window forward.
+    // First, since a start would bring a running instance's window forward.
     if (const auto text =
             commandline::answer(std::span(argv, static_cast<std::size_t>(argc)), CORVANE_VERSION)) {
         std::puts(text->c_str());
@@ -38,7 +38,8 @@ int main(int argc, char** argv) {
     const std::unique_ptr<Platform> platform = Platform::make();
     const PlatformServices services = platform->services();
     if (!services.singleInstance.claim()) return 0;
-    // Not earlier: while a second start waits for the first one's answer, no event loop would see a signal.
+    // Not earlier: while a second instance waits for the first one's reply, no event loop would handle a
+    // signal.
     const UnixSignals signals;
     QObject::connect(&signals, &UnixSignals::received, &application, &QCoreApplication::quit);
 

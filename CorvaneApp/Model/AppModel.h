@@ -25,11 +25,12 @@ namespace corvane {
 
 class Banners;
 
-/// The one object that owns what the application knows: it turns event files into alerts once a second and
-/// carries out what the user asks for. Views read it, call it, and refresh on `changed`; nothing else changes
-/// the board or the preferences.
+/// Owns the application's state: turns event files into alerts once a second and carries out what the user
+/// asks for. Views read it, call it, and refresh on `changed`; nothing else changes the board or the
+/// preferences.
 ///
-/// Main thread only. Accesses the clock, the stored settings and the system only through what it is given.
+/// Main thread only. Accesses the clock, the stored settings and the system only through the objects passed
+/// to it.
 class AppModel : public QObject {
     Q_OBJECT
 
@@ -66,7 +67,7 @@ class AppModel : public QObject {
     /// The time of the last pass of the loop; everything that depends on the time uses it.
     [[nodiscard]] Date now() const { return now_; }
     [[nodiscard]] const AlertPreferences& prefs() const { return prefs_; }
-    /// When the present quiet time ends; none while alerts are not silenced.
+    /// When the current quiet time ends; none while alerts are not silenced.
     [[nodiscard]] std::optional<Date> quietUntil() const;
     [[nodiscard]] bool hasCompletedOnboarding() const { return hasCompletedOnboarding_; }
     /// Whether this run has already decided if the main window is shown at launch.
@@ -83,8 +84,7 @@ class AppModel : public QObject {
     /// Snoozes the session's reminders for five minutes and removes its banner.
     void snooze(const AgentSession& session);
 
-    /// Removes the session's banner and brings its terminal to the front; if none is found, says so by a
-    /// notice.
+    /// Removes the session's banner and brings its terminal to the front; if none is found, shows a notice.
     void jump(const AgentSession& session);
     /// Whether the last `jump` to this session found no terminal.
     [[nodiscard]] bool isTerminalMissing(std::string_view id) const;
@@ -107,7 +107,7 @@ class AppModel : public QObject {
     /// Shows an alert for a sample session, even in quiet time.
     void sendTestAlert();
 
-    /// Plays a sound for a user who is choosing one, in quiet time too.
+    /// Plays a sound for a user who is choosing one, even in quiet time.
     void playSample(const std::string& sound);
 
     /// Reads from the agents' configuration which of them are connected now; they and other programs change
@@ -115,7 +115,7 @@ class AppModel : public QObject {
     void refreshConnections();
 
   Q_SIGNALS:
-    /// Something that can be read above has changed.
+    /// Emitted when any of the above values may have changed.
     void changed();
 
   private:
@@ -125,8 +125,8 @@ class AppModel : public QObject {
     void scheduleTick(std::chrono::milliseconds delay);
     /// Begins a pass of the loop.
     void tick();
-    /// Reads a share of the inbox. Ends the pass when all is read; otherwise goes on in the event loop's next
-    /// turn.
+    /// Reads a part of the inbox. Ends the pass when all is read; otherwise continues in the event loop's
+    /// next turn.
     void readInbox();
     /// Applies the events of the pass, all at once, and schedules the next pass.
     void endPass();
@@ -141,7 +141,7 @@ class AppModel : public QObject {
     void prune();
     /// Ends the sessions whose agent has exited while it waited.
     void endDeadSessions();
-    /// Ends all sessions of an agent that reports no more.
+    /// Ends all sessions of an agent that no longer reports.
     void endSessions(AgentKind agent);
     void end(const AgentSession& session);
     [[nodiscard]] bool isOnBoard(std::string_view id) const;
@@ -150,7 +150,7 @@ class AppModel : public QObject {
     AgentKinds agents_;
     AgentConnector connector_;
     InboxReader inbox_;
-    std::vector<AgentEvent> arrived_; // in the present pass
+    std::vector<AgentEvent> arrived_; // in the current pass
     UserDefaults& defaults_;
     PlatformServices services_;
     Banners& banners_;
@@ -161,7 +161,7 @@ class AppModel : public QObject {
     std::unordered_map<AgentKind, bool> connected_;
     std::unordered_set<AgentKind> removed_; // by the user, in this run, and not connected since
     std::optional<std::filesystem::path> lastBackup_;
-    std::optional<AgentKind> lastConnected_; // whose configuration that is
+    std::optional<AgentKind> lastConnected_; // the agent that `lastBackup_` belongs to
     std::optional<std::string> connectError_;
     Date now_;
     AlertPreferences prefs_;

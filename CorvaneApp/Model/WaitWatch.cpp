@@ -27,7 +27,7 @@ std::vector<AgentSession> WaitWatch::ended(const std::vector<AgentSession>& sess
 WaitWatch::Wait WaitWatch::begin(const AgentSession& session, Date now) const {
     Wait wait{session.lastEvent, std::nullopt};
     const auto age = now - session.lastEvent;
-    // A clock that was set back makes old events seem to be of the future.
+    // If the clock was set back, old events appear to be in the future.
     if (session.cwd.empty() || age > freshness || age < -freshness) return wait;
     const std::vector<ProcessIdentity> running =
         processes_.running(std::string(session.agent.rawValue()), session.cwd);

@@ -19,7 +19,7 @@ namespace corvane {
 /// its next prompt. Queries processes only while a session waits.
 class WaitWatch {
   public:
-    /// An event read later than this after it happened says nothing about the current processes.
+    /// An event read later than this after it happened is no evidence of the current processes.
     static constexpr Seconds freshness{5};
 
     explicit WaitWatch(const AgentProcesses& processes)

@@ -10,9 +10,9 @@ namespace corvane {
 class AgentGlyph;
 class AppModel;
 
-/// One agent: what connecting it means, whether it is connected, and the button that changes that. After it
-/// was connected, a line says whether agents that already run report too, until the card is hidden. Follows
-/// the model.
+/// One agent: what connecting it means, whether it is connected, and the button that changes that. Once it
+/// has been connected, a line says whether agents that already run report too, until the card is hidden.
+/// Follows the model.
 class AgentCard : public Card {
     Q_OBJECT
 

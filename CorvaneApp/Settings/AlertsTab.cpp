@@ -154,7 +154,7 @@ void AlertsTab::resizeEvent(QResizeEvent* event) {
 
 void AlertsTab::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    // The user may have changed the login item while another window was in front.
+    // The user may have changed the login item while another window was active.
     if (event->type() == QEvent::ActivationChange && isVisible() && isActiveWindow()) refreshLoginItem();
 }
 

@@ -28,7 +28,7 @@ class AlertsTab : public QWidget {
     void layOut();
 
     AppModel& model_;
-    /// True while the controls are set from the model: their changes are not the user's then.
+    /// True while the controls are set from the model: their changes are then not the user's.
     bool isRefreshing_ = false;
     FormGroup* toggles_;
     FormGroup* pickers_;

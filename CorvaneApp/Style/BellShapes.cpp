@@ -50,7 +50,7 @@ Badge pill(const Grid& grid, qsizetype characters) {
     return badge;
 }
 
-/// The rows of a digit of four columns, or of three; the highest bit is the leftmost of four.
+/// The rows of a digit of three or four columns; the highest of the four bits is the leftmost column.
 using Bitmap = std::array<std::uint8_t, 7>;
 
 struct Character {

@@ -34,13 +34,13 @@ struct Grid {
     double pillHeight = 0;
     double pillRadius = 0;
     std::array<double, 3> pillWidths{}; // for one, two and three characters
-    double digitMargins = 0;            // the pill's width minus that of its digits at most
+    double digitMargins = 0;            // the pill's width minus the largest width of its digits
 };
 
 /// The grid for an icon of `side` pixels.
 [[nodiscard]] const Grid& gridFor(int side);
 
-/// Where the badge is, and what is erased around it.
+/// The badge's shape, and the area that is erased around it.
 struct Badge {
     QPainterPath shape;
     QPainterPath gap;
@@ -58,8 +58,8 @@ struct Badge {
 [[nodiscard]] QPainterPath strokes(const Grid& grid, qsizetype characters, double extra,
                                    double curveError = 0.25);
 
-/// The cells of a badge's digits in `pill`, each of them a square of one unit, which a small icon draws in
-/// place of letters. Of digits and "+" only.
+/// The digits of a badge in `pill` as bitmaps with cells of one unit, which small icons draw instead of
+/// letters. `text` may contain digits and "+" only.
 [[nodiscard]] QPainterPath cells(const QString& text, const QRectF& pill);
 
 } // namespace corvane::bell

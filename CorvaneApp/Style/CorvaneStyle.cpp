@@ -22,9 +22,9 @@ constexpr Scaled popupMargin{4};
 constexpr Scaled itemRadius{8.0}; // concentric with the card's corner
 constexpr Scaled itemPadding{8};
 constexpr Scaled itemHeight{28};
-constexpr Scaled itemLeading{8}; // above and below a font that is higher
+constexpr Scaled itemLeading{8}; // in all, above and below a taller font
 constexpr Scaled iconSide{16};
-constexpr Scaled iconInset{4}; // of the ink of an icon in its square
+constexpr Scaled iconInset{4}; // of an icon's drawing within its square
 constexpr Scaled iconGap{4};
 constexpr Scaled shortcutGap{24};
 constexpr Scaled tickSide{14};
@@ -33,7 +33,7 @@ constexpr Scaled separatorHeight{9}; // a line, with the same space on both side
 constexpr Scaled separatorInset{8};
 constexpr Scaled scrollBarExtent{8};
 constexpr Scaled thumbWidth{6};
-constexpr Scaled shortestThumb{12}; // of a message of a few lines
+constexpr Scaled shortestThumb{12}; // in a message of a few lines
 
 /// Positions along a scroll bar, which has only a thumb and its track.
 struct Thumb {
@@ -53,7 +53,7 @@ struct Thumb {
 
     int start = 0;
     int length = 0;
-    int end = 0; // of the way
+    int end = 0; // of the track
 };
 
 /// The background of a part of a menu bar, with the line below the bar: filled, so that the parts' lines join
@@ -73,12 +73,12 @@ void drawChoice(QPainter& painter, const QStyleOption& item, const QRect& rect) 
     painter.restore();
 }
 
-/// The width before an entry's text, from the entry's padding on.
+/// The width between an entry's padding and its text.
 int leading(bool hasIcon) {
     return hasIcon ? iconSide - iconInset + iconGap : 0;
 }
 
-/// Behind the present choice of a list.
+/// Marks the current choice of a list.
 void drawTick(QPainter& painter, const QRectF& box, const QColor& color) {
     constexpr qreal grid = 24;
     QPainterPath tick(QPointF(4.5, 12.75));
@@ -118,7 +118,7 @@ int CorvaneStyle::menuTextWidth(int menuWidth, MenuIcon icon) {
 
 void CorvaneStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
-    // Before they have a window, which keeps what it was made with.
+    // Before the native window is created: it keeps the format that it was created with.
     if (qobject_cast<QMenu*>(widget) != nullptr || widget->inherits("QComboBoxPrivateContainer"))
         widget->setAttribute(Qt::WA_TranslucentBackground);
 }
@@ -230,7 +230,7 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
     } else if (element == CE_MenuItem && item != nullptr) {
         drawMenuItem(*item, *painter, widget);
     } else if (element == CE_MenuEmptyArea) {
-        return; // the card is there already
+        return; // painted with the card
     } else {
         QProxyStyle::drawControl(element, option, painter, widget);
     }
@@ -257,7 +257,7 @@ void CorvaneStyle::drawMenuItem(const QStyleOptionMenuItem& item, QPainter& pain
     }
     const bool isEnabled = (item.state & State_Enabled) != 0;
     if (isEnabled && (item.state & State_Selected) != 0) drawChoice(painter, item, rect);
-    // Qt leaves it out of the rows of a picker's list.
+    // Qt does not set the option's direction for the rows of a picker's list.
     const Qt::LayoutDirection direction = widget != nullptr ? widget->layoutDirection() : item.direction;
     const auto placed = [&](const QRect& part) { return visualRect(direction, item.rect, part); };
 

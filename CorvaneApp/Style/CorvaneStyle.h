@@ -8,21 +8,20 @@ class QStyleOptionMenuItem;
 namespace corvane {
 
 /// The style of what the toolkit draws: menus, the pickers' lists and the scroll bars of long messages. The
-/// same on every desktop, in the palette's colours. Menus and lists are cards within their contents' margins,
-/// in which a shadow has its room. Give it to QApplication::setStyle before the first widget
-/// is made.
+/// same on every desktop, in the palette's colours. Menus and lists are cards within their contents margins,
+/// which leave room for a shadow. Pass it to QApplication::setStyle before the first widget is created.
 class CorvaneStyle : public QProxyStyle {
     Q_OBJECT
 
   public:
     CorvaneStyle();
 
-    /// Set to true on a menu behind which the desktop blurs what lies there: its card is translucent.
+    /// Set to true on a menu if the desktop blurs what is behind it: its card is then translucent.
     static constexpr const char* blurredBehindProperty = "corvaneBlurredBehind";
 
     enum class MenuIcon { none, shown };
 
-    /// The outline of a menu's card, and the room inside of it around the entries.
+    /// The outline of a menu's card, and the padding between it and the entries.
     [[nodiscard]] static QPainterPath popupOutline(const QRectF& card);
     [[nodiscard]] static int menuPadding();
     /// The room for an entry's text in a menu whose card has this width.

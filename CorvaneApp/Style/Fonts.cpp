@@ -13,8 +13,8 @@ namespace {
 QFont sized(QFont font, qreal pixelSize, QFont::Weight weight) {
     // A desktop's font may have a style name, such as "Regular", which would override the weight.
     font.setStyleName({});
-    // Fonts come in whole pixels only, even if they are set in points. Halves are rounded down, so that what
-    // fits at the ordinary text size fits at the larger ones.
+    // Font sizes are whole pixels, even if they are set in points. Halves are rounded down, so that what fits
+    // at the ordinary text size fits at the larger ones.
     font.setPixelSize(static_cast<int>(std::ceil(pixelSize - 0.5)));
     font.setWeight(weight);
     return font;

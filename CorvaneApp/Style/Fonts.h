@@ -10,12 +10,12 @@ namespace corvane::fonts {
 [[nodiscard]] QFont system(qreal pixelSize, QFont::Weight weight = QFont::Normal);
 [[nodiscard]] QFont monospaced(qreal pixelSize, QFont::Weight weight = QFont::Normal);
 
-/// How much closer the letters of the narrowest font stand, as a part of its size: any closer and those of a
-/// monospaced font touch.
+/// How much tighter the letters of the narrowest font are spaced, as a fraction of its size: any tighter, and
+/// those of a monospaced font touch.
 inline constexpr qreal tightestSpacing = 0.04;
 
-/// The font and those for a line that is too long in it, each narrower than the one before: smaller by whole
-/// pixels, at the last `smallest` rounded down, then with its letters closer by half and by all of
+/// `font`, then alternatives for a line that is too long in it, each narrower than the one before: smaller by
+/// whole pixels, down to `smallest` rounded down, then with letters spaced tighter by half and by all of
 /// `tightestSpacing`.
 [[nodiscard]] std::vector<QFont> narrowing(const QFont& font, qreal smallest);
 

@@ -23,7 +23,7 @@ namespace corvane::statusicon {
 /// The badge's text: empty for zero and one, else the number, "99+" above 99.
 [[nodiscard]] QString badgeText(int waitingCount);
 
-/// What assistive technology says, such as "3 agents waiting for you".
+/// The icon's accessible label, such as "3 agents waiting for you".
 [[nodiscard]] QString label(int waitingCount);
 
 /// The appearance of the bar that holds the tray: dark on the desktops in `desktops` (the value of

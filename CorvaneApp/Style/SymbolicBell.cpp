@@ -9,8 +9,8 @@ namespace corvane::symbolicbell {
 
 namespace {
 
-// Qt's operations on shapes replace curves by lines that fit to a fraction of a unit: here, shapes are
-// enlarged before.
+// Qt's operations on paths replace curves by lines, accurate to a fraction of a unit: enlarging the paths
+// first keeps them smooth.
 constexpr double enlargement = 8;
 
 QByteArray number(double value) {
@@ -49,7 +49,7 @@ QByteArray pathData(const QPainterPath& path) {
     return data + 'Z';
 }
 
-// The classes by which KDE's desktop and those of GTK choose a colour.
+// The CSS classes by which KDE's desktop and those of GTK choose a colour.
 constexpr const char* textClass = "ColorScheme-Text";
 constexpr const char* badgeClass = "ColorScheme-NeutralText warning";
 

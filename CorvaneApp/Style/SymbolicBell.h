@@ -11,7 +11,7 @@ namespace corvane::symbolicbell {
 /// The largest number that has a drawing.
 constexpr int largestCount = 9;
 
-/// The drawing's name for so many waiting agents; empty above `largestCount`.
+/// The drawing's name for `waitingCount` waiting agents; empty above `largestCount`.
 [[nodiscard]] QString name(int waitingCount);
 
 /// The drawing, as SVG on the grid of `side` units: 16, 22 or 24. The badge's digit is a hole, so that it

@@ -15,8 +15,7 @@ inline constexpr double smallest = 1;
 inline constexpr double largest = 1.5;
 inline constexpr double step = 0.125;
 
-/// The supported factor nearest to what the desktop wants: a step between `smallest` and `largest`. NaN
-/// counts as 1.
+/// The supported factor nearest to the desktop's: a step between `smallest` and `largest`. NaN counts as 1.
 [[nodiscard]] double nearest(double wanted);
 
 /// The factor in use, initially 1.

@@ -7,7 +7,7 @@ namespace corvane::times {
 
 QString shortTime(Date date, const QLocale& locale) {
     const QTime time = QDateTime::fromSecsSinceEpoch(date.seconds()).time();
-    // The locale of no country has seconds in its shortest format.
+    // The C locale's short format has seconds.
     if (locale.language() == QLocale::C) return time.toString(QStringLiteral("HH:mm"));
     return locale.toString(time, QLocale::ShortFormat);
 }

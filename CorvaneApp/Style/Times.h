@@ -5,13 +5,13 @@
 #include <QLocale>
 #include <QString>
 
-/// Moments as users read them, in the present time zone.
+/// Times as users read them, in the current time zone.
 namespace corvane::times {
 
-/// The time of day, as short as `locale` has it.
+/// The time of day in the short format of `locale`.
 [[nodiscard]] QString shortTime(Date date, const QLocale& locale);
 
-/// What tells that alerts are silenced, such as "Quiet until 14:25".
+/// The note that alerts are silenced, such as "Quiet until 14:25".
 [[nodiscard]] QString quietUntil(Date date);
 
 } // namespace corvane::times

@@ -19,7 +19,7 @@ namespace {
 constexpr QPalette::ColorGroup desktopGroup = QPalette::Disabled;
 constexpr QPalette::ColorRole desktopRole = QPalette::AlternateBase;
 
-// The palette without that one entry: Qt fills in what was never set from the desktop's.
+// The palette without that one entry: Qt takes what was never set from the desktop's palette.
 QPalette overDesktop(const QPalette& whole) {
     QPalette result;
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Disabled, QPalette::Inactive}) {

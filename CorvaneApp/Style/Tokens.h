@@ -65,7 +65,7 @@ inline constexpr double blurredFillOpacity = 0.82;
 /// Dimmed text, on `surface` and on `background`.
 [[nodiscard]] QColor textSecondary(Look look);
 [[nodiscard]] QColor textSecondaryOnBackground(Look look);
-/// What a card is filled with, by whether the desktop blurs what lies behind it.
+/// The fill of a card, by whether the desktop blurs what is behind it.
 [[nodiscard]] QColor cardFill(Look look, bool isBlurredBehind);
 /// The line between parts of a view and around a card, on `surface` and on `background`.
 [[nodiscard]] QColor divider(Look look);

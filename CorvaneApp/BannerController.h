@@ -72,7 +72,7 @@ class BannerController : public QObject, public Banners {
 
     /// Shows the view that `makeView` creates in the banner, and announces it.
     void present(const std::string& id, ViewMaker makeView);
-    /// Removes the oldest banners, while there are too many.
+    /// Evicts the oldest banners beyond `maxBanners`.
     void evict();
     /// Brings the screen up to date with `panels_`.
     void updateScreen();

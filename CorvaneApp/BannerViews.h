@@ -59,7 +59,7 @@ class WaitingBanner : public BannerCard {
     WaitingBanner& operator=(const WaitingBanner&) = delete;
     ~WaitingBanner() override;
 
-    /// Sets whether the button's tooltip says that the terminal was not found the last time.
+    /// Sets whether the button's tool tip reports that the terminal was not found the last time.
     void setTerminalMissing(bool isMissing);
 
     /// "waiting " and the time since the wait began; empty for a session that does not wait.

@@ -17,8 +17,9 @@ class Activation;
 class AppModel;
 class OnboardingView;
 
-/// The window "main", fixed to its content, with the application's menus where windows have any. Closing it
-/// never quits. Refreshes the agents' connection state whenever it is shown or activated. Main thread only.
+/// The window "main", fixed to its content, with the application's menus where windows have menu bars.
+/// Closing it never quits. Refreshes the agents' connection state whenever it is shown or activated. Main
+/// thread only.
 ///
 /// Whether it opens at launch is the application's decision; `present` opens it whenever it is called.
 class MainWindow : public QMainWindow {

@@ -128,7 +128,7 @@ class PlainButton : public BareButton {
     static PlainButton* withText(const QString& text, qreal pixelSize, QWidget* parent,
                                  Ink ink = Ink::secondary, QFont::Weight weight = QFont::Normal);
 
-    /// A symbol in a square of this side. `name` is what assistive technology calls it.
+    /// A symbol in a square of this side. `name` is its accessible name.
     static PlainButton* withSymbol(const QString& symbol, int side, const QString& name, QWidget* parent);
 
     [[nodiscard]] QSize contentSize() const override;

@@ -22,7 +22,7 @@ class Switch : public BareButton {
     Q_OBJECT
 
   public:
-    /// `name`: the words beside it, for assistive technology.
+    /// `name`: the accessible name, the words beside the switch.
     Switch(const QString& name, ReduceMotion reduceMotion, QWidget* parent);
 
     [[nodiscard]] QSize contentSize() const override;

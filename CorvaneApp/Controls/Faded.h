@@ -5,7 +5,7 @@
 
 namespace corvane {
 
-/// Paints what `content` paints within `bounds` as one picture at `opacity`, so that overlapping parts do not
+/// Paints what `content` paints within `bounds` as one layer at `opacity`, so that overlapping parts do not
 /// show through one another. Crisp at the painter's scale.
 template <typename Content>
 void paintFaded(QPainter& painter, const QRectF& bounds, double opacity, Content content) {

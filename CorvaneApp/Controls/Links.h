@@ -12,7 +12,7 @@ namespace corvane::links {
 using Opener = std::function<void(const QUrl&)>;
 
 [[nodiscard]] QUrl website();
-/// `source` names the view that the question came from, such as "onboarding".
+/// `source` names the view that has the link, such as "onboarding".
 [[nodiscard]] QUrl contact(const QString& source);
 /// The maker's other applications.
 [[nodiscard]] QUrl catalogue();

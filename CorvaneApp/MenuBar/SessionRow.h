@@ -31,7 +31,7 @@ class SessionRow : public PushButton {
     /// Shows a new state of the same session; what stays the same is not repainted.
     void setSession(const AgentSession& session, Date now);
 
-    /// Sets whether the row's tooltip says that the session's terminal was not found the last time.
+    /// Sets whether the row's tool tip reports that the session's terminal was not found the last time.
     void setTerminalMissing(bool isMissing);
 
     [[nodiscard]] const AgentSession& session() const { return session_; }

@@ -30,7 +30,8 @@ constexpr int iconGap = 4;
 constexpr int screenMargin = 4;
 // Window managers take the focus away for a moment while they give it to a new window.
 constexpr std::chrono::milliseconds focusPatience{150};
-// A menu that opened the panel first returns the focus to its own window, and a busy desktop is slow.
+// A menu that has opened the panel first returns the focus to the menu's own window, and a busy desktop is
+// slow.
 constexpr std::chrono::milliseconds firstFocusPatience{1000};
 // The longest time between losing the focus and the event of the press that took it. The press itself may
 // take the focus, as one on the menu bar's item does since macOS 27: without this the panel would close and
@@ -118,14 +119,14 @@ void TrayPanel::rebuild() {
     connect(view_, &TrayPanelView::heightChanged, this, &TrayPanel::layOut);
     connect(view_, &TrayPanelView::left, this, &QWidget::hide);
     view_->show();
-    // The arrow keys then work from there.
+    // So that the arrow keys still work.
     if (isVisible()) view_->setFocus();
     layOut();
 }
 
 void TrayPanel::open(QRect icon) {
     icon_ = icon.isEmpty() ? likelyIcon() : icon;
-    // The agents and their users change these files, too.
+    // Agents and users change the configuration files, too.
     model_.refreshConnections();
     isBlended_ = shadow_.isBlended();
     isBlurredBehind_ = shadow_.isBlurredBehind();

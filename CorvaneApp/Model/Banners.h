@@ -16,12 +16,12 @@ class Banners {
     Banners& operator=(const Banners&) = delete;
     virtual ~Banners() = default;
 
-    /// Called when the user wants to go to the session's terminal, or to snooze it. The banner stays until it
-    /// is dismissed. If unset, the button does nothing.
+    /// Called when the user wants to go to the session's terminal, or to snooze the session. The banner stays
+    /// until it is dismissed. If unset, the button does nothing.
     std::function<void(const AgentSession&)> onJump;
     std::function<void(const AgentSession&)> onSnooze;
-    /// Called for each new waiting banner: whether its session's terminal was searched for and not found.
-    /// Unset means false.
+    /// Called for each new waiting banner; returns whether its session's terminal was searched for and not
+    /// found. Unset means false.
     std::function<bool(const AgentSession&)> isTerminalMissing;
 
     /// Shows the session's waiting banner, or refreshes it in place, and announces it.

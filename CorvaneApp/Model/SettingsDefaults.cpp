@@ -25,7 +25,7 @@ void SettingsDefaults::setData(std::string_view key, std::string_view bytes) {
 
 bool SettingsDefaults::boolean(std::string_view key) const {
     const QVariant value = settings_.value(fromUtf8(key));
-    // An INI file returns a stored boolean as text.
+    // A boolean stored in an INI file is read back as text.
     return value.typeId() == QMetaType::Bool
                ? value.toBool()
                : value.typeId() == QMetaType::QString && value.toString() == u"true";

@@ -28,8 +28,8 @@ struct AgentReport {
 template <class T>
 T required();
 
-/// Everything that differs between agents, and the only place for it: code that depends on the agent asks its
-/// descriptor. Descriptors are `constinit` constants, compared by identity.
+/// Everything that differs between agents, and the only place for it: code that depends on the agent queries
+/// its descriptor. Descriptors are `constinit` constants, compared by identity.
 struct AgentDescriptor {
     /// The name in files and identifiers, the hook program's first argument, and the name of the agent's
     /// executable, by which its process is found. Lower case, without a colon.

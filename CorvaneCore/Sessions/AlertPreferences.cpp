@@ -94,7 +94,7 @@ AlertPreferences AlertPreferences::load(const UserDefaults& defaults, std::strin
 }
 
 void AlertPreferences::save(UserDefaults& defaults, std::string_view key) const {
-    // JSON cannot hold such text, and what is stored already is better than nothing.
+    // JSON cannot hold such text; keeping what is stored is better than storing nothing.
     if (!text::isUtf8(waitingSound) || !text::isUtf8(doneSound)) return;
 
     std::string document;

@@ -138,7 +138,7 @@ class SessionBoard {
 
     /// Returns the waiting sessions whose reminder is due or whose snooze has expired at `now`, in list
     /// order, and marks them as alerted. An `interval` of zero or less turns reminders off; an expired snooze
-    /// is due all the same.
+    /// is still due.
     [[nodiscard]] std::vector<AgentSession> dueReminders(Date now, Seconds interval);
 
     /// Suppresses the session's reminders until `until`. An unknown `id` is ignored.

@@ -115,7 +115,7 @@ bool takeOverPermissions(int descriptor, const fs::path& original, const struct 
     struct stat own {};
     if (fstat(descriptor, &own) != 0) return false;
     if (own.st_uid != status.st_uid || own.st_gid != status.st_gid) {
-        // Only root may give files away; a group of the user's own can be kept all the same.
+        // Only root may give files away; a group that the user belongs to can still be kept.
         if (fchown(descriptor, status.st_uid, status.st_gid) != 0) {
             static_cast<void>(fchown(descriptor, static_cast<uid_t>(-1), status.st_gid));
         }

@@ -147,7 +147,7 @@ QString label(int waitingCount) {
 }
 
 ColorScheme barScheme(std::string_view desktops, ColorScheme applications) {
-    // The bars of the last six are made by others, and dark unless the user styles them.
+    // Bars are dark on these desktops unless the user styles them; on the last six, often by another project.
     return isDesktop(desktops,
                      {"GNOME", "Unity", "X-Cinnamon", "sway", "i3", "Hyprland", "river", "niri", "wlroots"})
                ? ColorScheme::dark

@@ -202,12 +202,12 @@ TEST_F(BannerControllerTest, aFourthBannerEvictsTheOldestAndAFifthTheNext) {
     EXPECT_EQ(all[3]->origin.y(), 38);
     EXPECT_EQ(all[2]->origin.y(), 38 + 104);
     EXPECT_EQ(all[1]->origin.y(), 38 + 208);
-    EXPECT_EQ(platform_.panels.standing().size(), 3U);
+    EXPECT_EQ(platform_.panels.visible().size(), 3U);
 
     controller_.showWaiting(waiting("e"));
     EXPECT_EQ(all[1]->fadeOuts.size(), 1U);
     EXPECT_EQ(all[2]->fadeOuts.size(), 0U);
-    EXPECT_EQ(platform_.panels.standing().size(), 3U);
+    EXPECT_EQ(platform_.panels.visible().size(), 3U);
 }
 
 TEST_F(BannerControllerTest, aRefreshReplacesTheContentInPlaceAndAnnouncesAgain) {
@@ -240,12 +240,12 @@ TEST_F(BannerControllerTest, everyBannerIsAnnouncedByItsTitleAndSubtitle) {
 TEST_F(BannerControllerTest, waitingAndDoneBannersOfOneSessionAreTwo) {
     controller_.showWaiting(waiting("a"));
     controller_.showDone(done("a"));
-    EXPECT_EQ(platform_.panels.standing().size(), 2U);
+    EXPECT_EQ(platform_.panels.visible().size(), 2U);
     controller_.dismiss("claude:a");
-    ASSERT_EQ(platform_.panels.standing().size(), 1U);
-    EXPECT_EQ(platform_.panels.standing()[0]->size, QSize(360, 64));
+    ASSERT_EQ(platform_.panels.visible().size(), 1U);
+    EXPECT_EQ(platform_.panels.visible()[0]->size, QSize(360, 64));
     controller_.dismiss("done:claude:a");
-    EXPECT_TRUE(platform_.panels.standing().empty());
+    EXPECT_TRUE(platform_.panels.visible().empty());
 }
 
 TEST_F(BannerControllerTest, aDismissalClosesTheGapAtOnceAndFadesInPlace) {
@@ -275,7 +275,7 @@ TEST_F(BannerControllerTest, anUnknownIdentifierIsIgnored) {
     controller_.showWaiting(waiting("a"));
     controller_.dismiss("claude:b");
     controller_.dismiss("done:claude:a");
-    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    EXPECT_EQ(platform_.panels.visible().size(), 1U);
     EXPECT_TRUE(platform_.panels.all[0]->fadeOuts.empty());
 }
 
@@ -296,9 +296,9 @@ TEST_F(BannerControllerTest, aDoneBannerGoesAfterSixSecondsRefreshedOrNot) {
     platform_.time.advance(milliseconds(3000));
     controller_.showDone(done("a"));
     platform_.time.advance(milliseconds(2999));
-    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    EXPECT_EQ(platform_.panels.visible().size(), 1U);
     platform_.time.advance(milliseconds(1));
-    EXPECT_TRUE(platform_.panels.standing().empty());
+    EXPECT_TRUE(platform_.panels.visible().empty());
 }
 
 TEST_F(BannerControllerTest, aRefreshedDoneBannerKeepsItsPlaceAndIsAnnouncedAgain) {
@@ -323,12 +323,12 @@ TEST_F(BannerControllerTest, theSecondTimerOfARefreshStillRemovesABannerShownAne
     platform_.time.advance(milliseconds(3000));
     controller_.showDone(done("a"));
     platform_.time.advance(milliseconds(4000));
-    ASSERT_TRUE(platform_.panels.standing().empty());
+    ASSERT_TRUE(platform_.panels.visible().empty());
     controller_.showDone(done("a"));
     platform_.time.advance(milliseconds(1999));
-    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    EXPECT_EQ(platform_.panels.visible().size(), 1U);
     platform_.time.advance(milliseconds(1));
-    EXPECT_TRUE(platform_.panels.standing().empty());
+    EXPECT_TRUE(platform_.panels.visible().empty());
 }
 
 TEST_F(BannerControllerTest, anEvictedDoneBannersTimerDoesNothing) {
@@ -341,7 +341,7 @@ TEST_F(BannerControllerTest, anEvictedDoneBannersTimerDoesNothing) {
     platform_.time.advance(milliseconds(6000));
     EXPECT_EQ(evicted.fadeOuts.size(), 1U);
     EXPECT_EQ(evicted.orderOutCount, 1);
-    EXPECT_EQ(platform_.panels.standing().size(), 3U);
+    EXPECT_EQ(platform_.panels.visible().size(), 3U);
 }
 
 TEST_F(BannerControllerTest, closingADoneBannerEarlyLeavesItsTimerNothingToDo) {
@@ -356,7 +356,7 @@ TEST_F(BannerControllerTest, closingADoneBannerEarlyLeavesItsTimerNothingToDo) {
 TEST_F(BannerControllerTest, aWaitingBannerStaysForGood) {
     controller_.showWaiting(waiting("a"));
     platform_.time.advance(std::chrono::hours(12));
-    EXPECT_EQ(platform_.panels.standing().size(), 1U);
+    EXPECT_EQ(platform_.panels.visible().size(), 1U);
 }
 
 TEST_F(BannerControllerTest, bannersSlideInUnlessMotionIsReduced) {
@@ -460,19 +460,19 @@ TEST_F(BannerControllerTest, aStormOfEventsLeavesThreeBannersInOrder) {
         } else {
             controller_.showWaiting(waiting(id));
         }
-        const auto standing = platform_.panels.standing();
-        ASSERT_LE(standing.size(), 3U);
+        const auto visible = platform_.panels.visible();
+        ASSERT_LE(visible.size(), 3U);
         int top = 38;
-        for (const PanelRecord* const panel : standing) {
+        for (const PanelRecord* const panel : visible) {
             ASSERT_EQ(panel->origin.y(), top);
             top += 104;
         }
     }
     platform_.time.advance(milliseconds(200));
-    std::size_t visible = 0;
+    std::size_t visibleCount = 0;
     for (const auto& panel : platform_.panels.all)
-        visible += panel->isVisible ? 1U : 0U;
-    EXPECT_EQ(visible, platform_.panels.standing().size());
+        visibleCount += panel->isVisible ? 1U : 0U;
+    EXPECT_EQ(visibleCount, platform_.panels.visible().size());
 }
 
 class BannerControllerDeathTest : public BannerControllerTest {

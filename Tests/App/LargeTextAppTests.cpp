@@ -49,7 +49,7 @@ class ChangingDesktop : public testing::Test {
         QCoreApplication::processEvents(); // windows are notified of the new palette then
     }
 
-    recording::PanelRecord& banner() { return *world.platform.panels.standing().at(0); }
+    recording::PanelRecord& banner() { return *world.platform.panels.visible().at(0); }
 
     test::MenuBarWorld world;
 
@@ -86,7 +86,7 @@ TEST_F(ChangingDesktop, aBannerMadeAnewStillAnswers) {
     app().model().sendTestAlert();
     setTextScale(1.5);
     test::button(*banner().content, "Close")->click();
-    EXPECT_TRUE(world.platform.panels.standing().empty());
+    EXPECT_TRUE(world.platform.panels.visible().empty());
 }
 
 TEST_F(ChangingDesktop, aDoneBannerGoesAtItsTimeThoughItWasMadeAnew) {
@@ -102,9 +102,9 @@ TEST_F(ChangingDesktop, aDoneBannerGoesAtItsTimeThoughItWasMadeAnew) {
     setTextScale(1.25);
     EXPECT_EQ(banner().size, QSize(450, 80));
     world.platform.time.advance(std::chrono::milliseconds(2999));
-    EXPECT_EQ(world.platform.panels.standing().size(), 1U);
+    EXPECT_EQ(world.platform.panels.visible().size(), 1U);
     world.platform.time.advance(std::chrono::milliseconds(1));
-    EXPECT_TRUE(world.platform.panels.standing().empty());
+    EXPECT_TRUE(world.platform.panels.visible().empty());
 }
 
 TEST_F(ChangingDesktop, openWindowsTakeTheNewTextSize) {

@@ -127,7 +127,7 @@ class LocalTimeChange : public testing::TestWithParam<ChangeCase> {
 
     /// Whether a line of a banner that stands has this text.
     bool aBannerSays(const char* text) {
-        for (const auto& panel : world_.platform.panels.standing()) {
+        for (const auto& panel : world_.platform.panels.visible()) {
             for (const auto* const line : panel->content->findChildren<LineLabel*>()) {
                 if (line->text() == QString::fromUtf8(text)) return true;
             }

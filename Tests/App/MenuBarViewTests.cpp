@@ -218,9 +218,9 @@ TEST_F(MenuBarViewTest, everyButtonDoesWhatItSays) {
 TEST_F(MenuBarViewTest, tapOnARowTakesTheBannerDownAndBringsTheTerminalForward) {
     world.connect();
     world.waits("w");
-    ASSERT_EQ(world.platform.panels.standing().size(), 1U);
+    ASSERT_EQ(world.platform.panels.visible().size(), 1U);
     view().list().rows().front()->click();
-    EXPECT_TRUE(world.platform.panels.standing().empty());
+    EXPECT_TRUE(world.platform.panels.visible().empty());
     EXPECT_FALSE(world.platform.applications.activated.empty());
 }
 

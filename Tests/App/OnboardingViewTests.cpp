@@ -199,7 +199,7 @@ TEST_F(OnboardingViewTest, aVeryLongErrorLeavesTheBottomRowFree) {
 TEST_F(OnboardingViewTest, theBottomRowCallsTheModelAndTheMaker) {
     const auto view = fixture_.onboarding();
     button(*view, "Try a test alert")->click();
-    EXPECT_EQ(fixture_.platform.panels.standing().size(), 1U);
+    EXPECT_EQ(fixture_.platform.panels.visible().size(), 1U);
     EXPECT_EQ(fixture_.platform.sounds.played, std::vector<std::string>{"Glass"});
 
     button(*view, "Need a custom feature? Contact us")->click();
@@ -370,7 +370,7 @@ TEST_F(OnboardingViewTest, firstRunCanBeWalkedByKeyboardAlone) {
     QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window->focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(fixture_.platform.panels.standing().size(), 1U);
+    EXPECT_EQ(fixture_.platform.panels.visible().size(), 1U);
     QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     QTest::keyClick(window->focusWidget(), Qt::Key_Return);

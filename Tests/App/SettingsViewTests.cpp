@@ -117,7 +117,7 @@ TEST_F(SettingsViewTest, aBackupCanBeRevealed) {
 
 TEST_F(SettingsViewTest, theAgentsTabAlertsForATestAndShowsErrors) {
     named<BorderedButton>(agents(), "Try a test alert")->click();
-    EXPECT_EQ(fixture_.platform.panels.standing().size(), 1U);
+    EXPECT_EQ(fixture_.platform.panels.visible().size(), 1U);
     fixture_.failToConnectCodex();
     const auto* const error = agents().findChild<ErrorText*>();
     EXPECT_FALSE(error->isHidden());

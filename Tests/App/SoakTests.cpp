@@ -183,10 +183,10 @@ class SoakTest : public test::AppModelTest {
             preferences.reminderMinutes = AlertPreferences::reminderChoices.at(below(4));
             model().setPrefs(preferences);
         }
-        const auto standing = platform_.panels.standing();
-        ASSERT_LE(standing.size(), 3U);
-        if (standing.empty() || !isChance(20)) return;
-        const auto* const banner = dynamic_cast<const WaitingBanner*>(standing.front()->content.get());
+        const auto visible = platform_.panels.visible();
+        ASSERT_LE(visible.size(), 3U);
+        if (visible.empty() || !isChance(20)) return;
+        const auto* const banner = dynamic_cast<const WaitingBanner*>(visible.front()->content.get());
         if (banner == nullptr) return;
         switch (below(4)) {
         case 0:

@@ -100,7 +100,7 @@ class TerminalNoticeInModel : public AppModelTest {
 
     [[nodiscard]] std::vector<const recording::PanelRecord*> notices() const {
         std::vector<const recording::PanelRecord*> result;
-        for (const recording::PanelRecord* const panel : platform_.panels.standing()) {
+        for (const recording::PanelRecord* const panel : platform_.panels.visible()) {
             if (dynamic_cast<const TerminalNotice*>(panel->content.get()) != nullptr) result.push_back(panel);
         }
         return result;
@@ -113,7 +113,7 @@ TEST_F(TerminalNoticeInModel, aJumpThatFindsNothingShowsItForFourSeconds) {
     platform_.announcer.spoken.clear();
     const std::size_t sounds = played().size();
     click("Go to Terminal");
-    ASSERT_EQ(standing(), 1U) << "in place of the banner";
+    ASSERT_EQ(visible(), 1U) << "in place of the banner";
     ASSERT_EQ(notices().size(), 1U);
     EXPECT_EQ(notices()[0]->origin, QPoint((1280 - 440) / 2, 30 + 8));
     EXPECT_EQ(platform_.announcer.spoken,
@@ -122,13 +122,13 @@ TEST_F(TerminalNoticeInModel, aJumpThatFindsNothingShowsItForFourSeconds) {
     platform_.time.advance(milliseconds(3999));
     EXPECT_EQ(notices().size(), 1U);
     platform_.time.advance(milliseconds(1));
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(TerminalNoticeInModel, theTestAlertHasNoTerminalToMiss) {
     model().sendTestAlert();
     click("Go to Terminal");
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(TerminalNoticeInModel, aJumpThatFindsTheTerminalShowsNone) {
@@ -136,7 +136,7 @@ TEST_F(TerminalNoticeInModel, aJumpThatFindsTheTerminalShowsNone) {
     dropClaude("Notification", "s");
     pass();
     click("Go to Terminal");
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(TerminalNoticeInModel, anOutcomeThatIsKnownLaterShowsItThen) {
@@ -144,7 +144,7 @@ TEST_F(TerminalNoticeInModel, anOutcomeThatIsKnownLaterShowsItThen) {
     dropClaude("Notification", "s");
     pass();
     click("Go to Terminal");
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     platform_.applications.pending.at(0)(false);
     EXPECT_EQ(notices().size(), 1U);
 }
@@ -178,15 +178,15 @@ TEST_F(TerminalNoticeInModel, itTakesNoBannersPlace) {
     for (const char* const session : {"a", "b", "c", "d"})
         dropClaude("Notification", session);
     pass();
-    ASSERT_EQ(standing(), 3U);
+    ASSERT_EQ(visible(), 3U);
     model().jump(model().board().sessions().at(0)); // its banner was evicted
     EXPECT_EQ(notices().size(), 1U);
-    EXPECT_EQ(standing(), 4U);
+    EXPECT_EQ(visible(), 4U);
     // The next banner evicts the oldest one, not the notice.
     dropClaude("Notification", "e");
     pass();
     EXPECT_EQ(notices().size(), 1U);
-    EXPECT_EQ(standing(), 4U);
+    EXPECT_EQ(visible(), 4U);
 }
 
 } // namespace

@@ -202,8 +202,8 @@ TEST_F(ThirdAgent, isHeardThroughItsHookLineAndSeenOnBannerPanelAndMenu) {
     EXPECT_EQ(session.id(), "gull:s1");
     EXPECT_EQ(session.status, SessionStatus::waiting(EventKind::needsInput, session.lastEvent));
 
-    ASSERT_EQ(standing(), 1U);
-    const QWidget& banner = *platform_.panels.standing().front()->content;
+    ASSERT_EQ(visible(), 1U);
+    const QWidget& banner = *platform_.panels.visible().front()->content;
     EXPECT_EQ(banner.accessibleName().toStdString(), "Gull is waiting for your reply, shop · Deploy now?");
     EXPECT_EQ(banner.findChild<AgentGlyph*>()->letter().toStdString(), "G");
     EXPECT_EQ(banner.findChild<AgentGlyph*>()->accessibleName().toStdString(), "Gull");
@@ -231,10 +231,10 @@ TEST_F(ThirdAgent, alertsOfAFinishAfterItsOwnLeastWork) {
         reports(R"({"state": "done", "session": "s1"})");
     };
     finishesAfter(4);
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     finishesAfter(5);
-    ASSERT_EQ(standing(), 1U);
-    EXPECT_EQ(platform_.panels.standing().front()->content->accessibleName().toStdString(),
+    ASSERT_EQ(visible(), 1U);
+    EXPECT_EQ(platform_.panels.visible().front()->content->accessibleName().toStdString(),
               "Gull finished, shop");
 }
 

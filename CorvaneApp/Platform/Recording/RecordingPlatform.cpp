@@ -85,7 +85,7 @@ std::unique_ptr<BannerPanel> Panels::make() {
     return std::make_unique<RecordingPanel>(all.back(), *this);
 }
 
-std::vector<PanelRecord*> Panels::standing() const {
+std::vector<PanelRecord*> Panels::visible() const {
     std::vector<PanelRecord*> result;
     for (const std::shared_ptr<PanelRecord>& record : all) {
         if (record->isVisible && !record->isFadingOut) result.push_back(record.get());

@@ -85,7 +85,7 @@ class Panels : public BannerPanels {
     std::vector<std::shared_ptr<PanelRecord>> all;
 
     /// Those that are visible and not fading out, from top to bottom.
-    [[nodiscard]] std::vector<PanelRecord*> standing() const;
+    [[nodiscard]] std::vector<PanelRecord*> visible() const;
 
     /// The panels in the order in which they were last raised, the frontmost last.
     std::vector<const PanelRecord*> stacking;

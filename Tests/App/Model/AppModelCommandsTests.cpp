@@ -37,7 +37,7 @@ TEST_F(AppModelTest, aTestAlertShowsAndSoundsInQuietTimeAndIsNoSession) {
     pass();
     model().quietForAnHour();
     model().sendTestAlert();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
     EXPECT_TRUE(model().board().sessions().empty());
     EXPECT_EQ(platform_.announcer.spoken.at(0).toStdString(),
@@ -53,9 +53,9 @@ TEST_F(AppModelTest, theTestAlertHasJustBegunToWaitAndUsesTheChosenSound) {
     platform_.time.advance(milliseconds(700));
     model().sendTestAlert();
     EXPECT_EQ(played(), std::vector<std::string>{"Purr"});
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     const auto* const banner =
-        dynamic_cast<const WaitingBanner*>(platform_.panels.standing()[0]->content.get());
+        dynamic_cast<const WaitingBanner*>(platform_.panels.visible()[0]->content.get());
     ASSERT_NE(banner, nullptr);
     EXPECT_EQ(banner->waitedLabel(model().now()).toStdString(), "waiting 0:00");
     EXPECT_EQ(banner->waitedLabel(model().now() + Seconds(1)).toStdString(), "waiting 0:01");
@@ -67,7 +67,7 @@ TEST_F(AppModelTest, theTestAlertIsSilentWithSoundsOff) {
     model().setPrefs(preferences);
     pass();
     model().sendTestAlert();
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     EXPECT_TRUE(played().empty());
 }
 
@@ -77,9 +77,9 @@ TEST_F(AppModelTest, theTestAlertsButtonsOnlyCloseIt) {
     const SessionBoard board = model().board();
     for (const char* const button : {"Go to Terminal", "Snooze", "Close"}) {
         model().sendTestAlert();
-        ASSERT_EQ(standing(), 2U);
+        ASSERT_EQ(visible(), 2U);
         click(button);
-        EXPECT_EQ(standing(), 1U) << button;
+        EXPECT_EQ(visible(), 1U) << button;
         EXPECT_EQ(model().board(), board) << button;
     }
     EXPECT_TRUE(platform_.applications.activated.empty());
@@ -109,10 +109,10 @@ TEST_F(AppModelTest, removingAnAgentEndsItsSessionsAndTheirRemindersOnly) {
     dropClaude("Notification", "b");
     dropCodexDone("c");
     pass();
-    ASSERT_EQ(standing(), 3U);
+    ASSERT_EQ(visible(), 3U);
 
     model().disconnectAgent(AgentKind::claude);
-    EXPECT_EQ(standing(), 1U) << "the banner of Codex";
+    EXPECT_EQ(visible(), 1U) << "the banner of Codex";
     ASSERT_EQ(model().board().sessions().size(), 1U);
     EXPECT_EQ(model().board().sessions().front().agent, AgentKind::codex);
     const std::size_t before = played().size();
@@ -130,14 +130,14 @@ TEST_F(AppModelTest, whatAnOpenConversationOfARemovedAgentReportsAlertsNobodyUnt
     dropCodexDone("a");
     dropClaude("Notification", "b");
     pass();
-    EXPECT_EQ(standing(), 1U) << "the banner of Claude";
+    EXPECT_EQ(visible(), 1U) << "the banner of Claude";
     ASSERT_EQ(model().board().sessions().size(), 1U);
     EXPECT_EQ(model().board().sessions().front().agent, AgentKind::claude);
 
     model().connectAgent(AgentKind::codex);
     dropCodexDone("a");
     pass();
-    EXPECT_EQ(standing(), 2U);
+    EXPECT_EQ(visible(), 2U);
 }
 
 TEST_F(AppModelTest, aRemovedAgentAlertsAgainOnceAnotherProgramHasPutItsEntriesBack) {
@@ -148,12 +148,12 @@ TEST_F(AppModelTest, aRemovedAgentAlertsAgainOnceAnotherProgramHasPutItsEntriesB
     model().disconnectAgent(AgentKind::claude);
     dropClaude("Notification", "a");
     pass();
-    ASSERT_EQ(standing(), 0U);
+    ASSERT_EQ(visible(), 0U);
 
     test::writeFile(settings, entries);
     dropClaude("Notification", "b");
     pass();
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     EXPECT_EQ(model().listedWaitingCount(), 1) << "the icon";
 }
 
@@ -163,7 +163,7 @@ TEST_F(AppModelTest, aRemovalThatFailsLeavesTheSessions) {
     pass();
     test::writeFile(home_.path() / ".claude/settings.json", "not JSON");
     model().disconnectAgent(AgentKind::claude);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     EXPECT_EQ(model().board().sessions().size(), 1U);
 }
 
@@ -285,7 +285,7 @@ TEST_F(AppModelTest, whatTheUserDoesIsSignalledOnceItCanBeRead) {
         ++changes;
         EXPECT_TRUE(isDone()) << "change " << changes;
     });
-    isDone = [&] { return model().board().sessions().at(0).snoozedUntil.has_value() && standing() == 0; };
+    isDone = [&] { return model().board().sessions().at(0).snoozedUntil.has_value() && visible() == 0; };
     model().snooze(session);
     EXPECT_EQ(changes, 1);
     isDone = [&] { return model().connected().at(AgentKind::claude); };
@@ -325,7 +325,7 @@ TEST_F(AppModelTest, aListenerMayEndTheModel) {
         defaults_.values.clear();
         dropClaude("Notification", std::to_string(i));
         pass();
-        ASSERT_EQ(standing(), 1U);
+        ASSERT_EQ(visible(), 1U);
         QObject::connect(&model(), &AppModel::changed, [this] { model_.reset(); });
         causes[i](model());
         EXPECT_FALSE(model_.has_value()) << i;

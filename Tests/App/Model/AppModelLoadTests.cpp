@@ -28,7 +28,7 @@ TEST_F(AppModelTest, ofALargeMessageOnlyWhatAnAlertShowsIsKept) {
     const std::string& kept = model().board().sessions()[0].message;
     EXPECT_LE(kept.size(), AlertText::longestKept + 8);
     EXPECT_EQ(AlertText::plain(kept), AlertText::plain(message));
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
 }
 
 TEST_F(AppModelTest, anOrdinaryMessageIsKeptWhole) {
@@ -52,10 +52,10 @@ TEST_F(AppModelTest, ofLargeNamesLittleIsKeptAndTheSessionIsTheSame) {
     EXPECT_LE(kept.sessionID.size(), 2 * AgentEvent::longestName);
     EXPECT_LE(kept.cwd.size(), 2 * AgentEvent::longestName);
     EXPECT_EQ(kept.repoName(), "shop");
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     report("SessionEnd");
     EXPECT_TRUE(model().board().sessions().empty());
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(AppModelTest, aLargePassLeavesTheEventLoopItsTurnsAndEndsAllAtOnce) {
@@ -66,7 +66,7 @@ TEST_F(AppModelTest, aLargePassLeavesTheEventLoopItsTurnsAndEndsAllAtOnce) {
         if (model().ticks() > 0) return;
         ++turns;
         EXPECT_TRUE(model().board().sessions().empty());
-        EXPECT_EQ(standing(), 0U);
+        EXPECT_EQ(visible(), 0U);
         platform_.time.after(milliseconds(0), turn);
     };
     model();
@@ -77,7 +77,7 @@ TEST_F(AppModelTest, aLargePassLeavesTheEventLoopItsTurnsAndEndsAllAtOnce) {
     ASSERT_EQ(model().board().sessions().size(), 4U);
     for (std::size_t i = 0; i < 4; ++i)
         EXPECT_EQ(model().board().sessions()[i].sessionID, std::to_string(i));
-    EXPECT_EQ(standing(), 3U);
+    EXPECT_EQ(visible(), 3U);
     EXPECT_EQ(platform_.panels.all.size(), 3U);
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
 

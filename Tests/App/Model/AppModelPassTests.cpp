@@ -17,9 +17,9 @@ TEST_F(AppModelTest, theFirstPassIsLikeEveryOther) {
     dropClaude("Notification", "answered", Seconds(500));
     dropClaude("PostToolUse", "answered", Seconds(400));
     pass();
-    ASSERT_EQ(standing(), 2U);
-    EXPECT_EQ(platform_.panels.standing()[0]->size, QSize(520, 96));
-    EXPECT_EQ(platform_.panels.standing()[1]->size, QSize(360, 64));
+    ASSERT_EQ(visible(), 2U);
+    EXPECT_EQ(platform_.panels.visible()[0]->size, QSize(520, 96));
+    EXPECT_EQ(platform_.panels.visible()[1]->size, QSize(360, 64));
     EXPECT_EQ(played(), (std::vector<std::string>{"Glass", "Tink"}));
     EXPECT_EQ(model().board().waitingCount(), 1U);
 }
@@ -40,12 +40,12 @@ TEST_F(AppModelTest, aStormMakesNoMoreWindowsThanStand) {
         dropClaude("Notification", std::to_string(i), Seconds(0.5 - 0.001 * i));
     pass();
     ASSERT_EQ(platform_.panels.all.size(), BannerController::maxBanners);
-    EXPECT_EQ(standing(), BannerController::maxBanners);
+    EXPECT_EQ(visible(), BannerController::maxBanners);
     EXPECT_EQ(platform_.announcer.spoken.size(), BannerController::maxBanners);
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
     // The newest is on top, and they were shown one after the other.
-    EXPECT_EQ(platform_.panels.standing()[0], platform_.panels.all[2].get());
-    EXPECT_EQ(platform_.panels.standing()[2], platform_.panels.all[0].get());
+    EXPECT_EQ(platform_.panels.visible()[0], platform_.panels.all[2].get());
+    EXPECT_EQ(platform_.panels.visible()[2], platform_.panels.all[0].get());
 }
 
 TEST_F(AppModelTest, aBannerThatIsShownAndDismissedWithinAPassGetsNoWindowAndNoSound) {
@@ -66,7 +66,7 @@ TEST_F(AppModelTest, aBannerThatIsDismissedAndShownAgainWithinAPassIsANewOne) {
     pass();
     ASSERT_EQ(platform_.panels.all.size(), 2U);
     EXPECT_EQ(platform_.panels.all[0]->fadeOuts.size(), 1U);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     EXPECT_EQ(played().size(), 2U);
 }
 
@@ -106,7 +106,7 @@ TEST_F(AppModelTest, aBacklogIsSilentInQuietTime) {
     stored.save(defaults_, "alertPreferences");
     dropClaude("Notification", "s");
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_TRUE(played().empty());
 }
 
@@ -119,8 +119,8 @@ TEST_F(AppModelTest, finishesTakeNoPlaceWhenDoneAlertsAreOff) {
     dropCodexDone("t");
     dropCodexDone("u");
     pass();
-    ASSERT_EQ(standing(), 3U);
-    for (const auto* const panel : platform_.panels.standing())
+    ASSERT_EQ(visible(), 3U);
+    for (const auto* const panel : platform_.panels.visible())
         EXPECT_EQ(panel->size, QSize(520, 96));
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
 }

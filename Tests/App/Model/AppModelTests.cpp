@@ -59,7 +59,7 @@ TEST_F(AppModelTest, aPassTakesTheTimeFromTheClock) {
 TEST_F(AppModelTest, aPermissionPromptShowsTheWaitingBannerAndSounds) {
     dropClaude("Notification", "s");
     pass();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     EXPECT_EQ(platform_.panels.all[0]->size, QSize(520, 96));
     EXPECT_EQ(played(), std::vector<std::string>{"Glass"});
     EXPECT_EQ(model().board().waitingCount(), 1U);
@@ -71,7 +71,7 @@ TEST_F(AppModelTest, theBannerGoesWhenTheAgentWorksAgain) {
     pass();
     dropClaude("PostToolUse", "s");
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_EQ(model().board().waitingCount(), 0U);
 }
 
@@ -80,20 +80,20 @@ TEST_F(AppModelTest, eventsOfOnePassAreAppliedInOrder) {
     dropClaude("Notification", "s", Seconds(0.002));
     pass();
     EXPECT_EQ(model().board().waitingCount(), 0U);
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(AppModelTest, longWorkOfClaudesEndsWithTheDoneBannerForSixSeconds) {
     dropClaude("UserPromptSubmit", "s", Seconds(21));
     dropClaude("Stop", "s");
     pass();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     EXPECT_EQ(platform_.panels.all[0]->size, QSize(360, 64));
     EXPECT_EQ(played(), std::vector<std::string>{"Tink"});
     platform_.time.advance(milliseconds(5999));
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     platform_.time.advance(milliseconds(1));
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(AppModelTest, withoutDoneAlertsAFinishedAgentIsSilent) {
@@ -102,7 +102,7 @@ TEST_F(AppModelTest, withoutDoneAlertsAFinishedAgentIsSilent) {
     model().setPrefs(preferences);
     dropCodexDone("t");
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_TRUE(played().empty());
     EXPECT_EQ(model().board().sessions().size(), 1U);
 }
@@ -123,14 +123,14 @@ TEST_F(AppModelTest, withSoundsOffOnlyTheBannerComes) {
     model().setPrefs(preferences);
     dropClaude("Notification", "s");
     pass();
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     EXPECT_TRUE(played().empty());
 }
 
 TEST_F(AppModelTest, quietTimeSilencesAlertsButNotDismissals) {
     dropClaude("Notification", "a");
     pass();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
 
     AlertPreferences preferences = model().prefs();
     preferences.quietUntil = model().now() + Seconds(60);
@@ -139,7 +139,7 @@ TEST_F(AppModelTest, quietTimeSilencesAlertsButNotDismissals) {
     dropCodexDone("t");
     dropClaude("PostToolUse", "a");
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_EQ(played().size(), 1U);
     EXPECT_EQ(model().board().waitingCount(), 1U);
 }
@@ -149,14 +149,14 @@ TEST_F(AppModelTest, afterQuietTimeTheNextReminderShows) {
     model().quietForAnHour();
     dropClaude("Notification", "s");
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     pass(60);
     model().resumeAlerts();
     EXPECT_EQ(model().prefs().quietUntil, std::nullopt);
     pass(58);
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     pass(1);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     EXPECT_EQ(played().size(), 1U);
 }
 
@@ -167,7 +167,7 @@ TEST_F(AppModelTest, quietTimeEndsExactlyOnTime) {
     model().setPrefs(preferences);
     dropClaude("Notification", "s");
     pass();
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
 }
 
 TEST_F(AppModelTest, anHourOfQuietCountsFromTheLastPassAndIsStored) {
@@ -192,7 +192,7 @@ TEST_F(AppModelTest, remindersRecurAtTheChosenInterval) {
     EXPECT_EQ(played().size(), 1U);
     pass(1);
     EXPECT_EQ(played().size(), 2U);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     pass(120);
     EXPECT_EQ(played().size(), 3U);
 }
@@ -210,14 +210,14 @@ TEST_F(AppModelTest, snoozingHoldsTheSessionForFiveMinutesAndClosesItsBanner) {
     dropClaude("Notification", "s");
     pass();
     click("Snooze");
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_EQ(model().board().sessions().at(0).snoozedUntil, model().now() + Seconds(300));
     pass(299);
     EXPECT_EQ(played().size(), 1U);
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     pass(1);
     EXPECT_EQ(played().size(), 2U);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
 }
 
 TEST_F(AppModelTest, snoozingCountsFromTheLastPass) {
@@ -233,7 +233,7 @@ TEST_F(AppModelTest, jumpingDismissesTheBannerAndActivatesTheTerminal) {
     dropClaude("Notification", "s");
     pass();
     click("Go to Terminal");
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_EQ(platform_.applications.activated, std::vector<std::string>{"com.mitchellh.ghostty"});
 }
 
@@ -243,7 +243,7 @@ TEST_F(AppModelTest, jumpingToAnUnknownTerminalDismissesAndLooksForTheAgentsProc
                           "{\"hook_event_name\":\"Notification\",\"cwd\":\"/w/shop\"}");
     pass();
     click("Go to Terminal");
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_TRUE(platform_.applications.activated.empty());
     EXPECT_EQ(platform_.applications.searched,
               (std::vector<std::pair<std::string, std::string>>{{"claude", "/w/shop"}}));
@@ -293,7 +293,7 @@ TEST_F(AppModelTest, aTerminalThatIsNotFoundIsRememberedUntilItIsOrTheSessionEnd
 
 TEST_F(AppModelTest, theNextBannerSaysThatTheTerminalWasNotFound) {
     const auto toolTip = [this] {
-        return test::buttonOf(*platform_.panels.standing().front()->content, "Go to Terminal").toolTip();
+        return test::buttonOf(*platform_.panels.visible().front()->content, "Go to Terminal").toolTip();
     };
     platform_.applications.isFound = false;
     dropClaude("Notification", "s");
@@ -323,12 +323,12 @@ TEST_F(AppModelTest, anAgentThatDiesWhileItWaitsEndsItsSession) {
     platform_.agentProcesses.processes = {{{7, 1}, "claude", "/w/shop"}};
     dropClaude("Notification", "s");
     pass();
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     pass(3);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     platform_.agentProcesses.processes.clear();
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     EXPECT_TRUE(model().board().sessions().empty());
     EXPECT_EQ(played().size(), 1U);
 }
@@ -379,27 +379,27 @@ TEST_F(AppModelTest, pruningTakesTheBannerOfAForgottenSessionDown) {
     preferences.reminderMinutes = 0;
     model().setPrefs(preferences);
     pass();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     platform_.time.setWallClock(platform_.time.now() + SessionBoard::staleAfter + Seconds(1));
     pass(58);
-    EXPECT_EQ(standing(), 1U);
+    EXPECT_EQ(visible(), 1U);
     pass(1);
     EXPECT_TRUE(model().board().sessions().empty());
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(AppModelTest, realPayloadsTravelTheWholeRoad) {
     drop("claude", test::testData("agent-payloads/claude-Notification-permission_prompt.json"));
     pass();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     EXPECT_EQ(platform_.announcer.spoken.at(0).toStdString(),
               "Claude is waiting for you, project · Claude needs your permission");
     drop("claude", test::testData("agent-payloads/claude-PostToolUse-Bash.json"));
     pass();
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
     drop("codex", test::testData("agent-payloads/codex-agent-turn-complete-codex-tui.json"));
     pass();
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     EXPECT_EQ(platform_.announcer.spoken.at(1).toStdString(), "Codex finished, project");
 }
 

@@ -23,7 +23,7 @@ class ClockTest : public AppModelTest {
         dropClaude("UserPromptSubmit", "works", Seconds(0.2));
         dropCodexDone("rests", Seconds(0.1));
         pass();
-        ASSERT_EQ(standing(), 3U);
+        ASSERT_EQ(visible(), 3U);
         ASSERT_EQ(played().size(), 2U);
     }
 
@@ -71,7 +71,7 @@ TEST_F(ClockTest, setForwardByAYearItRemindsOnceAndThenForgets) {
     pass(60);
     EXPECT_EQ(played().size(), 3U);
     EXPECT_TRUE(model().board().sessions().empty()) << "they have been silent for more than half a day";
-    EXPECT_EQ(standing(), 0U);
+    EXPECT_EQ(visible(), 0U);
 }
 
 TEST_F(ClockTest, afterANightsSuspensionEachSessionThatWaitsRemindsOnce) {
@@ -105,7 +105,7 @@ TEST_F(ClockTest, aFileFromTheFutureWaitsForNoTimeAtAll) {
     pass();
     dropClaude("Notification", "s", -day);
     pass(300);
-    ASSERT_EQ(standing(), 1U);
+    ASSERT_EQ(visible(), 1U);
     EXPECT_EQ(played().size(), 1U);
     EXPECT_EQ(AlertText::statusLine(model().board().sessions().at(0), model().now()),
               "Waiting for you \u00B7 0:00");

@@ -67,12 +67,12 @@ class AppModelTest : public testing::Test {
     }
 
     void click(const char* name) {
-        const auto standing = platform_.panels.standing();
-        ASSERT_FALSE(standing.empty());
-        buttonOf(*standing.front()->content, name).click();
+        const auto visible = platform_.panels.visible();
+        ASSERT_FALSE(visible.empty());
+        buttonOf(*visible.front()->content, name).click();
     }
 
-    [[nodiscard]] std::size_t standing() const { return platform_.panels.standing().size(); }
+    [[nodiscard]] std::size_t visible() const { return platform_.panels.visible().size(); }
     [[nodiscard]] const std::vector<std::string>& played() const { return platform_.sounds.played; }
 
     ScratchFolder home_{"home"};

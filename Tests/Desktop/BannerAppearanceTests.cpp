@@ -27,17 +27,17 @@ class BannerAppearance : public testing::Test {
     void SetUp() override {
         portal = desktop.run({CORVANE_PORTAL}, "portal");
         // It is on the bus once it accepts a setting.
-        ASSERT_TRUE(waitUntil(20s, [&] { return tell("none", "none", "0"); }));
+        ASSERT_TRUE(waitUntil(20s, [&] { return set("none", "none", "0"); }));
     }
 
-    bool tell(const std::string& group, const std::string& key, const std::string& value) {
-        return desktop.run({CORVANE_PORTAL, "set", group, key, value}, "tell")->wait(20s) == 0;
+    bool set(const std::string& group, const std::string& key, const std::string& value) {
+        return desktop.run({CORVANE_PORTAL, "set", group, key, value}, "set")->wait(20s) == 0;
     }
     void setColorScheme(const std::string& value) {
-        ASSERT_TRUE(tell("org.freedesktop.appearance", "color-scheme", value));
+        ASSERT_TRUE(set("org.freedesktop.appearance", "color-scheme", value));
     }
     void setAnimations(const std::string& value) {
-        ASSERT_TRUE(tell("org.gnome.desktop.interface", "enable-animations", value));
+        ASSERT_TRUE(set("org.gnome.desktop.interface", "enable-animations", value));
     }
 
     void setTheme(const std::string& name) { desktop.setSettings("Net/ThemeName \"" + name + "\"\n"); }

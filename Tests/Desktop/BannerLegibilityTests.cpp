@@ -21,11 +21,11 @@ class BannerLegibility : public testing::Test {
   protected:
     void SetUp() override {
         portal_ = desktop.run({CORVANE_PORTAL}, "portal");
-        ASSERT_TRUE(waitUntil(20s, [&] { return tell("none", "none", "0"); }));
+        ASSERT_TRUE(waitUntil(20s, [&] { return set("none", "none", "0"); }));
     }
 
-    bool tell(const std::string& group, const std::string& key, const std::string& value) {
-        return desktop.run({CORVANE_PORTAL, "set", group, key, value}, "tell")->wait(20s) == 0;
+    bool set(const std::string& group, const std::string& key, const std::string& value) {
+        return desktop.run({CORVANE_PORTAL, "set", group, key, value}, "set")->wait(20s) == 0;
     }
 
     void startWithBanner() {
@@ -68,15 +68,15 @@ TEST_F(BannerLegibility, standingBannerTurnsOpaqueAndLosesItsShadowWithHighContr
     desktop.screen().announceBlur(true);
     EXPECT_TRUE(waitUntil(10s, [&] { return !fill().isNear(surface, 0); }))
         << "and is translucent over a blur";
-    ASSERT_TRUE(tell("org.freedesktop.appearance", "contrast", "1"));
+    ASSERT_TRUE(set("org.freedesktop.appearance", "contrast", "1"));
     EXPECT_TRUE(waitUntil(10s, [&] { return fill().isNear(surface, 0); }));
     EXPECT_TRUE(waitUntil(10s, [&] { return below().isNear(wallpaper, 0); }));
-    ASSERT_TRUE(tell("org.freedesktop.appearance", "contrast", "0"));
+    ASSERT_TRUE(set("org.freedesktop.appearance", "contrast", "0"));
     EXPECT_TRUE(waitUntil(10s, [&] { return !fill().isNear(surface, 0) && !below().isNear(wallpaper, 2); }));
 }
 
 TEST_F(BannerLegibility, hasHighContrastFromTheStartWhereTheDesktopHas) {
-    ASSERT_TRUE(tell("org.gnome.desktop.a11y.interface", "high-contrast", "true"));
+    ASSERT_TRUE(set("org.gnome.desktop.a11y.interface", "high-contrast", "true"));
     startWithBanner();
     EXPECT_TRUE(waitUntil(10s, [&] { return fill().isNear(surface, 0); }));
 }
@@ -84,11 +84,11 @@ TEST_F(BannerLegibility, hasHighContrastFromTheStartWhereTheDesktopHas) {
 TEST_F(BannerLegibility, standingBannerTakesTheTextSizeOfTheDesktop) {
     startWithBanner();
     EXPECT_TRUE(hasCard(ordinaryCard));
-    ASSERT_TRUE(tell("org.gnome.desktop.interface", "text-scaling-factor", "1.25"));
+    ASSERT_TRUE(set("org.gnome.desktop.interface", "text-scaling-factor", "1.25"));
     EXPECT_TRUE(hasCard({315, 8, 650, 120}));
-    ASSERT_TRUE(tell("org.gnome.desktop.interface", "text-scaling-factor", "1.5"));
+    ASSERT_TRUE(set("org.gnome.desktop.interface", "text-scaling-factor", "1.5"));
     EXPECT_TRUE(hasCard({250, 8, 780, 144}));
-    ASSERT_TRUE(tell("org.gnome.desktop.interface", "text-scaling-factor", "1.0"));
+    ASSERT_TRUE(set("org.gnome.desktop.interface", "text-scaling-factor", "1.0"));
     EXPECT_TRUE(hasCard(ordinaryCard));
 }
 

@@ -50,7 +50,7 @@ class BannerMotion : public testing::TestWithParam<Compositor> {
     void expectShowing(const Judgement& fault) {
         for (int attempt = 1;; ++attempt) {
             raise();
-            const Samples samples = record(stands);
+            const Samples samples = record(isShown);
             if (isDecided(samples, fault, attempt)) return;
             resolve();
             ASSERT_TRUE(desktop.shows(0, 0));
@@ -60,9 +60,9 @@ class BannerMotion : public testing::TestWithParam<Compositor> {
     void expectHiding(const Judgement& fault) {
         for (int attempt = 1;; ++attempt) {
             raise();
-            ASSERT_TRUE(stands(record(stands))) << "it has not come";
+            ASSERT_TRUE(isShown(record(isShown))) << "it has not come";
             resolve();
-            const Samples samples = record(hasGone);
+            const Samples samples = record(isHidden);
             if (isDecided(samples, fault, attempt)) return;
             ASSERT_TRUE(desktop.shows(0, 0));
         }
@@ -74,11 +74,11 @@ class BannerMotion : public testing::TestWithParam<Compositor> {
         return true;
     }
 
-    static bool stands(const Samples& samples) {
+    static bool isShown(const Samples& samples) {
         const FadeSample& last = samples.back();
         return last.isMapped && last.top == card.y && last.opacity >= 1 - rounding;
     }
-    static bool hasGone(const Samples& samples) { return !samples.back().isMapped; }
+    static bool isHidden(const Samples& samples) { return !samples.back().isMapped; }
 
     static constexpr int mostAttempts = 20;
 
@@ -102,7 +102,7 @@ std::string milliseconds(std::chrono::milliseconds time) {
 TEST_P(BannerMotion, bannerSlidesDownToItsPlaceAndStaysThere) {
     expectShowing([](const Samples& samples) -> std::optional<std::string> {
         const std::vector<int> seen = tops(samples);
-        if (!stands(samples)) return "it does not come to its place";
+        if (!isShown(samples)) return "it does not come to its place";
         if (!std::ranges::is_sorted(seen)) return "it moves up";
         if (seen.front() < card.y - slide) return "it begins too high";
         if (seen.front() > card.y - slide / 2) return "it was not seen on its way";
@@ -127,14 +127,14 @@ class BlendedBannerMotion : public BannerMotion {
 
 TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerComes) {
     expectShowing([](const Samples& samples) -> std::optional<std::string> {
-        if (!stands(samples)) return "it does not come to its place";
+        if (!isShown(samples)) return "it does not come to its place";
         return fadeFault(samples, +1, 150ms, 400ms);
     });
 }
 
 TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerGoes) {
     expectHiding([](const Samples& samples) -> std::optional<std::string> {
-        if (!hasGone(samples)) return "it does not go";
+        if (!isHidden(samples)) return "it does not go";
         if (!std::ranges::all_of(tops(samples), [](int top) { return top == card.y; })) return "it moves";
         return fadeFault(samples, -1, 110ms, 360ms);
     });
@@ -156,10 +156,10 @@ TEST_P(BlendedBannerMotion, dismissalWhileTheBannerComesLetsItNeverGrowBrighterA
                 click = desktop.run({"xdotool", "mousemove", std::to_string(cross.middleX()),
                                      std::to_string(cross.middleY()), "click", "1"},
                                     "xdotool");
-            return click && (hasGone(seen) || stands(seen));
+            return click && (isHidden(seen) || isShown(seen));
         });
         const auto brightest = std::ranges::max_element(samples, {}, &FadeSample::opacity);
-        if (hasGone(samples) && brightest->opacity < 1 - 3 * rounding && brightest->opacity > 3 * rounding) {
+        if (isHidden(samples) && brightest->opacity < 1 - 3 * rounding && brightest->opacity > 3 * rounding) {
             EXPECT_LE(largestRelapse({brightest, samples.end()}, -1), rounding);
             EXPECT_TRUE(std::ranges::is_sorted(tops(samples)));
             EXPECT_TRUE(desktop.shows(0, 0));

@@ -15,7 +15,7 @@ using test::BannerViewsTest;
 using test::doneSession;
 using test::waitingSession;
 
-TEST_F(BannerViewsTest, theMainButtonsSymbolAndTextStandAtTenSixAndTwelve) {
+TEST_F(BannerViewsTest, theMainButtonsSymbolAndTextAreAtTenSixAndTwelve) {
     PrimaryButton button(QStringLiteral("HH"), QStringLiteral("terminal"), nullptr);
     const QFontMetricsF metrics(button.font());
     EXPECT_EQ(

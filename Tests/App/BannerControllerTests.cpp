@@ -47,7 +47,7 @@ class BannerControllerTest : public testing::Test {
     BannerController controller_{platform_.services()};
 };
 
-TEST_F(BannerControllerTest, aWaitingBannerStandsAtTheTopCentreOfTheMainScreen) {
+TEST_F(BannerControllerTest, aWaitingBannerIsAtTheTopCentreOfTheMainScreen) {
     platform_.screens.frame = QRect(100, 30, 1280, 770);
     controller_.showWaiting(waiting("a"));
     ASSERT_EQ(platform_.panels.all.size(), 1U);
@@ -103,7 +103,7 @@ TEST_F(BannerControllerTest, bannersStayWhereTheyCoverNothing) {
     EXPECT_EQ(platform_.panels.all[0]->origin, QPoint(380, 38));
 }
 
-TEST_F(BannerControllerTest, aShadowThatIsWiderThanTheGapIsKeptClearToo) {
+TEST_F(BannerControllerTest, aShadowWiderThanTheGapIsAvoidedToo) {
     controller_.showWaiting(waiting("a"));
     QWidget panel;
     panel.setContentsMargins(24, 16, 24, 32);
@@ -112,7 +112,7 @@ TEST_F(BannerControllerTest, aShadowThatIsWiderThanTheGapIsKeptClearToo) {
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 300);
 }
 
-TEST_F(BannerControllerTest, aBannerThatComesWhileAMenuIsOpenKeepsClearOfIt) {
+TEST_F(BannerControllerTest, aBannerShownWhileAMenuIsOpenAvoidsIt) {
     QWidget menu;
     menu.setGeometry(500, 30, 200, 300);
     controller_.keepClearOf({{&menu, menu.geometry()}});
@@ -120,7 +120,7 @@ TEST_F(BannerControllerTest, aBannerThatComesWhileAMenuIsOpenKeepsClearOfIt) {
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 300 + 8);
 }
 
-TEST_F(BannerControllerTest, bannersKeepClearOfAllThatIsOpen) {
+TEST_F(BannerControllerTest, bannersAvoidAllOpenWindows) {
     controller_.showWaiting(waiting("a"));
     QWidget menu;
     menu.setGeometry(500, 30, 200, 100);
@@ -155,7 +155,7 @@ TEST_F(BannerControllerTest, bannersReturnAMomentAfterTheWindowHasClosed) {
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), 38);
 }
 
-TEST_F(BannerControllerTest, bannersReturnAlsoWhereTheReleaseOfThePressIsNeverSeen) {
+TEST_F(BannerControllerTest, bannersReturnEvenIfTheButtonsReleaseIsNeverSeen) {
     controller_.showWaiting(waiting("a"));
     QWidget menu;
     menu.setGeometry(500, 30, 200, 100);
@@ -171,7 +171,7 @@ TEST_F(BannerControllerTest, bannersReturnAlsoWhereTheReleaseOfThePressIsNeverSe
     QTest::mouseRelease(menu.windowHandle(), Qt::LeftButton);
 }
 
-TEST_F(BannerControllerTest, bannersDoNotReturnWhileAnotherWindowHasOpenedMeanwhile) {
+TEST_F(BannerControllerTest, bannersDoNotReturnIfAnotherWindowHasOpenedMeanwhile) {
     controller_.showWaiting(waiting("a"));
     QWidget menu;
     menu.setGeometry(500, 30, 200, 100);
@@ -182,7 +182,7 @@ TEST_F(BannerControllerTest, bannersDoNotReturnWhileAnotherWindowHasOpenedMeanwh
     EXPECT_EQ(platform_.panels.all[0]->origin.y(), 30 + 100 + 8);
 }
 
-TEST_F(BannerControllerTest, olderCardsLieAboveTheShadowsOfNewerOnes) {
+TEST_F(BannerControllerTest, olderCardsAreAboveTheShadowsOfNewerOnes) {
     controller_.showWaiting(waiting("a"));
     controller_.showWaiting(waiting("b"));
     controller_.showWaiting(waiting("c"));
@@ -279,7 +279,7 @@ TEST_F(BannerControllerTest, anUnknownIdentifierIsIgnored) {
     EXPECT_TRUE(platform_.panels.all[0]->fadeOuts.empty());
 }
 
-TEST_F(BannerControllerTest, presentingDuringTheFadeMakesANewPanel) {
+TEST_F(BannerControllerTest, presentingDuringTheFadeCreatesANewPanel) {
     controller_.showWaiting(waiting("a"));
     controller_.dismiss("claude:a");
     platform_.time.advance(milliseconds(100));
@@ -291,7 +291,7 @@ TEST_F(BannerControllerTest, presentingDuringTheFadeMakesANewPanel) {
     EXPECT_TRUE(platform_.panels.all[1]->isVisible);
 }
 
-TEST_F(BannerControllerTest, aDoneBannerGoesAfterSixSecondsRefreshedOrNot) {
+TEST_F(BannerControllerTest, aDoneBannerIsDismissedAfterSixSecondsRefreshedOrNot) {
     controller_.showDone(done("a"));
     platform_.time.advance(milliseconds(3000));
     controller_.showDone(done("a"));
@@ -318,7 +318,7 @@ TEST_F(BannerControllerTest, aRefreshedDoneBannerKeepsItsPlaceAndIsAnnouncedAgai
     EXPECT_EQ(platform_.announcer.spoken[2].toStdString(), "Claude finished, ledger");
 }
 
-TEST_F(BannerControllerTest, theSecondTimerOfARefreshStillRemovesABannerShownAnewLater) {
+TEST_F(BannerControllerTest, theSecondTimerOfARefreshStillRemovesABannerShownAgainLater) {
     controller_.showDone(done("a"));
     platform_.time.advance(milliseconds(3000));
     controller_.showDone(done("a"));
@@ -344,7 +344,7 @@ TEST_F(BannerControllerTest, anEvictedDoneBannersTimerDoesNothing) {
     EXPECT_EQ(platform_.panels.visible().size(), 3U);
 }
 
-TEST_F(BannerControllerTest, closingADoneBannerEarlyLeavesItsTimerNothingToDo) {
+TEST_F(BannerControllerTest, theTimerOfADoneBannerClosedEarlyDoesNothing) {
     controller_.showDone(done("a"));
     click(*platform_.panels.all[0], "Close");
     EXPECT_EQ(platform_.panels.all[0]->fadeOuts.size(), 1U);
@@ -353,7 +353,7 @@ TEST_F(BannerControllerTest, closingADoneBannerEarlyLeavesItsTimerNothingToDo) {
     EXPECT_EQ(platform_.panels.all[0]->orderOutCount, 1);
 }
 
-TEST_F(BannerControllerTest, aWaitingBannerStaysForGood) {
+TEST_F(BannerControllerTest, aWaitingBannerNeverTimesOut) {
     controller_.showWaiting(waiting("a"));
     platform_.time.advance(std::chrono::hours(12));
     EXPECT_EQ(platform_.panels.visible().size(), 1U);
@@ -416,7 +416,7 @@ TEST_F(BannerControllerTest, aCallbackMayReplaceTheBannerWhoseButtonIsPressed) {
     EXPECT_EQ(platform_.panels.all[0]->contentCount, 2);
 }
 
-TEST(BannerController, aPressAfterTheControllerHasGoneDoesNothing) {
+TEST(BannerController, aPressAfterTheControllersDestructionDoesNothing) {
     RecordingPlatform platform;
     auto controller = std::make_unique<BannerController>(platform.services());
     int jumps = 0;

@@ -46,14 +46,14 @@ void expectStatesAsTheyWere(const test::Variant& variant) {
     }
 }
 
-TEST(BannerImages, everyStateLooksAsItDid) {
+TEST(BannerImages, everyStateMatchesItsPicture) {
     ASSERT_EQ(QFontInfo(QApplication::font()).family().toStdString(), "Inter")
         << "the tests' own fonts are not in use";
     for (const test::Variant& variant : test::ordinaryVariants())
         expectStatesAsTheyWere(variant);
 }
 
-TEST(BannerImages, everyStateLooksAsItDidWithHighContrastAndLargeText) {
+TEST(BannerImages, everyStateMatchesItsPictureWithHighContrastAndLargeText) {
     for (const test::Variant& variant : test::legibleVariants())
         expectStatesAsTheyWere(variant);
 }
@@ -92,7 +92,7 @@ class BannerImagesGuard : public testing::TestWithParam<ColorScheme> {
     }
 };
 
-TEST_P(BannerImagesGuard, aPartThatMovesByAPixelIsNoticed) {
+TEST_P(BannerImagesGuard, aPartThatMovesByAPixelIsDetected) {
     forEveryPart([](QWidget& part, const auto& difference) {
         for (const QPoint& step : {QPoint(1, 0), QPoint(0, 1), QPoint(-1, 0), QPoint(0, -1)}) {
             const QPoint place = part.pos();
@@ -103,7 +103,7 @@ TEST_P(BannerImagesGuard, aPartThatMovesByAPixelIsNoticed) {
     });
 }
 
-TEST_P(BannerImagesGuard, aPartThatVanishesIsNoticed) {
+TEST_P(BannerImagesGuard, aPartThatVanishesIsDetected) {
     forEveryPart([](QWidget& part, const auto& difference) {
         part.hide();
         EXPECT_GT(difference(), test::largestDifference);

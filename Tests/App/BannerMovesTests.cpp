@@ -14,7 +14,7 @@ namespace {
 using recording::RecordingPlatform;
 using test::waitingSession;
 
-TEST(BannerMoves, noCardIsOnAnotherBetweenTwoMoves) {
+TEST(BannerMoves, noCardOverlapsAnotherBetweenTwoMoves) {
     RecordingPlatform platform;
     BannerController controller{platform.services()};
     int moves = 0;

@@ -17,7 +17,7 @@ using test::BannerViewsTest;
 using test::doneSession;
 using test::waitingSession;
 
-TEST_F(BannerViewsTest, aLongSubtitleLosesItsMiddleAndKeepsItsName) {
+TEST_F(BannerViewsTest, aLongSubtitleIsElidedInTheMiddleAndKeepsItsFullText) {
     AgentSession session = waitingSession("s", start);
     session.cwd = "/w/a-project-with-quite-a-long-name-for-a-folder-somewhere-deep";
     session.message = "Claude needs your permission to use mcp__a_server_with_a_long_name__and_a_tool";
@@ -32,7 +32,7 @@ TEST_F(BannerViewsTest, aLongSubtitleLosesItsMiddleAndKeepsItsName) {
     EXPECT_LE(QFontMetricsF(subtitle->font()).horizontalAdvance(subtitle->shownText()), subtitle->width());
 }
 
-TEST_F(BannerViewsTest, aLongTitleAndADoneSubtitleLoseTheirMiddle) {
+TEST_F(BannerViewsTest, aLongTitleAndADoneSubtitleAreElidedInTheMiddle) {
     const auto waiting = waitingBanner(waitingSession("s", start));
     render(*waiting);
     // No agent's name is long enough, so the letters are too large for the title to fit.
@@ -141,7 +141,7 @@ TEST_F(BannerViewsTest, aLineBreakInAProjectsNameStaysOnTheLine) {
     EXPECT_EQ(banner->findChildren<LineLabel*>().at(1)->shownText().toStdString(), "two lines");
 }
 
-TEST_F(BannerViewsTest, aProjectsNameCannotTurnTheMessageAround) {
+TEST_F(BannerViewsTest, aProjectsNameCannotReverseTheMessage) {
     AgentSession session = waitingSession("s", start);
     session.cwd = "/w/ab" + test::rightToLeftOverride() + "cd";
     session.message = "run\u2069 it";
@@ -153,7 +153,7 @@ TEST_F(BannerViewsTest, aProjectsNameCannotTurnTheMessageAround) {
         << "what is spoken stays as it is";
 }
 
-TEST_F(BannerViewsTest, aNameThatShowsNothingLeavesNoEmptyPlace) {
+TEST_F(BannerViewsTest, anInvisibleNameLeavesNoEmptySpace) {
     AgentSession session = waitingSession("s", start);
     session.cwd = "/w/" + test::rightToLeftOverride() + " ";
     session.message = "may I?";
@@ -178,7 +178,7 @@ TEST_F(BannerViewsTest, aNameThatShowsNothingLeavesNoEmptyPlace) {
     EXPECT_EQ(done->findChildren<LineLabel*>().at(0)->geometry().center().y(), done->rect().center().y());
 }
 
-TEST_F(BannerViewsTest, aSubtitleThatIsCutIsWholeInItsToolTip) {
+TEST_F(BannerViewsTest, anElidedSubtitleIsWholeInItsToolTip) {
     AgentSession session = waitingSession("s", start);
     session.cwd = "/w/<img src=x>-" + std::string(80, 'a');
     session.message = "<b>may I?</b>";
@@ -189,7 +189,7 @@ TEST_F(BannerViewsTest, aSubtitleThatIsCutIsWholeInItsToolTip) {
     EXPECT_EQ(test::toolTip(*banner->findChildren<LineLabel*>().at(0)), "");
 }
 
-TEST_F(BannerViewsTest, snoozeTellsForHowLongInAWindowThatIsNeverActive) {
+TEST_F(BannerViewsTest, snoozesToolTipShowsItsDurationInAWindowThatIsNeverActive) {
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->show();
     EXPECT_TRUE(banner->window()->testAttribute(Qt::WA_AlwaysShowToolTips));

@@ -106,7 +106,7 @@ TEST_F(BannerViewsTest, theWaitedLineIsNeverNegative) {
     EXPECT_EQ(banner->waitedLabel(start + Seconds(3600)).toStdString(), "waiting 1:00:00");
 }
 
-TEST_F(BannerViewsTest, onlyTheWaitedLineMovesWithTheClock) {
+TEST_F(BannerViewsTest, onlyTheWaitedLineChangesWithTheClock) {
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->show();
     SecondHand& hand = SecondHand::instance();
@@ -121,7 +121,7 @@ TEST_F(BannerViewsTest, onlyTheWaitedLineMovesWithTheClock) {
     EXPECT_EQ(texts(*banner).at(2), "waiting 0:07");
 }
 
-TEST_F(BannerViewsTest, allClocksMoveTogetherUntilTheLastBannerHasGone) {
+TEST_F(BannerViewsTest, allClocksTickTogetherUntilTheLastBannerIsDestroyed) {
     auto first = waitingBanner(waitingSession("s", start));
     auto second = waitingBanner(waitingSession("t", start));
     first->show();
@@ -136,7 +136,7 @@ TEST_F(BannerViewsTest, allClocksMoveTogetherUntilTheLastBannerHasGone) {
     EXPECT_FALSE(hand.isRunning());
 }
 
-TEST_F(BannerViewsTest, eachPassMovesTheClocksHoweverSoonAfterATickItComes) {
+TEST_F(BannerViewsTest, eachPassUpdatesTheClocksHoweverSoonAfterATick) {
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->show();
     Q_EMIT SecondHand::instance().ticked();
@@ -145,7 +145,7 @@ TEST_F(BannerViewsTest, eachPassMovesTheClocksHoweverSoonAfterATickItComes) {
     EXPECT_EQ(texts(*banner).at(2), "waiting 0:07");
 }
 
-TEST_F(BannerViewsTest, aTickRepaintsNothingButTheWaitedLine) {
+TEST_F(BannerViewsTest, aTickRepaintsOnlyTheWaitedLine) {
     const auto banner = waitingBanner(waitingSession("s", start));
     banner->setAttribute(Qt::WA_TranslucentBackground);
     banner->show();
@@ -159,7 +159,7 @@ TEST_F(BannerViewsTest, aTickRepaintsNothingButTheWaitedLine) {
     EXPECT_EQ(counter.counts, (std::map<QObject*, int>{{banner->findChildren<LineLabel*>().at(2), 1}}));
 }
 
-TEST_F(BannerViewsTest, aStandingBannerFollowsASwitchOfAppearance) {
+TEST_F(BannerViewsTest, aVisibleBannerFollowsAChangeOfAppearance) {
     const QPalette before = QApplication::palette();
     QApplication::setPalette(Tokens::palette(ColorScheme::light));
     const auto banner = waitingBanner(waitingSession("s", start));
@@ -193,7 +193,7 @@ TEST_F(BannerViewsTest, theWaitedLinesBackdropIsTheCardsOwn) {
     }
 }
 
-TEST_F(BannerViewsTest, partsStandWhereTheyBelong) {
+TEST_F(BannerViewsTest, partsAreAtTheirPlaces) {
     const auto banner = waitingBanner(waitingSession("s", start));
     render(*banner);
     EXPECT_EQ(banner->findChild<AgentGlyph*>()->geometry(), QRect(16, 30, 36, 36));
@@ -212,7 +212,7 @@ TEST_F(BannerViewsTest, partsStandWhereTheyBelong) {
     EXPECT_LE(std::abs(above - below), 1);
 }
 
-TEST_F(BannerViewsTest, snoozeAndCrossStandWhereTheyBelong) {
+TEST_F(BannerViewsTest, snoozeAndCrossAreAtTheirPlaces) {
     const auto banner = waitingBanner(waitingSession("s", start));
     render(*banner);
     const auto buttons = banner->findChildren<PlainButton*>();
@@ -225,7 +225,7 @@ TEST_F(BannerViewsTest, snoozeAndCrossStandWhereTheyBelong) {
     EXPECT_LE(std::abs(snooze.center().y() - cross.center().y()), 1);
 }
 
-TEST_F(BannerViewsTest, doneBannerPartsStandWhereTheyBelong) {
+TEST_F(BannerViewsTest, doneBannerPartsAreAtTheirPlaces) {
     const auto banner = doneBanner(doneSession("s", start));
     const QImage image = render(*banner, 2);
     const auto labels = banner->findChildren<LineLabel*>();
@@ -259,7 +259,7 @@ TEST_F(BannerViewsTest, theGlyphNamesTheAgent) {
     EXPECT_EQ(claude.size(), QSize(36, 36));
 }
 
-TEST_F(BannerViewsTest, theGlyphsRingIsThereOnlyWhileTheAgentWaits) {
+TEST_F(BannerViewsTest, theGlyphHasARingOnlyWhileTheAgentWaits) {
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         AgentGlyph waiting(AgentKind::claude, true, nullptr);
         AgentGlyph idle(AgentKind::claude, false, nullptr);
@@ -290,14 +290,14 @@ TEST_F(BannerViewsTest, onlyTheWaitingBannerHasTheColouredOutline) {
     }
 }
 
-TEST_F(BannerViewsTest, theCardIsOpaqueUnlessTheDesktopBlursWhatLiesBehindIt) {
+TEST_F(BannerViewsTest, theCardIsOpaqueUnlessTheDesktopBlursBehindIt) {
     const auto banner = doneBanner(doneSession("s", start));
     EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 255);
     banner->setBlurredBehind(true);
     EXPECT_EQ(render(*banner).pixelColor(180, 58).alpha(), 209);
 }
 
-TEST_F(BannerViewsTest, theGroundIsLeftToTheMaterialWhereThePanelHasOne) {
+TEST_F(BannerViewsTest, theBackgroundIsLeftToThePanelsMaterialIfItHasOne) {
     const auto waiting = waitingBanner(waitingSession("s", start));
     waiting->setOnMaterial(true);
     const QImage image = render(*waiting);

@@ -13,7 +13,7 @@ std::optional<std::string> answer(const std::vector<const char*>& arguments) {
     return commandline::answer(arguments, "1.2.3");
 }
 
-TEST(CommandLine, theVersionIsPrintedWhereverItIsAskedFor) {
+TEST(CommandLine, theVersionIsPrintedWhereverItsOptionIs) {
     EXPECT_EQ(answer({"--version"}), "corvane 1.2.3");
     EXPECT_EQ(answer({"-platform", "xcb", "--version"}), "corvane 1.2.3");
 }

@@ -142,7 +142,7 @@ TEST_F(CorvaneAppTest, closingWindowsNeverQuits) {
     QObject::disconnect(connection);
 }
 
-TEST_F(CorvaneAppTest, theTrayTellsHowManyWait) {
+TEST_F(CorvaneAppTest, theTrayShowsHowManyWait) {
     app().model().connectAgent(AgentKind::claude);
     pass(0);
     EXPECT_EQ(tray().waitingCount, 0);
@@ -157,7 +157,7 @@ TEST_F(CorvaneAppTest, theTrayTellsHowManyWait) {
     EXPECT_EQ(tray().showCount, shows) << "only when the number changes";
 }
 
-TEST_F(CorvaneAppTest, theTrayCountsNobodyWhileThePanelOnlyOffersToConnect) {
+TEST_F(CorvaneAppTest, theTrayCountsNoneWhileThePanelOnlyOffersToConnect) {
     app();
     waits("a");
     EXPECT_EQ(tray().waitingCount, 0);
@@ -168,7 +168,7 @@ TEST_F(CorvaneAppTest, theTrayCountsNobodyWhileThePanelOnlyOffersToConnect) {
     EXPECT_EQ(tray().waitingCount, 0);
 }
 
-TEST_F(CorvaneAppTest, theTraysToolTipTellsQuietTime) {
+TEST_F(CorvaneAppTest, theTraysToolTipShowsQuietTime) {
     app().model().connectAgent(AgentKind::claude);
     waits("a");
     EXPECT_EQ(tray().toolTip, tray().label);
@@ -180,7 +180,7 @@ TEST_F(CorvaneAppTest, theTraysToolTipTellsQuietTime) {
     EXPECT_EQ(tray().toolTip, tray().label);
 }
 
-TEST_F(CorvaneAppTest, theMenuOffersWhatThePanelDoes) {
+TEST_F(CorvaneAppTest, theMenuHasTheCommandsOfThePanel) {
     app().model().connectAgent(AgentKind::claude);
     pass(0);
     EXPECT_EQ(entries(),
@@ -215,7 +215,7 @@ TEST_F(CorvaneAppTest, aPressOpensThePanelAndAnotherOneClosesIt) {
     EXPECT_TRUE(app().panel()->isVisible());
 }
 
-TEST_F(CorvaneAppTest, thePanelOpensInTheCornerWhereTheIconsPlaceIsUnknown) {
+TEST_F(CorvaneAppTest, thePanelOpensInTheCornerIfTheIconsPlaceIsUnknown) {
     world.platform.screens.frame = QRect(0, 0, 800, 760);
     app();
     QCursor::setPos(200, 200);
@@ -231,7 +231,7 @@ TEST_F(CorvaneAppTest, thePanelClosesWhenTheMenuOpens) {
     EXPECT_FALSE(app().panel()->isVisible());
 }
 
-TEST_F(CorvaneAppTest, thePanelClosesAtEscape) {
+TEST_F(CorvaneAppTest, thePanelClosesOnEscape) {
     app();
     Q_EMIT tray().pressed({});
     QTest::keyClick(&app().panel()->view(), Qt::Key_Escape);
@@ -255,7 +255,7 @@ class Hidings : public QObject {
     std::function<void()> callBack_;
 };
 
-TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheKeyboardAndThePressThatTookItLeavesItClosed) {
+TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheFocusAndThePressThatTookItDoesNotReopenIt) {
     app();
     Q_EMIT tray().pressed({});
     ASSERT_TRUE(app().panel()->isVisible());
@@ -282,7 +282,7 @@ TEST_F(CorvaneAppTest, thePanelClosesWhenItOpensTheSettings) {
     EXPECT_TRUE(app().settingsWindow()->isVisible());
 }
 
-TEST_F(CorvaneAppTest, thePanelAsksAnewWhoIsConnected) {
+TEST_F(CorvaneAppTest, thePanelChecksTheConnectionsEachTimeItOpens) {
     app();
     Q_EMIT tray().pressed({});
     EXPECT_NE(test::button(app().panel()->view(), "Connect Claude Code"), nullptr);
@@ -308,14 +308,14 @@ TEST_F(CorvaneAppTest, thePanelGrowsInPlaceWhileItIsOpen) {
     EXPECT_EQ(after.left(), before.left());
 }
 
-TEST_F(CorvaneAppTest, tabReachesButtonsWhereTheSystemLeavesThemOut) {
+TEST_F(CorvaneAppTest, tabReachesButtonsEvenIfTheSystemSkipsThem) {
     QGuiApplication::styleHints()->setTabFocusBehavior(Qt::TabFocusTextControls);
     app().openPanel();
     QTest::keyClick(app().panel(), Qt::Key_Tab);
     EXPECT_NE(qobject_cast<PushButton*>(app().panel()->focusWidget()), nullptr);
 }
 
-TEST_F(CorvaneAppTest, bannersKeepClearOfThePanelAndOfTheMenu) {
+TEST_F(CorvaneAppTest, bannersAvoidThePanelAndTheMenu) {
     app();
     waits("a");
     const auto banner = [this] { return world.platform.panels.all.at(0)->origin; };
@@ -354,7 +354,7 @@ TEST_F(SessionsCommand, opensThePanelAtTheIcon) {
     EXPECT_EQ(panel().top(), 10 + 24 + 4);
 }
 
-TEST_F(SessionsCommand, opensThePanelUnderTheMenuWhereTheIconsPlaceIsUnknown) {
+TEST_F(SessionsCommand, opensThePanelUnderTheMenuIfTheIconsPlaceIsUnknown) {
     file->actions().at(0)->trigger();
     const QMenuBar& bar = *app().mainWindow()->menuBar();
     const QRect title = bar.actionGeometry(file->menuAction());
@@ -423,7 +423,7 @@ TEST_F(ApplicationMenuBarTest, closesTheActiveWindow) {
     choose("Close");
 }
 
-TEST_F(ApplicationMenuBarTest, leavesWindowsWithoutCommands) {
+TEST_F(ApplicationMenuBarTest, ignoresWindowsWithoutCommands) {
     QWidget banner;
     app();
     banner.show();

@@ -66,7 +66,7 @@ TEST_F(ChangingDesktop, startsAtTheTextSizeThatTheDesktopHas) {
     EXPECT_EQ(banner().size, QSize(650, 120));
 }
 
-TEST_F(ChangingDesktop, aStandingBannerTakesTheNewTextSizeInItsPlace) {
+TEST_F(ChangingDesktop, aVisibleBannerTakesTheNewTextSizeInPlace) {
     app().model().sendTestAlert();
     ASSERT_EQ(banner().size, QSize(520, 96));
     const recording::PanelRecord* const before = &banner();
@@ -82,14 +82,14 @@ TEST_F(ChangingDesktop, aStandingBannerTakesTheNewTextSizeInItsPlace) {
     EXPECT_EQ(banner().size, QSize(520, 96));
 }
 
-TEST_F(ChangingDesktop, aBannerMadeAnewStillAnswers) {
+TEST_F(ChangingDesktop, aRebuiltBannersButtonsStillWork) {
     app().model().sendTestAlert();
     setTextScale(1.5);
     test::button(*banner().content, "Close")->click();
     EXPECT_TRUE(world.platform.panels.visible().empty());
 }
 
-TEST_F(ChangingDesktop, aDoneBannerGoesAtItsTimeThoughItWasMadeAnew) {
+TEST_F(ChangingDesktop, aRebuiltDoneBannerIsDismissedOnTime) {
     app();
     world.platform.time.advance(std::chrono::seconds(1));
     const auto file = world.paths.events() / "1-1.event";
@@ -129,7 +129,7 @@ TEST_F(ChangingDesktop, openWindowsTakeTheNewTextSize) {
     EXPECT_EQ(app().panel()->cardGeometry().width(), 340);
 }
 
-TEST_F(ChangingDesktop, theOpenPanelOfAnotherTextSizeStillTakesTheArrows) {
+TEST_F(ChangingDesktop, theRebuiltPanelStillHandlesArrowKeys) {
     app().model().connectAgent(AgentKind::codex);
     const auto file = world.paths.events() / "1-1.event";
     test::writeFile(file, "corvane-event 1\nsource=codex\nterm=\nbundle=\n---\n"
@@ -144,7 +144,7 @@ TEST_F(ChangingDesktop, theOpenPanelOfAnotherTextSizeStillTakesTheArrows) {
     EXPECT_EQ(app().panel()->focusWidget(), row);
 }
 
-TEST_F(ChangingDesktop, theFirstRunOfAnotherTextSizeStillClosesItsWindow) {
+TEST_F(ChangingDesktop, theRebuiltFirstRunStillClosesItsWindow) {
     app().openMainWindow();
     setTextScale(1.25);
     test::button(app().mainWindow()->view(), "Done")->click();
@@ -152,7 +152,7 @@ TEST_F(ChangingDesktop, theFirstRunOfAnotherTextSizeStillClosesItsWindow) {
     EXPECT_TRUE(app().model().hasCompletedOnboarding());
 }
 
-TEST_F(ChangingDesktop, menusTakeTheTextSizeTheDesktopsFontDoesNot) {
+TEST_F(ChangingDesktop, menusTakeTheTextSizeButTheDesktopsFontDoesNot) {
     const double ordinary = QApplication::font("QMenu").pointSizeF();
     const double font = QApplication::font().pointSizeF();
     ASSERT_GT(ordinary, 0);
@@ -165,7 +165,7 @@ TEST_F(ChangingDesktop, menusTakeTheTextSizeTheDesktopsFontDoesNot) {
     EXPECT_NEAR(QApplication::font("QMenu").pointSizeF(), ordinary, 0.01);
 }
 
-TEST_F(ChangingDesktop, anotherContrastMakesNothingAnew) {
+TEST_F(ChangingDesktop, aContrastChangeRebuildsNothing) {
     app().openMainWindow();
     const OnboardingView* const before = &app().mainWindow()->view();
     app().model().sendTestAlert();

@@ -49,7 +49,7 @@ void PrintTo(const ZoneCase& zone, std::ostream* out) {
 
 class ShortTime : public testing::TestWithParam<ZoneCase> {};
 
-TEST_P(ShortTime, isTheClocksInThatZone) {
+TEST_P(ShortTime, isTheWallClockOfThatZone) {
     const test::TimeZone zone(GetParam().zone);
     EXPECT_EQ(shown(utc(GetParam().day, GetParam().time)), GetParam().shown);
 }
@@ -158,7 +158,7 @@ class LocalTimeChange : public testing::TestWithParam<ChangeCase> {
     std::unique_ptr<MenuBarView> view_;
 };
 
-TEST_P(LocalTimeChange, aQuietHourLastsAnHourAndTellsTheTimeOfItsEnd) {
+TEST_P(LocalTimeChange, aQuietHourLastsAnHourAndShowsItsEnd) {
     begin(30min);
     world_.model().quietForAnHour();
     const std::string line = std::string("Quiet until ") + GetParam().anHourFromBefore;
@@ -179,7 +179,7 @@ TEST_P(LocalTimeChange, aQuietHourLastsAnHourAndTellsTheTimeOfItsEnd) {
     EXPECT_FALSE(menuSays());
 }
 
-TEST_P(LocalTimeChange, nothingAlertsInAQuietHourAndTheReminderThatItHeldBackComesOnceAfterIt) {
+TEST_P(LocalTimeChange, nothingAlertsInAQuietHourAndItsDeferredReminderFiresOnceAfterwards) {
     begin(30min);
     world_.waits("a");
     ASSERT_EQ(alerts(), 1U);
@@ -190,7 +190,7 @@ TEST_P(LocalTimeChange, nothingAlertsInAQuietHourAndTheReminderThatItHeldBackCom
     EXPECT_EQ(alerts(), 2U);
 }
 
-TEST_P(LocalTimeChange, waitingTimesGoOnAsIfNothingHadHappened) {
+TEST_P(LocalTimeChange, waitingTimesAreUnaffected) {
     begin(Seconds(121));
     world_.waits("a"); // a second later
     view();
@@ -219,7 +219,7 @@ TEST_P(LocalTimeChange, remindersKeepTheirInterval) {
     }
 }
 
-TEST_P(LocalTimeChange, aSnoozeLastsFiveMinutesAndTellsTheTimeOfItsEnd) {
+TEST_P(LocalTimeChange, aSnoozeLastsFiveMinutesAndShowsItsEnd) {
     begin(Seconds(121));
     world_.waits("a");
     (void)view().grab();
@@ -235,7 +235,7 @@ TEST_P(LocalTimeChange, aSnoozeLastsFiveMinutesAndTellsTheTimeOfItsEnd) {
     EXPECT_EQ(alerts(), 2U);
 }
 
-TEST_P(LocalTimeChange, finishedSessionsStayAsLongAsEver) {
+TEST_P(LocalTimeChange, finishedSessionsStayForTheUsualTime) {
     begin(Seconds(121));
     world_.codexDone("a", "shop");
     passAndWatch(58); // a second has passed since

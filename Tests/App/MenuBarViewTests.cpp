@@ -134,7 +134,7 @@ TEST_F(MenuBarViewTest, listsTheSessionsInTheBoardsOrder) {
                                                   "infra, Claude, Running", "site, Codex, Done just now"}));
 }
 
-TEST_F(MenuBarViewTest, dotTellsTheStatusByColour) {
+TEST_F(MenuBarViewTest, dotShowsTheStatusByColour) {
     world.connect();
     world.runs("r");
     world.codexDone("d", "site");
@@ -160,7 +160,7 @@ TEST_F(MenuBarViewTest, clocksAdvanceWithTheModelAlone) {
     EXPECT_EQ(spoken(), (std::vector<std::string>{"shop, Claude, Waiting for you · 0:41"}));
 }
 
-TEST_F(MenuBarViewTest, quietLineStandsWhileItIsQuietAndLeavesByItself) {
+TEST_F(MenuBarViewTest, quietLineIsShownDuringQuietTimeAndHidesByItself) {
     world.connect();
     view();
     const int height = view().height();
@@ -215,7 +215,7 @@ TEST_F(MenuBarViewTest, everyButtonDoesWhatItSays) {
     EXPECT_EQ(left.count(), 3);
 }
 
-TEST_F(MenuBarViewTest, tapOnARowTakesTheBannerDownAndBringsTheTerminalForward) {
+TEST_F(MenuBarViewTest, clickOnARowDismissesTheBannerAndActivatesTheTerminal) {
     world.connect();
     world.waits("w");
     ASSERT_EQ(world.platform.panels.visible().size(), 1U);
@@ -224,7 +224,7 @@ TEST_F(MenuBarViewTest, tapOnARowTakesTheBannerDownAndBringsTheTerminalForward) 
     EXPECT_FALSE(world.platform.applications.activated.empty());
 }
 
-TEST_F(MenuBarViewTest, figuresAreTheBindingOnes) {
+TEST_F(MenuBarViewTest, figuresAreAsDesigned) {
     world.connect();
     world.waits("w");
     world.runs("r");
@@ -286,7 +286,7 @@ TEST_F(MenuBarViewTest, longListsScrollAt288) {
     EXPECT_EQ(view().list().verticalScrollBar()->maximum(), 2 * 48);
 }
 
-TEST_F(MenuBarViewTest, listFadesWhileMoreLiesBelow) {
+TEST_F(MenuBarViewTest, listFadesWhileMoreIsBelow) {
     world.connect();
     for (int i = 0; i < 8; ++i)
         world.waits("s" + std::to_string(i));
@@ -300,7 +300,7 @@ TEST_F(MenuBarViewTest, listFadesWhileMoreLiesBelow) {
     EXPECT_EQ(view().list().rows().back()->mapTo(&view().list(), QPoint()).y(), 240);
 }
 
-TEST_F(MenuBarViewTest, longProjectNamesAreCutInTheMiddle) {
+TEST_F(MenuBarViewTest, longProjectNamesAreElidedInTheMiddle) {
     world.connect();
     world.waits("w", "very-long-repository-name-of-the-customer-portal-rewrite-2026");
     const auto lines = view().list().rows().front()->findChildren<LineLabel*>();
@@ -313,7 +313,7 @@ TEST_F(MenuBarViewTest, longProjectNamesAreCutInTheMiddle) {
         "very-long-repository-name-of-the-customer-portal-rewrite-2026, Claude, Waiting for you · 0:01");
 }
 
-TEST_F(MenuBarViewTest, tabGoesThroughEverythingInOrder) {
+TEST_F(MenuBarViewTest, tabVisitsEverythingInOrder) {
     world.connect();
     world.waits("a");
     world.runs("b");
@@ -356,7 +356,7 @@ TEST_F(MenuBarViewTest, focusBringsRowsIntoView) {
     EXPECT_TRUE(view().list().rows().back()->hasFocus());
 }
 
-TEST_F(MenuBarViewTest, rowsComeMoveAndLeaveWithoutLosingTheKeyboardsPlace) {
+TEST_F(MenuBarViewTest, rowsAreAddedMovedAndRemovedWithoutLosingTheFocus) {
     world.connect();
     world.runs("a");
     world.runs("b");
@@ -382,7 +382,7 @@ TEST_F(MenuBarViewTest, rowsComeMoveAndLeaveWithoutLosingTheKeyboardsPlace) {
     EXPECT_TRUE(view().hasFocus());
 }
 
-TEST_F(MenuBarViewTest, aRowMayLeaveWhileItIsPressed) {
+TEST_F(MenuBarViewTest, aRowMayBeRemovedWhileItIsPressed) {
     world.connect();
     world.runs("a");
     view();
@@ -395,7 +395,7 @@ TEST_F(MenuBarViewTest, aRowMayLeaveWhileItIsPressed) {
     QTest::mouseRelease(&view(), Qt::LeftButton); // or the next tests would have the button down
 }
 
-TEST_F(MenuBarViewTest, whatStaysTheSameIsNotPaintedAnew) {
+TEST_F(MenuBarViewTest, unchangedPartsAreNotRepainted) {
     world.connect();
     world.runs("a");
     world.waits("b");

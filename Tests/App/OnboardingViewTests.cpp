@@ -155,7 +155,7 @@ TEST_F(OnboardingViewTest, aHomeThatOccursTwiceInThePathIsShortenedTwice) {
               "Adds a small hook to ~~claude/settings.json. A backup is saved first; Remove puts it back.");
 }
 
-TEST_F(OnboardingViewTest, aRefusedCodexShowsTheMessageAndStaysUnconnected) {
+TEST_F(OnboardingViewTest, aFailedCodexConnectShowsTheMessageAndStaysUnconnected) {
     const auto view = fixture_.onboarding();
     test::writeFile(fixture_.home / ".codex/config.toml", "notify = [\"/usr/local/bin/ping-me\"]\n");
     AgentCard* const codex = card(*view, AgentKind::codex);
@@ -211,7 +211,7 @@ TEST_F(OnboardingViewTest, theBottomRowCallsTheModelAndTheMaker) {
     EXPECT_EQ(done.count(), 1);
 }
 
-TEST_F(OnboardingViewTest, partsStandWhereTheyAreDesigned) {
+TEST_F(OnboardingViewTest, partsAreAtTheirDesignedPlaces) {
     fixture_.connectClaude();
     const auto view = fixture_.onboarding();
     const auto paragraphs = view->findChildren<Paragraph*>(QString(), Qt::FindDirectChildrenOnly);
@@ -250,7 +250,7 @@ TEST_F(OnboardingViewTest, rightToLeftMirrorsEveryPart) {
     }
 }
 
-TEST_F(OnboardingViewTest, theDesktopsSwitchIsFollowedLive) {
+TEST_F(OnboardingViewTest, theDesktopsAppearanceIsFollowedLive) {
     const auto view = fixture_.onboarding();
     EXPECT_EQ(test::pictureOf(*view, ColorScheme::light, 1).pixelColor(2, 2),
               Tokens::background.color(ColorScheme::light));
@@ -333,7 +333,7 @@ TEST_F(OnboardingViewTest, doneClosesTheWindowForGood) {
     EXPECT_TRUE(window->isVisible());
 }
 
-TEST_F(OnboardingViewTest, showingTheWindowAsksForTheConnectionsAnew) {
+TEST_F(OnboardingViewTest, showingTheWindowRefreshesTheConnections) {
     const auto window = mainWindow();
     show(*window);
     fixture_.connectClaude();
@@ -345,7 +345,7 @@ TEST_F(OnboardingViewTest, showingTheWindowAsksForTheConnectionsAnew) {
     EXPECT_EQ(buttons(*card(*window, AgentKind::claude)), std::vector<std::string>{"Connect"});
 }
 
-TEST_F(OnboardingViewTest, firstRunCanBeWalkedByKeyboardAlone) {
+TEST_F(OnboardingViewTest, firstRunCanBeUsedByKeyboardAlone) {
     const auto window = mainWindow();
     show(*window);
     const auto focused = [&] {

@@ -115,7 +115,7 @@ TEST_F(SettingsViewTest, aBackupCanBeRevealed) {
               std::vector<std::filesystem::path>{*fixture_.model().lastBackup()});
 }
 
-TEST_F(SettingsViewTest, theAgentsTabAlertsForATestAndShowsErrors) {
+TEST_F(SettingsViewTest, theAgentsTabSendsATestAlertAndShowsErrors) {
     named<BorderedButton>(agents(), "Try a test alert")->click();
     EXPECT_EQ(fixture_.platform.panels.visible().size(), 1U);
     fixture_.failToConnectCodex();
@@ -124,7 +124,7 @@ TEST_F(SettingsViewTest, theAgentsTabAlertsForATestAndShowsErrors) {
     EXPECT_EQ(error->toPlainText().toStdString(), *fixture_.model().connectError());
 }
 
-TEST_F(SettingsViewTest, theAgentsTabStandsAsDesigned) {
+TEST_F(SettingsViewTest, theAgentsTabIsLaidOutAsDesigned) {
     fixture_.connectClaude();
     fixture_.failToConnectCodex();
     const auto cards = agents().findChildren<AgentCard*>();
@@ -191,14 +191,14 @@ TEST_F(SettingsViewTest, everyControlChangesItsPreferenceAlone) {
     EXPECT_EQ(AlertPreferences::load(fixture_.defaults, AppModel::preferencesKey), expected);
 }
 
-TEST_F(SettingsViewTest, startingQuietTimeGoesToTheModel) {
+TEST_F(SettingsViewTest, quietTimeIsStartedInTheModel) {
     auto* const start = named<BorderedButton>(alerts(), "Quiet for 1 hour");
     start->click();
     EXPECT_EQ(fixture_.model().prefs().quietUntil, fixture_.model().now() + Seconds(3600));
     EXPECT_EQ(QAccessible::queryAccessibleInterface(start)->text(QAccessible::Name).toStdString(), "Start");
 }
 
-TEST_F(SettingsViewTest, quietTimeIsToldBesideItsButtonWhileItLasts) {
+TEST_F(SettingsViewTest, quietTimeIsShownBesideItsButtonWhileItLasts) {
     const auto seen = [this] {
         std::vector<std::string> result;
         for (const auto* const line : alerts().findChildren<LineLabel*>()) {
@@ -282,7 +282,7 @@ TEST_F(SettingsViewTest, showingTheSettingsStoresNothing) {
     EXPECT_TRUE(fixture_.defaults.values.empty());
 }
 
-TEST_F(SettingsViewTest, whatChangesElsewhereIsFollowed) {
+TEST_F(SettingsViewTest, externalChangesAreFollowed) {
     (void)alerts();
     AlertPreferences prefs;
     prefs.soundsOn = false;
@@ -292,7 +292,7 @@ TEST_F(SettingsViewTest, whatChangesElsewhereIsFollowed) {
     EXPECT_EQ(named<Picker>(alerts(), "Finished sound")->currentText().toStdString(), "Hero");
 }
 
-TEST_F(SettingsViewTest, theLoginSwitchRegistersAndShowsWhatIsSoWheneverTheTabIsShown) {
+TEST_F(SettingsViewTest, theLoginSwitchRegistersAndShowsTheActualStateWheneverTheTabIsShown) {
     auto* const login = named<Switch>(alerts(), "Open Corvane at login");
     show();
     login->click();
@@ -306,7 +306,7 @@ TEST_F(SettingsViewTest, theLoginSwitchRegistersAndShowsWhatIsSoWheneverTheTabIs
     EXPECT_FALSE(login->isChecked());
 }
 
-TEST_F(SettingsViewTest, aFailingLoginSwitchGoesBackAndSaysWhy) {
+TEST_F(SettingsViewTest, aFailingLoginSwitchRevertsAndShowsWhy) {
     fixture_.platform.loginItem.failure = "The folder cannot be written.";
     auto* const login = named<Switch>(alerts(), "Open Corvane at login");
     login->click();
@@ -323,7 +323,7 @@ TEST_F(SettingsViewTest, aFailingLoginSwitchGoesBackAndSaysWhy) {
     EXPECT_TRUE(error->isHidden());
 }
 
-TEST_F(SettingsViewTest, anErrorOfTwoLinesStandsWholeOnTheAlertsTab) {
+TEST_F(SettingsViewTest, anErrorOfTwoLinesIsWholeOnTheAlertsTab) {
     fixture_.platform.loginItem.failure = "The folder for the entries of programs that start at login cannot "
                                           "be written, because its disk is full.";
     named<Switch>(alerts(), "Open Corvane at login")->click();
@@ -333,7 +333,7 @@ TEST_F(SettingsViewTest, anErrorOfTwoLinesStandsWholeOnTheAlertsTab) {
     EXPECT_LT(error->geometry().bottom(), alerts().height());
 }
 
-TEST_F(SettingsViewTest, theAlertsTabStandsAsDesigned) {
+TEST_F(SettingsViewTest, theAlertsTabIsLaidOutAsDesigned) {
     const auto groups = alerts().findChildren<FormGroup*>();
     EXPECT_EQ(groups.at(0)->geometry(), QRect(24, 24, 512, 134));
     EXPECT_EQ(groups.at(1)->geometry(), QRect(24, 174, 512, 179));
@@ -371,7 +371,7 @@ TEST_F(SettingsViewTest, theLinksLeadToTheMaker) {
 
 // The whole
 
-TEST_F(SettingsViewTest, rolesTellWhatEachControlIs) {
+TEST_F(SettingsViewTest, everyControlHasItsRole) {
     const auto role = [](QWidget* widget) { return QAccessible::queryAccessibleInterface(widget)->role(); };
     EXPECT_EQ(role(&view().tabs()), QAccessible::PageTabList);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&view().tabs())

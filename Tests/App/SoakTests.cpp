@@ -246,7 +246,7 @@ class SoakTest : public test::AppModelTest {
     std::size_t snoozes_ = 0;
 };
 
-TEST_F(SoakTest, aLongTimeLeavesNothingBehindAndTheBoardNeverStrays) {
+TEST_F(SoakTest, aLongRunLeaksNothingAndTheBoardNeverDeviates) {
     const std::int64_t wanted = wantedEvents();
     model().connectAgent(AgentKind::claude);
     std::optional<TrayMenu> menu;

@@ -31,7 +31,7 @@ class TerminalNoticeTest : public BannerViewsTest {
     }
 };
 
-TEST_F(TerminalNoticeTest, saysWhatFailedAndWhichFolderItIs) {
+TEST_F(TerminalNoticeTest, showsWhatFailedAndWhichFolderItIs) {
     const auto card = notice("/w/shop");
     EXPECT_EQ(texts(*card), (Strings{"Couldn't bring the terminal forward", "/w/shop"}));
     EXPECT_EQ(card->accessibleName().toStdString(), "Couldn't bring the terminal forward, /w/shop");
@@ -54,7 +54,7 @@ TEST_F(TerminalNoticeTest, onlyTheCrossCanBePressed) {
     EXPECT_EQ(calls_, "close ");
 }
 
-TEST_F(TerminalNoticeTest, aFolderTurnsNothingAround) {
+TEST_F(TerminalNoticeTest, aFoldersDirectionDoesNotAffectTheRest) {
     const auto card = notice("/w/" + test::rightToLeftOverride() + "pohs\n<b>x</b>");
     render(*card);
     const auto* const folder = card->findChildren<LineLabel*>().at(1);
@@ -64,7 +64,7 @@ TEST_F(TerminalNoticeTest, aFolderTurnsNothingAround) {
     EXPECT_FALSE(card->accessibleName().contains(QLatin1Char('\n')));
 }
 
-TEST_F(TerminalNoticeTest, aLongFolderLosesItsMiddleAndTheTitleNothing) {
+TEST_F(TerminalNoticeTest, aLongFolderIsElidedInTheMiddleAndTheTitleIsNot) {
     const auto card = notice("/w/" + std::string(200, 'a') + "/the-end");
     render(*card);
     const auto labels = card->findChildren<LineLabel*>();
@@ -82,7 +82,7 @@ TEST_F(TerminalNoticeTest, withoutAFolderThereIsNoLineForIt) {
     }
 }
 
-TEST_F(TerminalNoticeTest, isMirroredForTextFromTheRight) {
+TEST_F(TerminalNoticeTest, isMirroredForRightToLeftText) {
     const auto card = notice("/w/shop");
     render(*card);
     const QRect left = card->findChild<QAbstractButton*>()->geometry();
@@ -139,7 +139,7 @@ TEST_F(TerminalNoticeInModel, aJumpThatFindsTheTerminalShowsNone) {
     EXPECT_EQ(visible(), 0U);
 }
 
-TEST_F(TerminalNoticeInModel, anOutcomeThatIsKnownLaterShowsItThen) {
+TEST_F(TerminalNoticeInModel, aDeferredFailureShowsItThen) {
     platform_.applications.reportsAtOnce = false;
     dropClaude("Notification", "s");
     pass();
@@ -164,7 +164,7 @@ TEST_F(TerminalNoticeInModel, thereIsOneAtATimeTheLatestForItsFullTime) {
     EXPECT_TRUE(notices().empty());
 }
 
-TEST_F(TerminalNoticeInModel, aNoticeThatWasClosedTakesNoLaterOneAlong) {
+TEST_F(TerminalNoticeInModel, theTimerOfAClosedNoticeDoesNotCloseALaterOne) {
     model().jump(waitingSession("s", model().now()));
     platform_.time.advance(milliseconds(3000));
     click("Close");

@@ -192,7 +192,7 @@ TEST_F(ThirdAgent, hasACardInTheSettingsThatFits) {
     EXPECT_TRUE(tab->rect().contains(button(*tab, "Try a test alert").geometry()));
 }
 
-TEST_F(ThirdAgent, isHeardThroughItsHookLineAndSeenOnBannerPanelAndMenu) {
+TEST_F(ThirdAgent, reportsThroughItsHookLineAndAppearsOnBannerPanelAndMenu) {
     model().connectAgent(gull);
     reports(R"({"state": "asks", "session": "s1", "folder": "/w/shop", "text": "Deploy now?"})");
 
@@ -223,7 +223,7 @@ TEST_F(ThirdAgent, isHeardThroughItsHookLineAndSeenOnBannerPanelAndMenu) {
               (std::vector<std::pair<std::string, std::string>>{{"gull", "/w/shop"}}));
 }
 
-TEST_F(ThirdAgent, alertsOfAFinishAfterItsOwnLeastWork) {
+TEST_F(ThirdAgent, alertsToAFinishAfterItsOwnMinimumWork) {
     model().connectAgent(gull);
     const auto finishesAfter = [this](int seconds) {
         reports(R"({"state": "works", "session": "s1", "folder": "/w/shop"})");
@@ -238,7 +238,7 @@ TEST_F(ThirdAgent, alertsOfAFinishAfterItsOwnLeastWork) {
               "Gull finished, shop");
 }
 
-TEST_F(ThirdAgent, isNobodyToAnInboxThatDoesNotKnowIt) {
+TEST_F(ThirdAgent, isIgnoredByAnInboxThatDoesNotKnowIt) {
     const std::string file = "corvane-event 1\nsource=gull\n---\n{\"state\": \"done\"}\n";
     EXPECT_EQ(AgentEvent::parse(file, Date()), std::nullopt);
     const std::optional<AgentEvent> event = AgentEvent::parse(file, Date(), agents);

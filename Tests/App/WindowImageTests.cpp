@@ -32,7 +32,7 @@ void expectWindowAsItWas(const test::WindowState& state, const test::Variant& va
                   QStringLiteral("%1-%2.png").arg(QString::fromStdString(state.name), variant.name));
 }
 
-TEST(WindowImages, everyStateLooksAsItDid) {
+TEST(WindowImages, everyStateMatchesItsPicture) {
     ASSERT_EQ(QFontInfo(QApplication::font()).family().toStdString(), "Inter")
         << "the tests' own fonts are not in use";
     for (const test::WindowState& state : test::windowStates()) {
@@ -41,7 +41,7 @@ TEST(WindowImages, everyStateLooksAsItDid) {
     }
 }
 
-TEST(WindowImages, everyWindowLooksAsItDidWithHighContrastAndLargeText) {
+TEST(WindowImages, everyWindowMatchesItsPictureWithHighContrastAndLargeText) {
     const std::set<std::string> shown{"first-run-error", "settings-agents", "settings-alerts",
                                       "settings-about"};
     for (const test::WindowState& state : test::windowStates()) {
@@ -51,7 +51,7 @@ TEST(WindowImages, everyWindowLooksAsItDidWithHighContrastAndLargeText) {
     }
 }
 
-TEST(WindowImages, thePanelLooksAsItDid) {
+TEST(WindowImages, thePanelMatchesItsPicture) {
     for (const test::PanelState& state : test::panelStates()) {
         std::vector<test::Variant> variants = test::legibleVariants();
         for (const test::Variant& variant : test::ordinaryVariants()) {
@@ -68,7 +68,7 @@ TEST(WindowImages, thePanelLooksAsItDid) {
     }
 }
 
-TEST(WindowImages, everyMenuAndListLooksAsItDid) {
+TEST(WindowImages, everyMenuAndListMatchesItsPicture) {
     const test::ApplicationStyle style;
     recording::FakeWindowShadow shadow; // which draws nothing: the shadow's own tests look at it
     const PopupCards popupCards(shadow);
@@ -93,7 +93,7 @@ TEST(WindowImages, everyMenuAndListLooksAsItDid) {
     QApplication::setPalette(before);
 }
 
-TEST(WindowImages, aCardThatMovesByAPixelIsNoticed) {
+TEST(WindowImages, aCardThatMovesByAPixelIsDetected) {
     test::ModelFixture fixture;
     const auto view = fixture.onboarding();
     const QImage before = test::pictureOf(*view, ColorScheme::light, 1);

@@ -48,7 +48,7 @@ class WithoutTray : public testing::Test {
     std::optional<CorvaneApp> app_;
 };
 
-TEST_F(WithoutTray, aStartByHandOpensTheMainWindowWhichTellsHowToComeBack) {
+TEST_F(WithoutTray, aStartByHandOpensTheMainWindowWhichExplainsHowToReopenIt) {
     app().launch();
     pass(4);
     EXPECT_FALSE(isMainWindowOpen()) << "a tray may still be starting";
@@ -74,7 +74,7 @@ TEST_F(WithoutTray, theStartAtLoginOpensNothing) {
     EXPECT_TRUE(saysSo());
 }
 
-TEST_F(WithoutTray, nothingOpensWhereTheTrayComesInTime) {
+TEST_F(WithoutTray, nothingOpensIfTheTrayAppearsInTime) {
     app().launch();
     pass(2);
     tray().available = true;
@@ -83,7 +83,7 @@ TEST_F(WithoutTray, nothingOpensWhereTheTrayComesInTime) {
     EXPECT_FALSE(isMainWindowOpen());
 }
 
-TEST_F(WithoutTray, aWindowThatWasClosedInTimeStaysClosed) {
+TEST_F(WithoutTray, aWindowClosedInTimeStaysClosed) {
     world.defaults.setBoolean("hasCompletedOnboarding", false);
     app().launch();
     ASSERT_TRUE(isMainWindowOpen());
@@ -92,7 +92,7 @@ TEST_F(WithoutTray, aWindowThatWasClosedInTimeStaysClosed) {
     EXPECT_FALSE(isMainWindowOpen());
 }
 
-TEST_F(WithoutTray, theFirstRunPromisesNoneAsSoonAsTheSystemHasTold) {
+TEST_F(WithoutTray, theFirstRunPromisesNoneAsSoonAsTheSystemReportsThat) {
     world.defaults.setBoolean("hasCompletedOnboarding", false);
     app().launch();
     ASSERT_TRUE(isMainWindowOpen());

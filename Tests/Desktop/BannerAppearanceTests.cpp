@@ -95,7 +95,7 @@ class BannerAppearance : public testing::Test {
     std::unique_ptr<ChildProcess> portal;
 };
 
-TEST_F(BannerAppearance, standingBannersTurnDarkAndLightAgainAsThePortalTells) {
+TEST_F(BannerAppearance, visibleBannersTurnDarkAndLightAgainWithThePortal) {
     desktop.startApplication();
     raiseBanner("a");
     ASSERT_TRUE(desktop.shows(1, 0));
@@ -118,7 +118,7 @@ TEST_F(BannerAppearance, isDarkFromTheStartOnADarkDesktop) {
     EXPECT_TRUE(haveOutline(darkOutline));
 }
 
-TEST_F(BannerAppearance, theSettingsManagersThemeDecidesWhereThePortalLeavesItOpen) {
+TEST_F(BannerAppearance, theSettingsManagersThemeDecidesIfThePortalLeavesItOpen) {
     setColorScheme("0");
     setTheme("Greybird");
     desktop.startApplication();
@@ -135,7 +135,7 @@ TEST_F(BannerAppearance, theSettingsManagersThemeDecidesWhereThePortalLeavesItOp
     EXPECT_TRUE(haveOutline(lightOutline));
 }
 
-TEST_F(BannerAppearance, aSettingsManagerThatComesLaterIsFollowed) {
+TEST_F(BannerAppearance, aSettingsManagerThatStartsLaterIsFollowed) {
     desktop.startApplication();
     raiseBanner("a");
     ASSERT_TRUE(desktop.shows(1, 0));
@@ -145,13 +145,13 @@ TEST_F(BannerAppearance, aSettingsManagerThatComesLaterIsFollowed) {
     EXPECT_TRUE(haveOutline(lightOutline));
 }
 
-TEST_F(BannerAppearance, bannerFadesInPlaceWhereThePortalWantsNoAnimations) {
+TEST_F(BannerAppearance, bannerFadesInPlaceIfThePortalDisablesAnimations) {
     setAnimations("false");
     desktop.startApplication();
     expectFade(false);
 }
 
-TEST_F(BannerAppearance, bannerFadesInPlaceWhereTheSettingsManagerWantsNoAnimations) {
+TEST_F(BannerAppearance, bannerFadesInPlaceIfTheSettingsManagerDisablesAnimations) {
     desktop.setSettings("Gtk/EnableAnimations 0\n");
     desktop.startApplication();
     expectFade(false);
@@ -159,7 +159,7 @@ TEST_F(BannerAppearance, bannerFadesInPlaceWhereTheSettingsManagerWantsNoAnimati
     expectFade(true);
 }
 
-TEST_F(BannerAppearance, bannerFadesInPlaceWhereKdeWantsNoAnimations) {
+TEST_F(BannerAppearance, bannerFadesInPlaceIfKdeDisablesAnimations) {
     const auto setFactor = [&](const std::string& factor) {
         const std::filesystem::path file = desktop.home() / ".config/kdeglobals";
         writeFile(file.string() + ".new", "[KDE]\nAnimationDurationFactor=" + factor + "\n");

@@ -36,7 +36,7 @@ class BannerBlur : public testing::Test {
     Picture wallpaper = desktop.screen().screen();
 };
 
-TEST_F(BannerBlur, theCardIsOpaqueWhereNothingIsBlurred) {
+TEST_F(BannerBlur, theCardIsOpaqueIfNothingIsBlurred) {
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
     ASSERT_TRUE(desktop.shows(1, 0));

@@ -28,14 +28,14 @@ class BannerFocus : public testing::TestWithParam<std::string> {
     DesktopSession desktop{GetParam(), Compositor::none};
 };
 
-TEST_P(BannerFocus, bannerStandsAboveATerminalThatWasFullScreenBefore) {
+TEST_P(BannerFocus, bannerIsAboveATerminalThatWasFullScreenBefore) {
     const std::uint32_t terminal = desktop.startTerminal();
     raiseBanner("a", 1);
     EXPECT_EQ(desktop.screen().geometry(terminal), desktop.screen().screenArea());
     EXPECT_EQ(desktop.screen().activeWindow(), terminal);
 }
 
-TEST_P(BannerFocus, bannerStandsAboveATerminalThatGoesFullScreenAfterwards) {
+TEST_P(BannerFocus, bannerIsAboveATerminalThatTurnsFullScreenAfterwards) {
     const std::uint32_t terminal = desktop.startTerminal(false);
     raiseBanner("a", 1);
     desktop.screen().requestFullScreen(terminal);
@@ -49,7 +49,7 @@ TEST_P(BannerFocus, bannerStandsAboveATerminalThatGoesFullScreenAfterwards) {
     EXPECT_EQ(desktop.screen().activeWindow(), terminal);
 }
 
-TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
+TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersAppearAreClickedAndDisappear) {
     const std::uint32_t terminal = desktop.startTerminal();
     const std::uint32_t focused = desktop.screen().focusedWindow();
     // Types the alphabet again and again, with a dot for each time in a file, until the file "enough" exists.
@@ -78,7 +78,7 @@ TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersComeAreClickedAndGo) {
     EXPECT_EQ(desktop.screen().activeWindow(), terminal);
 }
 
-TEST_P(BannerFocus, clickOnSnoozeTakesTheBannerAwayAndTheFocusStays) {
+TEST_P(BannerFocus, clickOnSnoozeDismissesTheBannerAndTheFocusStays) {
     const std::uint32_t focused = desktop.startTerminal();
     raiseBanner("a", 1);
     desktop.click(snoozeButton(desktop.screen().banners().front()));
@@ -86,14 +86,14 @@ TEST_P(BannerFocus, clickOnSnoozeTakesTheBannerAwayAndTheFocusStays) {
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
 }
 
-TEST_P(BannerFocus, clickOnGoToTerminalTakesTheBannerAway) {
+TEST_P(BannerFocus, clickOnGoToTerminalDismissesTheBanner) {
     desktop.startTerminal();
     raiseBanner("a", 1);
     desktop.click(primaryButton(desktop.screen().banners().front()));
     EXPECT_TRUE(desktop.shows(0, 0));
 }
 
-TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerTakesItAway) {
+TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerDismissesIt) {
     const std::uint32_t focused = desktop.startTerminal();
     // It is known to have gone by the click only if it has before its six seconds are over.
     constexpr int mostAttempts = 5;
@@ -136,7 +136,7 @@ TEST_P(BannerFocus, bannerStaysOnTheScreenWhenTheWorkspaceChanges) {
     raiseBanner("b", 2);
 }
 
-TEST_P(BannerFocus, threeBannersStandOneBelowTheOtherAndAFourthTakesTheOldestsPlace) {
+TEST_P(BannerFocus, threeBannersAreStackedAndAFourthEvictsTheOldest) {
     const std::uint32_t focused = desktop.startTerminal();
     raiseBanner("a", 1);
     raiseBanner("b", 2);

@@ -75,7 +75,7 @@ class BannerFrames : public testing::TestWithParam<Desktop> {
     std::unique_ptr<FrameWatch> watch;
 };
 
-TEST_P(BannerFrames, bannersAreWholeWhileOthersComeAndMakeRoom) {
+TEST_P(BannerFrames, bannersAreWholeWhileOthersAppearAndDisplaceThem) {
     raiseBanner("a");
     ASSERT_TRUE(desktop.shows(1, 0));
     raiseBanner("b");
@@ -92,7 +92,7 @@ TEST_P(BannerFrames, bannersAreWholeWhileOthersComeAndMakeRoom) {
     EXPECT_TRUE(areWhole(5));
 }
 
-TEST_P(BannerFrames, bannersAreWholeWhileOthersGoAndTheGapCloses) {
+TEST_P(BannerFrames, bannersAreWholeWhileOthersDisappearAndTheGapCloses) {
     for (const char* const session : {"a", "b", "c"}) {
         raiseBanner(session);
         ASSERT_TRUE(waitUntil(10s, [&] { return desktop.inbox().empty(); }));

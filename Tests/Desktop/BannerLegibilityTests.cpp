@@ -61,7 +61,7 @@ class BannerLegibility : public testing::Test {
     std::unique_ptr<ChildProcess> portal_;
 };
 
-TEST_F(BannerLegibility, standingBannerTurnsOpaqueAndLosesItsShadowWithHighContrast) {
+TEST_F(BannerLegibility, visibleBannerTurnsOpaqueAndLosesItsShadowWithHighContrast) {
     const Color wallpaper = desktop.screen().screen().at(ordinaryCard.middleX(), 8 + 96 + 6);
     startWithBanner();
     EXPECT_TRUE(waitUntil(10s, [&] { return !below().isNear(wallpaper, 2); })) << "it has a shadow at first";
@@ -75,13 +75,13 @@ TEST_F(BannerLegibility, standingBannerTurnsOpaqueAndLosesItsShadowWithHighContr
     EXPECT_TRUE(waitUntil(10s, [&] { return !fill().isNear(surface, 0) && !below().isNear(wallpaper, 2); }));
 }
 
-TEST_F(BannerLegibility, hasHighContrastFromTheStartWhereTheDesktopHas) {
+TEST_F(BannerLegibility, hasHighContrastFromTheStartIfTheDesktopHas) {
     ASSERT_TRUE(set("org.gnome.desktop.a11y.interface", "high-contrast", "true"));
     startWithBanner();
     EXPECT_TRUE(waitUntil(10s, [&] { return fill().isNear(surface, 0); }));
 }
 
-TEST_F(BannerLegibility, standingBannerTakesTheTextSizeOfTheDesktop) {
+TEST_F(BannerLegibility, visibleBannerTakesTheTextSizeOfTheDesktop) {
     startWithBanner();
     EXPECT_TRUE(hasCard(ordinaryCard));
     ASSERT_TRUE(set("org.gnome.desktop.interface", "text-scaling-factor", "1.25"));

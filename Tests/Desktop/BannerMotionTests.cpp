@@ -125,14 +125,14 @@ class BlendedBannerMotion : public BannerMotion {
     }
 };
 
-TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerComes) {
+TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerAppears) {
     expectShowing([](const Samples& samples) -> std::optional<std::string> {
         if (!isShown(samples)) return "it does not come to its place";
         return fadeFault(samples, +1, 150ms, 400ms);
     });
 }
 
-TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerGoes) {
+TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerDisappears) {
     expectHiding([](const Samples& samples) -> std::optional<std::string> {
         if (!isHidden(samples)) return "it does not go";
         if (!std::ranges::all_of(tops(samples), [](int top) { return top == card.y; })) return "it moves";
@@ -140,7 +140,7 @@ TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerGoes) {
     });
 }
 
-TEST_P(BlendedBannerMotion, dismissalWhileTheBannerComesLetsItNeverGrowBrighterAgain) {
+TEST_P(BlendedBannerMotion, opacityNeverRisesAgainAfterADismissalDuringTheFadeIn) {
     // A little above the cross's last place, so that the button is there on the way too. The pointer comes to
     // it with the click: a button that comes to the pointer takes none at first.
     const Banner place{0, BannerKind::waiting, card, card, true};

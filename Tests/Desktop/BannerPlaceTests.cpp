@@ -57,7 +57,7 @@ TEST_F(BannerPlace, isThePrimaryScreenWhenThereIsNeitherFocusNorPointer) {
     EXPECT_TRUE(desktop.standIn(right));
 }
 
-TEST_F(BannerPlace, followsWhenAMonitorIsAddedWhileABannerStands) {
+TEST_F(BannerPlace, followsWhenAMonitorIsAddedWhileABannerIsShown) {
     desktop.startApplication();
     desktop.point(inTheRight);
     raiseBanner();
@@ -66,7 +66,7 @@ TEST_F(BannerPlace, followsWhenAMonitorIsAddedWhileABannerStands) {
     EXPECT_TRUE(desktop.standIn(right));
 }
 
-TEST_F(BannerPlace, isBelowAPanelThatComesAndGoesWhileABannerStands) {
+TEST_F(BannerPlace, isBelowAPanelThatAppearsAndDisappearsWhileABannerIsShown) {
     desktop.startApplication();
     raiseBanner();
     ASSERT_TRUE(desktop.shows(1, 0));

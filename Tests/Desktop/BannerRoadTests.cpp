@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(BannerRoad, promptRaisesNothingPermissionRaisesABannerAndTheToolsEndTakesItDown) {
+TEST(BannerRoad, promptRaisesNothingPermissionRaisesABannerAndTheToolsEndDismissesIt) {
     DesktopSession desktop;
     desktop.startApplication();
 
@@ -33,7 +33,7 @@ TEST(BannerRoad, promptRaisesNothingPermissionRaisesABannerAndTheToolsEndTakesIt
     EXPECT_TRUE(desktop.shows(0, 0));
 }
 
-TEST(BannerRoad, idlePromptRaisesABannerThatTheNextPromptOrTheSessionsEndTakesDown) {
+TEST(BannerRoad, idlePromptRaisesABannerThatTheNextPromptOrTheSessionsEndDismisses) {
     DesktopSession desktop;
     desktop.startApplication();
     desktop.claude("Notification-idle_prompt", "a", "shop");
@@ -46,7 +46,7 @@ TEST(BannerRoad, idlePromptRaisesABannerThatTheNextPromptOrTheSessionsEndTakesDo
     EXPECT_TRUE(desktop.shows(0, 0));
 }
 
-TEST(BannerRoad, notificationOfAnUnknownTypeRaisesNothingAndIsTakenFromTheInbox) {
+TEST(BannerRoad, notificationOfAnUnknownTypeRaisesNothingAndIsRemovedFromTheInbox) {
     DesktopSession desktop;
     desktop.startApplication();
     desktop.claude("Notification-agent_needs_input", "a", "shop");
@@ -54,7 +54,7 @@ TEST(BannerRoad, notificationOfAnUnknownTypeRaisesNothingAndIsTakenFromTheInbox)
     EXPECT_TRUE(desktop.staysEmpty(1s));
 }
 
-TEST(BannerRoad, longTurnRaisesADoneBannerThatLeavesAfterSixSeconds) {
+TEST(BannerRoad, longTurnRaisesADoneBannerThatDisappearsAfterSixSeconds) {
     DesktopSession desktop;
     desktop.startApplication();
 
@@ -135,7 +135,7 @@ TEST(BannerRoad, bannersShowTheRightWords) {
     }
 }
 
-TEST(BannerRoad, eventsThatCameBeforeTheStartAreShownAtTheStart) {
+TEST(BannerRoad, eventsFromBeforeTheStartAreShownAtTheStart) {
     DesktopSession desktop;
     desktop.claude("Notification-permission_prompt", "a", "shop");
     ASSERT_EQ(desktop.inbox().size(), 1U);

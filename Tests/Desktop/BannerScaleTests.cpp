@@ -55,7 +55,7 @@ class BannerScale : public testing::TestWithParam<Compositor> {
     mutable DesktopSession desktop{"openbox", GetParam()};
 };
 
-TEST_P(BannerScale, standingBannersAreWholeAndInPlaceAtOnceAtEachNewResolution) {
+TEST_P(BannerScale, visibleBannersAreWholeAndInPlaceAtOnceAtEachNewResolution) {
     setResolution(96);
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");

@@ -42,7 +42,7 @@ TEST_P(BannerStack, threeBannersStackNewestOnTopAndAFourthEvictsTheOldest) {
     EXPECT_EQ(banners[2].window, windows[1]);
 }
 
-TEST_P(BannerStack, bannersBelowCloseTheGapOfOneThatLeaves) {
+TEST_P(BannerStack, bannersBelowCloseTheGapOfADismissedOne) {
     desktop.startApplication();
     for (const char* const session : {"a", "b", "c"}) {
         desktop.claude("Notification-permission_prompt", session, "shop");
@@ -104,7 +104,7 @@ TEST_P(BannerStack, secondAlertOfASessionKeepsTheOneBannerAtItsPlace) {
     EXPECT_EQ(desktop.screen().banners(), before);
 }
 
-TEST_P(BannerStack, windowHasRoomForAShadowOnlyWhereWindowsAreBlended) {
+TEST_P(BannerStack, windowHasMarginsForAShadowOnlyWhereWindowsAreBlended) {
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
     desktop.codex("codex-tui", "shop");
@@ -147,7 +147,7 @@ TEST_P(BannerStack, desktopShowsAtTheCornersOutsideTheCardsRounding) {
     }
 }
 
-TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersHaveGone) {
+TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersAreHidden) {
     desktop.startApplication();
     const Picture before = desktop.screen().screen();
     desktop.claude("Notification-permission_prompt", "a", "shop");
@@ -158,7 +158,7 @@ TEST_P(BannerStack, screenIsAsBeforeOnceTheBannersHaveGone) {
     EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
 }
 
-TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
+TEST_P(BannerStack, visibleBannersFollowACompositorThatStartsAndStops) {
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
     const auto haveShadows = [&](bool wanted) {
@@ -204,7 +204,7 @@ TEST_P(BannerStack, compositorThatComesAndGoesIsFollowedByTheBannersThatStand) {
 }
 
 // Without hints from the window manager, a banner can only check periodically whether it is covered.
-TEST(BannerUnderTwm, isInFrontAgainSoonAfterAWindowWasRaisedOverIt) {
+TEST(BannerUnderTwm, isOnTopAgainSoonAfterAWindowWasRaisedOverIt) {
     DesktopSession desktop("twm", Compositor::none);
     desktop.startApplication();
     const auto terminal = desktop.run({"xterm", "-geometry", "120x20+200+0", "-e", "sleep", "1000"}, "xterm");

@@ -64,7 +64,7 @@ TEST_P(BannerStorm, hundredAlertsInOneSecondLeaveTheThreeNewestInOrder) {
     EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().screen().differences(before, 0) == 0; }));
 }
 
-TEST_P(BannerStorm, alertsThatComeAsFastAsTheHookCanLeaveThreeBannersAndNoOtherWindow) {
+TEST_P(BannerStorm, alertsAsFastAsTheHookCanSendLeaveThreeBannersAndNoOtherWindow) {
     desktop.startApplication();
     for (int i = 0; i < eventCount; ++i)
         desktop.claude("Notification-permission_prompt", "session" + std::to_string(i), "shop");

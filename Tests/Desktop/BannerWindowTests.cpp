@@ -27,13 +27,13 @@ class BannerWindow : public testing::Test {
     DesktopSession desktop;
 };
 
-TEST_F(BannerWindow, tellsWindowManagersThatItWantsNoFocus) {
+TEST_F(BannerWindow, asksForNoFocus) {
     desktop.startApplication();
     raiseBanner();
     EXPECT_FALSE(desktop.screen().asksForFocus(desktop.screen().banners().front().window));
 }
 
-TEST_F(BannerWindow, isInFrontAgainWhenAnotherWindowBecomesActiveAfterOneCoveredIt) {
+TEST_F(BannerWindow, isOnTopAgainWhenAnotherWindowBecomesActiveAfterOneCoveredIt) {
     desktop.startApplication();
     raiseBanner();
     desktop.screen().cover(desktop.screen().banners().front().frame);
@@ -52,7 +52,7 @@ TEST_F(BannerWindow, leavesAWindowThatWasRaisedOverItOnTop) {
     EXPECT_FALSE(waitUntil(twoPasses, [&] { return !screenFault(desktop.screen(), 1, 0).has_value(); }));
 }
 
-TEST_F(BannerWindow, isMovedAndRaisedOnceWhenAnotherComesAndLeftAloneWhileClocksTick) {
+TEST_F(BannerWindow, isMovedAndRaisedOnceWhenAnotherAppearsAndLeftAloneWhileClocksTick) {
     desktop.startApplication();
     raiseBanner();
     const std::uint32_t window = desktop.screen().banners().front().window;
@@ -109,7 +109,7 @@ TEST_F(BannerOverATerminal, clickOnTheShadowReachesTheWindowBelow) {
     EXPECT_TRUE(desktop.shows(1, 0));
 }
 
-TEST_F(BannerOverATerminal, clickOnACardThatFadesAwayReachesTheWindowBelow) {
+TEST_F(BannerOverATerminal, clickOnACardThatFadesOutReachesTheWindowBelow) {
     // Stopped while it fades, so that the click hits the window that is still on the screen. A busy machine
     // may miss the fifth of a second that this takes; the next banner fades as well.
     constexpr int mostAttempts = 12;

@@ -88,7 +88,7 @@ TEST_F(Footprint, threeBannersWithTheirClocksWakeItHardlyMore) {
 }
 
 // The rules for finding characters, and what reads them, are a mebibyte.
-TEST_F(Footprint, linesThatFitLeaveTheRulesOfCharactersOnTheDisk) {
+TEST_F(Footprint, linesThatFitDoNotLoadTheCharacterRules) {
     desktop.startApplication();
     const long before = resident("libicudata");
     ASSERT_GT(before, 0);

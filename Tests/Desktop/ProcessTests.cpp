@@ -21,7 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-TEST(Process, terminationAndInterruptEndItWithStatusZero) {
+TEST(Process, exitsWithStatusZeroOnTerminationAndInterrupt) {
     DesktopSession desktop;
     for (const int signal : {SIGTERM, SIGINT}) {
         desktop.startApplication();
@@ -48,7 +48,7 @@ bool endsWithin(std::chrono::milliseconds limit, DesktopSession& desktop, ChildP
 // What desktops grant a program at the end of a session.
 constexpr auto longestEnd = 300ms;
 
-TEST(Process, endsAtOnceWhileABannerStands) {
+TEST(Process, endsAtOnceWhileABannerIsShown) {
     DesktopSession desktop;
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
@@ -100,7 +100,7 @@ TEST(Process, supportDirectoryBecomesPrivateAtTheStart) {
     EXPECT_EQ(fs::status(desktop.paths().support).permissions(), fs::perms::owner_all);
 }
 
-TEST(Process, supportDirectoryIsMadePrivateWhereThereIsNone) {
+TEST(Process, missingSupportDirectoryIsCreatedPrivate) {
     DesktopSession desktop;
     fs::remove_all(desktop.paths().support);
     const auto application = desktop.run({CORVANE_PROGRAM}, "other");
@@ -137,7 +137,7 @@ TEST(Process, printsItsVersionAndItsOptionsWithoutADisplayAndStartsNothing) {
     EXPECT_FALSE(fs::exists(desktop.paths().support));
 }
 
-TEST(Process, withADisplayThatDoesNotAnswerItFailsAndNamesIt) {
+TEST(Process, withADisplayThatDoesNotRespondItFailsAndNamesIt) {
     DesktopSession desktop;
     const auto application = desktop.run({"/bin/sh", "-c", "\"$0\" 2>\"$HOME/said\"", CORVANE_PROGRAM},
                                          "other", {"DISPLAY=:9999"});
@@ -198,7 +198,7 @@ TEST(Process, aWindowSystemThatTheUserHasChosenIsUsed) {
     EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
 }
 
-TEST(Process, whatItStartsHasTheSessionsBusAddressThoughTheBusIsMissingOrHangs) {
+TEST(Process, childProcessesHaveTheSessionsBusAddressThoughTheBusIsMissingOrHangs) {
     DesktopSession desktop("openbox", Compositor::none);
     // An agent in tmux, whose jump runs tmux.
     const fs::path agent = desktop.home() / "bin/claude";
@@ -234,7 +234,7 @@ TEST(Process, whatItStartsHasTheSessionsBusAddressThoughTheBusIsMissingOrHangs) 
     EXPECT_EQ(fileBytes(said), "[unix:path=" + (desktop.home().parent_path() / "run/bus").string() + "]");
 }
 
-TEST(Process, idlesWithoutWorkingTheProcessor) {
+TEST(Process, idlesWithoutUsingTheProcessor) {
     DesktopSession desktop;
     desktop.startApplication();
     // In clock ticks, fields 14 and 15 after the name in parentheses.

@@ -99,7 +99,7 @@ TEST_P(ScreenLock, nothingShowsAboveTheLocker) {
     EXPECT_EQ(watch.leaks(), 0) << "of " << watch.looks();
 }
 
-TEST_P(ScreenLock, theBannersAreThereOnceItIsUnlocked) {
+TEST_P(ScreenLock, theBannersAreShownOnceItIsUnlocked) {
     desktop.pointAway();
     desktop.startApplication();
     lock();
@@ -109,7 +109,7 @@ TEST_P(ScreenLock, theBannersAreThereOnceItIsUnlocked) {
     EXPECT_TRUE(desktop.shows(1, 0));
 }
 
-TEST_P(ScreenLock, aWindowThatFillsTheScreenWithoutTheKeyboardIsNoLocker) {
+TEST_P(ScreenLock, aFullScreenWindowWithoutTheKeyboardIsNoLocker) {
     desktop.pointAway();
     desktop.startApplication();
     desktop.screen().cover(desktop.screen().screenArea());

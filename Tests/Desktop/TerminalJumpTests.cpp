@@ -141,7 +141,7 @@ TEST_P(TerminalJump, findsTheXtermOfTheAgentElsewhereAndMinimized) {
     expectAgentToRead("minimized");
 }
 
-TEST_P(TerminalJump, tellsApartTheWindowsOfATerminalThatHasOneProcessForAll) {
+TEST_P(TerminalJump, distinguishesTheWindowsOfATerminalWithOneProcessForAll) {
     const std::uint32_t shop = openXfceTerminal("cd shop && exec ../bin/claude");
     const std::uint32_t blog = openXfceTerminal("cd blog && exec ../bin/claude");
     EXPECT_EQ(programs.back()->wait(10s), 0) << "the second window belongs to the first process";
@@ -160,7 +160,7 @@ TEST_P(TerminalJump, tellsApartTheWindowsOfATerminalThatHasOneProcessForAll) {
     expectAgentToRead("minimized");
 }
 
-TEST_P(TerminalJump, takesTheTopmostWindowOfATerminalThatTellsItsProgramsNone) {
+TEST_P(TerminalJump, takesTheTopmostWindowOfATerminalThatSetsNoWindowId) {
     openXfceTerminal("exec cat");
     const std::uint32_t terminal = openXfceTerminal("cd shop && unset WINDOWID && exec ../bin/claude");
     awaitAgents(1);
@@ -170,7 +170,7 @@ TEST_P(TerminalJump, takesTheTopmostWindowOfATerminalThatTellsItsProgramsNone) {
     expectAgentToRead("here");
 }
 
-TEST_P(TerminalJump, titlesTellApartTheWindowsOfATerminalThatTellsItsProgramsNone) {
+TEST_P(TerminalJump, titlesDistinguishTheWindowsOfATerminalThatSetsNoWindowId) {
     const auto openTitled = [this](const std::string& folder, const std::string& title) {
         return openXfceTerminal("cd " + folder + " && unset WINDOWID && printf '\\033]0;" + title +
                                 "\\007' && exec ../bin/claude");
@@ -211,7 +211,7 @@ TEST_P(TerminalJump, findsTheTerminalThatShowsATmuxSession) {
     expectAgentToRead("minimized");
 }
 
-TEST_P(TerminalJump, aNameThatMatchesNoWindowLeadsToTheAgentsOwn) {
+TEST_P(TerminalJump, aNameThatMatchesNoWindowActivatesTheAgentsOwn) {
     // Like a fork of an editor that reports its parent's name.
     const std::uint32_t terminal = openXterm("cd shop && TERM_PROGRAM=vscode exec ../bin/claude");
     awaitAgents(1);
@@ -221,7 +221,7 @@ TEST_P(TerminalJump, aNameThatMatchesNoWindowLeadsToTheAgentsOwn) {
     expectAgentToRead("here");
 }
 
-TEST_P(TerminalJump, ofTheWindowsOfTheNamedTerminalTheAgentsOwnIsTaken) {
+TEST_P(TerminalJump, amongTheNamedTerminalsWindowsTheAgentsOwnIsTaken) {
     const auto openNamed = [this](const std::string& shellCommand) {
         return open("com.mitchellh.ghostty",
                     {"xterm", "-class", "com.mitchellh.ghostty", "-e", "sh", "-c", shellCommand});
@@ -265,7 +265,7 @@ TEST_P(TerminalJump, selectsTheAgentsWindowAndPaneInTmux) {
     expectAgentToRead("session");
 }
 
-TEST_P(TerminalJump, theBannerGoesWithAnAgentThatIsKilledWhileItWaits) {
+TEST_P(TerminalJump, theBannerIsDismissedWhenAWaitingAgentIsKilled) {
     openXterm("cd shop && exec ../bin/claude");
     openXterm("cd blog && exec ../bin/claude");
     awaitAgents(2);
@@ -277,7 +277,7 @@ TEST_P(TerminalJump, theBannerGoesWithAnAgentThatIsKilledWhileItWaits) {
     EXPECT_FALSE(waitUntil(3s, [&] { return desktop.screen().banners().size() != 1; }));
 }
 
-TEST_P(TerminalJump, withoutARunningAgentOnlyACardSaysSoForFourSeconds) {
+TEST_P(TerminalJump, withoutARunningAgentOnlyANoticeSaysSoForFourSeconds) {
     openXterm("cd blog && exec ../bin/claude");
     const std::uint32_t other = openOther();
     // Same folder, other program; same program, other folder.

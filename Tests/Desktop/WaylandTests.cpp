@@ -125,7 +125,7 @@ class Sway : public WaylandSession {
     }
 };
 
-TEST_F(Sway, theJumpLeadsToTheNativeTerminalOfTheAgentOnItsWorkspace) {
+TEST_F(Sway, theJumpActivatesTheAgentsNativeTerminalOnItsWorkspace) {
     const ChildProcess& shop = openFoot("cd shop && exec ../bin/claude");
     const ChildProcess& blog = openFoot("cd blog && exec ../bin/claude");
     ASSERT_TRUE(waitUntil(20s, [&] { return desktop->running("claude") == 2; }));
@@ -139,7 +139,7 @@ TEST_F(Sway, theJumpLeadsToTheNativeTerminalOfTheAgentOnItsWorkspace) {
     EXPECT_EQ(desktop->applicationOutput(), "");
 }
 
-TEST_F(Sway, bannersKeepClearOfTheBarOfTheOutputWithTheFocus) {
+TEST_F(Sway, bannersAvoidTheBarOfTheFocusedOutput) {
     constexpr int margin = 8;
     constexpr Rect size{0, 0, 520, 96};
     const auto place = [&](int left, int width, int barHeight) {
@@ -165,7 +165,7 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfTheOutputWithTheFocus) {
     EXPECT_TRUE(waitUntil(10s, [&] { return !cards().empty() && cards()[0] == place(1280, 1000, 0); }));
 }
 
-TEST_F(Sway, bannersKeepClearOfTheBarOfAScaledOutput) {
+TEST_F(Sway, bannersAvoidTheBarOfAScaledOutput) {
     command("output HEADLESS-1 scale 1.5");
     const auto screen = [this] { return XObserver(desktop->display()).screenArea(); };
     ASSERT_TRUE(waitUntil(10s, [&] { return screen().width < 1280; }));
@@ -179,7 +179,7 @@ TEST_F(Sway, bannersKeepClearOfTheBarOfAScaledOutput) {
     EXPECT_THAT(cards().at(0).middleX(), testing::AnyOf((width - width % 8) / 2, width / 2));
 }
 
-TEST_F(Sway, aJumpThatFindsNothingShowsACard) {
+TEST_F(Sway, aJumpThatFindsNothingShowsANotice) {
     ChildProcess& other = openFoot("exec cat");
     goToTerminal("shop");
     ASSERT_TRUE(waitUntil(10s, [&] { return desktop->screen().menus().size() == 1; }));
@@ -235,7 +235,7 @@ class WaylandKWin : public WaylandSession {
     int scripts = 0;
 };
 
-TEST_F(WaylandKWin, theJumpLeadsToTheNativeTerminalOfTheAgent) {
+TEST_F(WaylandKWin, theJumpActivatesTheAgentsNativeTerminal) {
     const std::string folder = desktop->home().string();
     const ChildProcess& shop = openTerminal("cd " + folder + "/shop && exec ../bin/claude");
     const ChildProcess& blog = openTerminal("cd " + folder + "/blog && exec ../bin/claude");

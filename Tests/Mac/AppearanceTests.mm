@@ -43,12 +43,12 @@ TEST_F(MacAppearanceTest, isFollowedWithoutAnyWindow) {
     EXPECT_EQ(appearance.colorScheme(), ColorScheme::dark);
 }
 
-TEST_F(MacAppearanceTest, readsTheUsersWishForMoreContrast) {
+TEST_F(MacAppearanceTest, readsThePreferenceForMoreContrast) {
     const bool isHigh = NSWorkspace.sharedWorkspace.accessibilityDisplayShouldIncreaseContrast;
     EXPECT_EQ(appearance.contrast(), isHigh ? Contrast::high : Contrast::normal);
 }
 
-TEST_F(MacAppearanceTest, readsTheUsersWishForLessMovement) {
+TEST_F(MacAppearanceTest, readsThePreferenceForReducedMotion) {
     EXPECT_EQ(appearance.reduceMotion(),
               static_cast<bool>(NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion));
 }

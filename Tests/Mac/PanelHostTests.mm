@@ -93,7 +93,7 @@ TEST_F(MacPanelHostTest, growsInPlaceAndAtOnce) {
     EXPECT_EQ(sizes.all, std::vector<QSize>{QSize(340, 260)});
 }
 
-TEST_F(MacPanelHostTest, hearsOfTheMouseWhileTheApplicationIsInactive) {
+TEST_F(MacPanelHostTest, tracksTheMouseWhileTheApplicationIsInactive) {
     present({100, 60, 340, 200});
     ASSERT_FALSE(NSApp.active);
     // The material may have areas of its own.

@@ -84,13 +84,13 @@ TEST_F(MacPanel, carriesTheViewOnMaterialOfTheCardsShape) {
     EXPECT_FALSE(card.subviews.firstObject.hidden);
 }
 
-TEST_F(MacPanel, standsWhereItIsPut) {
+TEST_F(MacPanel, isWhereItIsPlaced) {
     EXPECT_EQ(frame(), QRect(place, waitingSize));
     panel->setOrigin({300, 250});
     EXPECT_EQ(frame(), QRect(QPoint(300, 250), waitingSize));
 }
 
-TEST_F(MacPanel, comesWithoutActivatingTheApplicationOrTakingTheKeyboard) {
+TEST_F(MacPanel, isShownWithoutActivatingTheApplicationOrTakingTheKeyboard) {
     ASSERT_FALSE(NSApp.active);
     panel->fadeIn(fading, 12);
     EXPECT_TRUE(native().visible);
@@ -100,7 +100,7 @@ TEST_F(MacPanel, comesWithoutActivatingTheApplicationOrTakingTheKeyboard) {
     EXPECT_FALSE(native().keyWindow);
 }
 
-TEST_F(MacPanel, slidesToThePlaceThatItIsGivenOnTheWay) {
+TEST_F(MacPanel, slidesToThePlaceThatItIsGivenMeanwhile) {
     panel->fadeIn(fading, 12);
     EXPECT_EQ(frame().top(), place.y() - 12);
     panel->setOrigin(place + QPoint(0, 104));
@@ -110,14 +110,14 @@ TEST_F(MacPanel, slidesToThePlaceThatItIsGivenOnTheWay) {
     EXPECT_EQ(native().alphaValue, 1);
 }
 
-TEST_F(MacPanel, standsStillWhenItOnlyFades) {
+TEST_F(MacPanel, doesNotMoveWhenItOnlyFades) {
     panel->fadeIn(fading, 0);
     EXPECT_EQ(frame().topLeft(), place);
     EXPECT_TRUE(holdsSoon([this] { return native().alphaValue == 1; }));
     EXPECT_EQ(frame().topLeft(), place);
 }
 
-TEST_F(MacPanel, takesNoClicksOnItsWayOut) {
+TEST_F(MacPanel, takesNoClicksWhileItFadesOut) {
     panel->fadeIn(fading, 0);
     EXPECT_FALSE(native().ignoresMouseEvents);
     panel->fadeOut(milliseconds(180));
@@ -128,7 +128,7 @@ TEST_F(MacPanel, takesNoClicksOnItsWayOut) {
     EXPECT_FALSE(native().visible);
 }
 
-TEST_F(MacPanel, isRefreshedInPlaceAndLetsTheOldViewGoLater) {
+TEST_F(MacPanel, isRefreshedInPlaceAndDestroysTheOldViewLater) {
     const QPointer<QWidget> old = setCard(waitingSize);
     panel->fadeIn(fading, 0);
     const QPointer<QWidget> fresh = setCard(doneSize);
@@ -141,7 +141,7 @@ TEST_F(MacPanel, isRefreshedInPlaceAndLetsTheOldViewGoLater) {
     EXPECT_TRUE(native().visible);
 }
 
-TEST_F(MacPanel, staysHiddenWhenItIsOnlyToComeToTheFront) {
+TEST_F(MacPanel, staysHiddenWhenItIsRaised) {
     panel->orderFront();
     EXPECT_FALSE(native().visible);
 }

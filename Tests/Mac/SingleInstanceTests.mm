@@ -18,7 +18,7 @@ class MacSingleInstanceTest : public testing::Test {
     MacSingleInstance instance{scratch / "made" / "folder"};
 };
 
-TEST_F(MacSingleInstanceTest, hearsFromQtsDelegateThatTheApplicationIsOpenedAgain) {
+TEST_F(MacSingleInstanceTest, isNotifiedByQtsDelegateThatTheApplicationIsReopened) {
     ASSERT_TRUE(instance.claim());
     QSignalSpy spy(&instance, &SingleInstance::reopened);
     EXPECT_TRUE([NSApp.delegate applicationShouldHandleReopen:NSApp hasVisibleWindows:NO]);
@@ -29,7 +29,7 @@ TEST_F(MacSingleInstanceTest, staysWhenTheLastWindowIsClosed) {
     EXPECT_FALSE([NSApp.delegate applicationShouldTerminateAfterLastWindowClosed:NSApp]);
 }
 
-TEST_F(MacSingleInstanceTest, asksTheFirstToComeForwardWhenAnotherStarts) {
+TEST_F(MacSingleInstanceTest, reopensTheFirstWhenAnotherStarts) {
     ASSERT_TRUE(instance.claim());
     QSignalSpy spy(&instance, &SingleInstance::reopened);
     MacSingleInstance second(scratch / "made" / "folder");
@@ -39,12 +39,12 @@ TEST_F(MacSingleInstanceTest, asksTheFirstToComeForwardWhenAnotherStarts) {
     EXPECT_EQ(spy.count(), 1);
 }
 
-TEST_F(MacSingleInstanceTest, givesTheLockBackAtTheEnd) {
+TEST_F(MacSingleInstanceTest, releasesTheLockAtTheEnd) {
     { EXPECT_TRUE(MacSingleInstance(scratch / "made" / "folder").claim()); }
     EXPECT_TRUE(instance.claim());
 }
 
-TEST_F(MacSingleInstanceTest, isClaimedWhereNoLockCanBeKept) {
+TEST_F(MacSingleInstanceTest, isClaimedIfNoLockCanBeHeld) {
     test::writeFile(scratch / "file", "");
     MacSingleInstance unusable(scratch / "file" / "below");
     EXPECT_TRUE(unusable.claim());

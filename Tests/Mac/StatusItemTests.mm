@@ -59,7 +59,7 @@ TEST_F(MacStatusItemTest, hasTheNumberBesideTheBellFromTwoOn) {
     EXPECT_EQ(native().button.imagePosition, NSImageOnly);
 }
 
-TEST_F(MacStatusItemTest, tellsWhereItWasPressed) {
+TEST_F(MacStatusItemTest, reportsWhereItWasPressed) {
     show(2);
     ASSERT_TRUE(holdsSoon([this] { return native().button.window != nil; }));
     QSignalSpy presses(&item, &StatusItem::pressed);

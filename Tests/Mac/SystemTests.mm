@@ -18,14 +18,14 @@
 namespace corvane {
 namespace {
 
-TEST(MacSounds, areAllThereUnderTheirNames) {
+TEST(MacSounds, areAllAvailableByTheirNames) {
     for (const auto& name : AlertPreferences::soundChoices) {
         const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
         EXPECT_TRUE([NSSound soundNamed:text.toNSString()] != nil) << name;
     }
 }
 
-TEST(MacSounds, playNothingUnderAnUnknownName) {
+TEST(MacSounds, playNothingForAnUnknownName) {
     ASSERT_TRUE([NSSound soundNamed:@"Corvane has no such sound"] == nil);
     MacSounds sounds;
     sounds.play("Corvane has no such sound");
@@ -40,14 +40,14 @@ TEST(MacLoginItem, knowsTheSystemsStatusValues) {
     EXPECT_EQ(loginitem::status(SMAppServiceStatusNotFound), Status::notFound);
 }
 
-TEST(MacLoginItem, isOffForAProgramThatIsNoBundleAndIsLeftSo) {
+TEST(MacLoginItem, isOffForAProgramThatIsNoBundleAndStaysOff) {
     MacLoginItem item;
     ASSERT_FALSE(item.isEnabled());
     EXPECT_NO_THROW(item.setEnabled(false));
     EXPECT_FALSE(item.isEnabled());
 }
 
-TEST(MacApplications, doNothingForAnIdentifierThatNobodyHas) {
+TEST(MacApplications, doNothingForAnUnknownIdentifier) {
     QtScheduler scheduler;
     MacApplications applications(scheduler);
     NSRunningApplication* const before = NSWorkspace.sharedWorkspace.frontmostApplication;
@@ -64,7 +64,7 @@ TEST(MacApplications, doNothingForAnIdentifierThatNobodyHas) {
     EXPECT_EQ(before.processIdentifier, after.processIdentifier);
 }
 
-TEST(MacScreens, haveTheFreeAreaThatQtKnows) {
+TEST(MacScreens, haveTheFreeAreaThatQtReports) {
     const MacScreens screens;
     const std::optional<QRect> frame = screens.mainVisibleFrame();
     ASSERT_TRUE(frame.has_value());
@@ -81,7 +81,7 @@ TEST(MacScreens, haveAFreeAreaForEachPlaceAndThePrimaryOnesElsewhere) {
               QGuiApplication::primaryScreen()->availableGeometry());
 }
 
-TEST(MacScreens, tellOfAChange) {
+TEST(MacScreens, reportAChange) {
     MacScreens screens;
     int changes = 0;
     QObject::connect(&screens, &Screens::changed, &screens, [&] { ++changes; });
@@ -92,7 +92,7 @@ TEST(MacScreens, tellOfAChange) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST(MacSymbols, areDrawnIntoTheMiddleOfTheirBox) {
+TEST(MacSymbols, areCentredInTheirBox) {
     for (const char* const name :
          {"bell", "bell.badge.fill", "terminal", "xmark", "checkmark.circle.fill", "info.circle"}) {
         QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
@@ -111,7 +111,7 @@ TEST(MacSymbols, areDrawnIntoTheMiddleOfTheirBox) {
     }
 }
 
-TEST(MacSymbols, areLeftToOursUnderAnUnknownName) {
+TEST(MacSymbols, areOurOwnForAnUnknownName) {
     QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     const QImage before = image;

@@ -73,7 +73,7 @@ TEST_F(ChangesTest, theListNamesTheReleasesNewestFirst) {
     EXPECT_EQ(changes("list", released, "1.1.0").output, "1.1.0 2027-02-03\n1.0.0 2026-12-01\n");
 }
 
-TEST_F(ChangesTest, whatIsUnreleasedBelongsToTheVersionThatHasNoSectionYet) {
+TEST_F(ChangesTest, unreleasedChangesBelongToTheVersionThatHasNoSectionYet) {
     EXPECT_EQ(changes("list", unreleased, "1.1.0").output, "1.1.0 2027-01-15\n1.0.0 2026-12-01\n");
     EXPECT_THAT(metainfo(unreleased, "1.1.0", "").output,
                 HasSubstr(R"(<release version="1.1.0" date="2027-01-15" type="development">)"));
@@ -81,7 +81,7 @@ TEST_F(ChangesTest, whatIsUnreleasedBelongsToTheVersionThatHasNoSectionYet) {
                 HasSubstr("corvane (1.1.0-1) UNRELEASED; urgency=medium\n"));
 }
 
-TEST_F(ChangesTest, whatIsUnreleasedIsLeftOutOnceTheVersionHasASection) {
+TEST_F(ChangesTest, unreleasedChangesAreLeftOutOnceTheVersionHasASection) {
     const std::string output = metainfo(unreleased, "1.0.0", "").output;
     EXPECT_THAT(output, HasSubstr("<li>The beginning.</li>"));
     EXPECT_THAT(output, Not(HasSubstr("Something new")));
@@ -130,7 +130,7 @@ TEST_F(ChangesTest, theMetainfoHasTheNotesOfEachReleaseAsElements) {
                           "  </releases>\n"));
 }
 
-TEST_F(ChangesTest, linksAndScreenshotsComeWithTheHomepageAlone) {
+TEST_F(ChangesTest, linksAndScreenshotsRequireTheHomepage) {
     EXPECT_THAT(metainfo(released, "1.1.0", "").output, Not(HasSubstr("http")));
     const test::Outcome linked = metainfo(released, "1.1.0", "https://example.org/corvane");
     EXPECT_THAT(linked.output, HasSubstr("<url type=\"homepage\">https://example.org/corvane</url>"));

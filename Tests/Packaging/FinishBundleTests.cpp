@@ -87,7 +87,7 @@ TEST_F(FinishBundleTest, aCompleteBundleIsOnlySignedFromTheInsideOut) {
     EXPECT_THAT(outcome.output, HasSubstr("3 programs and libraries, for macOS 13.0 and later."));
 }
 
-TEST_F(FinishBundleTest, aLibraryNamedByAPathOutsideIsBroughtInWithWhatItNeeds) {
+TEST_F(FinishBundleTest, aLibraryNamedByAPathOutsideIsBundledWithItsDependencies) {
     binary("MacOS/Corvane", "dep " + (libraries_ / "libicuuc.77.dylib").string() +
                                 "\nrpath @executable_path/../Frameworks\nminos 13.0\n");
     write(libraries_ / "libicuuc.77.dylib",
@@ -109,7 +109,7 @@ TEST_F(FinishBundleTest, aLibraryNamedByAPathOutsideIsBroughtInWithWhatItNeeds) 
                 Contains("codesign --force --sign - */Contents/Frameworks/libicudata.77.dylib"));
 }
 
-TEST_F(FinishBundleTest, aLibraryNamedBySearchPathIsLookedForInTheFoldersGiven) {
+TEST_F(FinishBundleTest, aLibraryNamedBySearchPathIsSearchedForInTheGivenFolders) {
     binary("PlugIns/platforms/libqcocoa.dylib",
            "id @rpath/libqcocoa.dylib\ndep @rpath/libsimdjson.25.dylib\n");
     write(libraries_ / "libsimdjson.25.dylib", "id @rpath/libsimdjson.25.dylib\n");
@@ -119,7 +119,7 @@ TEST_F(FinishBundleTest, aLibraryNamedBySearchPathIsLookedForInTheFoldersGiven) 
     EXPECT_THAT(content("PlugIns/platforms/libqcocoa.dylib"), HasSubstr("id @rpath/libqcocoa.dylib\n"));
 }
 
-TEST_F(FinishBundleTest, aLibraryThatIsNowhereEndsItBeforeAnythingIsSigned) {
+TEST_F(FinishBundleTest, aMissingLibraryEndsItBeforeAnythingIsSigned) {
     binary("MacOS/Corvane", "dep @rpath/libmissing.dylib\n");
     const test::Outcome outcome = finish();
     EXPECT_EQ(outcome.status, 1);
@@ -136,7 +136,7 @@ TEST_F(FinishBundleTest, aFrameworkThatAUsedPluginLacksEndsIt) {
                 HasSubstr("needs @rpath/QtSvg.framework/Versions/A/QtSvg, which Qt's deployment"));
 }
 
-TEST_F(FinishBundleTest, onlyThePluginsThatTheProgramUsesStay) {
+TEST_F(FinishBundleTest, onlyThePluginsThatTheProgramUsesAreKept) {
     const std::string svg = "dep @rpath/QtSvg.framework/Versions/A/QtSvg\n";
     binary("Frameworks/QtSvg.framework/Versions/A/QtSvg", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
     binary("PlugIns/styles/libqmacstyle.dylib", "dep @rpath/QtCore.framework/Versions/A/QtCore\n");
@@ -159,7 +159,7 @@ TEST_F(FinishBundleTest, onlyThePluginsThatTheProgramUsesStay) {
     EXPECT_THAT(outcome.output, HasSubstr("7 programs and libraries"));
 }
 
-TEST_F(FinishBundleTest, frameworksThatOnlyPluginsNeededGoWithThem) {
+TEST_F(FinishBundleTest, frameworksThatOnlyRemovedPluginsNeedAreRemoved) {
     binary("PlugIns/platforminputcontexts/libqtvirtualkeyboardplugin.dylib",
            "dep @rpath/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard\n");
     binary("Frameworks/QtVirtualKeyboard.framework/Versions/A/QtVirtualKeyboard",
@@ -175,7 +175,7 @@ TEST_F(FinishBundleTest, frameworksThatOnlyPluginsNeededGoWithThem) {
     EXPECT_TRUE(fs::exists(contents_ / "Frameworks/QtCore.framework"));
 }
 
-TEST_F(FinishBundleTest, searchPathsThatLeadOutsideAreTakenOutBeforeSigning) {
+TEST_F(FinishBundleTest, searchPathsThatLeadOutsideAreRemovedBeforeSigning) {
     binary("MacOS/Corvane", "dep @rpath/QtCore.framework/Versions/A/QtCore\nrpath /opt/homebrew/lib\n"
                             "rpath /usr/lib/swift\nrpath @loader_path/../Frameworks\n");
     const test::Outcome outcome = finish();
@@ -191,7 +191,7 @@ TEST_F(FinishBundleTest, searchPathsThatLeadOutsideAreTakenOutBeforeSigning) {
     })) << "changed after the first signature";
 }
 
-TEST_F(FinishBundleTest, theBundleAsksForTheSystemOfItsMostDemandingLibrary) {
+TEST_F(FinishBundleTest, theBundleRequiresTheSystemOfItsMostDemandingLibrary) {
     binary("Frameworks/libnew.dylib", "id @rpath/libnew.dylib\nminos 15.0\n");
     binary("Frameworks/libold.dylib", "id @rpath/libold.dylib\nminos 9.4\n");
     const test::Outcome outcome = finish();
@@ -210,7 +210,7 @@ TEST_F(FinishBundleTest, aProgramInsideAFrameworkIsSignedBeforeTheFramework) {
               "codesign --force --sign - */Contents/Frameworks/QtCore.framework/Versions/A/Helpers/helper");
 }
 
-TEST_F(FinishBundleTest, aSecondTimeChangesNothingMore) {
+TEST_F(FinishBundleTest, aSecondRunChangesNothing) {
     binary("MacOS/Corvane", "dep @rpath/libsimdjson.25.dylib\nrpath /opt/homebrew/lib\nminos 14.0\n");
     write(libraries_ / "libsimdjson.25.dylib", "id /opt/homebrew/lib/libsimdjson.25.dylib\n");
     EXPECT_EQ(finish().status, 0);

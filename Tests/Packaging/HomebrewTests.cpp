@@ -54,7 +54,7 @@ class HomebrewTest : public testing::Test {
     std::map<std::string, std::string> environment_;
 };
 
-TEST_F(HomebrewTest, nothingIsAskedForWhereEverythingIsInstalled) {
+TEST_F(HomebrewTest, nothingIsInstalledIfNothingIsMissing) {
     for (const char* const group : {"build", "demo", "test", "desktops"}) {
         const test::Outcome outcome = call("Scripts/dependencies", {group});
         EXPECT_EQ(outcome.status, 0) << group;
@@ -63,14 +63,14 @@ TEST_F(HomebrewTest, nothingIsAskedForWhereEverythingIsInstalled) {
     EXPECT_THAT(calls(), IsEmpty());
 }
 
-TEST_F(HomebrewTest, whatIsMissingIsInstalledInOneGo) {
+TEST_F(HomebrewTest, missingPackagesAreInstalledInOneGo) {
     environment_["CORVANE_TEST_INSTALLED"] = "cmake ninja icu4c@78";
     environment_["CORVANE_TEST_OFFERED"] = "qtbase qtsvg qt";
     EXPECT_EQ(call("Scripts/dependencies", {"build"}).status, 0);
     EXPECT_THAT(calls(), ElementsAre("brew install qtbase qtsvg simdjson nlohmann-json"));
 }
 
-TEST_F(HomebrewTest, theOldFormulaOfAllOfQtWillDoToo) {
+TEST_F(HomebrewTest, theOldFormulaOfAllOfQtIsAcceptedToo) {
     environment_["CORVANE_TEST_INSTALLED"] = "cmake ninja qt simdjson nlohmann-json icu4c";
     EXPECT_EQ(call("Scripts/dependencies", {"build"}).output, "");
     environment_["CORVANE_TEST_INSTALLED"] = "cmake ninja simdjson nlohmann-json icu4c";
@@ -126,7 +126,7 @@ TEST_F(HomebrewTest, runOpensNothingThatDidNotBuild) {
     EXPECT_EQ(calls().size(), 2U);
 }
 
-TEST_F(HomebrewTest, runRefusesTheDemonstrationForWantOfAnXServer) {
+TEST_F(HomebrewTest, runRefusesTheDemonstrationWithoutAnXServer) {
     for (const char* const argument : {"--demo", "--update-pictures"}) {
         const test::Outcome outcome = call("run", {argument});
         EXPECT_EQ(outcome.status, 1);
@@ -145,7 +145,7 @@ TEST_F(HomebrewTest, theDiskImageIsPackedFromTheReleaseBuild) {
                     "cpack --config build/release/CPackConfig.cmake -B build/release"));
 }
 
-TEST_F(HomebrewTest, packingTheDiskImageIsTriedThreeTimes) {
+TEST_F(HomebrewTest, packingTheDiskImageIsTriedUpToThreeTimes) {
     environment_["CORVANE_TEST_FAIL"] = "--config";
     const test::Outcome outcome = call("Scripts/disk-image");
     EXPECT_EQ(outcome.status, 1);
@@ -174,7 +174,7 @@ TEST_F(HomebrewTest, fuzzingIsLeftToLinux) {
     EXPECT_THAT(calls(), IsEmpty());
 }
 
-TEST_F(HomebrewTest, testRunsWhatAMacCanAndSaysWhatIsLeftToLinux) {
+TEST_F(HomebrewTest, testRunsWhatAMacCanAndListsWhatIsLeftToLinux) {
     const test::Outcome outcome = call("test");
     EXPECT_EQ(outcome.status, 0) << outcome.output;
     EXPECT_THAT(outcome.output, HasSubstr("run on Linux only."));
@@ -195,7 +195,7 @@ TEST_F(HomebrewTest, aQuickTestIsTheUnitTestsAlone) {
     EXPECT_THAT(outcome.output, HasSubstr("\n1 passed, 0 failed\n"));
 }
 
-TEST_F(HomebrewTest, theFirstLinesOfATestSayWhatComesAndHowLongThatTookTheLastTime) {
+TEST_F(HomebrewTest, theFirstLinesOfATestListItsPartsAndHowLongTheyTookLastTime) {
     const std::string plan = "This will\n  - install missing packages\n  - build in build/dev "
                              "and run the unit tests\n";
     const test::Outcome first = call("test", {"--quick"});
@@ -209,7 +209,7 @@ TEST_F(HomebrewTest, theFirstLinesOfATestSayWhatComesAndHowLongThatTookTheLastTi
     EXPECT_THAT(call("test").output, testing::Not(HasSubstr("The last time")));
 }
 
-TEST_F(HomebrewTest, aSkippedCheckCountsAsNeither) {
+TEST_F(HomebrewTest, aSkippedCheckCountsAsNeitherPassedNorFailed) {
     test::writeFile(folder_ / "Scripts/check-workflow", "#!/bin/sh\nexit 77\n");
     EXPECT_THAT(call("test").output,
                 HasSubstr("\n2 tests or checks were skipped by themselves; they count as "

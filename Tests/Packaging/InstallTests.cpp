@@ -82,7 +82,7 @@ TEST_F(InstallTest, theDesktopEntryIsValid) {
     EXPECT_EQ(validation.output, "");
 }
 
-TEST_F(InstallTest, theMetainfoIsValidAndLeadsToTheDesktopEntry) {
+TEST_F(InstallTest, theMetainfoIsValidAndRefersToTheDesktopEntry) {
     const fs::path metainfo = scratch->path() / "share/metainfo/org.corvane.Corvane.metainfo.xml";
     EXPECT_THAT(test::fileBytes(metainfo).value_or(""),
                 testing::AllOf(testing::HasSubstr("<id>org.corvane.Corvane</id>"),
@@ -117,7 +117,7 @@ TEST_F(InstallTest, theManualPageIsValid) {
     EXPECT_EQ(validation.output, "");
 }
 
-TEST_F(InstallTest, theServiceNamesTheProgramWhereItIsInstalled) {
+TEST_F(InstallTest, theServiceNamesTheInstalledProgram) {
     EXPECT_EQ(test::fileBytes(scratch->path() / "share/dbus-1/services/org.corvane.Corvane.service"),
               "[D-BUS Service]\nName=org.corvane.Corvane\nExec=" +
                   (scratch->path() / "bin/corvane").string() + "\n");

@@ -86,7 +86,7 @@ class MacBuildTest : public testing::Test {
     static inline test::Outcome installed;
 };
 
-TEST_F(MacBuildTest, theBundleSaysWhatItIs) {
+TEST_F(MacBuildTest, theBundlesPropertyListIsComplete) {
     const auto plist =
         propertyList(test::fileBytes(build / "bin/Corvane.app/Contents/Info.plist").value_or(""));
     const std::map<std::string, std::string> wanted{
@@ -129,7 +129,7 @@ TEST_F(MacBuildTest, theInstalledBundleGetsQtFirstAndItsSignatureLast) {
                                    "codesign --verify --deep --strict --verbose=2 " + bundle));
 }
 
-TEST_F(MacBuildTest, objectiveCCountsReferencesByItselfAndIsHeldToTheOldestSystem) {
+TEST_F(MacBuildTest, objectiveCUsesArcAndTargetsTheOldestSystem) {
     const std::vector<std::string> lines = test::linesOf(test::fileBytes(build / "build.ninja").value_or(""));
     int sources = 0;
     bool isObjectiveC = false;
@@ -179,7 +179,7 @@ struct DeployCase {
     std::string arguments;
 };
 
-TEST(DeployArguments, eachVersionOfQtIsCalledInItsOwnWay) {
+TEST(DeployArguments, theArgumentsFollowTheVersionOfQt) {
     const test::ScratchFolder scratch;
     const fs::path script = scratch / "print.cmake";
     test::writeFile(script,

@@ -26,7 +26,7 @@ class MaintainerTest : public testing::Test {
     test::ScratchFolder scratch{"package"};
 };
 
-TEST_F(MaintainerTest, theProjectsOwnVariableComesFirst) {
+TEST_F(MaintainerTest, theProjectsOwnVariableTakesPrecedence) {
     configureGit();
     const test::Outcome outcome = maintainer({{"CORVANE_MAINTAINER", "A Packager <a@example.org>"},
                                               {"DEBFULLNAME", "A Developer"},
@@ -50,7 +50,7 @@ TEST_F(MaintainerTest, thenTheUserOfGit) {
         << "a name without an address, or the other way round, is not mixed with another source";
 }
 
-TEST_F(MaintainerTest, withoutAnyItSaysWhatToSet) {
+TEST_F(MaintainerTest, withoutAnyItReportsWhatToSet) {
     const test::Outcome outcome = maintainer({});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.output,
@@ -58,7 +58,7 @@ TEST_F(MaintainerTest, withoutAnyItSaysWhatToSet) {
                                testing::HasSubstr("CORVANE_MAINTAINER")));
 }
 
-TEST_F(MaintainerTest, whatHasNoAddressIsRefused) {
+TEST_F(MaintainerTest, aNameWithoutAnAddressIsRefused) {
     for (const char* const given :
          {"A Packager", "a@example.org", "<a@example.org>", "A Packager <nowhere>"}) {
         const test::Outcome outcome = maintainer({{"CORVANE_MAINTAINER", given}});

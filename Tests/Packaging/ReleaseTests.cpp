@@ -58,7 +58,7 @@ class ReleaseTest : public testing::Test {
     fs::path tree = scratch / "tree";
 };
 
-TEST_F(ReleaseTest, whatAgreesMayBeTagged) {
+TEST_F(ReleaseTest, aConsistentReleaseMayBeTagged) {
     const test::Outcome untagged = check();
     EXPECT_EQ(untagged.status, 0);
     EXPECT_EQ(untagged.output, "Version, changelog and tag agree on 1.2.3.\n");
@@ -67,7 +67,7 @@ TEST_F(ReleaseTest, whatAgreesMayBeTagged) {
     EXPECT_EQ(tagged.status, 0) << tagged.output;
 }
 
-TEST_F(ReleaseTest, theTagIsThatOfTheVersionAndOfWhatIsCheckedOut) {
+TEST_F(ReleaseTest, theTagIsThatOfTheVersionAndOfTheCheckedOutCommit) {
     expectFault(check({"v1.2.3"}), "there is no tag v1.2.3");
     git({"tag", "v1.2.4"});
     expectFault(check({"v1.2.4"}), "the tag is v1.2.4, but the version is 1.2.3");
@@ -101,7 +101,7 @@ TEST_F(ReleaseTest, theVersionHasThreeNumbersAndEverythingIsCommitted) {
     expectFault(outcome, "changes that are not committed");
 }
 
-TEST_F(ReleaseTest, theSourceArchiveHasWhatIsCommittedAndIsTheSameEachTime) {
+TEST_F(ReleaseTest, theSourceArchiveHasWhatIsCommittedAndIsReproducible) {
     test::writeFile(tree / "notes", "not committed");
     const std::string script = (tree / "Scripts/source-archive").string();
     const test::Outcome outcome = run(script, {});

@@ -60,7 +60,7 @@ class RunBuildTest : public testing::Test {
     static inline test::Outcome configured;
 };
 
-TEST_F(RunBuildTest, theTargetOfInstalledFilesMakesProgramIconsSoundsAndPages) {
+TEST_F(RunBuildTest, theTargetOfInstalledFilesBuildsProgramIconsSoundsAndPages) {
     const test::Outcome commands =
         test::runScript(CORVANE_NINJA, {"-C", build.string(), "-t", "commands", "InstalledFiles"},
                         {{"PATH", "/usr/bin:/bin"}});
@@ -125,7 +125,7 @@ TEST_F(RunTest, aBuildWithoutTheApplicationIsConfiguredAgain) {
                                         "cmake --build build/release --target InstalledFiles", "corvane "));
 }
 
-TEST(Configuration, ofASystemWithoutAPlatformSaysHowToAddOne) {
+TEST(Configuration, forASystemWithoutAPlatformSaysHowToAddOne) {
     const test::ScratchFolder scratch;
     const test::Outcome configured = test::runScript(
         CORVANE_CMAKE,

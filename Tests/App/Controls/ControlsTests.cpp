@@ -46,7 +46,7 @@ class ControlsTest : public testing::Test {
     QWidget window_;
 };
 
-TEST_F(ControlsTest, theRingComesWithTabAndGoesWithAClick) {
+TEST_F(ControlsTest, tabShowsTheRingAndAClickHidesIt) {
     auto* const button = add<BorderedButton>(QStringLiteral("Done"));
     show();
     EXPECT_FALSE(hasRing(button));
@@ -57,7 +57,7 @@ TEST_F(ControlsTest, theRingComesWithTabAndGoesWithAClick) {
     EXPECT_FALSE(hasRing(button));
 }
 
-TEST_F(ControlsTest, theRingGoesWithAClickAnywhereAndComesBackWithTheNextKey) {
+TEST_F(ControlsTest, aClickAnywhereHidesTheRingUntilTheNextKey) {
     auto* const toggle = add<Switch>(QStringLiteral("Play sounds"), reduceMotion_);
     show();
     QTest::keyClick(&window_, Qt::Key_Tab);
@@ -109,7 +109,7 @@ TEST_F(ControlsTest, aButtonsEllipsisStaysAtItsEndInARightToLeftInterface) {
     EXPECT_EQ(test::pictureOf(*button, ColorScheme::light, 1), leftToRight);
 }
 
-TEST_F(ControlsTest, aClickAloneBringsNoFocusAndNoRing) {
+TEST_F(ControlsTest, aClickAloneGivesNoFocusAndShowsNoRing) {
     auto* const button = add<BorderedButton>(QStringLiteral("Done"));
     show();
     QTest::mouseClick(button, Qt::LeftButton);
@@ -117,7 +117,7 @@ TEST_F(ControlsTest, aClickAloneBringsNoFocusAndNoRing) {
     EXPECT_FALSE(hasRing(button));
 }
 
-TEST_F(ControlsTest, theRingLiesOutsideOfItsButtonAndFollowsIt) {
+TEST_F(ControlsTest, theRingIsOutsideItsButtonAndFollowsIt) {
     auto* const button = add<PrimaryButton>(QStringLiteral("Connect"), QString());
     show();
     button->setFocus(Qt::TabFocusReason);
@@ -135,7 +135,7 @@ TEST_F(ControlsTest, theRingLiesOutsideOfItsButtonAndFollowsIt) {
     }
 }
 
-TEST_F(ControlsTest, theRingGoesWithTheFocusAndTheControl) {
+TEST_F(ControlsTest, theRingMovesWithTheFocusAndIsHiddenWithTheControl) {
     auto* const first = add<LinkButton>(QStringLiteral("Website"), 13);
     auto* const second = add<LinkButton>(QStringLiteral("Contact"), 13);
     show();
@@ -195,14 +195,14 @@ TEST_F(ControlsTest, aLinkIsUnderlinedUnderThePointerOnly) {
     EXPECT_TRUE(isUnderlined());
 }
 
-TEST_F(ControlsTest, aSwitchOutOfSightJumps) {
+TEST_F(ControlsTest, aHiddenSwitchIsNotAnimated) {
     Switch control(QStringLiteral("Sounds"), reduceMotion_, nullptr);
     EXPECT_EQ(control.position(), 0);
     control.setChecked(true);
     EXPECT_EQ(control.position(), 1);
 }
 
-TEST_F(ControlsTest, theKnobTakesItsTimeUnlessMotionIsReduced) {
+TEST_F(ControlsTest, theKnobIsAnimatedUnlessMotionIsReduced) {
     auto* const control = add<Switch>(QStringLiteral("Sounds"), reduceMotion_);
     show();
     control->click();

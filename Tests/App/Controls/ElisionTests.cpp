@@ -21,18 +21,18 @@ TEST(Elision, aTextThatFitsStaysWhole) {
     EXPECT_EQ(text::elidingMiddle("", 0, codePoints), "");
 }
 
-TEST(Elision, aWiderTextLosesItsMiddle) {
+TEST(Elision, aWiderTextIsElidedInTheMiddle) {
     EXPECT_EQ(text::elidingMiddle("abcdefgh", 7, codePoints), "abc…fgh");
     EXPECT_EQ(text::elidingMiddle("abcdefgh", 6, codePoints), "abc…gh");
     EXPECT_EQ(text::elidingMiddle("abcdefgh", 2, codePoints), "a…");
 }
 
-TEST(Elision, whereNothingFitsOnlyTheEllipsisStays) {
+TEST(Elision, onlyTheEllipsisIsLeftIfNothingFits) {
     EXPECT_EQ(text::elidingMiddle("abcdefgh", 1, codePoints), "…");
     EXPECT_EQ(text::elidingMiddle("abcdefgh", 0, codePoints), "…");
 }
 
-TEST(Elision, charactersAreNeverCut) {
+TEST(Elision, charactersAreNeverSplit) {
     // Flags of two code points each, and a family of seven.
     EXPECT_EQ(text::elidingMiddle("🇩🇪🇫🇷🇬🇧🇯🇵", 6, codePoints), "🇩🇪…🇯🇵");
     EXPECT_EQ(text::elidingMiddle("👨‍👩‍👧‍👦abcdef", 5, codePoints), "…");
@@ -40,7 +40,7 @@ TEST(Elision, charactersAreNeverCut) {
     EXPECT_EQ(text::elidingMiddle("a\u0301bc\u0301de\u0301f\u0301", 7, codePoints), "a\u0301b…f\u0301");
 }
 
-TEST(Elision, ofAnEndlessTextBothEndsAreShown) {
+TEST(Elision, bothEndsOfAVeryLongTextAreShown) {
     const std::string head(2'000'000, 'a');
     const std::string tail(2'000'000, 'z');
     EXPECT_EQ(text::elidingMiddle(head + tail, 5, codePoints), "aa…zz");

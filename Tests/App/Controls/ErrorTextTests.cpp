@@ -8,7 +8,7 @@ namespace corvane {
 namespace {
 
 // The text that a text view returns has other line ends and spaces than these.
-TEST(ErrorText, theSameMessageOnceMoreLeavesTheSelection) {
+TEST(ErrorText, settingTheSameMessageAgainKeepsTheSelection) {
     QWidget window;
     ErrorText error(&window);
     window.show();
@@ -22,7 +22,7 @@ TEST(ErrorText, theSameMessageOnceMoreLeavesTheSelection) {
     }
 }
 
-TEST(ErrorText, aSelectionGoesWithTheFocusButStaysUnderAMenuAndInAnInactiveWindow) {
+TEST(ErrorText, aSelectionIsClearedWithTheFocusButNotByAMenuOrAnInactiveWindow) {
     QWidget window;
     ErrorText error(&window);
     error.setMessage(QStringLiteral("Nothing was changed."));

@@ -6,7 +6,7 @@
 namespace corvane {
 namespace {
 
-TEST(ForeignText, isOneLineWithoutAnythingThatSteersOthers) {
+TEST(ForeignText, isOneLineWithoutDirectionalFormatting) {
     EXPECT_EQ(foreign::line(QStringLiteral("a\nb\tc\u2028d\u2029e\u0085f")), QStringLiteral("a b c d e f"));
     EXPECT_EQ(foreign::line(QStringLiteral("\u202A\u202B\u202C\u202D\u202Ea\u2066\u2067\u2068\u2069")),
               QStringLiteral("a"));
@@ -19,7 +19,7 @@ TEST(ForeignText, isIsolatedByOnePairThatItCannotClose) {
     EXPECT_TRUE(foreign::isolated(QStringLiteral(" \u202E\n")).isEmpty());
 }
 
-TEST(ForeignText, isBlankWhereItShowsNothing) {
+TEST(ForeignText, isBlankIfNothingIsVisible) {
     EXPECT_TRUE(foreign::isBlank({}));
     EXPECT_TRUE(foreign::isBlank(QStringLiteral("\u202E \t")));
     EXPECT_FALSE(foreign::isBlank(QStringLiteral("/")));

@@ -46,7 +46,7 @@ class PopupCardsTest : public testing::Test {
     QMenu menu_;
 };
 
-TEST_F(PopupCardsTest, aMenuHasRoomForItsShadowAndItsCardWhereTheMenuBelongs) {
+TEST_F(PopupCardsTest, aMenuHasMarginsForItsShadowAndItsCardAtTheMenusPlace) {
     menu_.popup({200, 100});
     EXPECT_EQ(menu_.contentsMargins(), room());
     EXPECT_EQ(cardOf(menu_).topLeft(), QPoint(200, 100));
@@ -77,7 +77,7 @@ TEST_F(PopupCardsTest, aMenuIsTranslucentOverABlurOfItsShapeOnlyWhereTheDesktopB
     EXPECT_EQ(shadow_.behind.boundingRect().toAlignedRect(), PopupCards::card(menu_));
 }
 
-TEST(CardAtEdge, liesAtTheEdgeToWhichQtHasMovedItsWindowBack) {
+TEST(CardAtEdge, isAtTheEdgeToWhichQtHasMovedItsWindow) {
     const QRect screen(0, 0, 1440, 900);
     const QSize card(273, 166);
     const QSize window = card.grownBy({24, 16, 24, 32});
@@ -105,7 +105,7 @@ TEST_F(PopupCardsTest, aMenuStaysOnTheScreen) {
     EXPECT_EQ(cardOf(menu_).topLeft(), screen.topLeft());
 }
 
-TEST_F(PopupCardsTest, aMenuOfABarLiesBelowItsTitle) {
+TEST_F(PopupCardsTest, aMenuOfAMenuBarOpensBelowItsTitle) {
     for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         QWidget window;
         window.setLayoutDirection(direction);
@@ -128,7 +128,7 @@ TEST_F(PopupCardsTest, aMenuOfABarLiesBelowItsTitle) {
     }
 }
 
-TEST_F(PopupCardsTest, aPressOnTheShadowIsOneBesideTheMenu) {
+TEST_F(PopupCardsTest, aPressOnTheShadowClosesTheMenu) {
     // Later versions of Qt close a menu at a press where the pointer was when the menu opened.
     window_.show();
     QTest::mouseMove(window_.windowHandle(), QPoint(290, 390));
@@ -142,7 +142,7 @@ TEST_F(PopupCardsTest, aPressOnTheShadowIsOneBesideTheMenu) {
     EXPECT_FALSE(menu_.isVisible());
 }
 
-TEST_F(PopupCardsTest, aMenuIsCutRoundWhereWindowsAreNotBlended) {
+TEST_F(PopupCardsTest, aMenuHasARoundMaskWhereWindowsAreNotBlended) {
     shadow_.blended = false;
     menu_.popup({200, 100});
     menu_.setPalette(Tokens::palette(ColorScheme::light));
@@ -166,7 +166,7 @@ TEST_F(PopupCardsTest, aMenuIsCutRoundWhereWindowsAreNotBlended) {
               PopupCards::card(menu_).topLeft() + QPoint(4, 4));
 }
 
-TEST_F(PopupCardsTest, aListLiesWithThePresentChoiceOverItsPicker) {
+TEST_F(PopupCardsTest, aListOpensWithTheCurrentChoiceOverItsPicker) {
     for (const bool blended : {true, false}) {
         shadow_.blended = blended;
         for (const int current : {-1, 0, 2}) {
@@ -189,7 +189,7 @@ TEST_F(PopupCardsTest, aListLiesWithThePresentChoiceOverItsPicker) {
     }
 }
 
-TEST_F(PopupCardsTest, aListOfOneToneShowsItsWordsWhereThePickerDoesAndTicksThePresentChoice) {
+TEST_F(PopupCardsTest, aPlainListAlignsItsTextsWithThePickersAndTicksTheCurrentChoice) {
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         Picker& sounds = picker(1);
         window_.setPalette(Tokens::palette(scheme));

@@ -29,7 +29,7 @@ class PopupWatchTest : public testing::Test {
     int changes = 0;
 };
 
-TEST_F(PopupWatchTest, anOpenMenuIsAmongThem) {
+TEST_F(PopupWatchTest, anOpenMenuIsIncluded) {
     EXPECT_TRUE(open().empty());
     menu.popup({100, 100});
     EXPECT_EQ(open(), std::vector<QWidget*>{&menu});
@@ -49,7 +49,7 @@ TEST_F(PopupWatchTest, aMenuThatMovesIsReported) {
     EXPECT_EQ(watch.open().front().place, menu.geometry());
 }
 
-TEST_F(PopupWatchTest, otherWindowsOnlyCountOnceTheyAreAdded) {
+TEST_F(PopupWatchTest, otherWindowsAreIncludedOnlyOnceAdded) {
     QWidget window;
     window.show();
     EXPECT_TRUE(open().empty());
@@ -62,7 +62,7 @@ TEST_F(PopupWatchTest, otherWindowsOnlyCountOnceTheyAreAdded) {
     EXPECT_TRUE(open().empty());
 }
 
-TEST_F(PopupWatchTest, aWindowThatIsDestroyedWhileItIsOpenHasGone) {
+TEST_F(PopupWatchTest, aWindowDestroyedWhileOpenIsRemoved) {
     auto other = std::make_unique<QMenu>();
     other->addAction(QStringLiteral("Entry"));
     other->popup({100, 100});

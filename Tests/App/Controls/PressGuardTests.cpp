@@ -47,7 +47,7 @@ class PressGuardTest : public testing::Test {
     PrimaryButton button{QStringLiteral("Connect"), {}, &window};
 };
 
-TEST_F(PressGuardTest, aControlThatHasAppearedUnderThePointerTakesNoPressForTheDoubleClickInterval) {
+TEST_F(PressGuardTest, aControlThatAppearsUnderThePointerIgnoresPressesForTheDoubleClickInterval) {
     window.show();
     EXPECT_EQ(click(), 0);
     now += interval - milliseconds(1);
@@ -69,7 +69,7 @@ TEST_F(PressGuardTest, aControlToWhichTheUserMovesThePointerTakesPressesAtOnce) 
     EXPECT_EQ(click(), 1);
 }
 
-TEST_F(PressGuardTest, aControlThatMovesUnderThePointerWaitsAgain) {
+TEST_F(PressGuardTest, aControlThatMovesUnderThePointerIsGuardedAgain) {
     button.move(20, 100);
     window.show();
     now += interval;
@@ -87,14 +87,14 @@ TEST_F(PressGuardTest, aWindowThatMovesItsControlUnderThePointerCountsToo) {
     EXPECT_EQ(click(), 0);
 }
 
-TEST_F(PressGuardTest, aControlThatWasUnderThePointerAllTheTimeDoesNotWaitAgain) {
+TEST_F(PressGuardTest, aControlThatStaysUnderThePointerIsNotGuardedAgain) {
     window.show();
     now += interval;
     window.move(102, 100);
     EXPECT_EQ(click(), 1);
 }
 
-TEST_F(PressGuardTest, aControlThatIsShownInPlaceOfAnotherOneWaits) {
+TEST_F(PressGuardTest, aControlThatReplacesAnotherIsGuarded) {
     BorderedButton remove(QStringLiteral("Remove"), &window);
     remove.setGeometry(button.geometry());
     remove.hide();
@@ -124,7 +124,7 @@ TEST_F(PressGuardTest, theKeyboardAndAssistiveTechnologyPressAtAnyTime) {
     EXPECT_EQ(clicks, 3);
 }
 
-TEST_F(PressGuardTest, scrollingAControlUnderThePointerIsNoReasonToWait) {
+TEST_F(PressGuardTest, aControlScrolledUnderThePointerIsNotGuarded) {
     QScrollArea area;
     area.setGeometry(100, 100, 300, 100);
     auto* const content = new QWidget;
@@ -141,7 +141,7 @@ TEST_F(PressGuardTest, scrollingAControlUnderThePointerIsNoReasonToWait) {
     EXPECT_EQ(presses, 1);
 }
 
-TEST_F(PressGuardTest, aPickerDoesNotOpenEither) {
+TEST_F(PressGuardTest, aGuardedPickerDoesNotOpen) {
     Picker picker(QStringLiteral("Sound"), {QStringLiteral("None"), QStringLiteral("Glass")}, &window);
     picker.setGeometry(button.geometry());
     window.show();

@@ -34,7 +34,7 @@ QImage nothing() {
     return image;
 }
 
-TEST(Symbols, areTheSystemsInTheColourAskedFor) {
+TEST(Symbols, areTheSystemsInTheRequestedColour) {
     recording::FakeSystemSymbols system;
     system.known.append(terminal);
     const symbols::SystemScope scope(system);
@@ -42,7 +42,7 @@ TEST(Symbols, areTheSystemsInTheColourAskedFor) {
     EXPECT_EQ(system.asked, std::vector<QString>{terminal});
 }
 
-TEST(Symbols, areOursWhereTheSystemHasNone) {
+TEST(Symbols, areOurOwnIfTheSystemHasNone) {
     const QImage ours = picture(terminal);
     EXPECT_NE(ours, nothing());
     EXPECT_NE(ours, box());
@@ -52,7 +52,7 @@ TEST(Symbols, areOursWhereTheSystemHasNone) {
     EXPECT_EQ(system.asked, std::vector<QString>{terminal});
 }
 
-TEST(Symbols, areOursAgainOnceTheSystemsAreGone) {
+TEST(Symbols, areOurOwnAgainOnceTheSystemsAreGone) {
     const QImage ours = picture(terminal);
     {
         recording::FakeSystemSymbols system;
@@ -71,7 +71,7 @@ TEST(Symbols, areDrawnOnceForEachSizeAndColour) {
     EXPECT_EQ(system.asked.size(), 1U);
 }
 
-TEST(Symbols, paintNothingUnderAnUnknownName) {
+TEST(Symbols, paintNothingForAnUnknownName) {
     recording::FakeSystemSymbols system;
     system.known.append(QStringLiteral("of.the.system.alone"));
     const symbols::SystemScope scope(system);

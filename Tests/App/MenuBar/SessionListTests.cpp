@@ -54,7 +54,7 @@ class SessionListTest : public testing::Test {
     SessionList list{[](const AgentSession&) {}, &window};
 };
 
-TEST_F(SessionListTest, tellsWhetherRowsCameMovedOrLeft) {
+TEST_F(SessionListTest, reportsWhetherRowsWereAddedMovedOrRemoved) {
     EXPECT_TRUE(list.setSessions(sessions({"a", "b"}), at(0)));
     EXPECT_FALSE(list.setSessions(sessions({"a", "b"}), at(1)));
     EXPECT_TRUE(list.setSessions(sessions({"b", "a"}), at(1)));
@@ -106,7 +106,7 @@ TEST_F(SessionListTest, theFocusEntersAtEitherEndAndStopsThere) {
     EXPECT_FALSE(list.moveFocus(1));
 }
 
-TEST_F(SessionListTest, theFocusGoesToTheRowThatTakesThePlaceOfOneThatLeft) {
+TEST_F(SessionListTest, theFocusMovesToTheRowThatReplacesARemovedOne) {
     list.setSessions(sessions({"a", "b", "c"}), at(0));
     list.rows()[1]->setFocus();
     list.setSessions(sessions({"a", "c"}), at(1));

@@ -41,7 +41,7 @@ class SessionRowInViewTest : public testing::Test {
     std::unique_ptr<MenuBarView> view_;
 };
 
-TEST_F(SessionRowInViewTest, theToolTipSaysThatTheTerminalWasNotFoundTheLastTime) {
+TEST_F(SessionRowInViewTest, theToolTipSaysThatTheTerminalWasNotFoundLastTime) {
     world.connect();
     world.waits("w");
     SessionRow& row = *view().list().rows().front();
@@ -56,7 +56,7 @@ TEST_F(SessionRowInViewTest, theToolTipSaysThatTheTerminalWasNotFoundTheLastTime
     EXPECT_EQ(test::toolTip(row), "");
 }
 
-TEST_F(SessionRowInViewTest, theRowThatComesUnderThePointerIsHighlightedAndTheOneThatLeavesItIsNot) {
+TEST_F(SessionRowInViewTest, onlyTheRowThatMovesUnderThePointerIsHighlighted) {
     world.connect();
     world.waits("a", "shop");
     world.waits("b", "notes");
@@ -85,7 +85,7 @@ TEST_F(SessionRowInViewTest, aNameThatIsCutIsWholeInItsToolTipAsPlainText) {
         EXPECT_EQ(test::toolTip(*row), row->session().sessionID == "a" ? name : "");
 }
 
-TEST_F(SessionRowInViewTest, aSnoozedSessionsRowSaysUntilWhen) {
+TEST_F(SessionRowInViewTest, aSnoozedSessionsRowShowsUntilWhen) {
     world.connect();
     world.waits("a", "shop");
     (void)view().grab();
@@ -100,7 +100,7 @@ TEST_F(SessionRowInViewTest, aSnoozedSessionsRowSaysUntilWhen) {
     EXPECT_EQ(test::toolTip(row), "");
 }
 
-TEST_F(SessionRowInViewTest, aNameThatShowsNothingLeavesNoEmptyLine) {
+TEST_F(SessionRowInViewTest, anInvisibleNameLeavesNoEmptyLine) {
     world.connect();
     world.runs("a", test::rightToLeftOverride() + " ");
     (void)view().grab();
@@ -111,7 +111,7 @@ TEST_F(SessionRowInViewTest, aNameThatShowsNothingLeavesNoEmptyLine) {
     EXPECT_EQ(row.spokenText(), QStringLiteral("Claude, Running"));
 }
 
-TEST_F(SessionRowInViewTest, theListFadesAtTheTopTooWhileMoreLiesAbove) {
+TEST_F(SessionRowInViewTest, theListFadesAtTheTopTooWhileMoreIsAbove) {
     world.connect();
     for (const char* const session : {"a", "b", "c", "d", "e", "f", "g", "h"})
         world.runs(session, "HHHHHHHHHHHHHHHH");

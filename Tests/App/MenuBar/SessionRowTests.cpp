@@ -104,7 +104,7 @@ TEST_F(SessionRowTest, paintsTheDotWhereTheLineBegins) {
     EXPECT_EQ(mirrored.pixelColor(shown.width() - 1 - (12 + 4), shown.height() / 2), shown.dotColor());
 }
 
-TEST_F(SessionRowTest, clickAndReturnGiveTheSessionAsItWasLastSet) {
+TEST_F(SessionRowTest, clickAndReturnEmitTheSessionAsLastSet) {
     SessionRow& shown = row(waitingSession("s1", at(0)), at(0));
     AgentSession moved = waitingSession("s1", at(0));
     moved.cwd = "/w/other";

@@ -78,7 +78,7 @@ class TrayMenuTest : public testing::Test {
     TrayMenu menu_{world_.model(), {[this] { ++windowsOpened_; }, [] {}, [] {}}};
 };
 
-TEST_F(TrayMenuTest, anEntryStaysThatOfItsSessionWhenTheOrderChanges) {
+TEST_F(TrayMenuTest, anEntryKeepsItsSessionWhenTheOrderChanges) {
     world_.runs("a", "first");
     world_.runs("b", "second");
     std::vector<QAction*> before = sessions();
@@ -96,7 +96,7 @@ TEST_F(TrayMenuTest, anEntryStaysThatOfItsSessionWhenTheOrderChanges) {
     EXPECT_TRUE(lower->text().contains(QStringLiteral("Waiting for you"))) << lower->text().toStdString();
 }
 
-TEST_F(TrayMenuTest, anEntryGoesWithItsSessionAndTheOthersStay) {
+TEST_F(TrayMenuTest, anEntryIsRemovedWithItsSessionAndTheOthersStay) {
     world_.runs("a", "first");
     world_.runs("b", "second");
     world_.runs("c", "third");
@@ -128,7 +128,7 @@ TEST_F(TrayMenuTest, theTimesAreRightWhenItOpens) {
     EXPECT_EQ(text(1), "\u2068other\u2069 · Codex · Done 2 min ago");
 }
 
-TEST_F(TrayMenuTest, theTimesRunWhileItIsOpen) {
+TEST_F(TrayMenuTest, theTimesAdvanceWhileItIsOpen) {
     world_.connect();
     world_.waits("a");
     Q_EMIT menu_.aboutToShow();
@@ -139,7 +139,7 @@ TEST_F(TrayMenuTest, theTimesRunWhileItIsOpen) {
 }
 
 // As under hosts that tell of the opening only.
-TEST_F(TrayMenuTest, theTimesStandStillAMinuteAfterTheLastOpening) {
+TEST_F(TrayMenuTest, theTimesStopAMinuteAfterTheLastOpening) {
     world_.connect();
     world_.waits("a");
     Q_EMIT menu_.aboutToShow();
@@ -147,7 +147,7 @@ TEST_F(TrayMenuTest, theTimesStandStillAMinuteAfterTheLastOpening) {
     EXPECT_EQ(changesWhile([this] { world_.pass(30); }), 0);
 }
 
-TEST_F(TrayMenuTest, whatThereIsIsFollowedWhileItIsClosed) {
+TEST_F(TrayMenuTest, entriesFollowTheModelWhileItIsClosed) {
     world_.connect();
     world_.runs("a");
     EXPECT_EQ(text(0), "\u2068shop\u2069 · Claude · Running");
@@ -167,7 +167,7 @@ TEST_F(TrayMenuTest, whatThereIsIsFollowedWhileItIsClosed) {
     EXPECT_TRUE(isShown("Quiet for 1 hour"));
 }
 
-TEST_F(TrayMenuTest, aLongNameIsCutBetweenCharactersSoThatTheMenuStaysNarrow) {
+TEST_F(TrayMenuTest, aLongNameIsElidedBetweenCharactersSoThatTheMenuStaysNarrow) {
     std::string name;
     for (int i = 0; i < 120; ++i)
         name += "👩‍🚀";
@@ -183,7 +183,7 @@ TEST_F(TrayMenuTest, aLongNameIsCutBetweenCharactersSoThatTheMenuStaysNarrow) {
     EXPECT_GT(menu_.sizeHint().width(), 350);
 }
 
-TEST_F(TrayMenuTest, whatFitsIsNotCut) {
+TEST_F(TrayMenuTest, aNameThatFitsIsNotElided) {
     std::string marked = "e";
     for (int i = 0; i < 60; ++i) // a folder's name is at most 255 bytes long
         marked += "\u0301";
@@ -191,7 +191,7 @@ TEST_F(TrayMenuTest, whatFitsIsNotCut) {
         listed(marked).startsWith(QString::fromStdString(test::firstStrongIsolate() + marked + "\u2069 · ")));
 }
 
-TEST_F(TrayMenuTest, aNameReachesNoFurtherThanItself) {
+TEST_F(TrayMenuTest, aNamesDirectionDoesNotAffectWhatFollows) {
     // Overrides and isolates would turn around or swallow what follows.
     EXPECT_EQ(listed("a" + test::rightToLeftOverride() + "b" + test::rightToLeftIsolate() + "c\u2069d"),
               QString::fromUtf8("\u2068abcd\u2069 · Claude · Running"));
@@ -201,7 +201,7 @@ TEST_F(TrayMenuTest, aNameIsOneLineOfPlainText) {
     EXPECT_EQ(listed("a\\tb\\u0007c & d"), QString::fromUtf8("\u2068a b c && d\u2069 · Claude · Running"));
 }
 
-TEST_F(TrayMenuTest, aNameThatShowsNothingIsLeftOut) {
+TEST_F(TrayMenuTest, anInvisibleNameIsLeftOut) {
     EXPECT_EQ(listed(test::rightToLeftOverride() + " "), QStringLiteral("Claude · Running"));
 }
 
@@ -220,7 +220,7 @@ TEST_F(TrayMenuTest, withoutAConnectedAgentItOffersToConnectOneAndListsNothing) 
                                                    "Quiet for 1 hour", "Settings…", "Quit"}));
 }
 
-TEST_F(TrayMenuTest, theWindowTellsWhyConnectingFailed) {
+TEST_F(TrayMenuTest, theWindowShowsWhyConnectingFailed) {
     world_.model().disconnectAgent(AgentKind::claude);
     test::writeFile(world_.home / ".claude/settings.json", "no JSON");
     entry("Connect Claude Code")->trigger();
@@ -228,7 +228,7 @@ TEST_F(TrayMenuTest, theWindowTellsWhyConnectingFailed) {
     EXPECT_EQ(windowsOpened_, 1);
 }
 
-TEST_F(TrayMenuTest, resumeStandsBelowTheTimeAtWhichQuietEnds) {
+TEST_F(TrayMenuTest, resumeIsBelowTheTimeAtWhichQuietEnds) {
     world_.model().quietForAnHour();
     const QString until = times::quietUntil(*world_.model().quietUntil());
     EXPECT_EQ(entries(), (std::vector<std::string>{"Open Corvane", "-", until.toStdString(), "Resume",
@@ -244,7 +244,7 @@ QColor dot(const QAction& action) {
     return action.icon().pixmap(16, 16).toImage().pixelColor(8, 8);
 }
 
-TEST_F(TrayMenuTest, aDotTellsEachSessionsStatus) {
+TEST_F(TrayMenuTest, aDotShowsEachSessionsStatus) {
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         menu_.setPalette(Tokens::palette(scheme));
         world_.runs("a", "shop");

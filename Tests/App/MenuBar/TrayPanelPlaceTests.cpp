@@ -17,7 +17,7 @@ TEST(TrayPanelPlace, isBelowAMenuThatHasRoomThere) {
     EXPECT_EQ(panelOrigin({340, 200}, {600, 500, 40, 20}, {0, 30, 1280, 770}), QPoint(449, 524));
 }
 
-TEST(TrayPanelPlace, isBesideABarThatStandsUpright) {
+TEST(TrayPanelPlace, isBesideAVerticalBar) {
     EXPECT_EQ(panelOrigin({340, 200}, {2, 400, 24, 24}, {28, 0, 1252, 800}), QPoint(32, 311));
     EXPECT_EQ(panelOrigin({340, 200}, {1254, 400, 24, 24}, {0, 0, 1252, 800}), QPoint(908, 311));
 }

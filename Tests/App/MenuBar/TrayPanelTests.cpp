@@ -31,13 +31,13 @@ TEST_F(TrayPanelTest, isPresentedByItsHost) {
     EXPECT_EQ(host().presentCount, 1);
 }
 
-TEST_F(TrayPanelTest, isWithinTheFreeAreaThatTheSystemReportsForTheIconsScreen) {
+TEST_F(TrayPanelTest, isWithinTheWorkAreaOfTheIconsScreen) {
     world_.platform.screens.frame = QRect(0, 0, 800, 500);
     panel_.open({300, 510, 22, 22});
     EXPECT_EQ(panel_.cardGeometry().bottom() + 1, 500 - 4);
 }
 
-TEST_F(TrayPanelTest, tellsItsHostWhereItIs) {
+TEST_F(TrayPanelTest, reportsItsGeometryToItsHost) {
     panel_.open({300, 10, 22, 22});
     EXPECT_EQ(host().geometry.size(), panel_.size());
     EXPECT_TRUE(host().geometry.contains(panel_.cardGeometry()));
@@ -46,7 +46,7 @@ TEST_F(TrayPanelTest, tellsItsHostWhereItIs) {
     EXPECT_EQ(host().outline.boundingRect().toAlignedRect(), card);
 }
 
-TEST_F(TrayPanelTest, closesAtAPressElsewhereWhichLeavesItClosed) {
+TEST_F(TrayPanelTest, closesOnAPressElsewhereThatDoesNotReopenIt) {
     panel_.open({300, 10, 22, 22});
     Q_EMIT host().pressedElsewhere();
     EXPECT_FALSE(panel_.isVisible());
@@ -91,7 +91,7 @@ TEST_F(TrayPanelTest, hasTheShadowOfItsRoundCardPainted) {
     EXPECT_FALSE(shadow().painted[0].contains(QPointF(1, 1)));
 }
 
-TEST_F(TrayPanelTest, isCutRoundAndWithoutShadowWhereWindowsAreNotBlended) {
+TEST_F(TrayPanelTest, hasARoundMaskAndNoShadowWhereWindowsAreNotBlended) {
     shadow().blended = false;
     panel_.open({300, 10, 22, 22});
     panel_.setPalette(Tokens::palette(ColorScheme::light));
@@ -161,7 +161,7 @@ TEST_F(TrayPanelTest, itsListIsScrolledByTheThumb) {
     EXPECT_EQ(bar.value(), 0);
 }
 
-TEST_F(TrayPanelTest, looksWhetherWindowsAreBlendedEachTimeItOpens) {
+TEST_F(TrayPanelTest, checksWhetherWindowsAreBlendedEachTimeItOpens) {
     panel_.open({300, 10, 22, 22});
     panel_.hide();
     shadow().blended = false;
@@ -192,7 +192,7 @@ TEST_F(TrayPanelTest, isOpaqueUnlessTheDesktopBlursBehindIt) {
     EXPECT_TRUE(shadow().behind.isEmpty());
 }
 
-TEST_F(TrayPanelTest, followsACompositorThatGoesWhileItIsOpen) {
+TEST_F(TrayPanelTest, followsACompositorThatStopsWhileItIsOpen) {
     panel_.open({300, 10, 22, 22});
     shadow().blended = false;
     world_.pass();

@@ -23,7 +23,7 @@ TEST_F(AppModelTest, openingAtLoginFollowsTheLoginItem) {
     EXPECT_FALSE(model().opensAtLogin());
 }
 
-TEST_F(AppModelTest, aRefusedLoginItemIsToldAndClearedByTheNextSuccess) {
+TEST_F(AppModelTest, aLoginItemErrorIsReportedAndClearedByTheNextSuccess) {
     platform_.loginItem.failure = "The folder is read-only.";
     model().setOpensAtLogin(true);
     EXPECT_EQ(model().connectError(), "Couldn't change “Open at login”: The folder is read-only.");
@@ -123,7 +123,7 @@ TEST_F(AppModelTest, removingAnAgentEndsItsSessionsAndTheirRemindersOnly) {
     EXPECT_TRUE(model().board().sessions().empty());
 }
 
-TEST_F(AppModelTest, whatAnOpenConversationOfARemovedAgentReportsAlertsNobodyUntilItIsConnectedAgain) {
+TEST_F(AppModelTest, anOpenConversationOfARemovedAgentRaisesNoAlertUntilItIsConnectedAgain) {
     model().connectAgent(AgentKind::codex);
     pass();
     model().disconnectAgent(AgentKind::codex);
@@ -167,7 +167,7 @@ TEST_F(AppModelTest, aRemovalThatFailsLeavesTheSessions) {
     EXPECT_EQ(model().board().sessions().size(), 1U);
 }
 
-TEST_F(AppModelTest, aConnectThatChangesAFileTellsItsBackup) {
+TEST_F(AppModelTest, aConnectThatChangesAFileReportsItsBackup) {
     test::writeFile(home_.path() / ".claude/settings.json", "{}");
     model().connectAgent(AgentKind::claude);
     ASSERT_TRUE(model().lastBackup().has_value());
@@ -219,7 +219,7 @@ TEST_F(AppModelTest, anUnreadableFileIsNamedInFull) {
                                           " — config.toml is not UTF-8 text. Nothing was changed.");
 }
 
-TEST_F(AppModelTest, anyOtherFailureIsToldWithItsReason) {
+TEST_F(AppModelTest, anyOtherFailureIsReportedWithItsReason) {
     std::filesystem::create_directories(home_.path() / ".codex/config.toml");
     model().connectAgent(AgentKind::codex);
     ASSERT_TRUE(model().connectError().has_value());
@@ -227,7 +227,7 @@ TEST_F(AppModelTest, anyOtherFailureIsToldWithItsReason) {
     EXPECT_GT(model().connectError()->size(), std::string("Couldn't connect Codex: ").size());
 }
 
-TEST_F(AppModelTest, aFailedRemovalIsToldWithItsReason) {
+TEST_F(AppModelTest, aFailedRemovalIsReportedWithItsReason) {
     test::writeFile(home_.path() / ".claude/settings.json", "not JSON");
     model().disconnectAgent(AgentKind::claude);
     ASSERT_TRUE(model().connectError().has_value());
@@ -248,7 +248,7 @@ TEST_F(AppModelTest, atTheStartNoHookIsWrittenForAgentsThatAreNotConnected) {
     EXPECT_FALSE(std::filesystem::exists(paths_.hookScript()));
 }
 
-TEST_F(AppModelTest, aRepairThatFailsIsToldUntilTheNextSuccess) {
+TEST_F(AppModelTest, aFailedRepairIsReportedUntilTheNextSuccess) {
     ASSERT_FALSE(AgentConnector(home_.path(), paths_).connect(AgentKind::claude, platform_.time.now()));
     std::filesystem::remove_all(paths_.support);
     test::writeFile(paths_.support, "in the way");
@@ -275,7 +275,7 @@ TEST_F(AppModelTest, everyChangeIsSignalled) {
     EXPECT_EQ(changes, 5);
 }
 
-TEST_F(AppModelTest, whatTheUserDoesIsSignalledOnceItCanBeRead) {
+TEST_F(AppModelTest, theUsersChangesAreSignalledOnceTheyCanBeRead) {
     dropClaude("Notification", "s");
     pass();
     const AgentSession session = model().board().sessions().at(0);
@@ -309,7 +309,7 @@ TEST_F(AppModelTest, whatTheUserDoesIsSignalledOnceItCanBeRead) {
     EXPECT_EQ(changes, 6);
 }
 
-TEST_F(AppModelTest, aListenerMayEndTheModel) {
+TEST_F(AppModelTest, aListenerMayDestroyTheModel) {
     const std::vector<std::function<void(AppModel&)>> causes{
         [this](AppModel&) { platform_.time.advance(seconds(1)); },
         [this](AppModel&) { click("Snooze"); },

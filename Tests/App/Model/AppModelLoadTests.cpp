@@ -20,7 +20,7 @@ std::string prompt(const std::string& session, const std::string& message) {
            R"(","cwd":"/w/shop","notification_type":"permission_prompt","message":")" + message + "\"}";
 }
 
-TEST_F(AppModelTest, ofALargeMessageOnlyWhatAnAlertShowsIsKept) {
+TEST_F(AppModelTest, onlyWhatAnAlertShowsOfALargeMessageIsKept) {
     const std::string message = "Which of them? " + std::string(5'000'000, 'x');
     drop("claude", prompt("s", message));
     pass();
@@ -38,7 +38,7 @@ TEST_F(AppModelTest, anOrdinaryMessageIsKeptWhole) {
     EXPECT_EQ(model().board().sessions().at(0).message, message);
 }
 
-TEST_F(AppModelTest, ofLargeNamesLittleIsKeptAndTheSessionIsTheSame) {
+TEST_F(AppModelTest, largeNamesAreShortenedAndTheSessionIsTheSame) {
     const std::string session(5'000'000, 's');
     const auto report = [&](const char* event) {
         drop("claude", R"({"hook_event_name":")" + std::string(event) + R"(","session_id":")" + session +
@@ -58,7 +58,7 @@ TEST_F(AppModelTest, ofLargeNamesLittleIsKeptAndTheSessionIsTheSame) {
     EXPECT_EQ(visible(), 0U);
 }
 
-TEST_F(AppModelTest, aLargePassLeavesTheEventLoopItsTurnsAndEndsAllAtOnce) {
+TEST_F(AppModelTest, aLargePassYieldsToTheEventLoopAndTakesEffectAtItsEnd) {
     for (int i = 0; i < 4; ++i)
         drop("claude", prompt(std::to_string(i), std::string(5'000'000, 'x')), Seconds(1 - 0.1 * i));
     int turns = 0;
@@ -87,7 +87,7 @@ TEST_F(AppModelTest, aLargePassLeavesTheEventLoopItsTurnsAndEndsAllAtOnce) {
     EXPECT_EQ(model().ticks(), 2);
 }
 
-TEST_F(AppModelTest, aModelThatIsDestroyedWithinAPassReadsNoFurther) {
+TEST_F(AppModelTest, aModelDestroyedDuringAPassReadsNoFurther) {
     for (int i = 0; i < 3; ++i)
         drop("claude", prompt(std::to_string(i), std::string(5'000'000, 'x')), Seconds(1 - 0.1 * i));
     model();
@@ -98,7 +98,7 @@ TEST_F(AppModelTest, aModelThatIsDestroyedWithinAPassReadsNoFurther) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(paths_.events()), {}), 2);
 }
 
-TEST_F(AppModelTest, ofAStormTheNewestTwoHundredArriveInEachPass) {
+TEST_F(AppModelTest, theNewestTwoHundredOfAStormArriveInEachPass) {
     pass();
     for (int round = 0; round < 3; ++round) {
         for (int i = 0; i < 500; ++i) {

@@ -34,7 +34,7 @@ TEST_F(AppModelTest, aReminderThatIsDueAtTheStartRefreshesTheBannerInPlace) {
     EXPECT_EQ(model().board().sessions().at(0).lastAlerted, model().now());
 }
 
-TEST_F(AppModelTest, aStormMakesNoMoreWindowsThanStand) {
+TEST_F(AppModelTest, aStormCreatesNoMoreWindowsThanAreVisible) {
     pass();
     for (int i = 0; i < 150; ++i)
         dropClaude("Notification", std::to_string(i), Seconds(0.5 - 0.001 * i));
@@ -110,7 +110,7 @@ TEST_F(AppModelTest, aBacklogIsSilentInQuietTime) {
     EXPECT_TRUE(played().empty());
 }
 
-TEST_F(AppModelTest, finishesTakeNoPlaceWhenDoneAlertsAreOff) {
+TEST_F(AppModelTest, finishesTakeNoBannersPlaceWhenDoneAlertsAreOff) {
     AlertPreferences stored;
     stored.alertWhenDone = false;
     stored.save(defaults_, "alertPreferences");

@@ -66,7 +66,7 @@ TEST_F(AppModelTest, aPermissionPromptShowsTheWaitingBannerAndSounds) {
     EXPECT_TRUE(std::filesystem::is_empty(paths_.events()));
 }
 
-TEST_F(AppModelTest, theBannerGoesWhenTheAgentWorksAgain) {
+TEST_F(AppModelTest, theBannerIsDismissedWhenTheAgentWorksAgain) {
     dropClaude("Notification", "s");
     pass();
     dropClaude("PostToolUse", "s");
@@ -83,7 +83,7 @@ TEST_F(AppModelTest, eventsOfOnePassAreAppliedInOrder) {
     EXPECT_EQ(visible(), 0U);
 }
 
-TEST_F(AppModelTest, longWorkOfClaudesEndsWithTheDoneBannerForSixSeconds) {
+TEST_F(AppModelTest, longWorkOfClaudeEndsWithADoneBannerForSixSeconds) {
     dropClaude("UserPromptSubmit", "s", Seconds(21));
     dropClaude("Stop", "s");
     pass();
@@ -117,7 +117,7 @@ TEST_F(AppModelTest, theWaitingSoundIsTheSameWhateverTheSessionWaitsFor) {
     EXPECT_EQ(played(), std::vector<std::string>{"Purr"});
 }
 
-TEST_F(AppModelTest, withSoundsOffOnlyTheBannerComes) {
+TEST_F(AppModelTest, withSoundsOffOnlyTheBannerIsShown) {
     AlertPreferences preferences;
     preferences.soundsOn = false;
     model().setPrefs(preferences);
@@ -249,7 +249,7 @@ TEST_F(AppModelTest, jumpingToAnUnknownTerminalDismissesAndLooksForTheAgentsProc
               (std::vector<std::pair<std::string, std::string>>{{"claude", "/w/shop"}}));
 }
 
-TEST_F(AppModelTest, jumpingTellsAllThatIsKnownOfTheTerminal) {
+TEST_F(AppModelTest, jumpingPassesOnAllThatIsKnownOfTheTerminal) {
     dropClaude("Notification", "s");
     pass();
     click("Go to Terminal");
@@ -257,7 +257,7 @@ TEST_F(AppModelTest, jumpingTellsAllThatIsKnownOfTheTerminal) {
               (Terminal{"com.mitchellh.ghostty", "ghostty", "claude", "/w/shop"}));
 }
 
-TEST_F(AppModelTest, aTerminalThatIsNotFoundIsRememberedUntilItIsOrTheSessionEnds) {
+TEST_F(AppModelTest, aMissingTerminalIsRememberedUntilItIsFoundOrTheSessionEnds) {
     dropClaude("Notification", "s");
     dropClaude("Notification", "other");
     pass();
@@ -310,7 +310,7 @@ TEST_F(AppModelTest, theNextBannerSaysThatTheTerminalWasNotFound) {
     EXPECT_EQ(toolTip(), QString());
 }
 
-TEST_F(AppModelTest, aReportThatComesAfterTheModelIsNotHeard) {
+TEST_F(AppModelTest, aReportAfterTheModelsDestructionIsIgnored) {
     dropClaude("Notification", "s");
     pass();
     platform_.applications.reportsAtOnce = false;
@@ -345,7 +345,7 @@ TEST_F(AppModelTest, noReminderIsShownForAnAgentThatHasDied) {
     EXPECT_EQ(played().size(), 1U);
 }
 
-TEST_F(AppModelTest, withoutAWaitingSessionNoProcessIsLookedAt) {
+TEST_F(AppModelTest, withoutAWaitingSessionNoProcessIsExamined) {
     platform_.agentProcesses.processes = {{{7, 1}, "claude", "/w/shop"}};
     dropClaude("UserPromptSubmit", "s");
     dropCodexDone("done");
@@ -373,7 +373,7 @@ TEST_F(AppModelTest, everySixtiethPassPrunesTheBoard) {
     EXPECT_TRUE(model().board().sessions().empty());
 }
 
-TEST_F(AppModelTest, pruningTakesTheBannerOfAForgottenSessionDown) {
+TEST_F(AppModelTest, pruningDismissesTheBannerOfAForgottenSession) {
     dropClaude("Notification", "s");
     AlertPreferences preferences;
     preferences.reminderMinutes = 0;
@@ -388,7 +388,7 @@ TEST_F(AppModelTest, pruningTakesTheBannerOfAForgottenSessionDown) {
     EXPECT_EQ(visible(), 0U);
 }
 
-TEST_F(AppModelTest, realPayloadsTravelTheWholeRoad) {
+TEST_F(AppModelTest, realPayloadsAreHandledEndToEnd) {
     drop("claude", test::testData("agent-payloads/claude-Notification-permission_prompt.json"));
     pass();
     ASSERT_EQ(visible(), 1U);

@@ -49,7 +49,7 @@ TEST_F(ClockTest, setBackByADayItRemindsOfNothingTwiceAndShowsNothingNegative) {
     EXPECT_EQ(AlertText::statusLine(model().board().sorted().back(), model().now()), "Done just now");
 }
 
-TEST_F(ClockTest, setBackAndThenRightItRemindsOfEachOnce) {
+TEST_F(ClockTest, setBackAndThenCorrectedItRemindsOfEachOnce) {
     startSessions();
     moveClock(-day);
     pass(30);
@@ -74,7 +74,7 @@ TEST_F(ClockTest, setForwardByAYearItRemindsOnceAndThenForgets) {
     EXPECT_EQ(visible(), 0U);
 }
 
-TEST_F(ClockTest, afterANightsSuspensionEachSessionThatWaitsRemindsOnce) {
+TEST_F(ClockTest, afterANightsSuspendEachWaitingSessionRemindsOnce) {
     startSessions();
     const std::size_t spoken = platform_.announcer.spoken.size();
     moveClock(Seconds(8 * 3600));
@@ -91,7 +91,7 @@ TEST_F(ClockTest, afterANightsSuspensionEachSessionThatWaitsRemindsOnce) {
     EXPECT_EQ(model().board().sessions().size(), 3U) << "the finished one is forgotten";
 }
 
-TEST_F(ClockTest, aClockThatIsSetBackAndForthAllTheTimeRemindsNoMoreOftenThanTheTimeThatItShows) {
+TEST_F(ClockTest, changingAllTheTimeItRemindsNoMoreOftenThanTheTimeThatItShows) {
     startSessions();
     for (int i = 0; i < 120; ++i) {
         moveClock(Seconds(i % 2 == 0 ? 60 : -60));
@@ -101,7 +101,7 @@ TEST_F(ClockTest, aClockThatIsSetBackAndForthAllTheTimeRemindsNoMoreOftenThanThe
     expectNothingNegative();
 }
 
-TEST_F(ClockTest, aFileFromTheFutureWaitsForNoTimeAtAll) {
+TEST_F(ClockTest, aSessionFromTheFutureHasWaitedForNoTime) {
     pass();
     dropClaude("Notification", "s", -day);
     pass(300);
@@ -111,7 +111,7 @@ TEST_F(ClockTest, aFileFromTheFutureWaitsForNoTimeAtAll) {
               "Waiting for you \u00B7 0:00");
 }
 
-TEST_F(ClockTest, aFileOfAnImpossibleDateIsAnEventLikeAnother) {
+TEST_F(ClockTest, aFileWithAnImpossibleDateIsAnOrdinaryEvent) {
     pass();
     const Seconds century(100.0 * 365 * 86'400);
     const std::vector<Seconds> ages{century, -century, day, -day};

@@ -130,7 +130,7 @@ TEST_F(SettingsDefaultsTest, aTruncatedFileGivesTheDefaults) {
     EXPECT_EQ(AlertPreferences::load(defaults, "alertPreferences"), AlertPreferences());
 }
 
-TEST_F(SettingsDefaultsTest, whatCannotBeStoredHoldsUntilTheEnd) {
+TEST_F(SettingsDefaultsTest, valuesThatCannotBeStoredApplyUntilTheEnd) {
     // Nobody can write a file where a folder is.
     std::filesystem::create_directory(folder_ / "Corvane.conf");
     QSettings settings(file(), QSettings::IniFormat);
@@ -165,7 +165,7 @@ class FullDisk {
     void (*handler_)(int);
 };
 
-TEST_F(SettingsDefaultsTest, onAFullDiskTheOldPreferencesStayAndTheNewOnesHoldUntilTheyCanBeStored) {
+TEST_F(SettingsDefaultsTest, onAFullDiskTheOldPreferencesStayAndTheNewOnesApplyUntilTheyCanBeStored) {
     AlertPreferences old;
     old.waitingSound = "Ping";
     AlertPreferences chosen;
@@ -189,7 +189,7 @@ TEST_F(SettingsDefaultsTest, onAFullDiskTheOldPreferencesStayAndTheNewOnesHoldUn
     EXPECT_EQ(AlertPreferences::load(reread, "alertPreferences"), chosen);
 }
 
-TEST_F(SettingsDefaultsTest, aFolderThatWasReplacedByAFileIsWaitedFor) {
+TEST_F(SettingsDefaultsTest, valuesAreStoredOnceAFileInTheFoldersPlaceIsRemoved) {
     const std::filesystem::path folder = folder_ / "config";
     test::writeFile(folder, "in the way");
     const QString path = QString::fromStdString((folder / "Corvane.conf").string());
@@ -209,7 +209,7 @@ TEST_F(SettingsDefaultsTest, aFolderThatWasReplacedByAFileIsWaitedFor) {
     EXPECT_EQ(AlertPreferences::load(reread, "alertPreferences"), chosen);
 }
 
-TEST_F(SettingsDefaultsTest, aLinkInTheFilesPlaceStaysOne) {
+TEST_F(SettingsDefaultsTest, aLinkInTheFilesPlaceIsKept) {
     test::writeFile(folder_ / "elsewhere", "");
     std::filesystem::create_symlink(folder_ / "elsewhere", folder_ / "Corvane.conf");
     {

@@ -50,7 +50,7 @@ TEST_F(WaitWatchTest, aSessionEndsOnceWithTheOnlyProcessThatCanBeItsOwn) {
     EXPECT_EQ(ended({session}, Seconds(602)), Ids());
 }
 
-TEST_F(WaitWatchTest, aNumberThatIsUsedAnewIsAnotherProcess) {
+TEST_F(WaitWatchTest, aReusedProcessIdIsAnotherProcess) {
     runs(7, 1);
     const AgentSession session = waiting("s", now);
     EXPECT_EQ(ended({session}), Ids());
@@ -72,7 +72,7 @@ TEST_F(WaitWatchTest, withSeveralProcessesOrNoneNothingEnds) {
     EXPECT_EQ(ended({none, several, nowhere}), Ids());
 }
 
-TEST_F(WaitWatchTest, whoRunsLongAfterThePromptIsNotKnownToHaveWaited) {
+TEST_F(WaitWatchTest, aProcessFoundLongAfterThePromptIsNotKnownToHaveWaited) {
     runs(7, 1);
     const AgentSession fresh = waiting("fresh", now);
     const AgentSession old = waiting("old", now - Seconds(1));
@@ -81,7 +81,7 @@ TEST_F(WaitWatchTest, whoRunsLongAfterThePromptIsNotKnownToHaveWaited) {
     EXPECT_EQ(ended({fresh, old}, WaitWatch::freshness), Ids{"claude:fresh"});
 }
 
-TEST_F(WaitWatchTest, whatIsOfTheFutureSinceTheClockWasSetBackIsNotFresh) {
+TEST_F(WaitWatchTest, aPromptFromTheFutureAfterTheClockWasSetBackIsNotFresh) {
     runs(7, 1);
     const AgentSession ahead = waiting("ahead", now + WaitWatch::freshness + Seconds(2));
     EXPECT_EQ(ended({ahead}), Ids());
@@ -89,7 +89,7 @@ TEST_F(WaitWatchTest, whatIsOfTheFutureSinceTheClockWasSetBackIsNotFresh) {
     EXPECT_EQ(ended({ahead}), Ids());
 }
 
-TEST_F(WaitWatchTest, everyPromptIsLookedAtAnew) {
+TEST_F(WaitWatchTest, everyPromptIsExaminedAgain) {
     runs(7, 1);
     EXPECT_EQ(ended({waiting("s", now)}), Ids());
     // The session is resumed in another process, which asks the same at once.

@@ -45,7 +45,7 @@ Waveform sound(std::string_view name) {
     return wave.value_or(Waveform{44100, {1}});
 }
 
-TEST_P(SoundFile, isOfTheCommonRate) {
+TEST_P(SoundFile, hasTheCommonSampleRate) {
     EXPECT_EQ(wave.rate, 44100U);
 }
 
@@ -74,7 +74,7 @@ TEST_P(SoundFile, hasNoClicks) {
     EXPECT_LE(clickLevel(wave), 2e-4);
 }
 
-TEST_P(SoundFile, hasNoConstantPart) {
+TEST_P(SoundFile, hasNoDcOffset) {
     EXPECT_NEAR(constantPart(wave), 0, 1e-5);
 }
 
@@ -107,7 +107,7 @@ TEST(SoundFiles, areThoseThatCanBeChosenAndNoOthers) {
     EXPECT_EQ(found, expected);
 }
 
-TEST(SoundFiles, canBeToldApart) {
+TEST(SoundFiles, areDistinguishable) {
     for (const std::string_view left : AlertPreferences::soundChoices) {
         for (const std::string_view right : AlertPreferences::soundChoices) {
             if (left >= right) continue;
@@ -152,7 +152,7 @@ TEST(SoundFiles, anyTwoAtOnceDoNotClip) {
     }
 }
 
-TEST(SoundFiles, comeOutTheSameEveryTime) {
+TEST(SoundFiles, areReproducible) {
     const ScratchFolder scratch;
     ASSERT_EQ(
         std::system((std::string(CORVANE_SOUND_RECIPE) + " '" + (scratch / "new").string() + "'").c_str()),
@@ -163,7 +163,7 @@ TEST(SoundFiles, comeOutTheSameEveryTime) {
     }
 }
 
-TEST(SoundFiles, theRecipeSaysWhenItCannotWrite) {
+TEST(SoundFiles, theRecipeReportsThatItCannotWrite) {
     const ScratchFolder scratch;
     writeFile(scratch / "file", "");
     const std::string command = std::string(CORVANE_SOUND_RECIPE) + " '" + (scratch / "file").string() +

@@ -10,7 +10,7 @@ using std::chrono::milliseconds;
 
 constexpr SoundQueue::Moment start{std::chrono::hours(5)};
 
-TEST(SoundQueue, givesSoundsInTheOrderOfAsking) {
+TEST(SoundQueue, returnsSoundsInTheOrderOfRequests) {
     SoundQueue queue;
     EXPECT_TRUE(queue.empty());
     queue.add("Glass", start);
@@ -22,7 +22,7 @@ TEST(SoundQueue, givesSoundsInTheOrderOfAsking) {
     EXPECT_TRUE(queue.empty());
 }
 
-TEST(SoundQueue, forgetsSoundsThatComeTooLate) {
+TEST(SoundQueue, dropsSoundsThatAreTooLate) {
     SoundQueue queue;
     queue.add("Glass", start);
     queue.add("Tink", start + milliseconds(500));

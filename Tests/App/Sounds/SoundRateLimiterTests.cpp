@@ -55,7 +55,7 @@ TEST(SoundRateLimiter, everyPassOfAStormIsHeard) {
     }
 }
 
-TEST(SoundRateLimiter, whatWasDroppedDoesNotHoldBackWhatComesLater) {
+TEST(SoundRateLimiter, aDroppedSoundDoesNotDelayLaterOnes) {
     SoundRateLimiter limiter;
     EXPECT_TRUE(limiter.admit("Glass", start));
     EXPECT_FALSE(limiter.admit("Glass", start + milliseconds(800)));

@@ -204,7 +204,7 @@ TEST_F(SoundThread, connectsOnceAndClosesAtTheEnd) {
     server().waitForContexts(0);
 }
 
-TEST_F(SoundThread, connectsAnewAfterAnError) {
+TEST_F(SoundThread, reconnectsAfterAnError) {
     LinuxSounds sounds("sounds");
     sounds.play(allNames()[0]);
     server().waitForPlayed(1);
@@ -215,7 +215,7 @@ TEST_F(SoundThread, connectsAnewAfterAnError) {
     EXPECT_EQ(played[2], allNames()[1]) << "tried once more on the new connection";
 }
 
-TEST_F(SoundThread, aServerThatDoesNotAnswerIsLeftBehindAndEndsByItself) {
+TEST_F(SoundThread, aThreadWhoseServerDoesNotReplyIsAbandonedAndEndsByItself) {
     server().hang();
     {
         LinuxSounds sounds("sounds");

@@ -80,7 +80,7 @@ TEST(Waveform, aSoundHalfAsLongAsTheWindowIsThreeDecibelsLessLoud) {
     EXPECT_NEAR(momentaryLoudness(sine(997, 1, 0.2)), momentaryLoudness(sine(997, 1, 0.4)) - 3.01, 0.05);
 }
 
-TEST(Waveform, findsPeakAndConstantPart) {
+TEST(Waveform, measuresPeakAndDcOffset) {
     Waveform wave = sine(440, 0.5, 0.5);
     EXPECT_NEAR(peak(wave), 0.5, 1e-3);
     EXPECT_NEAR(constantPart(wave), 0, 1e-6);
@@ -133,7 +133,7 @@ TEST(Waveform, measuresAttackAndDecay) {
     EXPECT_NEAR(decayTime(wave), 0.1 * std::log(10), 0.01);
 }
 
-TEST(Waveform, likenessTellsTheSameFromTheOther) {
+TEST(Waveform, likenessDistinguishesSounds) {
     const Waveform tone = swell(1000, 0.5, 0.5);
     EXPECT_NEAR(likeness(tone, swell(1000, 0.1, 0.5)), 1, 1e-6);
     EXPECT_GT(likeness(tone, swell(1010, 0.5, 0.5)), 0.9);

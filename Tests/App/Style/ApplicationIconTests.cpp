@@ -240,7 +240,7 @@ TEST(DrawIcon, makesThePicturesOfAnIconTheme) {
     EXPECT_EQ(filesIn(scratch.path()), names);
 }
 
-TEST(DrawIcon, failsWhereItCannotWrite) {
+TEST(DrawIcon, failsIfItCannotWrite) {
     const test::ScratchFolder scratch;
     test::writeFile(scratch.path() / "file", "");
     EXPECT_EQ(drawIcon("iconset", scratch.path() / "file"), 1);

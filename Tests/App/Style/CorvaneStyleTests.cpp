@@ -37,7 +37,7 @@ class ScrollBarTest : public testing::Test {
     QScrollBar bar_{Qt::Vertical, &window_};
 };
 
-TEST_F(ScrollBarTest, isNothingButAThumbOnItsWay) {
+TEST_F(ScrollBarTest, isNothingButAThumbInItsGroove) {
     EXPECT_EQ(bar_.width(), 8);
     EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 8, 100)); // half of the content is visible
     EXPECT_EQ(part(QStyle::SC_ScrollBarSubPage).height(), 0);
@@ -50,14 +50,14 @@ TEST_F(ScrollBarTest, isNothingButAThumbOnItsWay) {
     EXPECT_EQ(part(QStyle::SC_ScrollBarAddPage).height(), 0);
 }
 
-TEST_F(ScrollBarTest, thumbOfAVeryLongTextCanStillBeSeized) {
+TEST_F(ScrollBarTest, thumbOfAVeryLongTextCanStillBeGrabbed) {
     bar_.setRange(0, 1'000'000);
     EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 0, 8, 12));
     bar_.setValue(1'000'000);
     EXPECT_EQ(part(QStyle::SC_ScrollBarSlider), QRect(0, 188, 8, 12));
 }
 
-TEST_F(ScrollBarTest, thumbIsDrawnOnTheGroundOfTheWindow) {
+TEST_F(ScrollBarTest, thumbIsDrawnOnTheWindowsBackground) {
     window_.resize(8, 200);
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         const QImage picture = test::pictureOf(window_, scheme, 1);

@@ -14,14 +14,14 @@ TEST(ReadingDirection, isThatOfTheFirstStrongLetter) {
     }
 }
 
-TEST(ReadingDirection, isTheLayoutsWhereThereIsNoLetter) {
+TEST(ReadingDirection, isTheLayoutsIfThereIsNoLetter) {
     for (const Qt::LayoutDirection layout : {Qt::LeftToRight, Qt::RightToLeft}) {
         EXPECT_EQ(readingDirection({}, layout), layout);
         EXPECT_EQ(readingDirection(QStringLiteral("12 – …"), layout), layout);
     }
 }
 
-TEST(ReadingDirection, takesNoNoticeOfWhatIsIsolated) {
+TEST(ReadingDirection, ignoresIsolatedText) {
     EXPECT_EQ(readingDirection(QStringLiteral("\u2068متجر\u2069 · Claude"), Qt::RightToLeft),
               Qt::LeftToRight);
     EXPECT_EQ(readingDirection(QStringLiteral("\u2067a\u2068b\u2069c\u2069"), Qt::RightToLeft),

@@ -54,7 +54,7 @@ TEST(Shapes, cornersBeginBeforeAnArcWouldAndNotTooEarly) {
     EXPECT_TRUE(path.contains(QPointF(hair, 1.28 * radius)));
 }
 
-TEST(Shapes, insideStrokeLiesInsideByHalfItsWidth) {
+TEST(Shapes, insideStrokeIsInsetByHalfItsWidth) {
     constexpr qreal radius = 16;
     constexpr qreal width = 3;
     const QRectF rect(10, 20, 200, 100);

@@ -102,7 +102,7 @@ TEST(StatusIcon, badgeTextIsTheNumberFromTwoOn) {
     EXPECT_EQ(statusicon::badgeText(12345), QStringLiteral("99+"));
 }
 
-TEST(StatusIcon, labelTellsHowManyWait) {
+TEST(StatusIcon, labelShowsHowManyWait) {
     EXPECT_EQ(statusicon::label(-1), QStringLiteral("Corvane"));
     EXPECT_EQ(statusicon::label(0), QStringLiteral("Corvane"));
     EXPECT_EQ(statusicon::label(1), QStringLiteral("1 agent waiting for you"));

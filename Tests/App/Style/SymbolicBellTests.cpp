@@ -75,7 +75,7 @@ TEST(SymbolicBell, isTheIconWithADigitThatIsAHole) {
     }
 }
 
-TEST(SymbolicBell, showsItsOwnColoursWhereNobodyFillsIt) {
+TEST(SymbolicBell, showsItsOwnColoursIfNobodyFillsIt) {
     const QByteArray drawing = symbolicbell::drawing(22, 1, QColor(1, 2, 3), QColor(4, 5, 6));
     EXPECT_TRUE(drawing.contains(".ColorScheme-Text{color:#010203}"));
     EXPECT_TRUE(drawing.contains(".ColorScheme-NeutralText{color:#040506}"));

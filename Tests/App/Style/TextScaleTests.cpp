@@ -48,7 +48,7 @@ TEST(TextScale, hasFiveStepsFromOneToOneAndAHalf) {
         EXPECT_EQ(textscale::nearest(row.wanted), row.used) << row.wanted;
 }
 
-TEST(TextScale, tellsWhetherTheFactorIsAnotherOne) {
+TEST(TextScale, reportsWhetherTheFactorHasChanged) {
     EXPECT_FALSE(textscale::setFactor(1.01));
     EXPECT_TRUE(textscale::setFactor(1.5));
     EXPECT_EQ(textscale::factor(), 1.5);

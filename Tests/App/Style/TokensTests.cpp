@@ -144,7 +144,7 @@ TEST(Tokens, highContrastReachesItsRatios) {
     }
 }
 
-TEST(Tokens, aPaletteTellsTheLookThatItWasMadeFor) {
+TEST(Tokens, aPaletteReportsTheLookThatItWasMadeFor) {
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         for (const Contrast contrast : {Contrast::normal, Contrast::high}) {
             const Look look(scheme, contrast);

@@ -19,7 +19,7 @@ TEST(AgentKind, hasItsCasesInDisplayOrderWithTheirNames) {
     EXPECT_EQ(names, (std::vector<std::string>{"claude Claude", "codex Codex"}));
 }
 
-TEST(AgentKind, comesFromExactlyItsRawValues) {
+TEST(AgentKind, isParsedFromItsRawValuesOnly) {
     EXPECT_EQ(AgentKind::fromRawValue("claude"), AgentKind::claude);
     EXPECT_EQ(AgentKind::fromRawValue("codex"), AgentKind::codex);
     for (const std::string_view other : {"", "Claude", "claude ", "codex\r", "gemini"}) {

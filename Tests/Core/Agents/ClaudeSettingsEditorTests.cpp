@@ -275,7 +275,7 @@ const std::vector<std::string>& invalidDocuments() {
     return documents;
 }
 
-TEST(ClaudeSettingsEditor, whatIsNoJsonObjectIsUnreadable) {
+TEST(ClaudeSettingsEditor, aDocumentThatIsNoJsonObjectIsUnreadable) {
     const ConfigEditError expected = ConfigEditError::unreadable("settings.json is not valid JSON");
     for (const std::string& document : invalidDocuments()) {
         try {
@@ -477,7 +477,7 @@ TEST(ClaudeSettingsEditor, isInstalledOnlyWhenAllFiveEventsHaveAnOwnGroup) {
     }
 }
 
-TEST(ClaudeSettingsEditor, isInstalledIsFalseForWhatHoldsNothing) {
+TEST(ClaudeSettingsEditor, isInstalledIsFalseForEmptyContent) {
     EXPECT_FALSE(ClaudeSettingsEditor::isInstalled(std::nullopt));
     for (const std::string_view document : {"", " ", "{}", "[]", R"({"hooks":5})", R"({"hooks":{}})",
                                             R"({"hooks":{"Notification":5,"Stop":[]}})"}) {

@@ -36,7 +36,7 @@ void PrintTo(const WholeText& text, std::ostream* out) {
 
 class CodexWholeTexts : public testing::TestWithParam<WholeText> {};
 
-TEST_P(CodexWholeTexts, installAddsTwoLinesAndUninstallGivesTheTextBack) {
+TEST_P(CodexWholeTexts, installAddsTwoLinesAndUninstallRestoresTheText) {
     const WholeText& text = GetParam();
     EXPECT_FALSE(CodexConfigEditor::isInstalled(text.before));
     EXPECT_EQ(install(text.before), text.installed);
@@ -83,7 +83,7 @@ TEST(CodexConfigEditor, missingFileBecomesExactlyTheTwoLines) {
     EXPECT_FALSE(CodexConfigEditor::isInstalled(std::nullopt));
 }
 
-TEST(CodexConfigEditor, findsTheFirstTopLevelNotifyLineAsItStands) {
+TEST(CodexConfigEditor, findsTheFirstTopLevelNotifyLineVerbatim) {
     EXPECT_EQ(CodexConfigEditor::notifyLine("a = 1\n \tnotify \t= [\"x\"]  \nnotify = 2\n"),
               " \tnotify \t= [\"x\"]  ");
     EXPECT_EQ(CodexConfigEditor::notifyLine("notify=[]"), "notify=[]");

@@ -18,7 +18,7 @@ TEST(EventKind, hasItsCasesInOrderUnderTheirOwnNames) {
               (std::vector<std::string>{"needsPermission", "needsInput", "finished", "running", "ended"}));
 }
 
-TEST(EventKind, comesFromExactlyItsRawValues) {
+TEST(EventKind, isParsedFromItsRawValuesOnly) {
     for (const EventKind kind : eventKinds)
         EXPECT_EQ(eventKindFromRawValue(rawValue(kind)), kind);
     EXPECT_EQ(eventKindFromRawValue("Finished"), std::nullopt);

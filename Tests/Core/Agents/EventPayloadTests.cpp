@@ -188,7 +188,7 @@ TEST(EventPayload, nestsExactlyToItsLimit) {
                            repeated("}]", limit / 2 - 1) + "}"));
 }
 
-TEST(EventPayload, givesTheStringsAskedFor) {
+TEST(EventPayload, returnsTheRequestedStrings) {
     const Reading reading(R"({"x":{"cwd":"inner"},"cwd":"/w/shop","message":12,"y":["message","cwd"]})");
     ASSERT_TRUE(reading.isReadable());
     EXPECT_EQ(reading.string("cwd"), "/w/shop");
@@ -197,7 +197,7 @@ TEST(EventPayload, givesTheStringsAskedFor) {
     EXPECT_EQ(reading.string("y"), std::nullopt);
 }
 
-TEST(EventPayload, givesNothingOfAnUnreadableDocument) {
+TEST(EventPayload, returnsNothingFromAnUnreadableDocument) {
     const Reading reading(R"({"cwd":"/w/shop"} x)");
     EXPECT_FALSE(reading.isReadable());
     EXPECT_EQ(reading.string("cwd"), std::nullopt);
@@ -222,7 +222,7 @@ TEST(EventPayload, resolvesEscapesInValuesAndNames) {
     EXPECT_EQ(Reading(R"({"cwd":""})").string("cwd"), "");
 }
 
-TEST(EventPayload, givesTheFirstElementOfAnArrayOfStrings) {
+TEST(EventPayload, returnsTheFirstElementOfAnArrayOfStrings) {
     const auto first = [](std::string_view value) {
         return Reading(R"({"cwd":)" + std::string(value) + R"(,"message":["no"]})").firstString("cwd");
     };
@@ -242,14 +242,14 @@ TEST(EventPayload, givesTheFirstElementOfAnArrayOfStrings) {
     EXPECT_EQ(Reading(R"({"cwd":["a"],})").firstString("cwd"), std::nullopt);
 }
 
-TEST(EventPayload, countsTheLastOfDoubledNamesWhateverItsType) {
+TEST(EventPayload, usesTheLastOfDuplicateNamesWhateverItsType) {
     EXPECT_EQ(Reading(R"({"cwd":"a","cwd":"b"})").string("cwd"), "b");
     EXPECT_EQ(Reading(R"({"cwd":"a","cwd":1})").string("cwd"), std::nullopt);
     EXPECT_EQ(Reading(R"({"cwd":"a","cwd":{"cwd":"c"}})").string("cwd"), std::nullopt);
     EXPECT_EQ(Reading(R"({"cwd":null,"cwd":"b"})").string("cwd"), "b");
 }
 
-TEST(EventPayload, servesOneDocumentAfterTheOther) {
+TEST(EventPayload, readsOneDocumentAfterTheOther) {
     EventPayload payload;
     const std::string padding(EventPayload::padding, ' ');
     const auto cwd = [&](const std::string& json) {
@@ -388,7 +388,7 @@ TEST(EventPayload, readsSixtyMebibytesOfEscapes) {
     EXPECT_FALSE(isReadable(R"({"message":")" + std::string(6 * count + 2, '\\') + R"(q\"})"));
 }
 
-TEST(EventPayload, readsAMillionDoubledNames) {
+TEST(EventPayload, readsAMillionDuplicateNames) {
     std::string json = "{";
     for (std::size_t i = 0; i < million; ++i)
         json += R"("message":"\u0061","m\u0065ssage":")" + std::to_string(i) + R"(",)";

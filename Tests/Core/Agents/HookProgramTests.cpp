@@ -97,7 +97,7 @@ INSTANTIATE_TEST_SUITE_P(Shells, HookProgram,
                                          std::vector<std::string>{"/bin/bash", "--posix"}),
                          [](const auto& shell) { return shell.param.size() == 1 ? "dash" : "bash"; });
 
-TEST_P(HookProgram, writesStandardInputUnchangedBehindItsHeader) {
+TEST_P(HookProgram, writesStandardInputUnchangedAfterItsHeader) {
     using std::string_literals::operator""s;
     const std::string header = "corvane-event 1\nsource=claude\nterm=\nbundle=\n---\n";
     for (const std::string& payload :
@@ -149,13 +149,13 @@ TEST_P(HookProgram, writesTheTerminalOnOneLineEach) {
         "corvane-event 1\nsource=claude\nterm=Apple_Terminal\nbundle=com.apple.Terminal=%s\\n\n---\n{}");
 }
 
-TEST_P(HookProgram, makesTheInboxWhereThereIsNone) {
+TEST_P(HookProgram, createsAMissingInbox) {
     fs::remove(paths.events());
     EXPECT_EQ(runner.run(hook({}, "{}")), silentSuccess());
     EXPECT_EQ(names().size(), 1U);
 }
 
-TEST_P(HookProgram, endsQuietlyWhereTheInboxCannotBeMade) {
+TEST_P(HookProgram, exitsQuietlyIfTheInboxCannotBeCreated) {
     fs::remove(paths.events());
     corvane::test::writeFile(paths.events(), "in the way");
     EXPECT_EQ(runner.run(hook({}, "{}")), silentSuccess());

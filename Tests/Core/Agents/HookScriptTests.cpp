@@ -82,7 +82,7 @@ TEST(HookScript, hasExactlyItsLinesAroundTwoComments) {
               }));
 }
 
-TEST(HookScript, isKnownByAPieceOfItsStandardPath) {
+TEST(HookScript, isRecognisedByAPieceOfItsStandardPath) {
     EXPECT_EQ(HookScript::marker, "Corvane/bin/corvane-hook");
     EXPECT_TRUE(CorvanePaths::standard("/home/you").hookScript().string().ends_with(HookScript::marker));
 }
@@ -94,7 +94,7 @@ TEST(HookScript, isCalledByItsQuotedPathAndTheAgentsName) {
               "\"/home/you/Library/Application Support/Corvane/bin/corvane-hook\" claude");
 }
 
-TEST(HookScript, passesShellcheckWithoutARemark) {
+TEST(HookScript, passesShellcheckWithoutAWarning) {
     const corvane::test::ScratchFolder scratch;
     const CorvanePaths paths{scratch.path()};
     HookScript::install(paths);

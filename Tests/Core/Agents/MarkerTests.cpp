@@ -29,7 +29,7 @@ std::string settingsThatRun(std::string_view program) {
     return R"({"hooks":{)" + events + "}}";
 }
 
-TEST(ClaudeSettingsEditor, knowsItsOwnEntriesByTheWholeMarkerOnly) {
+TEST(ClaudeSettingsEditor, recognisesItsOwnEntriesByTheWholeMarkerOnly) {
     for (const std::string_view program : nearMisses) {
         const std::string before = settingsThatRun(program);
         EXPECT_FALSE(ClaudeSettingsEditor::isInstalled(before)) << program;
@@ -47,7 +47,7 @@ TEST(ClaudeSettingsEditor, knowsItsOwnEntriesByTheWholeMarkerOnly) {
     EXPECT_TRUE(ClaudeSettingsEditor::isInstalled(settingsThatRun("/x/Corvane/bin/corvane-hook")));
 }
 
-TEST(CodexConfigEditor, knowsItsOwnLineByTheWholeMarkerOnly) {
+TEST(CodexConfigEditor, recognisesItsOwnLineByTheWholeMarkerOnly) {
     for (const std::string_view program : nearMisses) {
         const std::string line = "notify = [\"" + std::string(program) + "\", \"codex\"]";
         const std::string text = line + "\na = 1\n";

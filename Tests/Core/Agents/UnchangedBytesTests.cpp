@@ -16,7 +16,7 @@ std::string install(std::string_view current) {
     return ClaudeSettingsEditor::install(current, R"("/Users/ada/Corvane/bin/corvane-hook" claude)");
 }
 
-TEST(ClaudeSettingsEditor, uninstallGivesDocumentsWithoutOwnEntriesBackByteForByte) {
+TEST(ClaudeSettingsEditor, uninstallReturnsDocumentsWithoutOwnEntriesByteForByte) {
     for (const std::string_view before :
          {"", " \n", "{}", "{ \"b\" : 1,\r\n\"a\":[ ] }", R"({"hooks":5})", R"({"hooks":null })",
           R"({"hooks":[{"command":"Corvane/bin/corvane-hook"}]})", "\xEF\xBB\xBF{\"a\" : 1}", "\xEF\xBB\xBF",
@@ -27,7 +27,7 @@ TEST(ClaudeSettingsEditor, uninstallGivesDocumentsWithoutOwnEntriesBackByteForBy
     }
 }
 
-TEST(ClaudeSettingsEditor, installGivesADocumentWithEverythingInItsPlaceBackByteForByte) {
+TEST(ClaudeSettingsEditor, installReturnsACompleteDocumentByteForByte) {
     const std::string compact = [] {
         std::string text = install(R"({"model":"opus","env":{}})");
         std::erase(text, '\n');
@@ -45,7 +45,7 @@ TEST(ClaudeSettingsEditor, installGivesADocumentWithEverythingInItsPlaceBackByte
     EXPECT_NE(install(moved), moved);
 }
 
-TEST(Codex, removingGivesATextWithoutOwnLinesBackByteForByte) {
+TEST(Codex, removingReturnsATextWithoutOwnLinesByteForByte) {
     const auto removed = [](std::string_view text) { return AgentKind::codex.descriptor().uninstall(text); };
     const std::string ownLine = "notify = [\"/h/Corvane/bin/corvane-hook\", \"codex\"]\n";
     for (const std::string_view text :

@@ -77,7 +77,7 @@ class AgentConnectorChanges : public testing::Test {
     int flushes = 0;
 };
 
-TEST_F(AgentConnectorChanges, newContentIsTakenUpAndBackedUp) {
+TEST_F(AgentConnectorChanges, newContentIsUsedAndBackedUp) {
     for (const bool replaced : {false, true}) {
         writeFile(file, "n = 0\n");
         const int error = connectWhileChanging(1, [&](int /*n*/) {
@@ -91,7 +91,7 @@ TEST_F(AgentConnectorChanges, newContentIsTakenUpAndBackedUp) {
     }
 }
 
-TEST_F(AgentConnectorChanges, equalBytesInAnotherFileAreNoticedToo) {
+TEST_F(AgentConnectorChanges, equalBytesInAnotherFileAreDetectedToo) {
     writeFile(file, "n = 0\n");
     const files::FileState before = files::state(file);
     const int error = connectWhileChanging(1, [&](int /*n*/) {
@@ -122,7 +122,7 @@ TEST_F(AgentConnectorChanges, startsOverThreeTimes) {
     EXPECT_EQ(test::backupsIn(file.parent_path()).size(), 1U) << "of what it replaced, and of nothing else";
 }
 
-TEST_F(AgentConnectorChanges, afterThatTheAgentsContentStaysAndAnErrorIsRaised) {
+TEST_F(AgentConnectorChanges, afterThreeRetriesTheAgentsContentStaysAndAnErrorIsRaised) {
     writeFile(file, "n = 0\n");
     EXPECT_EQ(connectWhileChanging(
                   100,
@@ -152,14 +152,14 @@ TEST_F(AgentConnectorChanges, removingStartsOverThreeTimesToo) {
     }
 }
 
-TEST_F(AgentConnectorChanges, aFileThatAppearsIsTakenUp) {
+TEST_F(AgentConnectorChanges, aFileThatAppearsIsUsed) {
     EXPECT_EQ(connectWhileChanging(1, [&](int /*n*/) { writeFile(file, "agent = 1\n"); }), 0);
     EXPECT_EQ(fileBytes(file), installed("agent = 1\n"));
     ASSERT_TRUE(backup);
     EXPECT_EQ(fileBytes(*backup), "agent = 1\n");
 }
 
-TEST_F(AgentConnectorChanges, aFileThatGoesAwayIsMadeAnew) {
+TEST_F(AgentConnectorChanges, aFileThatDisappearsIsCreatedAgain) {
     writeFile(file, "n = 0\n");
     EXPECT_EQ(connectWhileChanging(1, [&](int /*n*/) { fs::remove(file); }), 0);
     EXPECT_EQ(fileBytes(file), installed(""));
@@ -174,7 +174,7 @@ TEST_F(AgentConnectorChanges, aForeignNotifyLineThatAppearsStopsTheConnect) {
     EXPECT_EQ(fileBytes(file), "notify = [\"x\"]\n");
 }
 
-TEST_F(AgentConnectorChanges, aTemporaryFileThatWasLeftIsNotTouched) {
+TEST_F(AgentConnectorChanges, aStaleTemporaryFileIsNotTouched) {
     writeFile(file, "n = 0\n");
     std::string last;
     faults::arm({0, faults::Action::fail, 0, [&](std::string_view function, int descriptor) {
@@ -196,7 +196,7 @@ TEST_F(AgentConnectorChanges, aTemporaryFileThatWasLeftIsNotTouched) {
     EXPECT_EQ(fileBytes(file.parent_path() / next), "left by a process of that number");
 }
 
-TEST_F(AgentConnectorChanges, whatElsePreventsATemporaryFileIsReportedAsItIs) {
+TEST_F(AgentConnectorChanges, otherErrorsOfATemporaryFileAreReportedUnchanged) {
     writeFile(file, "n = 0\n");
     faults::arm(
         {1, faults::Action::keepFailing, ENOSPC, {}, [](std::string_view function, std::string_view path) {
@@ -213,7 +213,7 @@ TEST_F(AgentConnectorChanges, whatElsePreventsATemporaryFileIsReportedAsItIs) {
     EXPECT_EQ(fileBytes(file), "n = 0\n");
 }
 
-TEST_F(AgentConnectorChanges, bytesAreFlushedAndLookedAtBeforeTheyTakeTheFilesPlace) {
+TEST_F(AgentConnectorChanges, bytesAreFlushedAndVerifiedBeforeTheyReplaceTheFile) {
     writeFile(file, "n = 0\n");
     std::vector<std::string> calls;
     faults::arm({0, faults::Action::fail, 0,
@@ -229,7 +229,7 @@ TEST_F(AgentConnectorChanges, bytesAreFlushedAndLookedAtBeforeTheyTakeTheFilesPl
         << "then the folder is flushed";
 }
 
-TEST_F(AgentConnectorChanges, temporaryFilesAndBackupsAreAtNoTimeMoreReadableThanTheOriginal) {
+TEST_F(AgentConnectorChanges, temporaryFilesAndBackupsAreNeverMoreReadableThanTheOriginal) {
     const test::CreationMask mask(0);
     for (const mode_t mode : {0600U, 0640U, 0644U}) {
         writeFile(file, "secret = 1\n");

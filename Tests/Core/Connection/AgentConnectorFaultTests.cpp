@@ -219,7 +219,7 @@ TEST_P(AgentConnectorFaults, everyFunctionFailsFromEveryCallOn) {
     }
 }
 
-TEST_P(AgentConnectorFaults, interruptedAndPartialCallsAreCarriedOn) {
+TEST_P(AgentConnectorFaults, interruptedAndPartialCallsAreContinued) {
     for (int call = 1; survives({call, faults::Action::writeLittle, 0}, true); ++call) {
         ASSERT_FALSE(HasFailure()) << "one byte at call " << call;
     }

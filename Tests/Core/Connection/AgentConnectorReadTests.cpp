@@ -62,7 +62,7 @@ class AgentConnectorReads : public testing::TestWithParam<AgentKind> {
     std::string old = kind == AgentKind::claude ? "{\n  \"model\": \"opus\"\n}\n" : "model = \"o3\"\n";
 };
 
-TEST_P(AgentConnectorReads, aShortageSaysNothingAboutTheFileAndIsAnError) {
+TEST_P(AgentConnectorReads, aShortageDoesNotMakeTheFileMissingAndIsAnError) {
     for (const int error : {EMFILE, ENFILE, ENOMEM, EBUSY}) {
         for (const std::string& bytes : {old, installed(old)}) {
             writeFile(file, bytes);

@@ -25,7 +25,7 @@ class AgentConnectorRepairTest : public testing::Test {
     fs::path claudeFile = connector.configFile(AgentKind::claude);
 };
 
-TEST_F(AgentConnectorRepairTest, connectWritesNothingIntoAFileThatTheAgentHasLaidOutAnew) {
+TEST_F(AgentConnectorRepairTest, connectWritesNothingIntoAFileThatTheAgentHasReformatted) {
     static_cast<void>(connector.connect(AgentKind::claude, test::noon));
     std::string compact = fileBytes(claudeFile).value();
     std::erase(compact, '\n');
@@ -35,7 +35,7 @@ TEST_F(AgentConnectorRepairTest, connectWritesNothingIntoAFileThatTheAgentHasLai
     EXPECT_TRUE(backupsIn(claudeFile.parent_path()).empty());
 }
 
-TEST_F(AgentConnectorRepairTest, repairingWritesTheHookAgainOnlyWhereItDoesNotWork) {
+TEST_F(AgentConnectorRepairTest, repairingRewritesTheHookOnlyIfItDoesNotWork) {
     const fs::path hook = connector.paths().hookScript();
     const auto repaired = [&] {
         connector.repairHook();

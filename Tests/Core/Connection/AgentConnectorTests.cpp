@@ -72,7 +72,7 @@ TEST_F(AgentConnectorTest, knowsTheAgentsFilesAndItsOwnPaths) {
     EXPECT_EQ(AgentConnector(home.path(), other).paths(), other);
 }
 
-TEST_F(AgentConnectorTest, firstConnectMakesFolderFileAndHookWithoutABackup) {
+TEST_F(AgentConnectorTest, firstConnectCreatesFolderFileAndHookWithoutABackup) {
     EXPECT_FALSE(connector.isConnected(AgentKind::claude));
     EXPECT_EQ(connector.connect(AgentKind::claude, test::noon), std::nullopt);
     EXPECT_EQ(fileBytes(claudeFile), freshClaude);
@@ -214,7 +214,7 @@ TEST_F(AgentConnectorTest, aHookPathThatTheAgentsFileCannotHoldIsRefused) {
     EXPECT_FALSE(fs::exists(claudeFile.parent_path()));
 }
 
-TEST_F(AgentConnectorTest, disconnectTakesOnlyOwnEntriesOutAndMakesNoBackup) {
+TEST_F(AgentConnectorTest, disconnectRemovesOnlyOwnEntriesAndMakesNoBackup) {
     const std::string claude = ClaudeSettingsEditor::uninstall(ClaudeSettingsEditor::install(
         R"({"model":"opus","hooks":{"Stop":[{"hooks":[{"command":"say"}]}]}})", command));
     writeFile(claudeFile, claude);
@@ -238,7 +238,7 @@ TEST_F(AgentConnectorTest, disconnectOfAMissingFileCreatesNothing) {
     EXPECT_TRUE(namesIn(home.path()).empty());
 }
 
-TEST_F(AgentConnectorTest, disconnectWritesNothingWhereNothingIsItsOwn) {
+TEST_F(AgentConnectorTest, disconnectWritesNothingIfNoEntryIsItsOwn) {
     for (const auto& [claude, codex] :
          {std::pair("{ \"a\" : 1}", "a = 1\n"),
           std::pair(R"({"z":1, "hooks":{"Stop":[{"hooks":[{"command":"say done"}]}],"X":[]},"a":2})",
@@ -253,7 +253,7 @@ TEST_F(AgentConnectorTest, disconnectWritesNothingWhereNothingIsItsOwn) {
     }
 }
 
-TEST_F(AgentConnectorTest, disconnectLeavesAnEmptyFileThatConnectHadMade) {
+TEST_F(AgentConnectorTest, disconnectLeavesAnEmptyFileThatConnectHadCreated) {
     static_cast<void>(connector.connect(AgentKind::codex, test::noon));
     connector.disconnect(AgentKind::codex);
     EXPECT_EQ(fileBytes(codexFile), "");
@@ -275,7 +275,7 @@ TEST_F(AgentConnectorTest, ownEntriesAmongBytesThatAreNotUtf8AreNotConnected) {
     EXPECT_FALSE(connector.isConnected(AgentKind::claude));
 }
 
-TEST_F(AgentConnectorTest, theFilesPermissionsStay) {
+TEST_F(AgentConnectorTest, theFilesPermissionsAreKept) {
     const test::CreationMask mask(022);
     for (const mode_t mode : std::initializer_list<mode_t>{0600, 0644, 0664, 0400, 0666, 0755}) {
         writeFile(codexFile, "a = 1\n");
@@ -301,7 +301,7 @@ TEST_F(AgentConnectorTest, aNewFileFollowsTheCreationMask) {
     }
 }
 
-TEST_F(AgentConnectorTest, aLinkStaysALinkAndTheBackupLiesBesideTheLink) {
+TEST_F(AgentConnectorTest, aLinkStaysALinkAndTheBackupIsBesideTheLink) {
     writeFile(home / "dotfiles/claude.json", "{}");
     fs::create_directories(claudeFile.parent_path());
     fs::create_symlink("../dotfiles/claude.json", claudeFile);
@@ -371,7 +371,7 @@ TEST_F(AgentConnectorTest, aFileInTheFoldersPlaceIsAnErrorThatChangesNothing) {
     connector.disconnect(AgentKind::claude);
 }
 
-TEST_F(AgentConnectorTest, aPipeOrADeviceIsNeverWaitedForNorReplaced) {
+TEST_F(AgentConnectorTest, aPipeOrADeviceNeverBlocksAndIsNeverReplaced) {
     fs::create_directories(codexFile.parent_path());
     ASSERT_EQ(mkfifo(codexFile.c_str(), 0600), 0);
     EXPECT_EQ(connectErrorCode(AgentKind::codex), EINVAL);

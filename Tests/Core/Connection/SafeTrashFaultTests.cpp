@@ -39,7 +39,7 @@ int moveCode(
     return code;
 }
 
-TEST(SafeTrashFaults, movesWhereNoRenameRefusesToReplace) {
+TEST(SafeTrashFaults, movesWithoutANonReplacingRename) {
     for (const int unknown : {EINVAL, ENOSYS}) {
         const test::ScratchFolder scratch;
         writeFile(scratch / "a", "a");
@@ -49,7 +49,7 @@ TEST(SafeTrashFaults, movesWhereNoRenameRefusesToReplace) {
     }
 }
 
-TEST(SafeTrashFaults, replacesNothingThatAppearsMeanwhileWhereNoRenameRefusesTo) {
+TEST(SafeTrashFaults, replacesNothingThatAppearsMeanwhileWithoutANonReplacingRename) {
     for (const int unknown : {EINVAL, ENOSYS}) {
         const test::ScratchFolder scratch;
         writeFile(scratch / "a", "a");
@@ -85,7 +85,7 @@ TEST(SafeTrashFaults, aFileThatMayNotLeaveItsFolderIsNotLeftOnTwoDisks) {
     EXPECT_FALSE(fs::exists(scratch / "to/a"));
 }
 
-TEST(SafeTrashFaults, anyOtherFailureIsReportedAsItIs) {
+TEST(SafeTrashFaults, anyOtherFailureIsReportedUnchanged) {
     for (const int error : {EACCES, EIO, EEXIST}) {
         const test::ScratchFolder scratch;
         writeFile(scratch / "a", "a");

@@ -42,7 +42,7 @@ void withTrash(const fs::path& home, const fs::path& data, const std::function<v
     });
 }
 
-TEST(SafeTrash, movesIntoAFolderThatItMakes) {
+TEST(SafeTrash, movesIntoAFolderThatItCreates) {
     const test::ScratchFolder scratch;
     writeFile(scratch / "a.txt", "a");
     EXPECT_EQ(SafeTrash().move(scratch / "a.txt", scratch / "x/y"), scratch / "x/y/a.txt");
@@ -152,7 +152,7 @@ TEST(SafeTrash, trashMovesToTheUsersTrashWithoutDestroying) {
     }
 }
 
-TEST(SafeTrash, aRefusedTrashIsMissingPermissionWhereTheItemMayNotLeaveItsFolder) {
+TEST(SafeTrash, aRefusedTrashIsMissingPermissionIfTheItemMayNotLeaveItsFolder) {
     const test::ScratchFolder scratch;
     fs::create_directories(scratch / "data");
     writeFile(scratch / "closed/a", "a");
@@ -162,7 +162,7 @@ TEST(SafeTrash, aRefusedTrashIsMissingPermissionWhereTheItemMayNotLeaveItsFolder
     EXPECT_EQ(fileBytes(scratch / "closed/a"), "a");
 }
 
-TEST(SafeTrash, aRefusedTrashIsAMissingTrashWhereNoneCanBeMade) {
+TEST(SafeTrash, aRefusedTrashIsAMissingTrashIfNoneCanBeCreated) {
     const test::ScratchFolder scratch;
     writeFile(scratch / "b", "b");
     writeFile(scratch / "file", "in the place of a folder");
@@ -180,7 +180,7 @@ TEST(SafeTrash, aRefusedTrashIsAMissingTrashWhereNoneCanBeMade) {
     }
 }
 
-TEST(SafeTrash, theTrashIsMadeWhereTheUserHasNoneYet) {
+TEST(SafeTrash, theTrashIsCreatedIfTheUserHasNoneYet) {
     const test::ScratchFolder scratch;
     writeFile(scratch / "c", "c");
     withTrash(scratch.path(), scratch / "not/there/yet", [&] {

@@ -143,7 +143,7 @@ TEST(AgentEvent, splitsAHeaderLineAtItsFirstEqualsSignAndTrimsNothing) {
     EXPECT_EQ(event->terminalBundleID, "\tc\r");
 }
 
-TEST(AgentEvent, hasEmptyTerminalFieldsWhereTheHeaderHasNone) {
+TEST(AgentEvent, hasEmptyTerminalFieldsIfTheHeaderHasNone) {
     const auto event = parseHeader("corvane-event 1\nsource=claude\n");
     ASSERT_TRUE(event);
     EXPECT_EQ(event->terminalProgram, "");
@@ -194,7 +194,7 @@ struct ClaudeRow {
     std::optional<EventKind> kind;
 };
 
-TEST(AgentEvent, mapsWhatClaudeCodeSaysToAKind) {
+TEST(AgentEvent, mapsClaudeCodesEventsToKinds) {
     const EventKind needsPermission = EventKind::needsPermission;
     const EventKind needsInput = EventKind::needsInput;
     const std::vector<ClaudeRow> rows{
@@ -292,7 +292,7 @@ TEST(AgentEvent, keepsAnEmptyThreadIdentifierOfCodex) {
     EXPECT_EQ(event->cwd, "/w");
 }
 
-TEST(AgentEvent, takesTheLastOfDoubledNames) {
+TEST(AgentEvent, takesTheLastOfDuplicateNames) {
     const auto event = parseClaude(
         R"({"hook_event_name":"Stop","cwd":"/a","session_id":"x","cwd":"/b","session_id":3,"hook_event_name":"SessionEnd"})");
     ASSERT_TRUE(event);
@@ -301,7 +301,7 @@ TEST(AgentEvent, takesTheLastOfDoubledNames) {
     EXPECT_EQ(event->sessionID, "/b") << "a last value that is not a string counts as none";
 }
 
-TEST(AgentEvent, leavesTheThreadOutInWhichCodexTitlesATask) {
+TEST(AgentEvent, ignoresTheThreadInWhichCodexTitlesATask) {
     const std::string_view shape = "Generate a concise, single-line task title of at most 36 characters.";
     const auto hasEvent = [](std::string_view messages) {
         return parseCodex(R"({"type":"agent-turn-complete","thread-id":"t","input-messages":)" +
@@ -343,7 +343,7 @@ TEST(AgentEvent, namesOfAnOrdinaryLengthAreNotCut) {
     EXPECT_EQ(cut, event);
 }
 
-TEST(AgentEvent, ofALongFolderTheEndIsKeptWhichIsNoPathAndHasTheSameName) {
+TEST(AgentEvent, theEndOfALongFolderIsKeptWhichIsNoPathAndHasTheSameName) {
     const std::string deep = [] {
         std::string path;
         while (path.size() < 5'000'000)
@@ -362,7 +362,7 @@ TEST(AgentEvent, ofALongFolderTheEndIsKeptWhichIsNoPathAndHasTheSameName) {
     }
 }
 
-TEST(AgentEvent, ofALongNameThatIsOneCharacterAfterAnotherWholeCharactersAreKept) {
+TEST(AgentEvent, ofAVeryLongNameOnlyWholeCharactersAreKept) {
     AgentEvent event;
     for (int i = 0; i < 5000; ++i)
         event.cwd += "\U0001F600";
@@ -375,7 +375,7 @@ TEST(AgentEvent, ofALongNameThatIsOneCharacterAfterAnotherWholeCharactersAreKept
     }
 }
 
-TEST(AgentEvent, longIdentifiersThatDifferAnywhereStillDoAndTheSameStayTheSame) {
+TEST(AgentEvent, longIdentifiersThatDifferAnywhereStillDifferAndEqualOnesStayEqual) {
     const std::string long1(5'000'000, 'x');
     const auto cut = [](std::string identifier) {
         AgentEvent event;

@@ -38,7 +38,7 @@ class EventInboxFaults : public testing::Test {
     EventInbox inbox{scratch.path()};
 };
 
-TEST_F(EventInboxFaults, aFolderThatCannotBeListedToItsEndGivesNothingAndKeepsItsFiles) {
+TEST_F(EventInboxFaults, aFolderThatCannotBeListedCompletelyDeliversNothingAndKeepsItsFiles) {
     for (const char* name : {"a.event", "b.event", "c.event", "d.event"})
         addEvent(name, {1'700'000'000, 0});
     // Two entries are the folder itself and its parent.
@@ -54,7 +54,7 @@ TEST_F(EventInboxFaults, aFolderThatCannotBeListedToItsEndGivesNothingAndKeepsIt
     EXPECT_EQ(inbox.drain().size(), 4U);
 }
 
-TEST_F(EventInboxFaults, aFileOfUnknownDateComesFirstAndIsReadAndDeleted) {
+TEST_F(EventInboxFaults, aFileOfUnknownDateIsDeliveredFirstAndDeleted) {
     // Older than 1970.
     addEvent("a.event", {-5'000'000'000, 0});
     addEvent("b.event", {1'700'000'000, 0});
@@ -87,7 +87,7 @@ TEST_F(EventInboxFaults, aFileThatCannotBeReadIsDeletedAndTheOthersAreDelivered)
     }
 }
 
-TEST_F(EventInboxFaults, anInterruptedReadIsCarriedOn) {
+TEST_F(EventInboxFaults, anInterruptedReadIsContinued) {
     addEvent("a.event", {1'700'000'000, 0});
     faults::arm({1, faults::Action::fail, EINTR, {}, [](std::string_view function, std::string_view) {
                      return function == "read";

@@ -84,13 +84,13 @@ class EventInboxTest : public testing::Test {
 
 using Names = std::vector<std::string>;
 
-TEST(EventInbox, givesNothingForAnAbsentDirectoryAndCreatesNothing) {
+TEST(EventInbox, deliversNothingFromAMissingDirectoryAndCreatesNothing) {
     const corvane::test::ScratchFolder scratch;
     EXPECT_TRUE(EventInbox{scratch / "absent"}.drain().empty());
     EXPECT_FALSE(fs::exists(scratch / "absent"));
 }
 
-TEST(EventInbox, givesNothingForAFileInTheDirectorysPlace) {
+TEST(EventInbox, deliversNothingFromAFileInTheDirectorysPlace) {
     const corvane::test::ScratchFolder scratch;
     writeFile(scratch / "events", "text");
     EXPECT_TRUE(EventInbox{scratch / "events"}.drain().empty());
@@ -147,7 +147,7 @@ TEST_F(EventInboxTest, dropsNoneOfExactlyTwoHundred) {
     EXPECT_TRUE(names().empty());
 }
 
-TEST_F(EventInboxTest, countsMalformedFilesToTheBacklogToo) {
+TEST_F(EventInboxTest, countsMalformedFilesTowardsTheBacklogToo) {
     for (int i = 0; i < 200; ++i) {
         const std::string name = "bad" + std::to_string(i) + ".event";
         writeFile(path(name), "no event");
@@ -284,7 +284,7 @@ TEST_F(EventInboxTest, readsLargeAndSmallFilesInTurn) {
     EXPECT_EQ(drained, sizes);
 }
 
-TEST_F(EventInboxTest, deliversAgainWhatItCannotDelete) {
+TEST_F(EventInboxTest, deliversFilesAgainThatItCannotDelete) {
     addEvent("a.event", {1'700'000'000, 0});
     fs::permissions(inbox.directory, fs::perms(0555));
     EXPECT_TRUE(holdsForAnOrdinaryUser(
@@ -292,7 +292,7 @@ TEST_F(EventInboxTest, deliversAgainWhatItCannotDelete) {
     EXPECT_EQ(names(), std::set<std::string>{"a.event"});
 }
 
-TEST_F(EventInboxTest, deletesWhatItMayNotRead) {
+TEST_F(EventInboxTest, deletesFilesThatItMayNotRead) {
     addEvent("a.event", {1'700'000'000, 0});
     fs::permissions(path("a.event"), fs::perms::none);
     addEvent("b.event", {1'700'000'001, 0});
@@ -301,7 +301,7 @@ TEST_F(EventInboxTest, deletesWhatItMayNotRead) {
     EXPECT_TRUE(names().empty());
 }
 
-TEST_F(EventInboxTest, leavesWhatItCanListButNotReach) {
+TEST_F(EventInboxTest, leavesFilesThatItCanListButNotReach) {
     addEvent("a.event", {1'700'000'000, 0});
     fs::permissions(inbox.directory, fs::perms(0666));
     const bool gaveNothing = holdsForAnOrdinaryUser([this] { return inbox.drain().empty(); });
@@ -310,7 +310,7 @@ TEST_F(EventInboxTest, leavesWhatItCanListButNotReach) {
     EXPECT_EQ(drainedSessions(), Names{"a.event"});
 }
 
-TEST_F(EventInboxTest, givesNothingForAFolderItMayNotList) {
+TEST_F(EventInboxTest, deliversNothingFromAFolderItMayNotList) {
     addEvent("a.event", {1'700'000'000, 0});
     fs::permissions(inbox.directory, fs::perms(0333));
     const bool gaveNothing = holdsForAnOrdinaryUser([this] { return inbox.drain().empty(); });
@@ -390,7 +390,7 @@ TEST_F(EventInboxTest, deliversEachEventExactlyOnceWhileHooksKeepWriting) {
     EXPECT_TRUE(names().empty());
 }
 
-TEST_F(EventInboxTest, comesToNoHarmWhenFilesGrowShrinkAndVanish) {
+TEST_F(EventInboxTest, toleratesFilesThatGrowShrinkAndVanish) {
     const std::string text = eventText("s");
     const Names sessions = drainWhile(inbox, [&] {
         for (int i = 0; i < 500; ++i) {
@@ -407,7 +407,7 @@ TEST_F(EventInboxTest, comesToNoHarmWhenFilesGrowShrinkAndVanish) {
     EXPECT_TRUE(names().empty());
 }
 
-TEST_F(EventInboxTest, comesToNoHarmWhenNamesChangeTheirKind) {
+TEST_F(EventInboxTest, toleratesNamesThatChangeTheirFileType) {
     writeFile(scratch / "outside", eventText("outside"));
     const Names sessions = drainWhile(inbox, [&] {
         for (int i = 0; i < 600; ++i) {

@@ -50,7 +50,7 @@ class InboxReaderFaults : public testing::Test {
     int calls_ = 0;
 };
 
-TEST_F(InboxReaderFaults, whatCannotBeDeletedIsDeliveredOnce) {
+TEST_F(InboxReaderFaults, aFileThatCannotBeDeletedIsDeliveredOnce) {
     for (const int error : {EACCES, EROFS, EPERM, EIO}) {
         inbox_.add("a.event", noon);
         inbox_.add("b.event", noon);
@@ -76,7 +76,7 @@ TEST_F(InboxReaderFaults, aFileOfTheSameNameWithAnotherDateIsAnotherEvent) {
     EXPECT_EQ(reader_.undeletableCount(), 1U);
 }
 
-TEST_F(InboxReaderFaults, whatWasTakenAwayByOthersIsForgotten) {
+TEST_F(InboxReaderFaults, filesRemovedByOthersAreForgotten) {
     inbox_.add("a.event", noon);
     EXPECT_EQ(failingPass("unlinkat", EACCES), Names{"a.event"});
     std::filesystem::remove(inbox_ / "a.event");
@@ -84,7 +84,7 @@ TEST_F(InboxReaderFaults, whatWasTakenAwayByOthersIsForgotten) {
     EXPECT_EQ(reader_.undeletableCount(), 0U);
 }
 
-TEST_F(InboxReaderFaults, someFailuresTellThatNothingHasChanged) {
+TEST_F(InboxReaderFaults, laterPassesRetryOnlyAFewFailedDeletions) {
     for (int i = 0; i < 100; ++i)
         inbox_.add(std::to_string(i) + ".event", noon);
     EXPECT_EQ(failingPass("unlinkat", EROFS).size(), 100U);
@@ -92,7 +92,7 @@ TEST_F(InboxReaderFaults, someFailuresTellThatNothingHasChanged) {
     EXPECT_EQ(calls_, 8);
 }
 
-TEST_F(InboxReaderFaults, oneThatCanNeverBeDeletedHoldsUpNoOther) {
+TEST_F(InboxReaderFaults, anUndeletableFileDoesNotDelayOthers) {
     for (const char* const name : {"a.event", "b.event", "c.event"})
         inbox_.add(name, noon);
     EXPECT_EQ(failingPass("unlinkat", EROFS).size(), 3U);
@@ -101,7 +101,7 @@ TEST_F(InboxReaderFaults, oneThatCanNeverBeDeletedHoldsUpNoOther) {
     EXPECT_EQ(reader_.undeletableCount(), 1U);
 }
 
-TEST_F(InboxReaderFaults, oneWhoseDateCannotBeReadForAMomentIsStillKnown) {
+TEST_F(InboxReaderFaults, aFileWhoseDateIsTemporarilyUnreadableIsStillKnown) {
     inbox_.add("a.event", noon);
     EXPECT_EQ(failingPass("unlinkat", EROFS), Names{"a.event"});
     faults::arm({all, faults::Action::failEach, EIO, {}, [](std::string_view function, std::string_view) {
@@ -113,7 +113,7 @@ TEST_F(InboxReaderFaults, oneWhoseDateCannotBeReadForAMomentIsStillKnown) {
     EXPECT_EQ(inbox_.count(), 0U);
 }
 
-TEST_F(InboxReaderFaults, whatCouldNeitherBeReadNorDeletedIsReadYet) {
+TEST_F(InboxReaderFaults, aFileThatCouldNeitherBeReadNorDeletedIsReadLater) {
     inbox_.add("a.event", noon);
     for (int i = 0; i < 12; ++i) {
         faults::arm({all, faults::Action::failEach, EIO, {}, [](std::string_view function, std::string_view) {
@@ -155,7 +155,7 @@ TEST_F(InboxReaderFaults, aListingThatFailsForgetsNothing) {
     EXPECT_EQ(failingPass("unlinkat", EACCES), Names());
 }
 
-TEST_F(InboxReaderFaults, aFileThatCannotBeReadForThePresentWaitsAndSoDoThoseAfterIt) {
+TEST_F(InboxReaderFaults, aTemporarilyUnreadableFileWaitsAndSoDoThoseAfterIt) {
     for (const int error : {EMFILE, ENFILE, ENOMEM, EIO, ESTALE}) {
         for (const char* const name : {"a.event", "b.event", "c.event"})
             inbox_.add(name, noon);
@@ -182,7 +182,7 @@ TEST_F(InboxReaderFaults, afterTenPassesItIsDeletedUnread) {
     EXPECT_EQ(pass(reader_), Names{"c.event"});
 }
 
-TEST_F(InboxReaderFaults, whereNothingCanBeReadAnyMoreTheInboxStillEmpties) {
+TEST_F(InboxReaderFaults, anInboxOfUnreadableFilesStillEmpties) {
     for (int i = 0; i < 10; ++i)
         static_cast<void>((inbox_.add("a.event", noon), failingPass("read", EIO)));
     for (const char* const name : {"b.event", "c.event"})

@@ -44,7 +44,7 @@ TEST_F(InboxReaderTest, aSmallInboxTakesOneStep) {
     EXPECT_EQ(inbox_.count(), 0U);
 }
 
-TEST_F(InboxReaderTest, largeFilesTakeAStepEachAndComeInOrder) {
+TEST_F(InboxReaderTest, largeFilesTakeAStepEachAndArriveInOrder) {
     for (const int i : {3, 1, 4, 2})
         inbox_.add(std::to_string(i) + ".event", {1'700'000'000 + i, 0}, 5'000'000);
     EXPECT_EQ(pass(), (Names{"1.event", "2.event", "3.event", "4.event"}));
@@ -54,7 +54,7 @@ TEST_F(InboxReaderTest, largeFilesTakeAStepEachAndComeInOrder) {
     EXPECT_FALSE(reader_.wasLarge()) << "that was the pass before";
 }
 
-TEST_F(InboxReaderTest, everyShareOfTheWorkGivesTheSameEvents) {
+TEST_F(InboxReaderTest, everyShareOfTheWorkDeliversTheSameEvents) {
     constexpr InboxReader::Share shares[]{
         {1, 1, 1}, {1000, 1, 500}, {7, 1000, 1'000'000}, {7, 3, 500}, {1000, 1000, 1}};
     for (const InboxReader::Share& share : shares) {
@@ -70,7 +70,7 @@ TEST_F(InboxReaderTest, everyShareOfTheWorkGivesTheSameEvents) {
     }
 }
 
-TEST_F(InboxReaderTest, whatComesDuringAPassWaitsForTheNextAndCountsToItsBacklog) {
+TEST_F(InboxReaderTest, filesThatArriveDuringAPassWaitForTheNextAndCountTowardsItsBacklog) {
     for (int i = 0; i < 200; ++i)
         inbox_.add("a" + std::to_string(i) + ".event", {1'700'000'000 + i, 0});
     std::vector<AgentEvent> events;
@@ -87,7 +87,7 @@ TEST_F(InboxReaderTest, whatComesDuringAPassWaitsForTheNextAndCountsToItsBacklog
     EXPECT_EQ(pass().size(), 200U);
 }
 
-TEST_F(InboxReaderTest, ofAVeryLargeInboxTheNewestAreRead) {
+TEST_F(InboxReaderTest, theNewestFilesOfAVeryLargeInboxAreRead) {
     for (int i = 0; i < 1'000; ++i)
         inbox_.add(std::to_string(i) + ".event", {1'700'000'000 + i, 0});
     const Names read = pass({100, 100, 1'000'000});
@@ -99,7 +99,7 @@ TEST_F(InboxReaderTest, ofAVeryLargeInboxTheNewestAreRead) {
     EXPECT_EQ(inbox_.count(), 0U);
 }
 
-TEST_F(InboxReaderTest, anInboxThatGoesAwayComesBackOrChangesItsKindDoesNoHarm) {
+TEST_F(InboxReaderTest, anInboxThatDisappearsReturnsOrChangesItsTypeIsTolerated) {
     inbox_.add("a.event", {1'700'000'000, 0});
     fs::rename(inbox_.path(), inbox_.scratch() / "moved");
     EXPECT_EQ(pass(), Names());

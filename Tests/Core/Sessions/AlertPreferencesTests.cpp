@@ -107,7 +107,7 @@ TEST(AlertPreferences, reminderIntervalIsInSecondsAndNeverNegative) {
     EXPECT_EQ(preferences.reminderInterval(), Seconds(0x1p63 * 60));
 }
 
-TEST(AlertPreferences, soundGoesByTheKindOfEvent) {
+TEST(AlertPreferences, soundDependsOnTheKindOfEvent) {
     AlertPreferences preferences = other();
     preferences.soundsOn = true;
     EXPECT_EQ(preferences.sound(EventKind::needsPermission), "Hero");
@@ -143,7 +143,7 @@ TEST(AlertPreferences, areWrittenAsOneCompactObjectInTheFieldsOrder) {
     EXPECT_EQ(saved(preferences), documentUpTo(R"(,"reminderMinutes":-3,"quietUntil":811692800.25})"));
 }
 
-TEST(AlertPreferences, comeBackExactlyAsTheyWereSaved) {
+TEST(AlertPreferences, roundTripExactly) {
     AlertPreferences preferences = other();
     preferences.waitingSound =
         "Quote \" slash / back \\ line \n nul " + std::string(1, '\0') + " \u00E9 \U0001F514";
@@ -153,7 +153,7 @@ TEST(AlertPreferences, comeBackExactlyAsTheyWereSaved) {
     EXPECT_EQ(loaded(saved(AlertPreferences())), AlertPreferences());
 }
 
-TEST(AlertPreferences, aStorableDateComesBackExactly) {
+TEST(AlertPreferences, aStorableDateRoundTripsExactly) {
     constexpr std::int64_t first = std::numeric_limits<std::int64_t>::min();
     constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
     for (const std::int64_t seconds :
@@ -203,7 +203,7 @@ TEST(AlertPreferences, quietUntilIsReadAsEarlierVersionsWroteIt) {
     }
 }
 
-TEST(AlertPreferences, quietUntilStopsAtTheEndsOfTime) {
+TEST(AlertPreferences, quietUntilSaturates) {
     constexpr Date first(std::numeric_limits<std::int64_t>::min(), 0);
     constexpr Date last(std::numeric_limits<std::int64_t>::max(), 999'999'999);
     EXPECT_EQ(quietUntil("9223372035876468608"), last);
@@ -284,7 +284,7 @@ TEST(AlertPreferences, unknownMembersAreIgnored) {
               other());
 }
 
-TEST(AlertPreferences, ofADoubledMemberTheLastCounts) {
+TEST(AlertPreferences, theLastOfDuplicateMembersCounts) {
     const std::string whole = documentUpTo(R"(,"reminderMinutes":true,"reminderMinutes":5)");
     EXPECT_EQ(loaded(whole + "}"), other());
     AlertPreferences expected = other();
@@ -298,7 +298,7 @@ TEST(AlertPreferences, anUnknownSoundIsKept) {
     EXPECT_EQ(loaded(documentUpTo(R"(,"reminderMinutes":5,"waitingSound":"Foghorn"})")), expected);
 }
 
-TEST(AlertPreferences, whatHasNoJsonLeavesTheStoredValueInPlace) {
+TEST(AlertPreferences, valuesWithoutAJsonFormLeaveTheStoredOnesInPlace) {
     for (std::string AlertPreferences::*sound :
          {&AlertPreferences::waitingSound, &AlertPreferences::doneSound}) {
         MemoryUserDefaults defaults;

@@ -76,7 +76,7 @@ TEST(AlertText, doneShowsNoMessage) {
               (AlertText{"Codex finished", "shop"}));
 }
 
-TEST(AlertText, subtitlesShowTheWholeDirectoryWhereItHasNoName) {
+TEST(AlertText, subtitlesShowTheWholeDirectoryIfItHasNoName) {
     AgentSession session = sessionWith(forPermission, "message");
     session.cwd = "/";
     EXPECT_EQ(AlertText::waiting(session).subtitle, "/ \u00B7 message");
@@ -240,7 +240,7 @@ TEST(AlertText, aMessageOfOrdinarySizeIsKeptAsItIs) {
     }
 }
 
-TEST(AlertText, whatIsKeptOfALongMessageSaysTheSame) {
+TEST(AlertText, aShortenedMessageGivesTheSameAlertText) {
     const std::string filling(100'000, 'x');
     std::string accents;
     for (int i = 0; i < 20'000; ++i)
@@ -272,7 +272,7 @@ TEST(AlertText, whatIsKeptOfALongMessageSaysTheSame) {
     }
 }
 
-TEST(AlertText, ofALongNameInAPermissionPromptBothEndsAreKept) {
+TEST(AlertText, bothEndsOfALongNameInAPermissionPromptAreKept) {
     const std::string name = "Bash(" + std::string(1'000'000, 'x') + ") at the end";
     const std::string kept = AlertText::kept("  Claude needs your permission to use " + name + "\n");
     EXPECT_LE(kept.size(), AlertText::longestKept + 8);

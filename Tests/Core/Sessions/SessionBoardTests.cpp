@@ -405,7 +405,7 @@ TEST(SessionBoard, pruneKeepsAnySilentSessionForExactlyTwelveHours) {
     EXPECT_THAT(ids(board.sessions()), ElementsAre("claude:c"));
 }
 
-TEST(SessionBoard, pruneGoesByTheFinishAlsoWhenTheSessionKeepsTheRestInOrder) {
+TEST(SessionBoard, pruneUsesTheTimeOfTheFinishAndKeepsTheOthersInOrder) {
     SessionBoard board = boardAfter({makeEvent(AgentKind::claude, "a", EventKind::running, 0),
                                      makeEvent(AgentKind::claude, "b", EventKind::finished, 0),
                                      makeEvent(AgentKind::claude, "c", EventKind::needsInput, 0),

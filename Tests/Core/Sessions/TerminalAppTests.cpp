@@ -28,7 +28,7 @@ TEST(TerminalApp, knowsSevenPrograms) {
     }
 }
 
-TEST(TerminalApp, theReportedIdentifierComesFirstAlsoWhenItIsInNoTable) {
+TEST(TerminalApp, theReportedIdentifierTakesPrecedenceEvenIfItIsInNoTable) {
     EXPECT_EQ(TerminalApp::bundleID(sessionIn("iTerm.app", "org.example.terminal")), "org.example.terminal");
     EXPECT_EQ(TerminalApp::bundleID(sessionIn("tmux", "org.example.terminal")), "org.example.terminal");
     EXPECT_EQ(TerminalApp::bundleID(sessionIn("", " ")), " ");

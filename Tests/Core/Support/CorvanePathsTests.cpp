@@ -6,7 +6,7 @@ namespace {
 
 using corvane::CorvanePaths;
 
-TEST(CorvanePaths, standUnderTheHomeDirectory) {
+TEST(CorvanePaths, areUnderTheHomeDirectory) {
     const CorvanePaths paths = CorvanePaths::standard("/home/you");
     EXPECT_EQ(paths.support, "/home/you/Library/Application Support/Corvane");
     EXPECT_EQ(paths.events(), "/home/you/Library/Application Support/Corvane/events");

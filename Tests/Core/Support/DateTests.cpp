@@ -49,7 +49,7 @@ TEST(Date, differenceIsInSeconds) {
     EXPECT_EQ(Date(20, 500) - Date(0, 500), Seconds(20));
 }
 
-TEST(Date, differenceTellsANanosecondApart) {
+TEST(Date, differenceIsExactToTheNanosecond) {
     EXPECT_GT(Date(43'200, 1) - Date(0, 0), Seconds(43'200));
     EXPECT_LT(Date(43'200, 0) - Date(0, 1), Seconds(43'200));
     EXPECT_EQ(Date(1'790'000'000, 1) - Date(1'790'000'000, 0), Seconds(1e-9));
@@ -57,7 +57,7 @@ TEST(Date, differenceTellsANanosecondApart) {
     EXPECT_EQ(Date(1'790'000'000, 999'999'999) - Date(1'790'000'001, 0), Seconds(-1e-9));
 }
 
-TEST(Date, differenceReachesFromOneEndOfTimeToTheOther) {
+TEST(Date, differenceCoversTheWholeRange) {
     EXPECT_EQ(last - first, Seconds(0x1p64));
     EXPECT_EQ(first - last, Seconds(-0x1p64));
 }
@@ -78,7 +78,7 @@ TEST(Date, addsToTheNearestNanosecond) {
     EXPECT_EQ(Date(0, 0) + Seconds(0.999'999'999'9), Date(1, 0));
 }
 
-TEST(Date, additionStopsAtTheEndsOfTime) {
+TEST(Date, additionSaturates) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(last + Seconds(1), last);
     EXPECT_EQ(last + Seconds(1e-9), last);
@@ -92,7 +92,7 @@ TEST(Date, additionStopsAtTheEndsOfTime) {
     EXPECT_EQ(Date(largest, 5) + Seconds(-1), Date(largest - 1, 5));
 }
 
-TEST(Date, anIntervalOfBothDirectionsLeadsBack) {
+TEST(Date, addingAndSubtractingAnIntervalCancelOut) {
     const Date date(1'790'000'000, 123'456'789);
     for (const double interval : {0.001, 1.0, 59.9, 3600.25, 86'400.0, 1e9}) {
         EXPECT_EQ(date + Seconds(interval) - Seconds(interval), date) << interval;

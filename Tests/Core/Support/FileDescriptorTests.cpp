@@ -81,7 +81,7 @@ TEST(ReadToEnd, readsFilesOfAnySizeIntoOneBuffer) {
     }
 }
 
-TEST(ReadToEnd, keepsSpareBytesBehindWhatItRead) {
+TEST(ReadToEnd, keepsSpareBytesAfterTheContent) {
     const test::ScratchFolder scratch;
     constexpr std::size_t spare = 64;
     for (const std::size_t size : {0U, 63U, 64U, 65U, 5'000U}) {
@@ -98,7 +98,7 @@ TEST(ReadToEnd, keepsSpareBytesBehindWhatItRead) {
     }
 }
 
-TEST(ReadToEnd, stopsAtTheMostThatAFileMayHold) {
+TEST(ReadToEnd, stopsAtTheLargestSizeAllowed) {
     const test::ScratchFolder scratch;
     test::writeFile(scratch / "file", std::string(1'000, 'x'));
     std::string buffer;

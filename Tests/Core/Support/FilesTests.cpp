@@ -39,7 +39,7 @@ TEST(Files, readsWholeFilesWithTheirState) {
     }
 }
 
-TEST(Files, readsOnlyPlainFilesAndNeverWaits) {
+TEST(Files, readsOnlyRegularFilesAndNeverBlocks) {
     const test::ScratchFolder scratch;
     EXPECT_EQ(errorCode([&] { static_cast<void>(files::read(scratch / "missing")); }), ENOENT);
     EXPECT_EQ(errorCode([&] { static_cast<void>(files::read(scratch.path())); }), EISDIR);
@@ -48,7 +48,7 @@ TEST(Files, readsOnlyPlainFilesAndNeverWaits) {
     EXPECT_EQ(errorCode([&] { static_cast<void>(files::read("/dev/null")); }), EINVAL);
 }
 
-TEST(Files, stateTellsFilesApart) {
+TEST(Files, stateDistinguishesFiles) {
     const test::ScratchFolder scratch;
     EXPECT_EQ(files::state(scratch / "file"), FileState());
     writeFile(scratch / "file", "abc");
@@ -72,7 +72,7 @@ TEST(Files, stateTellsFilesApart) {
     EXPECT_EQ(files::state(scratch / "dangling").kind, FileState::Kind::absent);
 }
 
-TEST(Files, makesFoldersWithAllParents) {
+TEST(Files, createsFoldersWithAllParents) {
     const test::ScratchFolder scratch;
     files::createDirectories(scratch / "a/b/c/");
     EXPECT_TRUE(fs::is_directory(scratch / "a/b/c"));
@@ -87,7 +87,7 @@ TEST(Files, makesFoldersWithAllParents) {
     EXPECT_EQ(errorCode([&] { files::createDirectories(scratch / "file/below"); }), ENOTDIR);
 }
 
-TEST(Files, writesAtomicallyOverAndBesideWhatIsThere) {
+TEST(Files, writesAtomicallyOverAndBesideExistingFiles) {
     const test::ScratchFolder scratch;
     const fs::path file = scratch / "new/folder/file";
     files::writeAtomically(file, "one");
@@ -101,7 +101,7 @@ TEST(Files, writesAtomicallyOverAndBesideWhatIsThere) {
     EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 1);
 }
 
-TEST(Files, replacesOnlyWhatIsUnchanged) {
+TEST(Files, replacesOnlyUnchangedFiles) {
     const test::ScratchFolder scratch;
     const fs::path file = scratch / "file";
     EXPECT_TRUE(files::replaceIfUnchanged(file, "one", FileState()));
@@ -114,7 +114,7 @@ TEST(Files, replacesOnlyWhatIsUnchanged) {
     EXPECT_EQ(std::distance(fs::directory_iterator(scratch.path()), {}), 1);
 }
 
-TEST(Files, refusesToReplaceWhatIsNoPlainFile) {
+TEST(Files, refusesToReplaceAnythingButARegularFile) {
     const test::ScratchFolder scratch;
     EXPECT_EQ(errorCode([&] { files::writeAtomically(scratch.path(), "x"); }), EISDIR);
     fs::create_symlink("/dev/null", scratch / "device");
@@ -144,7 +144,7 @@ TEST(Files, backupsNeverReplaceAnything) {
     EXPECT_EQ(errorCode([&] { files::writeBackup(scratch / "dangling", "x", scratch / "file"); }), EEXIST);
 }
 
-TEST(Files, ownerAndGroupAreKeptWhereTheUserMay) {
+TEST(Files, ownerAndGroupAreKeptIfPermitted) {
     if (geteuid() != 0) GTEST_SKIP() << "only the administrator may give files away";
     const test::ScratchFolder scratch;
     const fs::path file = scratch / "file";

@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(TrimmingSpacesAndTabs, takesNothingElseAway) {
+TEST(TrimmingSpacesAndTabs, removesNothingElse) {
     EXPECT_EQ(text::trimmingSpacesAndTabs(" \t a b \t "), "a b");
     EXPECT_EQ(text::trimmingSpacesAndTabs(" \ra\n "), "\ra\n");
     EXPECT_EQ(text::trimmingSpacesAndTabs("\u00A0a\u00A0"), "\u00A0a\u00A0");
@@ -24,7 +24,7 @@ TEST(TrimmingSpacesAndTabs, takesNothingElseAway) {
     EXPECT_EQ(text::trimmingSpacesAndTabs({}), "");
 }
 
-TEST(TrimmingWhitespace, takesEveryWhiteSpaceCharacterOfUnicodeAway) {
+TEST(TrimmingWhitespace, removesEveryUnicodeWhiteSpaceCharacter) {
     for (const std::string space :
          {"\t",     "\n",     "\v",     "\f",     "\r",     " ",      "\u0085", "\u00A0", "\u1680",
           "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008",
@@ -35,7 +35,7 @@ TEST(TrimmingWhitespace, takesEveryWhiteSpaceCharacterOfUnicodeAway) {
     }
 }
 
-TEST(TrimmingWhitespace, takesWhiteSpaceOfBothKindsAwayInAnyOrder) {
+TEST(TrimmingWhitespace, removesWhiteSpaceOfBothKindsInAnyOrder) {
     EXPECT_EQ(text::trimmingWhitespace(" \u2003 a \u2003 "), "a");
     EXPECT_EQ(text::trimmingWhitespace(std::string(100'000, ' ')), "");
     EXPECT_EQ(text::trimmingWhitespace(std::string(100'000, '\n') + "a"), "a");
@@ -93,7 +93,7 @@ TEST(ContainsIgnoringCase, toleratesBytesThatAreNotUtf8) {
     EXPECT_FALSE(text::containsIgnoringCase("wait\xFFing", "waiting"));
 }
 
-TEST(ContainsIgnoringCase, findsTheWordWhereverItLiesInALongText) {
+TEST(ContainsIgnoringCase, findsTheWordAnywhereInALongText) {
     const std::string filling(10'000, 'x');
     for (const std::string_view word : {"WAITING"sv, "\u00C9T\u00C9"sv}) {
         const std::string folded = word.front() == 'W' ? "waiting" : "\u00E9t\u00E9";
@@ -111,7 +111,7 @@ TEST(ContainsIgnoringCase, findsTheWordWhereverItLiesInALongText) {
     EXPECT_FALSE(text::containsIgnoringCase(std::string(20'000, '\x80'), "waiting"));
 }
 
-TEST(ContainsIgnoringCase, leavesSignsBetweenTheLettersAlone) {
+TEST(ContainsIgnoringCase, foldsOnlyLetters) {
     EXPECT_FALSE(text::containsIgnoringCase("@[`{", "`{`{"));
     EXPECT_TRUE(text::containsIgnoringCase("AZ@[", "az@["));
 }
@@ -179,13 +179,13 @@ TEST(PrefixLength, pairsFlagsFromTheStart) {
     EXPECT_EQ(text::prefixLength(flags, 3), 20U);
 }
 
-TEST(PrefixLength, takesEveryBrokenByteForACharacter) {
+TEST(PrefixLength, countsEveryInvalidByteAsACharacter) {
     EXPECT_EQ(text::prefixLength("\xFF\xFE\xFD", 2), 2U);
     EXPECT_EQ(text::prefixLength("a\x80z", 2), 2U);
     EXPECT_EQ(text::prefixLength("\0\0\0"sv, 1), 1U);
 }
 
-TEST(PrefixLength, neverCutsAMegabyteOfMarksApart) {
+TEST(PrefixLength, neverSplitsAMegabyteOfMarks) {
     std::string marks = "e";
     for (int i = 0; i < 500'000; ++i)
         marks += "\u0301";

@@ -40,7 +40,7 @@ class AccessibilityFault : public testing::Test {
     Heartbeat heartbeat{session()};
 };
 
-TEST_F(AccessibilityFault, aBusThatComesLateIsJoinedAndNotWaitedForWhenItHangsOrDies) {
+TEST_F(AccessibilityFault, aBusThatStartsLateIsJoinedAndDoesNotBlockWhenItHangsOrDies) {
     ASSERT_TRUE(heartbeat.startApplication());
     desktop.startBus();
     desktop.startListenerToJoiningApplication();

@@ -60,7 +60,7 @@ class Announcements : public testing::Test {
     AssistiveDesktop desktop_;
 };
 
-TEST_F(Announcements, everyShowAndRefreshReachesAListenerOnceAndByItsWords) {
+TEST_F(Announcements, everyShowAndRefreshReachesAListenerOnceWithItsWords) {
     desktop_.startBus();
     desktop_.startListener();
     session().startApplication();
@@ -69,7 +69,7 @@ TEST_F(Announcements, everyShowAndRefreshReachesAListenerOnceAndByItsWords) {
     EXPECT_EQ(session().applicationOutput(), "");
 }
 
-TEST_F(Announcements, aListenerThatStartsAfterTheApplicationIsToldTheSame) {
+TEST_F(Announcements, aListenerThatStartsAfterTheApplicationReceivesTheSame) {
     desktop_.startBus();
     session().startApplication();
     desktop_.startListener();
@@ -77,7 +77,7 @@ TEST_F(Announcements, aListenerThatStartsAfterTheApplicationIsToldTheSame) {
     showBannersOfAllKinds();
 }
 
-TEST_F(Announcements, anAccessibilityBusThatComesAfterTheApplicationIsJoined) {
+TEST_F(Announcements, anAccessibilityBusThatStartsAfterTheApplicationIsJoined) {
     session().startApplication();
     desktop_.startBus();
     desktop_.startListenerToJoiningApplication();
@@ -93,7 +93,7 @@ TEST_F(Announcements, withoutAMessageBusBannersShowAndNothingIsPrinted) {
     EXPECT_EQ(session().applicationOutput(), "");
 }
 
-TEST_F(Announcements, theWaitingClockTicksInSilence) {
+TEST_F(Announcements, theWaitingClockIsNotAnnounced) {
     desktop_.startBus();
     desktop_.startListener();
     session().startApplication();

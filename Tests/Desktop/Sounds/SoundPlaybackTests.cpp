@@ -123,7 +123,7 @@ class SoundPlayback : public testing::Test {
     std::optional<PipedProcess> player;
 };
 
-TEST_F(SoundPlayback, everySoundIsHeardAsItsFileHasIt) {
+TEST_F(SoundPlayback, everySoundIsHeardAsInItsFile) {
     const SoundServer server(place);
     Recording recording(place);
     startPlayer();
@@ -165,7 +165,7 @@ TEST_F(SoundPlayback, waitingAndDoneSoundsOfOnePassAreHeardTogetherAndAThirdIsNo
     expectQuietEnd();
 }
 
-TEST_F(SoundPlayback, unknownNamesAndNamesWithPathsStartNothing) {
+TEST_F(SoundPlayback, unknownNamesAndNamesWithPathsPlayNothing) {
     const SoundServer server(place);
     Recording recording(place);
     startPlayer();
@@ -174,7 +174,7 @@ TEST_F(SoundPlayback, unknownNamesAndNamesWithPathsStartNothing) {
     expectQuietEnd();
 }
 
-TEST_F(SoundPlayback, noThreadStandsBeforeTheFirstSound) {
+TEST_F(SoundPlayback, noThreadExistsBeforeTheFirstSound) {
     startPlayer();
     EXPECT_EQ(play(""), 1);
     expectQuietEnd();
@@ -210,7 +210,7 @@ TEST_F(SoundPlayback, withoutTheFilesNothingHappens) {
     expectQuietEnd();
 }
 
-TEST_F(SoundPlayback, aServerThatComesLaterIsFound) {
+TEST_F(SoundPlayback, aServerThatStartsLaterIsFound) {
     startPlayer();
     play("Glass");
     letItTry();
@@ -222,7 +222,7 @@ TEST_F(SoundPlayback, aServerThatComesLaterIsFound) {
     expectQuietEnd();
 }
 
-TEST_F(SoundPlayback, aServerThatIsStartedAnewIsFoundAgain) {
+TEST_F(SoundPlayback, aRestartedServerIsFoundAgain) {
     startPlayer();
     {
         const SoundServer server(place);
@@ -237,7 +237,7 @@ TEST_F(SoundPlayback, aServerThatIsStartedAnewIsFoundAgain) {
     expectQuietEnd();
 }
 
-TEST_F(SoundPlayback, aServerThatNeverAnswersHoldsUpNeitherPlayingNorQuitting) {
+TEST_F(SoundPlayback, aServerThatNeverRepliesBlocksNeitherPlayingNorQuitting) {
     const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -255,7 +255,7 @@ TEST_F(SoundPlayback, aServerThatNeverAnswersHoldsUpNeitherPlayingNorQuitting) {
     close(listener);
 }
 
-TEST_F(SoundPlayback, aServerThatHangsLaterHoldsUpNeitherPlayingNorQuitting) {
+TEST_F(SoundPlayback, aServerThatHangsLaterBlocksNeitherPlayingNorQuitting) {
     const SoundServer server(place);
     startPlayer();
     {

@@ -93,7 +93,7 @@ TEST_F(NotifierIcon, asksForAttentionWhileSomethingWaits) {
     EXPECT_TRUE(eventually([this] { return text("Status") == "Active"; }));
 }
 
-TEST_F(NotifierIcon, namesADrawingForEachNumberWhereTheBarFillsIt) {
+TEST_F(NotifierIcon, namesADrawingForEachNumberIfTheBarFillsIt) {
     start("KDE");
     const auto file = [this](const char* size) {
         return std::filesystem::path(text("IconThemePath")) / "hicolor" / size / "status" /
@@ -150,7 +150,7 @@ TEST_F(NotifierIcon, isAPictureForTheBarThatTheScreenShowsElsewhere) {
     })) << "with its badge";
 }
 
-TEST_F(NotifierIcon, looksAtTheBarOnceNoWindowCoversIt) {
+TEST_F(NotifierIcon, samplesTheBarOnceNoWindowCoversIt) {
     const SidePanel bar(desktop.display(), {0, 0, 1280, 30});
     ASSERT_TRUE(hasBar(30));
     {
@@ -172,7 +172,7 @@ TEST_F(NotifierIcon, looksAtTheBarOnceNoWindowCoversIt) {
     EXPECT_TRUE(eventually([this] { return pixels(host.pictures("IconPixmap"), 22, {0xF2F2F7}) > 11; }));
 }
 
-TEST_F(NotifierIcon, looksAtTheBarAboveADesktopThatIsActive) {
+TEST_F(NotifierIcon, samplesTheBarAboveAnActiveDesktopWindow) {
     const SidePanel bar(desktop.display(), {0, 0, 1280, 30});
     ASSERT_TRUE(hasBar(30));
     const SidePanel background(desktop.display(), desktop.screen().screenArea(), SidePanel::Type::desktop);
@@ -194,7 +194,7 @@ TEST_F(NotifierIcon, theToolTipsFurtherLinesAreItsText) {
     EXPECT_EQ(host.toolTip(), "Corvane");
 }
 
-TEST_F(NotifierIcon, thePanelOpensWhereTheHostTellsOfTheClick) {
+TEST_F(NotifierIcon, thePanelOpensWhereTheHostReportsTheClick) {
     start();
     host.activate(500, 790);
     const std::optional<Rect> card = panel();
@@ -214,7 +214,7 @@ TEST_F(NotifierIcon, thePanelOpensWhereTheHostTellsOfTheClick) {
     EXPECT_TRUE(isLeftOut());
 }
 
-TEST_F(NotifierIcon, thePanelOpensInTheBarsCornerWhereTheHostDoesNotTell) {
+TEST_F(NotifierIcon, thePanelOpensInTheBarsCornerIfTheHostReportsNoPlace) {
     const SidePanel bar(desktop.display(), {0, 0, 1280, 40});
     ASSERT_TRUE(hasBar(40));
     start();
@@ -252,7 +252,7 @@ TEST_F(NotifierIcon, namesInTheMenuAreNoMnemonics) {
     }));
 }
 
-TEST_F(NotifierIcon, movesFromATrayThatEmbedsItToAHostThatComesLater) {
+TEST_F(NotifierIcon, movesFromATrayThatEmbedsItToAHostThatStartsLater) {
     const auto trayer = desktop.run({"trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel",
                                      "--width", "120", "--height", "24", "--SetDockType", "true"},
                                     "trayer");

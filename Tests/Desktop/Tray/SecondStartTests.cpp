@@ -44,7 +44,7 @@ class SecondStart : public testing::TestWithParam<Bus> {
     DesktopSession desktop;
 };
 
-TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
+TEST_P(SecondStart, opensTheWindowOfTheFirstAndExitsWithStatusZero) {
     const auto first = start("first");
     ASSERT_TRUE(isServing());
     ASSERT_TRUE(desktop.screen().managedWindows("corvane").empty());
@@ -54,7 +54,7 @@ TEST_P(SecondStart, bringsTheFirstForwardAndEndsWithStatusZero) {
     EXPECT_TRUE(first->isRunning());
 }
 
-TEST_P(SecondStart, atLoginLeavesTheFirstAloneAndEndsWithStatusZero) {
+TEST_P(SecondStart, atLoginLeavesTheFirstAloneAndExitsWithStatusZero) {
     const auto first = start("first");
     ASSERT_TRUE(isServing());
     EXPECT_EQ(start("second", {"--autostart"})->wait(20s), 0);
@@ -63,7 +63,7 @@ TEST_P(SecondStart, atLoginLeavesTheFirstAloneAndEndsWithStatusZero) {
     EXPECT_TRUE(desktop.screen().managedWindows("corvane").empty());
 }
 
-TEST_P(SecondStart, bringsTheWindowToTheWorkspaceOfTheUser) {
+TEST_P(SecondStart, movesTheWindowToTheUsersWorkspace) {
     const auto first = start("first");
     ASSERT_TRUE(isServing());
     EXPECT_EQ(start("second")->wait(20s), 0);
@@ -95,11 +95,11 @@ TEST_P(SecondStart, ofManyAtTheSameInstantExactlyOneStays) {
     }
     EXPECT_TRUE(isServing());
     EXPECT_EQ(running(), 1);
-    EXPECT_TRUE(hasMainWindow()) << "the others have asked it to come forward";
+    EXPECT_TRUE(hasMainWindow()) << "the others have asked it to open the window";
 }
 
 // The second one may ask before the first has created its windows.
-TEST_P(SecondStart, ofTwoAtTheSameInstantTheOneThatStaysComesForward) {
+TEST_P(SecondStart, ofTwoAtTheSameInstantTheOneThatStaysOpensItsWindow) {
     for (int round = 0; round < 5; ++round) {
         const auto one = start("one");
         const auto other = start("other");
@@ -111,7 +111,7 @@ TEST_P(SecondStart, ofTwoAtTheSameInstantTheOneThatStaysComesForward) {
     }
 }
 
-TEST_P(SecondStart, aCrashLeavesNothingInTheWay) {
+TEST_P(SecondStart, aCrashDoesNotPreventTheNextStart) {
     {
         const auto first = start("first");
         ASSERT_TRUE(isServing());

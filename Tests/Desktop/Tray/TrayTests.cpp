@@ -84,7 +84,7 @@ class Tray : public testing::Test {
     std::unique_ptr<NotifierHost> host;
 };
 
-TEST_F(Tray, registersWhereAWatcherLivesAndTellsItsStateInTheToolTip) {
+TEST_F(Tray, registersWithAWatcherAndShowsItsStateInTheToolTip) {
     connect(AgentKind::claude);
     host = std::make_unique<NotifierHost>(bus());
     host->start();
@@ -96,14 +96,14 @@ TEST_F(Tray, registersWhereAWatcherLivesAndTellsItsStateInTheToolTip) {
     EXPECT_TRUE(eventually([this] { return host->toolTip() == "1 agent waiting for you"; }));
 }
 
-TEST_F(Tray, appearsWhenTheWatcherComesLater) {
+TEST_F(Tray, appearsWhenTheWatcherStartsLater) {
     desktop.startApplication();
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     EXPECT_TRUE(isRegistered());
 }
 
-TEST_F(Tray, appearsWhenTheWatcherHasItsHostLater) {
+TEST_F(Tray, appearsWhenTheWatcherGetsItsHostLater) {
     host = std::make_unique<NotifierHost>(bus());
     host->setHasHost(false);
     host->start();
@@ -127,7 +127,7 @@ TEST_F(Tray, survivesTheRestartOfTheHost) {
     EXPECT_TRUE(isRegistered());
 }
 
-TEST_F(Tray, movesToAWatcherThatTakesTheNameOver) {
+TEST_F(Tray, movesToAWatcherThatTakesOverTheName) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -137,7 +137,7 @@ TEST_F(Tray, movesToAWatcherThatTakesTheNameOver) {
     EXPECT_TRUE(eventually([&next] { return next.items().size() == 1; }));
 }
 
-TEST_F(Tray, appearsWhereTheWatcherIsSlowToReply) {
+TEST_F(Tray, appearsIfTheWatcherIsSlowToReply) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -168,7 +168,7 @@ TEST_P(ManagedTray, aClickOpensThePanelAndAnotherOneClosesIt) {
     EXPECT_TRUE(hasWindows(0));
 }
 
-TEST_P(ManagedTray, thePanelClosesAtEscapeAndWhenItLosesTheFocus) {
+TEST_P(ManagedTray, thePanelClosesOnEscapeAndWhenItLosesTheFocus) {
     host = std::make_unique<NotifierHost>(bus());
     host->start();
     desktop.startApplication();
@@ -271,7 +271,7 @@ TEST_P(ManagedTray, windowsOpenInTheMiddleOfTheWorkArea) {
 }
 
 // A row of the panel leads to the terminal in which the session's agent runs.
-TEST_P(ManagedTray, aRowOfThePanelLeadsToItsTerminal) {
+TEST_P(ManagedTray, aRowOfThePanelActivatesItsTerminal) {
     connect(AgentKind::codex);
     host = std::make_unique<NotifierHost>(bus());
     host->start();
@@ -366,7 +366,7 @@ TEST_F(EmbeddingTray, theBellIsLightOnADarkBarOfALightDesktop) {
     EXPECT_TRUE(isEmbedded());
 }
 
-TEST_F(EmbeddingTray, appearsWhenTheHostComesLaterAndSurvivesItsRestart) {
+TEST_F(EmbeddingTray, appearsWhenTheHostStartsLaterAndSurvivesItsRestart) {
     desktop.startApplication();
     startTrayer();
     ASSERT_TRUE(isEmbedded());
@@ -376,7 +376,7 @@ TEST_F(EmbeddingTray, appearsWhenTheHostComesLaterAndSurvivesItsRestart) {
     EXPECT_TRUE(isEmbedded());
 }
 
-TEST_F(EmbeddingTray, aWatcherThatDoesNotReplyHoldsNothingUp) {
+TEST_F(EmbeddingTray, aWatcherThatDoesNotReplyBlocksNothing) {
     host = std::make_unique<NotifierHost>(bus());
     host->setHasHost(false);
     host->start();

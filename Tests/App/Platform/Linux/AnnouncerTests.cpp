@@ -78,7 +78,7 @@ TEST_F(AnnouncerTest, aBannerIsANotificationNamedByTitleAndSubtitle) {
     EXPECT_EQ(elementOf(interfaceOf(*done)), (Element{QAccessible::Notification, "Codex finished, shop"}));
 }
 
-TEST_F(AnnouncerTest, aWaitingBannersPartsComeInReadingOrder) {
+TEST_F(AnnouncerTest, aWaitingBannersPartsAreInReadingOrder) {
     now_ = start + Seconds(42);
     EXPECT_EQ(children(*waitingBanner()),
               (std::vector<Element>{{QAccessible::Graphic, "Claude"},

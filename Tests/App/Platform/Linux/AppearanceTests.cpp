@@ -70,7 +70,7 @@ TEST_F(LinuxAppearanceTest, hasOrdinaryContrastAndTextWithoutAPortal) {
     EXPECT_EQ(appearance_->textScale(), 1);
 }
 
-TEST(LinuxTextScale, isLeftToQtWhereTheResolutionHoldsIt) {
+TEST(LinuxTextScale, isLeftToQtIfTheResolutionContainsIt) {
     const struct {
         double wanted;
         double ratio;

@@ -123,7 +123,7 @@ TEST_F(LinuxBannerPanelTest, hasRoomForTheShadowAroundTheCard) {
     EXPECT_EQ(cardPlace(), place);
 }
 
-TEST_F(LinuxBannerPanelTest, aSlideIsAnOffsetOnThePlaceThatMayMoveMeanwhile) {
+TEST_F(LinuxBannerPanelTest, aSlideIsAnOffsetFromAPlaceThatMayMoveMeanwhile) {
     panel_->fadeIn(milliseconds(220), 12);
     EXPECT_EQ(cardPlace(), place - QPoint(0, 12));
     animations_.pass(60);
@@ -200,7 +200,7 @@ TEST_F(LinuxBannerPanelTest, aFadedPanelIsHiddenOnlyByOrderOut) {
     EXPECT_FALSE(window().isVisible());
 }
 
-TEST_F(LinuxBannerPanelTest, aHiddenPanelStaysHiddenWhateverFadesOrComesToTheFront) {
+TEST_F(LinuxBannerPanelTest, aHiddenPanelStaysHiddenWhenItFadesOrIsRaised) {
     panel_->fadeOut(milliseconds(180));
     panel_->orderFront();
     animations_.pass(200);

@@ -49,7 +49,7 @@ TEST_F(BusProbe, aServerThatIsGoneDoesNotHang) {
     EXPECT_FALSE(busprobe::hangs(address, 0ms));
 }
 
-TEST_F(BusProbe, whatIsNoSocketIsNotExamined) {
+TEST_F(BusProbe, aPathThatIsNoSocketIsNotProbed) {
     for (const char* const other :
          {"", "unix:", "unix:path=", "tcp:host=localhost", "unix:path=/a%20b", "autolaunch:"})
         EXPECT_FALSE(busprobe::hangs(other, 0ms)) << other;

@@ -19,7 +19,7 @@ TEST(DesktopEntry, anArgumentIsQuotedAndEscaped) {
     EXPECT_EQ(DesktopEntry::execArgument("/a\nb"), R"("/ab")");
 }
 
-TEST(DesktopEntry, whatWasQuotedIsReadBack) {
+TEST(DesktopEntry, aQuotedArgumentIsReadBack) {
     for (const std::string program : {"/usr/bin/corvane", "/opt/my apps/corvane", "/a\"b", "/a`b$c", "/a\\b",
                                       "/100%", "/%f", "/ünï/c", "/a'b", "/a;b&c|d", "/\\\\s"}) {
         EXPECT_EQ(DesktopEntry::execProgram(entry(DesktopEntry::execArgument(program))), program);

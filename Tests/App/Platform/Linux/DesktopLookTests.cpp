@@ -11,11 +11,11 @@ namespace {
 constexpr int breezeLight = 240;
 constexpr int breezeDark = 46;
 
-TEST(DesktopLook, isLightCalmAndOrdinaryWhereNothingIsSaid) {
+TEST(DesktopLook, isTheDefaultIfNothingIsSet) {
     EXPECT_EQ(desktopLook({}), DesktopLook());
 }
 
-TEST(DesktopLook, takesTheFirstPlaceThatSaysDarkOrLight) {
+TEST(DesktopLook, takesTheFirstSourceThatReportsDarkOrLight) {
     using enum ColorScheme;
     const struct {
         std::optional<ColorScheme> portal;
@@ -68,7 +68,7 @@ TEST(DesktopLook, knowsTheDarkThemesOfTheDesktopsByTheirNames) {
     }
 }
 
-TEST(DesktopLook, hasHighContrastWhereAnyPlaceAsksForIt) {
+TEST(DesktopLook, hasHighContrastIfAnySourceRequestsIt) {
     LookSources all;
     all.portal.highContrast = true;
     LookSources toolkit;
@@ -82,7 +82,7 @@ TEST(DesktopLook, hasHighContrastWhereAnyPlaceAsksForIt) {
     EXPECT_EQ(desktopLook(mate).scheme, ColorScheme::dark);
 }
 
-TEST(DesktopLook, movesLessWhereAnyPlaceAsksForIt) {
+TEST(DesktopLook, reducesMotionIfAnySourceRequestsIt) {
     LookSources all;
     all.portal.reducedMotion = true;
     LookSources toolkit;

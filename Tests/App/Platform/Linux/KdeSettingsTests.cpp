@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(KdeSettings, readsTheFactorOfAnimationsAndTheLightnessOfWindows) {
+TEST(KdeSettings, readsTheAnimationFactorAndTheWindowLightness) {
     const KdeLook look =
         KdeSettings::parsed("[Colors:Button]\nBackgroundNormal=1,2,3\n\n"
                             "[Colors:Window]\nBackgroundAlternate=9,9,9\n"
@@ -30,14 +30,14 @@ TEST(KdeSettings, readsTheFactorOfAnimationsAndTheLightnessOfWindows) {
     EXPECT_EQ(look.windowLightness, qGray(42, 46, 50));
 }
 
-TEST(KdeSettings, readsValuesThatMayNotBeChangedAndLinesOfOtherSystems) {
+TEST(KdeSettings, readsImmutableValuesAndForeignLineEnds) {
     const KdeLook look = KdeSettings::parsed("[KDE]\r\nAnimationDurationFactor[$i]=0\r\n"
                                              "[Colors:Window]\r\nBackgroundNormal=42,46,50,255");
     EXPECT_EQ(look.animationFactor, 0);
     EXPECT_EQ(look.windowLightness, qGray(42, 46, 50));
 }
 
-TEST(KdeSettings, saysNothingOfWhatItCannotRead) {
+TEST(KdeSettings, reportsNothingThatItCannotRead) {
     for (const char* const text :
          {"", "AnimationDurationFactor=0\n", "[General]\nAnimationDurationFactor=0\n",
           "[KDE]\nAnimationDurationFactor=fast\nAnimationDurationFactor\n",
@@ -63,7 +63,7 @@ class KdeSettingsFiles : public testing::Test {
     const fs::path system = scratch / "etc/kdeglobals";
 };
 
-TEST_F(KdeSettingsFiles, theUsersOwnFileComesBeforeTheSystems) {
+TEST_F(KdeSettingsFiles, theUsersFileTakesPrecedenceOverTheSystems) {
     test::writeFile(own, "[KDE]\nAnimationDurationFactor=0\n");
     test::writeFile(system, "[KDE]\nAnimationDurationFactor=1\n[Colors:Window]\nBackgroundNormal=0,0,0\n");
     const KdeSettings settings(files());
@@ -71,7 +71,7 @@ TEST_F(KdeSettingsFiles, theUsersOwnFileComesBeforeTheSystems) {
     EXPECT_EQ(settings.look().windowLightness, 0);
 }
 
-TEST_F(KdeSettingsFiles, whatIsNoFileIsNotWaitedFor) {
+TEST_F(KdeSettingsFiles, aPathThatIsNoFileDoesNotBlock) {
     fs::create_directories(own.parent_path());
     ASSERT_EQ(mkfifo(own.c_str(), 0600), 0);
     const KdeSettings settings(files());

@@ -24,7 +24,7 @@ class LinuxLoginItemTest : public testing::Test {
     LinuxLoginItem item_{file_, program_};
 };
 
-TEST_F(LinuxLoginItemTest, isOffWhereThereIsNoEntry) {
+TEST_F(LinuxLoginItemTest, isOffWithoutAnEntry) {
     EXPECT_FALSE(item_.isEnabled());
     item_.setEnabled(false);
     EXPECT_FALSE(fs::exists(file_));
@@ -42,14 +42,14 @@ TEST_F(LinuxLoginItemTest, switchingOnWritesAnEntryThatStartsTheProgram) {
     EXPECT_FALSE(fs::exists(file_));
 }
 
-TEST_F(LinuxLoginItemTest, switchingOnRepairsAnEntryForAnotherPlace) {
+TEST_F(LinuxLoginItemTest, switchingOnRepairsAnEntryForAnotherPath) {
     test::writeFile(file_, "[Desktop Entry]\nExec=/gone/corvane\n");
     EXPECT_FALSE(item_.isEnabled());
     item_.setEnabled(true);
     EXPECT_EQ(DesktopEntry::execProgram(test::fileBytes(file_).value_or("")), program_.string());
 }
 
-TEST_F(LinuxLoginItemTest, followsWhatOthersDoToTheEntry) {
+TEST_F(LinuxLoginItemTest, followsExternalChangesOfTheEntry) {
     item_.setEnabled(true);
     const std::string entry = test::fileBytes(file_).value_or("");
     test::writeFile(file_, entry + "Hidden=true\n");
@@ -62,13 +62,13 @@ TEST_F(LinuxLoginItemTest, followsWhatOthersDoToTheEntry) {
     EXPECT_FALSE(item_.isEnabled());
 }
 
-TEST_F(LinuxLoginItemTest, aProgramThatIsGoneIsNotStarted) {
+TEST_F(LinuxLoginItemTest, aMissingProgramIsNotStarted) {
     item_.setEnabled(true);
     fs::remove(program_);
     EXPECT_FALSE(item_.isEnabled());
 }
 
-TEST_F(LinuxLoginItemTest, aFailureIsToldInWordsAndChangesNothing) {
+TEST_F(LinuxLoginItemTest, aFailureIsReportedInWordsAndChangesNothing) {
     // A file in place of the folder stops everybody, even root.
     test::writeFile(folder_ / "config/autostart", "in the way");
     try {

@@ -10,14 +10,14 @@
 namespace corvane {
 namespace {
 
-TEST(LxqtSettings, readsTheLightnessOfWindows) {
+TEST(LxqtSettings, readsTheWindowLightness) {
     EXPECT_EQ(LxqtSettings::parsed("[General]\ntheme=dark\n\n[Palette]\nbase_color=#111111\n"
                                    "window_color=#2b2b2b\n\n[Qt]\nwindow_color=#ffffff\n"),
               43);
     EXPECT_EQ(LxqtSettings::parsed("[Palette]\nwindow_color=#efefef"), 239);
 }
 
-TEST(LxqtSettings, saysNothingOfWhatItCannotRead) {
+TEST(LxqtSettings, reportsNothingThatItCannotRead) {
     for (const char* const text :
          {"", "window_color=#2b2b2b\n", "[Palette]\nwindow_color=\n", "[Palette]\nwindow_color=murky\n"}) {
         EXPECT_EQ(LxqtSettings::parsed(text), std::nullopt) << text;

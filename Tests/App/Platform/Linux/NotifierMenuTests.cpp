@@ -46,7 +46,7 @@ class NotifierMenuTest : public testing::Test {
     QSignalSpy layouts{&menu, &NotifierMenu::layoutUpdated};
 };
 
-TEST_F(NotifierMenuTest, aHostGetsTheEntriesInTheirOrder) {
+TEST_F(NotifierMenuTest, aHostGetsTheEntriesInOrder) {
     actions.addAction(QStringLiteral("Open"));
     actions.addSeparator();
     actions.addAction(QStringLiteral("Resume"))->setVisible(false);
@@ -63,7 +63,7 @@ TEST_F(NotifierMenuTest, aHostGetsTheEntriesInTheirOrder) {
         entry.front().properties.value(QStringLiteral("icon-data")).toByteArray().startsWith("\x89PNG"));
 }
 
-TEST_F(NotifierMenuTest, aHostGetsOnlyWhatItAsksFor) {
+TEST_F(NotifierMenuTest, aHostGetsOnlyWhatItRequests) {
     actions.addAction(QStringLiteral("Open"))->setEnabled(false);
     uint revision = 0;
     const NotifierMenuLayout closed = menu.layout(0, 0, {}, revision);
@@ -85,13 +85,13 @@ TEST_F(NotifierMenuTest, labelsArePlainText) {
     EXPECT_EQ(NotifierMenu::label(QStringLiteral("<b>&&lt;")), QStringLiteral("<b>&lt;"));
 }
 
-TEST_F(NotifierMenuTest, nobodyIsToldBeforeAHostHasAsked) {
+TEST_F(NotifierMenuTest, nothingIsEmittedBeforeAHostHasQueried) {
     actions.addAction(QStringLiteral("Open"))->setText(QStringLiteral("Close"));
     settle();
     EXPECT_EQ(updates.count() + layouts.count(), 0);
 }
 
-TEST_F(NotifierMenuTest, changesOfOneMomentAreToldAtOnceAndOnly) {
+TEST_F(NotifierMenuTest, simultaneousChangesAreCoalescedAndNothingElseIsReported) {
     QAction* const first = actions.addAction(QStringLiteral("a"));
     QAction* const second = actions.addAction(QStringLiteral("b"));
     second->setEnabled(false);
@@ -125,7 +125,7 @@ TEST_F(NotifierMenuTest, changesOfOneMomentAreToldAtOnceAndOnly) {
     EXPECT_EQ(fetched(), std::vector<std::string>{"b"});
 }
 
-TEST_F(NotifierMenuTest, itIsBroughtUpToDateWhenAHostIsAboutToShowIt) {
+TEST_F(NotifierMenuTest, itIsUpdatedWhenAHostIsAboutToShowIt) {
     QAction* const entry = actions.addAction(QStringLiteral("0:01"));
     QString time = QStringLiteral("0:01");
     QObject::connect(&actions, &QMenu::aboutToShow, entry, [&] { entry->setText(time); });
@@ -146,7 +146,7 @@ TEST_F(NotifierMenuTest, itIsBroughtUpToDateWhenAHostIsAboutToShowIt) {
 }
 
 // GNOME's and Cinnamon's hosts ask for the properties of an entry once, when it is new to them.
-TEST_F(NotifierMenuTest, anEntryThatMovesKeepsItsNumberAndItsChangesAreTold) {
+TEST_F(NotifierMenuTest, aMovedEntryKeepsItsIdAndItsChangesAreReported) {
     QAction* const first = actions.addAction(QStringLiteral("a · Running"));
     QAction* const second = actions.addAction(QStringLiteral("b · Running"));
     ASSERT_EQ(fetched().size(), 2U);
@@ -164,7 +164,7 @@ TEST_F(NotifierMenuTest, anEntryThatMovesKeepsItsNumberAndItsChangesAreTold) {
               (QVariantMap{{QStringLiteral("label"), QStringLiteral("b · Waiting")}}));
 }
 
-TEST_F(NotifierMenuTest, aHostThatTellsOfTheOpeningOnlyIsSentTheChanges) {
+TEST_F(NotifierMenuTest, aHostThatOnlyReportsTheOpeningIsSentTheChanges) {
     QAction* const entry = actions.addAction(QStringLiteral("0:01"));
     QObject::connect(&actions, &QMenu::aboutToShow, entry, [&] { entry->setText(QStringLiteral("0:09")); });
     QSignalSpy hidden(&actions, &QMenu::aboutToHide);
@@ -191,7 +191,7 @@ TEST_F(NotifierMenuTest, aClickTriggersItsEntryAfterTheReply) {
     EXPECT_FALSE(menu.handle(99, QStringLiteral("clicked")));
 }
 
-TEST_F(NotifierMenuTest, anEntrysNumberIsNotGivenToAnother) {
+TEST_F(NotifierMenuTest, anEntrysIdIsNotReused) {
     QAction* const first = actions.addAction(QStringLiteral("a"));
     const int id = idOf(QStringLiteral("a"));
     actions.removeAction(first);

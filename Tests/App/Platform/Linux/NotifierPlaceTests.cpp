@@ -15,14 +15,14 @@ TEST(NotifierPlace, isAroundTheClick) {
     EXPECT_EQ(notifierPlace({3000, 10}, QPoint(5, 5), 1, screens), QRect(2988, -2, 24, 24));
 }
 
-TEST(NotifierPlace, isUnknownWhereTheHostDoesNotTellIt) {
+TEST(NotifierPlace, isUnknownIfTheHostDoesNotReportIt) {
     EXPECT_TRUE(notifierPlace({0, 0}, std::nullopt, 1, screens).isEmpty());
     EXPECT_TRUE(notifierPlace({0, 0}, QPoint(700, 400), 1, screens).isEmpty());
     EXPECT_TRUE(notifierPlace({-5, 20}, std::nullopt, 1, screens).isEmpty());
     EXPECT_TRUE(notifierPlace({100, 900}, std::nullopt, 1, screens).isEmpty()) << "below the first screen";
 }
 
-TEST(NotifierPlace, isNotWhatBarsOnWaylandReportThatKnowThemselvesOnly) {
+TEST(NotifierPlace, ignoresBarRelativePositionsOnWayland) {
     EXPECT_TRUE(notifierPlaceIsKnown(false, "sway"));
     EXPECT_TRUE(notifierPlaceIsKnown(false, ""));
     EXPECT_TRUE(notifierPlaceIsKnown(true, "KDE"));
@@ -31,12 +31,12 @@ TEST(NotifierPlace, isNotWhatBarsOnWaylandReportThatKnowThemselvesOnly) {
     EXPECT_FALSE(notifierPlaceIsKnown(true, ""));
 }
 
-TEST(NotifierPlace, isNotWhatTheBarOfMateReports) {
+TEST(NotifierPlace, ignoresThePositionThatMatesBarReports) {
     EXPECT_FALSE(notifierPlaceIsKnown(false, "MATE"));
     EXPECT_FALSE(notifierPlaceIsKnown(true, "MATE"));
 }
 
-TEST(NotifierPlace, isAtThePointerOnlyWhereThatIsOnABar) {
+TEST(NotifierPlace, isAtThePointerOnlyIfThatIsOnABar) {
     const std::vector<QRect> bars{{0, 0, 2560, 56}, {0, 1560, 2560, 40}};
     EXPECT_EQ(notifierPlaceOnBar({1113, 14}, 2, bars), QRect(1101, 2, 24, 24));
     EXPECT_EQ(notifierPlaceOnBar({1113, 785}, 2, bars), QRect(1101, 773, 24, 24));

@@ -17,7 +17,7 @@ TEST(LinuxPanelDamage, picomErasesBetweenChangesFromVersion12On) {
     EXPECT_FALSE(PanelDamage::erasesBetweenChanges("v1.7.2"));
 }
 
-TEST(LinuxPanelDamage, aBuildWithoutAVersionIsTakenForARecentOne) {
+TEST(LinuxPanelDamage, aBuildWithoutAVersionIsTreatedAsRecent) {
     EXPECT_TRUE(PanelDamage::erasesBetweenChanges("vgit-b700a"));
     EXPECT_TRUE(PanelDamage::erasesBetweenChanges("unknown"));
 }
@@ -26,7 +26,7 @@ TEST(LinuxPanelDamage, otherCompositingManagersEraseNothing) {
     EXPECT_FALSE(PanelDamage::erasesBetweenChanges(""));
 }
 
-TEST(LinuxPanelDamage, underPicom12EachShownPanelIsReportedAndToOthersNone) {
+TEST(LinuxPanelDamage, visiblePanelsAreReportedToPicom12Only) {
     using Windows = std::vector<const QWidget*>;
     Windows reported;
     PanelDamage damage([&reported](const QWidget& window) { reported.push_back(&window); });

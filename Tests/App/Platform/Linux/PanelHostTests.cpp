@@ -39,7 +39,7 @@ class LinuxPanelHostTest : public testing::Test {
     LinuxPanelHost host_{window_, activation_, damage_, sway_.socket()};
 };
 
-TEST_F(LinuxPanelHostTest, hasSwayPutTheWindowAtItsPlaceOnceItKnowsIt) {
+TEST_F(LinuxPanelHostTest, hasSwayPlaceTheWindowOnceItKnowsIt) {
     host_.setGeometry({888, 18, 388, 236}, QPainterPath());
     host_.present();
     EXPECT_EQ(activation_.presented.size(), 1U);
@@ -62,7 +62,7 @@ TEST_F(LinuxPanelHostTest, hasSwayMoveAWindowThatGrows) {
         test::longestWait));
 }
 
-TEST_F(LinuxPanelHostTest, asksAFewTimesOnlyAndNotForAHiddenWindow) {
+TEST_F(LinuxPanelHostTest, retriesAFewTimesOnlyAndNotForAHiddenWindow) {
     host_.setGeometry({10, 10, 388, 236}, QPainterPath());
     EXPECT_TRUE(sway_.requests.empty());
     host_.present();
@@ -112,13 +112,13 @@ class ReportedPanelHost : public testing::Test {
     LinuxPanelHost host_{window_, activation_, damage_, std::nullopt};
 };
 
-TEST_F(ReportedPanelHost, tellsPicom12OfThePanelAndTheBannersBeforeThePanelIsPainted) {
+TEST_F(ReportedPanelHost, reportsThePanelAndTheBannersToPicom12BeforeThePanelIsPainted) {
     open();
     window_.repaint();
     EXPECT_EQ(reported_, (Windows{&banner_, &window_}));
 }
 
-TEST_F(ReportedPanelHost, tellsPicom12OfThemBeforeThePanelMovesAndOfTheBannersWhenItGoes) {
+TEST_F(ReportedPanelHost, reportsThemToPicom12BeforeThePanelMovesAndTheBannersWhenItHides) {
     open();
     host_.setGeometry({120, 70, 340, 200}, QPainterPath());
     EXPECT_TRUE(reported_.empty()) << "it stays where it is";
@@ -129,7 +129,7 @@ TEST_F(ReportedPanelHost, tellsPicom12OfThemBeforeThePanelMovesAndOfTheBannersWh
     EXPECT_EQ(reported_, Windows{&banner_});
 }
 
-TEST_F(ReportedPanelHost, tellsPicom12OfThemAgainEachSecondWhileThePanelIsOpen) {
+TEST_F(ReportedPanelHost, reportsThemToPicom12EachSecondWhileThePanelIsOpen) {
     open();
     EXPECT_TRUE(QTest::qWaitFor(
         [this] {

@@ -45,7 +45,7 @@ TEST_F(ProcessTableTest, aProgramIsKnownByItsCommandNameOrItsScript) {
 }
 
 // As when a process ends between the opening and the reading of its files.
-TEST_F(ProcessTableTest, filesThatOpenAndCannotBeReadCountAsEmpty) {
+TEST_F(ProcessTableTest, filesThatOpenButCannotBeReadCountAsEmpty) {
     add(10, 1, "claude", "claude\0"s, "/w/shop");
     for (const char* const name : {"comm", "cmdline", "environ", "stat"}) {
         fs::remove(root_ / "10" / name);
@@ -66,7 +66,7 @@ TEST_F(ProcessTableTest, onlyTheSessionsDirectoryCounts) {
     EXPECT_TRUE(table_.running("codex", "/w/shop").empty());
 }
 
-TEST_F(ProcessTableTest, theSessionsDirectoryMayBeNamedByALink) {
+TEST_F(ProcessTableTest, theSessionsDirectoryMayBeALink) {
     const test::ScratchFolder work("work");
     fs::create_directory(work / "shop");
     fs::create_directory_symlink(work / "shop", work / "link");
@@ -92,7 +92,7 @@ TEST_F(ProcessTableTest, ancestryEndsWhereNothingCanBeRead) {
     EXPECT_EQ(table_.ancestry(40), (std::vector<pid_t>{40, 30}));
 }
 
-TEST_F(ProcessTableTest, aProcessIsToldFromALaterOneByItsStart) {
+TEST_F(ProcessTableTest, aProcessIsDistinguishedFromALaterOneByItsStartTime) {
     add(40, 30, "a) b (c", "claude\0"s, "/w/shop");
     EXPECT_EQ(table_.startTime(40), 4'000U);
     EXPECT_EQ(table_.startTime(41), std::nullopt);

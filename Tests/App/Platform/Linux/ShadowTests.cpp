@@ -65,7 +65,7 @@ TEST(LinuxShadow, cardShadowHasItsTwoLayersInBothAppearances) {
     }
 }
 
-TEST(LinuxShadow, nothingOfAShadowLiesBelowTheCard) {
+TEST(LinuxShadow, noShadowIsDrawnUnderTheCard) {
     const QPainterPath outline = shapes::continuousRoundedRect(QRectF(QPointF(), cardSize), 16);
     for (const Look& look : looks) {
         const QImage shadow = cardShadow(outline, cardSize, look.scheme, 1);

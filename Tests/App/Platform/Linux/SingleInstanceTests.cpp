@@ -43,7 +43,7 @@ TEST(SingleInstanceLock, laterClaimsFailAndTheFirstIsNotified) {
         ASSERT_TRUE(asked.wait(test::longestWait));
 }
 
-TEST(SingleInstanceLock, theFirstHearsWhatTheOthersSayInOrder) {
+TEST(SingleInstanceLock, theFirstReceivesTheMessagesOfTheOthersInOrder) {
     const ScratchFolder scratch("single-instance");
     SingleInstanceLock first(scratch.path());
     ASSERT_TRUE(first.claim("not sent to anybody"));
@@ -71,7 +71,7 @@ TEST(SingleInstanceLock, aClaimWithoutAMessageLeavesTheFirstAlone) {
     EXPECT_EQ(heard, std::vector<std::string>{"later"});
 }
 
-TEST(SingleInstanceLock, aClaimSucceedsOnceTheFirstHasGone) {
+TEST(SingleInstanceLock, aClaimSucceedsOnceTheFirstIsDestroyed) {
     const ScratchFolder scratch("single-instance");
     {
         SingleInstanceLock first(scratch.path());
@@ -81,7 +81,7 @@ TEST(SingleInstanceLock, aClaimSucceedsOnceTheFirstHasGone) {
     EXPECT_TRUE(second.claim());
 }
 
-TEST(SingleInstanceLock, whatAKilledProcessLeftIsNoObstacle) {
+TEST(SingleInstanceLock, theSocketOfAKilledProcessIsNoObstacle) {
     const ScratchFolder scratch("single-instance");
     const pid_t child = fork();
     ASSERT_GE(child, 0);
@@ -113,7 +113,7 @@ TEST(SingleInstanceLock, pathsLongerThanASocketsAddressAreNoObstacle) {
     EXPECT_FALSE(second.claim());
 }
 
-TEST(SingleInstanceLock, aFolderThatCannotBeUsedStartsTheApplicationAllTheSame) {
+TEST(SingleInstanceLock, anUnusableFolderDoesNotPreventTheStart) {
     const ScratchFolder scratch("single-instance");
     SingleInstanceLock nowhere{fs::path()};
     EXPECT_TRUE(nowhere.claim());
@@ -172,14 +172,14 @@ TEST_F(SingleInstanceFolder, isNeverOneThatOthersCanWrite) {
     EXPECT_EQ(SingleInstanceLock::standardFolder(), fs::path());
 }
 
-TEST_F(SingleInstanceFolder, isNoLinkThatSomebodyPutThere) {
+TEST_F(SingleInstanceFolder, isNoLinkThatSomebodyPlacedThere) {
     qunsetenv("XDG_RUNTIME_DIR");
     fs::create_directory(scratch / "elsewhere");
     fs::create_directory_symlink(scratch / "elsewhere", own);
     EXPECT_EQ(SingleInstanceLock::standardFolder(), fs::path());
 }
 
-TEST_F(SingleInstanceFolder, isNoneThatAnotherUserMadeFirst) {
+TEST_F(SingleInstanceFolder, isNoneThatAnotherUserCreatedFirst) {
     if (getuid() != 0) GTEST_SKIP() << "only root can make a folder of another user";
     constexpr uid_t other = 12345;
     qunsetenv("XDG_RUNTIME_DIR");
@@ -199,7 +199,7 @@ class LinuxSingleInstanceTest : public testing::Test {
     int heard = 0;
 };
 
-TEST_F(LinuxSingleInstanceTest, aSecondStartIsHeardAtOnce) {
+TEST_F(LinuxSingleInstanceTest, aSecondStartIsReportedAtOnce) {
     listen();
     instance.Activate({});
     EXPECT_EQ(heard, 1);
@@ -208,7 +208,7 @@ TEST_F(LinuxSingleInstanceTest, aSecondStartIsHeardAtOnce) {
     EXPECT_EQ(heard, 3);
 }
 
-TEST_F(LinuxSingleInstanceTest, whatTheSecondStartCameWithIsToldBeforeIt) {
+TEST_F(LinuxSingleInstanceTest, theSecondStartsTokenIsReportedBeforeIt) {
     std::vector<std::string> heardInOrder;
     QObject::connect(&instance, &LinuxSingleInstance::startedWith, &instance,
                      [&](const StartupToken& startup) { heardInOrder.push_back(startup.startupId); });
@@ -218,7 +218,7 @@ TEST_F(LinuxSingleInstanceTest, whatTheSecondStartCameWithIsToldBeforeIt) {
     EXPECT_EQ(heardInOrder, (std::vector<std::string>{"id_TIME1", "reopened"}));
 }
 
-TEST_F(LinuxSingleInstanceTest, aSecondStartBeforeAnybodyListensIsHeardOnceSomebodyDoes) {
+TEST_F(LinuxSingleInstanceTest, aSecondStartIsQueuedUntilAListenerConnects) {
     instance.Activate({});
     instance.Activate({});
     listen();
@@ -227,7 +227,7 @@ TEST_F(LinuxSingleInstanceTest, aSecondStartBeforeAnybodyListensIsHeardOnceSomeb
     EXPECT_EQ(heard, 1);
 }
 
-TEST_F(LinuxSingleInstanceTest, whatHasBeenHeardIsNotToldToThoseWhoListenLater) {
+TEST_F(LinuxSingleInstanceTest, aDeliveredStartIsNotReportedToLaterListeners) {
     listen();
     instance.Activate({});
     QSignalSpy later(&instance, &SingleInstance::reopened);
@@ -236,7 +236,7 @@ TEST_F(LinuxSingleInstanceTest, whatHasBeenHeardIsNotToldToThoseWhoListenLater) 
     EXPECT_EQ(later.count(), 0);
 }
 
-TEST_F(LinuxSingleInstanceTest, listeningAloneTellsNothing) {
+TEST_F(LinuxSingleInstanceTest, connectingAListenerReportsNothing) {
     listen();
     QCoreApplication::processEvents();
     EXPECT_EQ(heard, 0);

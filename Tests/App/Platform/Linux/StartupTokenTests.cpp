@@ -19,21 +19,21 @@ TEST(StartupToken, isReadFromTheEnvironment) {
     EXPECT_EQ(StartupToken::fromEnvironment(), StartupToken());
 }
 
-TEST(StartupToken, survivesTheWayOverTheBus) {
+TEST(StartupToken, survivesTheTransferOverTheBus) {
     EXPECT_EQ(StartupToken::fromPlatformData(both.platformData()), both);
     EXPECT_EQ(both.platformData().value(QStringLiteral("desktop-startup-id")).toString(),
               QStringLiteral("host-1-launcher_TIME77"));
     EXPECT_TRUE(StartupToken().platformData().isEmpty());
 }
 
-TEST(StartupToken, survivesTheWayAsAMessage) {
+TEST(StartupToken, survivesTheTransferAsAMessage) {
     EXPECT_EQ(StartupToken::fromMessage(both.message()), both);
     const StartupToken onlyToken{"", "token"};
     EXPECT_EQ(StartupToken::fromMessage(onlyToken.message()), onlyToken);
     EXPECT_EQ(StartupToken().message(), "");
 }
 
-TEST(StartupToken, ignoresWhatIsNoToken) {
+TEST(StartupToken, ignoresInvalidTokens) {
     EXPECT_EQ(StartupToken::fromMessage("nonsense\n=x\nother=y\nactivation-token"), StartupToken());
     EXPECT_EQ(StartupToken::fromMessage("activation-token=" + std::string(5000, 'x')), StartupToken());
     EXPECT_EQ(

@@ -22,7 +22,7 @@ const std::string output = "client 500 /dev/pts/5 $0 0 1790000000\n"
                            "pane %0 @0 $1 1 1 50\n"
                            "pane %1 @0 $1 0 1 51\n";
 
-TEST(Tmux, theSocketStandsBeforeTheLastTwoCommas) {
+TEST(Tmux, theSocketIsBeforeTheLastTwoCommas) {
     EXPECT_EQ(socket("/tmp/tmux-1000/default,1234,0"), "/tmp/tmux-1000/default");
     EXPECT_EQ(socket("/tmp/a,b,1,2"), "/tmp/a,b");
     for (const char* const malformed : {"", "/tmp/x", "/tmp/x,1", "x,1,2", "-L,1,2"})
@@ -39,7 +39,7 @@ TEST(Tmux, readsClientsAndPanes) {
     EXPECT_EQ(server.panes[4], (Pane{"%1", "@0", "$1", false, true, 51}));
 }
 
-TEST(Tmux, leavesLinesOfOtherFormsOut) {
+TEST(Tmux, ignoresMalformedLines) {
     EXPECT_EQ(parse("\nclient\nclient x /dev/pts/1 $0 0 1\nclient 1 /dev/pts/1 0 0 1\nclient 1  $0 0 1\n"
                     "client 1 -t $0 0 1\nclient 1 /dev/pts/1 $0 0\nclient 1 /dev/pts/1 $0 0 now\n"
                     "pane 0 @0 $0 1 1 1\npane % @0 $0 1 1 1\npane %0 @x $0 1 1 1\npane %0 @0 -t 1 1 1\n"
@@ -57,7 +57,7 @@ TEST(Tmux, findsThePaneByItsVariableElseByTheProcessInIt) {
     EXPECT_TRUE(views(server, std::nullopt, std::array<pid_t, 1>{90}).empty());
 }
 
-TEST(Tmux, prefersClientsThatShowTheSessionAndOfTheseTheOneLastUsed) {
+TEST(Tmux, prefersClientsThatShowTheSessionThenTheOneLastUsed) {
     std::vector<pid_t> order;
     for (const View& view : views(parse(output), "%2", {}))
         order.push_back(view.client.process);

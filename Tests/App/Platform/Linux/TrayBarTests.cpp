@@ -31,7 +31,7 @@ TEST(TrayBar, lightTextMeansADarkBar) {
     EXPECT_EQ(TrayBar::schemeOf(colors(0x2E00, 0x3400, 0x3600)), ColorScheme::light);
 }
 
-TEST(TrayBar, coloursOfAnotherFormSayNothing) {
+TEST(TrayBar, malformedColoursAreIgnored) {
     EXPECT_EQ(TrayBar::schemeOf({}), std::nullopt);
     EXPECT_EQ(TrayBar::schemeOf({0xFFFF, 0xFFFF, 0xFFFF}), std::nullopt);
     EXPECT_EQ(TrayBar::schemeOf(std::vector<std::uint32_t>(13, 0xFFFF)), std::nullopt);

@@ -36,12 +36,12 @@ class LinuxWindowShadowTest : public testing::Test {
     LinuxWindowShadow shadow_;
 };
 
-TEST_F(LinuxWindowShadowTest, hasItsRoomWhereWindowsAreBlended) {
+TEST_F(LinuxWindowShadowTest, hasItsMarginsWhereWindowsAreBlended) {
     ASSERT_TRUE(shadow_.isBlended());
     EXPECT_EQ(shadow_.margins(), shadowMargins);
 }
 
-TEST_F(LinuxWindowShadowTest, isThatOfTheCardAtHandAndNotOfTheOneBefore) {
+TEST_F(LinuxWindowShadowTest, isThatOfTheCurrentCardNotOfThePreviousOne) {
     use(ColorScheme::light);
     EXPECT_EQ(painted({90, 60}), expected({90, 60}, ColorScheme::light));
     EXPECT_EQ(painted({90, 80}), expected({90, 80}, ColorScheme::light));

@@ -83,21 +83,21 @@ TEST(XSettings, readsBothByteOrders) {
     }
 }
 
-TEST(XSettings, saysNothingOfWhatTheManagerLeavesOut) {
+TEST(XSettings, reportsNothingThatTheManagerOmits) {
     Settings settings(false);
     settings.addNumber("Xft/DPI", 96 * 1024);
     EXPECT_EQ(XSettings::parsed(settings.bytes()), XSettingsLook());
     EXPECT_EQ(XSettings::parsed(""), XSettingsLook());
 }
 
-TEST(XSettings, takesNeitherATextForANumberNorANumberForAText) {
+TEST(XSettings, doesNotMistakeTextsForNumbersOrNumbersForTexts) {
     Settings settings(false);
     settings.addText("Gtk/EnableAnimations", "0");
     settings.addNumber("Net/ThemeName", 3);
     EXPECT_EQ(XSettings::parsed(settings.bytes()), XSettingsLook());
 }
 
-TEST(XSettings, readsNoFurtherThanThePropertyGoes) {
+TEST(XSettings, readsNothingBeyondTheProperty) {
     const std::string bytes = full(false);
     for (std::size_t size = 0; size < bytes.size(); ++size) {
         // A copy of its own, so that the sanitizer sees a read behind the end.

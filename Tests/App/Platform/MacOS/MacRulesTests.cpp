@@ -130,19 +130,19 @@ TEST(MacLoginItem, isOnOnlyWhenTheSystemWillStartIt) {
     EXPECT_FALSE(loginitem::isEnabled(Status::notFound));
 }
 
-TEST(MacLoginItem, isRegisteredEvenWhereTheSystemHasNotFoundItYet) {
+TEST(MacLoginItem, isRegisteredEvenIfTheSystemHasNotFoundItYet) {
     EXPECT_EQ(loginitem::change(Status::notFound, true), Change::registerItem);
     EXPECT_EQ(loginitem::change(Status::notRegistered, true), Change::registerItem);
     EXPECT_EQ(loginitem::change(Status::requiresApproval, true), Change::registerItem);
 }
 
-TEST(MacLoginItem, isLeftAloneWhenItIsAsWanted) {
+TEST(MacLoginItem, isLeftUnchangedIfItIsAsRequested) {
     EXPECT_EQ(loginitem::change(Status::enabled, true), Change::none);
     EXPECT_EQ(loginitem::change(Status::notRegistered, false), Change::none);
     EXPECT_EQ(loginitem::change(Status::notFound, false), Change::none);
 }
 
-TEST(MacLoginItem, isTakenOutAlsoWhenTheUserHasSwitchedItOff) {
+TEST(MacLoginItem, isUnregisteredEvenIfTheUserHasSwitchedItOff) {
     EXPECT_EQ(loginitem::change(Status::enabled, false), Change::unregisterItem);
     EXPECT_EQ(loginitem::change(Status::requiresApproval, false), Change::unregisterItem);
 }
@@ -168,7 +168,7 @@ class MacHoverTest : public testing::Test {
     Hover hover;
 };
 
-TEST_F(MacHoverTest, goesFromOneButtonToTheNext) {
+TEST_F(MacHoverTest, movesFromOneButtonToTheNext) {
     moveTo({20, 20});
     EXPECT_TRUE(left.underMouse());
     EXPECT_FALSE(right.underMouse());
@@ -187,7 +187,7 @@ TEST_F(MacHoverTest, leavesAButtonThatWasClicked) {
     EXPECT_FALSE(window.underMouse());
 }
 
-TEST_F(MacHoverTest, comesBack) {
+TEST_F(MacHoverTest, returnsToAnotherButton) {
     moveTo({20, 20});
     leave();
     leave();
@@ -215,14 +215,14 @@ class AskedApplication : public OtherApplication {
 using Asked = std::vector<std::string>;
 using std::chrono::milliseconds;
 
-TEST(MacBringForward, offersTheActivationFirstWhereItIsOurs) {
+TEST(MacBringForward, offersTheActivationFirstIfItIsOurs) {
     recording::Time time;
     const auto other = std::make_shared<AskedApplication>();
     bringForward(other, OurState::active, time);
     EXPECT_EQ(other->asked, (Asked{"yield", "request"}));
 }
 
-TEST(MacBringForward, asksOnceWhereThatWasEnough) {
+TEST(MacBringForward, asksOnceIfThatWasEnough) {
     recording::Time time;
     const auto other = std::make_shared<AskedApplication>();
     bringForward(other, OurState::inactive, time);
@@ -231,7 +231,7 @@ TEST(MacBringForward, asksOnceWhereThatWasEnough) {
     EXPECT_EQ(other->asked, Asked{"request"});
 }
 
-TEST(MacBringForward, asksInTheOtherWayALittleLaterAndThenGivesUp) {
+TEST(MacBringForward, asksTheOtherWayALittleLaterAndThenGivesUp) {
     recording::Time time;
     const auto other = std::make_shared<AskedApplication>();
     bringForward(other, OurState::inactive, time);
@@ -244,7 +244,7 @@ TEST(MacBringForward, asksInTheOtherWayALittleLaterAndThenGivesUp) {
     EXPECT_EQ(time.pendingCount(), 0U);
 }
 
-TEST(MacBringForward, asksInTheOtherWayAtOnceWhereNothingWasSent) {
+TEST(MacBringForward, asksTheOtherWayAtOnceIfNothingWasSent) {
     recording::Time time;
     const auto other = std::make_shared<AskedApplication>();
     other->sends = false;
@@ -253,7 +253,7 @@ TEST(MacBringForward, asksInTheOtherWayAtOnceWhereNothingWasSent) {
     EXPECT_EQ(time.pendingCount(), 0U);
 }
 
-TEST(MacLoginItem, aFailureWithoutAReasonIsToldInTheUsersWords) {
+TEST(MacLoginItem, aFailureWithoutAReasonIsReportedInTheUsersLanguage) {
     const Words words = [](const Phrase& phrase) { return "<" + std::string(phrase.key) + ">"; };
     EXPECT_EQ(loginitem::reason("", words), "<The system gave no reason.>");
     EXPECT_EQ(loginitem::reason("Not allowed.", words), "Not allowed.");

@@ -25,7 +25,7 @@ TEST_F(PlainPanelHostTest, movesTheWindowToItsPlace) {
     EXPECT_EQ(window_.pos(), QPoint(120, 70));
 }
 
-TEST_F(PlainPanelHostTest, reportsTheKeyboardThatTheWindowGetsAndLoses) {
+TEST_F(PlainPanelHostTest, reportsThatTheWindowGetsAndLosesTheFocus) {
     QSignalSpy changes(&host_, &PanelHost::keyboardChanged);
     EXPECT_FALSE(host_.hasKeyboard());
     host_.present();

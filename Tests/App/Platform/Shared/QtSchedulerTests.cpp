@@ -34,7 +34,7 @@ TEST(QtScheduler, workMayScheduleMoreWorkWhichWaitsForTheEventLoopAgain) {
     EXPECT_EQ(runsWhenScheduled, 0);
 }
 
-TEST(QtScheduler, dropsPendingWorkWhenItGoes) {
+TEST(QtScheduler, dropsPendingWorkWhenDestroyed) {
     std::optional<QtScheduler> scheduler(std::in_place);
     auto held = std::make_shared<int>(0);
     const std::weak_ptr<int> watched = held;

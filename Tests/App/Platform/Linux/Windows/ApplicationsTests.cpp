@@ -68,7 +68,7 @@ class LinuxApplicationsTest : public testing::Test {
     std::vector<bool> reports_;
 };
 
-TEST_F(LinuxApplicationsTest, theFirstWayThatFindsAWindowIsTheLast) {
+TEST_F(LinuxApplicationsTest, theFirstRaiserThatFindsAWindowEndsTheSearch) {
     add(1, 0, "init");
     add(20, 1, "foot");
     add(30, 20, "claude", "WINDOWID=4711\0"s);
@@ -83,7 +83,7 @@ TEST_F(LinuxApplicationsTest, theFirstWayThatFindsAWindowIsTheLast) {
     EXPECT_EQ(first_->searches[0].agent, QStringLiteral("claude"));
 }
 
-TEST_F(LinuxApplicationsTest, theNextWayIsTriedWhereTheFirstFindsNone) {
+TEST_F(LinuxApplicationsTest, theNextRaiserIsTriedIfTheFirstFindsNone) {
     add(30, 1, "claude");
     second_->window = 30;
     activate();
@@ -91,7 +91,7 @@ TEST_F(LinuxApplicationsTest, theNextWayIsTriedWhereTheFirstFindsNone) {
     EXPECT_EQ(first_->searches.size(), 1U);
 }
 
-TEST_F(LinuxApplicationsTest, whatIsThereIsLookedAtForEachJump) {
+TEST_F(LinuxApplicationsTest, theRaisersAreChosenForEachJump) {
     add(30, 1, "claude");
     second_->window = 30;
     activate();
@@ -101,7 +101,7 @@ TEST_F(LinuxApplicationsTest, whatIsThereIsLookedAtForEachJump) {
     EXPECT_EQ(second_->searches.size(), 2U);
 }
 
-TEST_F(LinuxApplicationsTest, theOutcomeMayBeKnownLater) {
+TEST_F(LinuxApplicationsTest, theOutcomeMayBeDeferred) {
     add(30, 1, "claude");
     first_->isDeferred = true;
     first_->window = 30;
@@ -134,7 +134,7 @@ TEST_F(LinuxApplicationsTest, nothingIsFoundWithoutAnAgentOrAnIdentifier) {
     EXPECT_EQ(reports_, (std::vector<bool>{false, false, false}));
 }
 
-TEST(WindowRaisers, areChosenByWhatIsThere) {
+TEST(WindowRaisers, areChosenByTheSession) {
     const QByteArray socket = qgetenv("SWAYSOCK");
     const QByteArray display = qgetenv("WAYLAND_DISPLAY");
     qunsetenv("SWAYSOCK");

@@ -60,7 +60,7 @@ class KWinRaiser : public testing::TestWithParam<FakeKWin::Version> {
 
 std::unique_ptr<test::PrivateBus> KWinRaiser::bus_;
 
-TEST_P(KWinRaiser, theNearestAncestorsWindowIsActivatedByItsNumber) {
+TEST_P(KWinRaiser, theNearestAncestorsWindowIsActivatedByItsId) {
     kwin_->script.description = QString::fromUtf8(windows);
     EXPECT_TRUE(raise({900, 102, 100}));
     EXPECT_EQ(kwin_->script.chosen, 2) << "its title names the agent";
@@ -71,7 +71,7 @@ TEST_P(KWinRaiser, theNearestAncestorsWindowIsActivatedByItsNumber) {
     EXPECT_EQ(kwin_->scriptCount, 2);
 }
 
-TEST_P(KWinRaiser, theScriptIsToldNothingForeign) {
+TEST_P(KWinRaiser, theScriptContainsNothingForeign) {
     kwin_->script.description = QString::fromUtf8(windows);
     EXPECT_TRUE(raise({102}));
     EXPECT_FALSE(kwin_->script.text.contains(QStringLiteral("evil"))) << kwin_->script.text.toStdString();
@@ -100,7 +100,7 @@ TEST_P(KWinRaiser, aScriptThatIsNotLoadedFindsNothing) {
     expectNothingLeft();
 }
 
-TEST_P(KWinRaiser, whatHangsIsGivenUp) {
+TEST_P(KWinRaiser, aHangingKWinTimesOut) {
     kwin_->script.isStuck = true;
     EXPECT_FALSE(raise({102}, 50ms));
     expectNothingLeft();

@@ -61,7 +61,7 @@ TEST_F(SwayIpc, aReplyIsReturnedWhole) {
     EXPECT_EQ(ask(), QByteArray(100000, 'x')) << "longer than what one call reads";
 }
 
-TEST_F(SwayIpc, anythingElseIsNoReply) {
+TEST_F(SwayIpc, anInvalidReplyIsNone) {
     sway_.hangsUp = true;
     EXPECT_EQ(askFor(""), std::nullopt);
     EXPECT_EQ(askFor("i3-ip"), std::nullopt);
@@ -71,7 +71,7 @@ TEST_F(SwayIpc, anythingElseIsNoReply) {
     EXPECT_EQ(askFor(FakeSway::message(runCommand, "{}")), std::nullopt) << "to another request";
 }
 
-TEST_F(SwayIpc, aReplyThatSaysItIsHugeIsRefusedAtOnce) {
+TEST_F(SwayIpc, aReplyWithAHugeLengthIsRefusedAtOnce) {
     QByteArray bytes = FakeSway::message(treeRequest, "{}");
     for (int i = 6; i < 10; ++i)
         bytes[i] = '\xFF';
@@ -81,7 +81,7 @@ TEST_F(SwayIpc, aReplyThatSaysItIsHugeIsRefusedAtOnce) {
     EXPECT_LT(time.elapsed(), longLimit.count());
 }
 
-TEST_F(SwayIpc, aServerThatHangsIsGivenUp) {
+TEST_F(SwayIpc, aHangingServerTimesOut) {
     EXPECT_EQ(askFor("", 10ms), std::nullopt);
     EXPECT_EQ(askFor(FakeSway::message(treeRequest, "{}").chopped(1), 10ms), std::nullopt);
 }
@@ -96,7 +96,7 @@ TEST_F(SwayIpc, withoutAServerThereIsNoReply) {
     }
 }
 
-TEST_F(SwayIpc, nothingIsReportedToWhatIsGone) {
+TEST_F(SwayIpc, nothingIsReportedToADestroyedContext) {
     bool isCalled = false;
     {
         QObject gone;
@@ -119,7 +119,7 @@ constexpr const char* tree = R"({"id":1,"type":"root","focus":[20],"nodes":[
               {"id":42,"pid":102,"app_id":"org.kde.konsole","name":"two","nodes":[],"focus":[]}],
      "floating_nodes":[{"id":43,"pid":103,"app_id":"pavucontrol","name":"volume","nodes":[],"focus":[]}]}]}]})";
 
-TEST(SwayTree, windowsAreListedAsTheyWereUsed) {
+TEST(SwayTree, windowsAreListedInOrderOfUse) {
     const SwayTree found = SwayTree::parse(tree);
     EXPECT_EQ(found.numbers, (std::vector<std::int64_t>{43, 42, 41, 40}));
     ASSERT_EQ(found.windows.size(), 4U);
@@ -131,7 +131,7 @@ TEST(SwayTree, windowsAreListedAsTheyWereUsed) {
     EXPECT_EQ(found.windows[3].title, QStringLiteral("left"));
 }
 
-TEST(SwayTree, whatIsNoTreeHasNoWindows) {
+TEST(SwayTree, anInvalidTreeHasNoWindows) {
     for (const char* const json : {"", "[]", "{", R"({"nodes":7,"floating_nodes":[1,"x",null],"focus":"x"})",
                                    R"({"pid":-3})", R"({"pid":"7"})"})
         EXPECT_TRUE(SwayTree::parse(json).windows.empty()) << json;
@@ -175,7 +175,7 @@ TEST_F(SwayRaiser, withoutAWindowNoCommandIsSent) {
     EXPECT_EQ(sway_.requests.size(), 1U);
 }
 
-TEST_F(SwayRaiser, aCommandThatFailsBringsNothingForward) {
+TEST_F(SwayRaiser, aFailedCommandRaisesNothing) {
     for (const char* const result : {R"([{"success":false,"error":"No matching node."}])", "[]", "{}", ""}) {
         sway_.replies = {tree, result};
         EXPECT_FALSE(raise({100})) << result;
@@ -191,7 +191,7 @@ constexpr const char* theirWorkspaces = R"([
   {"output":"HEADLESS-1","visible":true,"rect":{"x":0,"y":26,"width":1280,"height":774}},
   {"output":"HEADLESS-2","visible":true,"rect":{"x":1290,"y":0,"width":843,"height":513}}])";
 
-TEST(SwayOutputs, theVisibleWorkspaceTellsWhatBarsLeave) {
+TEST(SwayOutputs, theVisibleWorkspaceIsWhatBarsLeaveFree) {
     EXPECT_EQ(SwayOutputs::parse(twoOutputs, theirWorkspaces),
               (std::vector<SwayOutput>{{{0, 0, 1280, 800}, {0, 26, 0, 0}, false},
                                        {{1280, 0, 853, 533}, {10, 0, 0, 20}, true}}));
@@ -209,7 +209,7 @@ TEST(SwayOutputs, withoutAUsableWorkspaceTheWholeOutputIsFree) {
     }
 }
 
-TEST(SwayOutputs, areAskedForOnRequestOnlyAndReportChanges) {
+TEST(SwayOutputs, areQueriedOnRequestOnlyAndReportChanges) {
     FakeSway sway;
     sway.replies = {twoOutputs, "[]"};
     SwayOutputs outputs(sway.socket(), longLimit);

@@ -13,7 +13,7 @@ int rank(const char* title, const char* directory = "/home/you/shop") {
                      QStringLiteral("/home/you"));
 }
 
-TEST(TitleRank, pathsSayMoreThanNamesAndTheseMoreThanTheAgent) {
+TEST(TitleRank, pathsRankAboveNamesAndNamesAboveTheAgent) {
     EXPECT_EQ(rank("Terminal"), 0);
     EXPECT_EQ(rank("✳ Claude Code"), 1);
     EXPECT_EQ(rank("vim - shop"), 2);
@@ -38,7 +38,7 @@ TEST(TitleRank, theHomeFolderIsATilde) {
     EXPECT_EQ(rank("you@host: ~", "/home/younger"), 0);
 }
 
-TEST(TitleRank, aDirectoryWithoutANameNamesNothing) {
+TEST(TitleRank, aDirectoryWithoutANameMatchesNothing) {
     EXPECT_EQ(rank("anything", ""), 0);
     EXPECT_EQ(rank("a / b", "/"), 4);
     EXPECT_EQ(rank("~/shop", "/home/you/shop/"), 4) << "a slash at the end is no part of it";
@@ -64,13 +64,13 @@ class WindowChoice : public testing::Test {
     WindowSearch search;
 };
 
-TEST_F(WindowChoice, theNearestAncestorWithAWindowHasIt) {
+TEST_F(WindowChoice, theNearestAncestorWithAWindowIsChosen) {
     EXPECT_EQ(choose({window(1, "shop"), window(20, ""), window(7, "shop")}), 1U);
     EXPECT_EQ(choose({window(7, "shop")}), std::nullopt);
     EXPECT_EQ(choose({}), std::nullopt);
 }
 
-TEST_F(WindowChoice, ofOneProcessesWindowsTheIdWinsThenTheTitleThenTheLastUsed) {
+TEST_F(WindowChoice, amongOneProcessesWindowsTheIdWinsThenTheTitleThenTheLastUsed) {
     const std::vector<OpenWindow> windows{window(20, "one", 5), window(20, "shop", 6), window(20, "shop", 7),
                                           window(20, "two", 8)};
     EXPECT_EQ(choose(windows), 1U);

@@ -63,7 +63,7 @@ class ScratchHome {
 /// What is large in an event.
 enum class Large : std::uint8_t { message, folder, session };
 
-/// Of one of `sessions` sessions.
+/// An event of one of `sessions` sessions.
 std::string eventText(int number, int sessions, std::size_t size, Large large) {
     std::string filling;
     const std::string_view line = large == Large::message ? R"(    return \"a line of code\";\n)" : "/folder";
@@ -92,7 +92,7 @@ double memory(const std::string& field) {
     return 0;
 }
 
-/// Milliseconds to read all event files plainly, once they are in the system's cache.
+/// Milliseconds to read all event files plainly, once they are in the page cache.
 double plainReading(const fs::path& inbox) {
     double best = 0;
     for (int round = 0; round < 2; ++round) {
@@ -108,15 +108,15 @@ double plainReading(const fs::path& inbox) {
     return best;
 }
 
-/// Nanoseconds that the main thread has had of a processor.
+/// The main thread's CPU time, in nanoseconds.
 qint64 processorTime() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return time.tv_sec * 1'000'000'000 + time.tv_nsec;
 }
 
-/// Measures the longest time between two turns of the event loop, also without what other processes took
-/// meanwhile.
+/// Measures the longest interval between two iterations of the event loop, as wall-clock time and as CPU time
+/// of the main thread.
 class Heartbeat : public QTimer {
   public:
     Heartbeat() {

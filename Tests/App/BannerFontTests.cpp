@@ -1,4 +1,4 @@
-// The texts of banners in the fonts that desktops come with.
+// The texts of banners in the default fonts of desktops.
 
 #include "App/Support/BannerViewsSupport.h"
 #include "App/Support/LargeText.h"

@@ -150,7 +150,7 @@ TEST_F(BannerViewsTest, aProjectsNameCannotReverseTheMessage) {
     const auto* const shown = banner->findChildren<LineLabel*>().at(1);
     EXPECT_EQ(shown->shownText(), QString::fromUtf8("\u2068abcd\u2069 · \u2068run it\u2069"));
     EXPECT_EQ(shown->text(), QString::fromStdString("ab" + test::rightToLeftOverride() + "cd · run\u2069 it"))
-        << "what is spoken stays as it is";
+        << "the announced text is unchanged";
 }
 
 TEST_F(BannerViewsTest, anInvisibleNameLeavesNoEmptySpace) {

@@ -261,7 +261,7 @@ TEST_F(CorvaneAppTest, thePanelClosesWhenItLosesTheFocusAndThePressThatTookItDoe
     ASSERT_TRUE(app().panel()->isVisible());
     int hidings = 0;
     {
-        // At once: a press that comes later, as after a pause of a busy machine, is another one.
+        // At once: a later press, as after a pause of a busy machine, counts as another one.
         const Hidings pressed(*app().panel(), [&] {
             if (++hidings == 1) Q_EMIT tray().pressed({});
         });
@@ -304,7 +304,7 @@ TEST_F(CorvaneAppTest, thePanelGrowsInPlaceWhileItIsOpen) {
         waits(session);
     const QRect after = app().panel()->cardGeometry();
     EXPECT_GT(after.height(), before.height());
-    EXPECT_EQ(after.bottom(), before.bottom()) << "it stands on the bar";
+    EXPECT_EQ(after.bottom(), before.bottom()) << "it grows away from the bar";
     EXPECT_EQ(after.left(), before.left());
 }
 

@@ -84,7 +84,7 @@ TEST_P(HighContrast, dimmedTextOfABannerIsStronger) {
     const auto banner = waitingBanner(test::waitingSession("s", start));
     banner->setPalette(Tokens::palette(high()));
     const auto inDimmedLine = [&banner] {
-        // The edges of other letters may come by that colour.
+        // The edges of other letters may happen to have that colour.
         constexpr int ratio = 4;
         (void)render(*banner);
         const QRect line = banner->findChildren<LineLabel*>().at(2)->geometry();

@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(AroundTheChanges, ShortTime,
                                          ZoneCase{"EST5EDT,M3.2.0,M11.1.0", November / 1 / 2026, 6h,
                                                   "01:00"}));
 
-/// A change of the local time, by the moment at which it happens.
+/// A change of the local time, and when it happens.
 struct ChangeCase {
     const char* name;
     const char* zone;
@@ -104,7 +104,7 @@ class LocalTimeChange : public testing::TestWithParam<ChangeCase> {
         world_.connect();
     }
 
-    /// One second after the other, with what each may show.
+    /// Runs the passes one by one and checks that no session ever shows a negative time.
     void passAndWatch(int seconds) {
         for (int i = 0; i < seconds; ++i) {
             world_.pass();
@@ -117,7 +117,7 @@ class LocalTimeChange : public testing::TestWithParam<ChangeCase> {
 
     [[nodiscard]] std::size_t alerts() const { return world_.platform.sounds.played.size(); }
 
-    /// The status of each session, as the tray's menu has it.
+    /// The status of each session, as the tray's menu shows it.
     std::vector<std::string> statusLines() {
         std::vector<std::string> lines;
         for (const AgentSession& session : world_.model().board().sorted())
@@ -125,7 +125,7 @@ class LocalTimeChange : public testing::TestWithParam<ChangeCase> {
         return lines;
     }
 
-    /// Whether a line of a banner that stands has this text.
+    /// Whether a line of a visible banner has this text.
     bool aBannerSays(const char* text) {
         for (const auto& panel : world_.platform.panels.visible()) {
             for (const auto* const line : panel->content->findChildren<LineLabel*>()) {
@@ -254,7 +254,7 @@ INSTANTIATE_TEST_SUITE_P(
                                std::chrono::April / 4 / 2026, 15h, "02:00", "01:33"}),
     [](const auto& change) { return std::string(change.param.name); });
 
-/// The user travels: the system tells the process of another zone while it runs.
+/// The user travels: the time zone changes while the process runs.
 TEST(LocalTime, anotherZoneChangesTheTimesAndNothingElse) {
     const test::TimeZone home("UTC0");
     test::MenuBarWorld world;

@@ -367,16 +367,16 @@ TEST_F(MenuBarViewTest, rowsAreAddedMovedAndRemovedWithoutLosingTheFocus) {
     const SessionRow* const row = view().list().rows().back();
 
     world.waits("c");
-    EXPECT_EQ(focused(), "a") << "a row came";
+    EXPECT_EQ(focused(), "a") << "a row was added";
     world.waits("a");
-    EXPECT_EQ(focused(), "a") << "it moved itself";
+    EXPECT_EQ(focused(), "a") << "its own row moved";
     EXPECT_EQ(view().list().rows().front(), row) << "and is still the same";
     world.ends("b");
-    EXPECT_EQ(focused(), "a") << "another one left";
+    EXPECT_EQ(focused(), "a") << "another row was removed";
     key(Qt::Key_Tab);
     EXPECT_EQ(focused(), "c") << "Tab follows the new order";
     world.ends("c");
-    EXPECT_EQ(focused(), "a") << "the one with the place left";
+    EXPECT_EQ(focused(), "a") << "the focused row was removed";
     world.ends("a");
     EXPECT_EQ(focused(), "") << "none is left";
     EXPECT_TRUE(view().hasFocus());

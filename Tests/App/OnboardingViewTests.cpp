@@ -148,7 +148,7 @@ TEST_F(OnboardingViewTest, aHomeThatOccursTwiceInThePathIsShortenedTwice) {
     EXPECT_EQ(texts(card).at(1), "Adds a small hook to ~/.claude/settings.json. A backup is saved first; "
                                  "Remove puts it back.");
 
-    // With "/." as the home every "/." in the path goes.
+    // With "/." as the home, every "/." in the path is shortened.
     AppModel dotted(AgentConnector("/."), fixture_.defaults, fixture_.banners, fixture_.platform.services());
     const AgentCard dottedCard(AgentKind::claude, dotted, nullptr);
     EXPECT_EQ(texts(dottedCard).at(1),

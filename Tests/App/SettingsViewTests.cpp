@@ -246,7 +246,7 @@ TEST_F(SettingsViewTest, aBackupIsOfferedWhileItsAgentIsConnected) {
     EXPECT_TRUE(link->isHidden());
     EXPECT_TRUE(fixture_.model().lastBackup());
 
-    // That of an agent that is gone is none of the other's.
+    // Nor is it offered once another program has removed the entries.
     fixture_.connectClaude();
     EXPECT_FALSE(link->isHidden());
     test::writeFile(fixture_.home / ".claude/settings.json", "{}\n");

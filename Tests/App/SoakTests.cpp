@@ -1,6 +1,6 @@
-// A long time of many agents and of a user who answers them, through the real inbox folder, with the clock
-// running as fast as it can: after every pass the board must equal the naive statement of its rules, and in
-// the end the process must be no larger than after its first tenth.
+// Many agents, and a user who responds to them, for a long time through the real inbox folder, with the clock
+// running as fast as it can: after every pass the board must equal the naive implementation of its rules, and
+// in the end the process must be no larger than after its first tenth.
 //
 // CORVANE_SOAK_EVENTS sets how many events the agents send; a million are a fortnight of twenty agents.
 
@@ -289,11 +289,11 @@ TEST_F(SoakTest, aLongRunLeaksNothingAndTheBoardNeverDeviates) {
                 static_cast<long long>(early.widgets), late.mebibytes,
                 static_cast<long long>(late.descriptors), static_cast<long long>(late.widgets));
 #if !defined(__SANITIZE_ADDRESS__)
-    // AddressSanitizer keeps what is freed.
+    // AddressSanitizer quarantines freed memory.
     EXPECT_LE(late.mebibytes, early.mebibytes + 4);
 #endif
     EXPECT_EQ(late.descriptors, early.descriptors);
-    EXPECT_LE(late.widgets, early.widgets + 100) << "rows and banners come and go";
+    EXPECT_LE(late.widgets, early.widgets + 100) << "rows and banners are created and destroyed";
     EXPECT_GT(dropped_, 0U);
     EXPECT_GT(reminders_, 0U);
     EXPECT_GT(snoozes_, 0U);

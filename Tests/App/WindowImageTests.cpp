@@ -70,7 +70,7 @@ TEST(WindowImages, thePanelMatchesItsPicture) {
 
 TEST(WindowImages, everyMenuAndListMatchesItsPicture) {
     const test::ApplicationStyle style;
-    recording::FakeWindowShadow shadow; // which draws nothing: the shadow's own tests look at it
+    recording::FakeWindowShadow shadow; // draws nothing; the shadow has its own tests
     const PopupCards popupCards(shadow);
     const QPalette before = QApplication::palette();
     for (const test::PopupState& state : test::popupStates()) {

@@ -1,4 +1,4 @@
-// The application as the message bus starts it, by the service that an installation has.
+// The application started by D-Bus activation, with the service file of an installation.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Support/MessageBus.h"
@@ -39,7 +39,7 @@ class ActivationTest : public testing::Test {
         EXPECT_TRUE(waitUntil(10s, [&] { return kill(process, 0) != 0; }));
     }
 
-    /// What the method answers, in the notation of gdbus.
+    /// The method's reply, in the notation of gdbus.
     std::string call(const std::string& destination, const std::string& path, const std::string& method,
                      const std::string& argument) {
         const auto process = session.run({"sh", "-c",
@@ -68,7 +68,7 @@ class ActivationTest : public testing::Test {
 };
 
 TEST_F(ActivationTest, theRequestThatStartsTheApplicationIsAStartAndTheNextOpensItsWindow) {
-    // After the first run a start opens no window. The answer comes once the request has been seen to.
+    // After the first run a start opens no window. The reply is sent once the request has been handled.
     EXPECT_EQ(activate(), "()\n");
     ASSERT_TRUE(takesFromInbox());
     EXPECT_EQ(windows(), 0U);

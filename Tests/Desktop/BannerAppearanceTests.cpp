@@ -62,12 +62,12 @@ class BannerAppearance : public testing::Test {
             // A slide that was seen is there; only an undisturbed look shows that there is none.
             const bool isSeen = stepsBetween(samples) >= enoughSteps && (hasSlid || isUndisturbed(samples));
             if (look < mostLooks && (!isSeen || (look == 1 && hasSlid != slides))) continue;
-            EXPECT_GE(stepsBetween(samples), enoughSteps) << "it was to fade";
+            EXPECT_GE(stepsBetween(samples), enoughSteps) << "it should have faded";
             EXPECT_EQ(hasSlid, slides);
             return;
         }
     }
-    /// Takes the banner away again.
+    /// Dismisses the banner.
     void endSession(const char* session) {
         desktop.claude("SessionEnd-prompt_input_exit", session, "shop");
         ASSERT_TRUE(desktop.shows(0, 0));

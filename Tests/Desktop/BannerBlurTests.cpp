@@ -40,7 +40,7 @@ TEST_F(BannerBlur, theCardIsOpaqueIfNothingIsBlurred) {
     desktop.startApplication();
     desktop.claude("Notification-permission_prompt", "a", "shop");
     ASSERT_TRUE(desktop.shows(1, 0));
-    // Once it has faded in to the last step.
+    // Once the fade-in is complete.
     EXPECT_TRUE(waitUntil(10s, [this] { return cover() == 1; })) << cover();
     EXPECT_TRUE(desktop.screen().blurRegion(banner().window).empty());
 }

@@ -52,7 +52,7 @@ TEST_P(BannerFocus, bannerIsAboveATerminalThatTurnsFullScreenAfterwards) {
 TEST_P(BannerFocus, everyKeyReachesTheTerminalWhileBannersAppearAreClickedAndDisappear) {
     const std::uint32_t terminal = desktop.startTerminal();
     const std::uint32_t focused = desktop.screen().focusedWindow();
-    // Types the alphabet again and again, with a dot for each time in a file, until the file "enough" exists.
+    // Types the alphabet repeatedly, adding a dot to a file each time, until the file "enough" exists.
     const auto typing = desktop.run({"sh", "-c",
                                      R"(until [ -e "$HOME/enough" ]; do xdotool type --delay 20 )"
                                      R"(abcdefghijklmnopqrstuvwxyz && printf . >>"$HOME/times"; done)"},
@@ -95,7 +95,7 @@ TEST_P(BannerFocus, clickOnGoToTerminalDismissesTheBanner) {
 
 TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerDismissesIt) {
     const std::uint32_t focused = desktop.startTerminal();
-    // It is known to have gone by the click only if it has before its six seconds are over.
+    // The click is known to be the cause only if the banner disappears before its six seconds are over.
     constexpr int mostAttempts = 5;
     bool isKnown = false;
     for (int attempt = 0; !isKnown && attempt < mostAttempts; ++attempt) {
@@ -108,7 +108,7 @@ TEST_P(BannerFocus, clickOnTheCrossOfADoneBannerDismissesIt) {
         ASSERT_TRUE(desktop.shows(0, 0));
         isKnown = std::chrono::steady_clock::now() - before < 6s;
     }
-    EXPECT_TRUE(isKnown) << "it never went before the six seconds were over";
+    EXPECT_TRUE(isKnown) << "it never disappeared before the six seconds were over";
     EXPECT_EQ(desktop.screen().focusedWindow(), focused);
 }
 

@@ -54,7 +54,7 @@ TEST_P(BannerJump, clickRaisesTheTerminalFromAnotherWorkspace) {
     raiseBanner();
     goToTerminal();
     EXPECT_EQ(desktop.screen().currentWorkspace(), 0U);
-    EXPECT_EQ(desktop.screen().workspace(terminal), 0U) << "it was to stay on its workspace";
+    EXPECT_EQ(desktop.screen().workspace(terminal), 0U) << "it should have stayed on its workspace";
     expectKeysToArrive();
 }
 

@@ -45,8 +45,8 @@ class BannerMotion : public testing::TestWithParam<Compositor> {
 
     using Judgement = std::function<std::optional<std::string>(const Samples&)>;
 
-    /// Expects a banner that appears to be without a fault. What a busy machine has disturbed in this fifth
-    /// of a second is no fault yet: the banner is dismissed and shown again.
+    /// Expects a banner to appear without a fault. A faulty attempt that a busy machine has disturbed does
+    /// not count: the banner is dismissed and shown again.
     void expectShowing(const Judgement& fault) {
         for (int attempt = 1;; ++attempt) {
             raise();
@@ -60,7 +60,7 @@ class BannerMotion : public testing::TestWithParam<Compositor> {
     void expectHiding(const Judgement& fault) {
         for (int attempt = 1;; ++attempt) {
             raise();
-            ASSERT_TRUE(isShown(record(isShown))) << "it has not come";
+            ASSERT_TRUE(isShown(record(isShown))) << "it was not shown";
             resolve();
             const Samples samples = record(isHidden);
             if (isDecided(samples, fault, attempt)) return;
@@ -102,7 +102,7 @@ std::string milliseconds(std::chrono::milliseconds time) {
 TEST_P(BannerMotion, bannerSlidesDownToItsPlaceAndStaysThere) {
     expectShowing([](const Samples& samples) -> std::optional<std::string> {
         const std::vector<int> seen = tops(samples);
-        if (!isShown(samples)) return "it does not come to its place";
+        if (!isShown(samples)) return "it does not reach its place";
         if (!std::ranges::is_sorted(seen)) return "it moves up";
         if (seen.front() < card.y - slide) return "it begins too high";
         if (seen.front() > card.y - slide / 2) return "it was not seen on its way";
@@ -127,22 +127,22 @@ class BlendedBannerMotion : public BannerMotion {
 
 TEST_P(BlendedBannerMotion, opacityRisesSteadilyWhileTheBannerAppears) {
     expectShowing([](const Samples& samples) -> std::optional<std::string> {
-        if (!isShown(samples)) return "it does not come to its place";
+        if (!isShown(samples)) return "it does not reach its place";
         return fadeFault(samples, +1, 150ms, 400ms);
     });
 }
 
 TEST_P(BlendedBannerMotion, opacityFallsSteadilyInPlaceWhileTheBannerDisappears) {
     expectHiding([](const Samples& samples) -> std::optional<std::string> {
-        if (!isHidden(samples)) return "it does not go";
+        if (!isHidden(samples)) return "it does not disappear";
         if (!std::ranges::all_of(tops(samples), [](int top) { return top == card.y; })) return "it moves";
         return fadeFault(samples, -1, 110ms, 360ms);
     });
 }
 
 TEST_P(BlendedBannerMotion, opacityNeverRisesAgainAfterADismissalDuringTheFadeIn) {
-    // A little above the cross's last place, so that the button is there on the way too. The pointer comes to
-    // it with the click: a button that comes to the pointer takes none at first.
+    // A little above the cross's last place, so that the button is there during the slide too. The pointer
+    // moves there with the click: a button that appears under the pointer ignores presses at first.
     const Banner place{0, BannerKind::waiting, card, card, true};
     Rect cross = closeButton(place);
     cross.y -= slide / 2;
@@ -165,11 +165,11 @@ TEST_P(BlendedBannerMotion, opacityNeverRisesAgainAfterADismissalDuringTheFadeIn
             EXPECT_TRUE(desktop.shows(0, 0));
             return;
         }
-        // The click came too late, and may have closed the banner or missed it.
+        // The click was too late, and may have closed the banner or missed it.
         resolve();
         ASSERT_TRUE(desktop.shows(0, 0));
     }
-    FAIL() << "no click came while the banner faded in";
+    FAIL() << "no click arrived while the banner faded in";
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, BannerMotion, testing::Values(Compositor::none, Compositor::picom),

@@ -67,8 +67,8 @@ TEST(BannerRoad, longTurnRaisesADoneBannerThatDisappearsAfterSixSeconds) {
     Starvation starvation(desktop.painters());
     desktop.application().signal(SIGCONT);
 
-    // It comes between the last look without it and the first one with it, however far these are apart, and
-    // goes likewise.
+    // It appears between the last look without it and the first one with it, however far apart these are, and
+    // disappears likewise.
     using Clock = std::chrono::steady_clock;
     const Clock::time_point deadline = Clock::now() + 30s;
     Clock::time_point lastWithout = Clock::now();

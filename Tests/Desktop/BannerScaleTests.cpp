@@ -24,7 +24,7 @@ class BannerScale : public testing::TestWithParam<Compositor> {
         desktop.setSettings("Xft/DPI " + std::to_string(dotsPerInch * 1024) + "\n");
     }
 
-    /// What is wrong with the outline of a card that is to be there.
+    /// What is wrong with the outline of a card that should be there.
     [[nodiscard]] std::optional<std::string> fault(Rect card) const {
         const Picture screen = desktop.screen().screen();
         const struct {

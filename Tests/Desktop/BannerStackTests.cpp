@@ -77,8 +77,8 @@ TEST_P(BannerStack, aDoubleClickOnTheCrossClosesOneBannerOnly) {
         EXPECT_TRUE(waitUntil(10s, [this] { return desktop.screen().banners().size() < 3; }));
         return !waitUntil(1s, [this] { return desktop.screen().banners().size() < 2; });
     };
-    // The application takes the second press for one of its own if it is held up for longer than a double
-    // click.
+    // If the application is delayed for longer than the double-click interval, it treats the second press as
+    // a separate one.
     constexpr int mostAttempts = 5;
     bool isClosedOnce = false;
     for (int attempt = 0; !isClosedOnce && attempt < mostAttempts; ++attempt) {

@@ -1,4 +1,4 @@
-// What a banner's window requests and takes: no focus, no click beside its card, a place in front.
+// What a banner's window requests and takes: no focus, no click beside its card, a place on top.
 
 #include "Desktop/Support/BannerLook.h"
 #include "Desktop/Support/DesktopSession.h"
@@ -129,7 +129,7 @@ TEST_F(BannerOverATerminal, clickOnACardThatFadesOutReachesTheWindowBelow) {
         desktop.application().signal(SIGCONT);
         EXPECT_TRUE(desktop.shows(0, 0));
     }
-    EXPECT_TRUE(isFading) << "it had always gone already";
+    EXPECT_TRUE(isFading) << "it was always hidden already";
 }
 
 } // namespace

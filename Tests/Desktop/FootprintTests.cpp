@@ -22,8 +22,8 @@ namespace fs = std::filesystem;
 
 class Footprint : public testing::Test {
   protected:
-    /// How often the threads of the application went to sleep per second, and so were woken, at the calmest
-    /// of three times: it starts, and a busy machine reads pages back in.
+    /// How often the application's threads went to sleep per second, and so were woken: the least of three
+    /// measurements, since the start and the paging of a busy machine cause more.
     [[nodiscard]] double wakeUps() {
         constexpr auto duration = 3s;
         double fewest = std::numeric_limits<double>::max();
@@ -87,7 +87,7 @@ TEST_F(Footprint, threeBannersWithTheirClocksWakeItHardlyMore) {
     EXPECT_LE(wakeUps(), 4);
 }
 
-// The rules for finding characters, and what reads them, are a mebibyte.
+// The rules for finding characters, and the code that reads them, take a mebibyte.
 TEST_F(Footprint, linesThatFitDoNotLoadTheCharacterRules) {
     desktop.startApplication();
     const long before = resident("libicudata");

@@ -29,7 +29,7 @@ TEST(Process, exitsWithStatusZeroOnTerminationAndInterrupt) {
         ASSERT_TRUE(desktop.shows(1, 0));
         desktop.application().signal(signal);
         EXPECT_EQ(desktop.application().wait(10s), 0) << "signal " << signal;
-        // Once the server has noticed.
+        // The server may notice the end a little later.
         EXPECT_TRUE(waitUntil(10s, [&] { return desktop.screen().windowCount() == 0; }));
         EXPECT_EQ(desktop.applicationOutput(), "");
     }
@@ -45,7 +45,7 @@ bool endsWithin(std::chrono::milliseconds limit, DesktopSession& desktop, ChildP
     return holdsWithin(limit, starvation, [&process] { return !process.isRunning(); });
 }
 
-// What desktops grant a program at the end of a session.
+// The time that desktops grant a program at the end of a session.
 constexpr auto longestEnd = 300ms;
 
 TEST(Process, endsAtOnceWhileABannerIsShown) {
@@ -58,7 +58,7 @@ TEST(Process, endsAtOnceWhileABannerIsShown) {
 
 TEST(Process, endsAtOnceWhileTheSoundServerAndTheBusHang) {
     DesktopSession desktop;
-    // Accepts connections and answers none.
+    // Accepts connections and replies to none.
     const auto server = desktop.run({"/usr/bin/python3", "-c",
                                      "import os, socket\n"
                                      "folder = os.environ['XDG_RUNTIME_DIR'] + '/pulse'\n"
@@ -87,7 +87,7 @@ TEST(Process, secondStartEndsAtOnceWhileTheFirstHangs) {
     desktop.startApplication();
     desktop.application().signal(SIGSTOP);
     const auto second = desktop.run({CORVANE_PROGRAM}, "second");
-    // It waits for an answer, for five seconds at most.
+    // It waits for a reply, for five seconds at most.
     EXPECT_FALSE(second->wait(1500ms).has_value());
     EXPECT_TRUE(endsWithin(longestEnd, desktop, *second, SIGTERM));
     desktop.application().signal(SIGCONT);

@@ -1,5 +1,5 @@
-// The busy pointer that a desktop shows while a program starts: it goes when the window of a second start,
-// which belongs to the running process, tells the desktop so.
+// The busy pointer that a desktop shows while a program starts: it ends when the window of a second start,
+// which belongs to the running process, completes the notification.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/XReply.h"
@@ -29,7 +29,7 @@ class StartupMessages {
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
         constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection_, root, XCB_CW_EVENT_MASK, &events);
-        // Their replies come after the server has seen to the request above.
+        // Their replies arrive after the server has processed the request above.
         begin_ = atom("_NET_STARTUP_INFO_BEGIN");
         next_ = atom("_NET_STARTUP_INFO");
     }
@@ -37,7 +37,7 @@ class StartupMessages {
     StartupMessages& operator=(const StartupMessages&) = delete;
     ~StartupMessages() { xcb_disconnect(connection_); }
 
-    /// The messages that have come in full so far.
+    /// The messages received in full so far.
     const std::vector<std::string>& heard() {
         while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
             constexpr std::uint8_t sentByAClient = 0x80;
@@ -77,7 +77,7 @@ TEST(StartupNotification, theWindowOfASecondStartEndsItsNotification) {
     DesktopSession session("openbox", Compositor::none);
     session.startApplication();
     StartupMessages messages(session.display());
-    // The second one's message fills two events, so that its end comes in a third.
+    // The second one's message fills two events, so that its end is in a third.
     for (const char* const id :
          {"panel_TIME77", "host-panel-1234_TIME4567890", R"(a "quoted" \ one_TIME1)"}) {
         const auto second =
@@ -92,7 +92,7 @@ TEST(StartupNotification, theWindowOfASecondStartEndsItsNotification) {
             const auto& heard = messages.heard();
             return std::find(heard.begin(), heard.end(), expected) != heard.end();
         })) << id;
-        // The message may come before the window is managed.
+        // The message may arrive before the window is managed.
         EXPECT_TRUE(waitUntil(20s, [&] { return session.screen().managedWindows("Corvane").size() == 1; }));
         EXPECT_TRUE(second->wait(20s));
     }

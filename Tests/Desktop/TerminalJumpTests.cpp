@@ -63,7 +63,7 @@ class TerminalJump : public testing::TestWithParam<std::string> {
     std::uint32_t openXfceTerminal(const std::string& shellCommand) {
         return open("xfce4-terminal", {"xfce4-terminal", "-x", "sh", "-c", shellCommand});
     }
-    /// A terminal may show its window before the shell in it has got to the agent.
+    /// A terminal may show its window before its shell has started the agent.
     void awaitAgents(std::size_t count) {
         ASSERT_TRUE(waitUntil(20s, [&] { return desktop.running("claude") == count; }));
     }
@@ -131,7 +131,7 @@ TEST_P(TerminalJump, findsTheXtermOfTheAgentElsewhereAndMinimized) {
     goToTerminal("shop");
     EXPECT_TRUE(becomesActive(terminal));
     EXPECT_EQ(desktop.screen().currentWorkspace(), 0U);
-    EXPECT_EQ(desktop.screen().workspace(terminal), 0U) << "it was to stay on its workspace";
+    EXPECT_EQ(desktop.screen().workspace(terminal), 0U) << "it should have stayed on its workspace";
     expectAgentToRead("elsewhere");
 
     minimize(terminal);

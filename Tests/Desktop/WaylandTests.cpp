@@ -107,7 +107,7 @@ class Sway : public WaylandSession {
         return {};
     }
 
-    /// The upper edge of what bars leave free of an output, in logical pixels; -1 without such an output.
+    /// The upper edge of an output's work area, in logical pixels; -1 without such an output.
     [[nodiscard]] int freeTop(const QString& output = QStringLiteral("HEADLESS-1")) {
         for (const QJsonValue space : query("get_workspaces").array()) {
             if (space["output"].toString() == output && space["visible"].toBool())
@@ -145,7 +145,7 @@ TEST_F(Sway, bannersAvoidTheBarOfTheFocusedOutput) {
     const auto place = [&](int left, int width, int barHeight) {
         return Rect{left + (width - size.width) / 2, barHeight + margin, size.width, size.height};
     };
-    ASSERT_TRUE(waitUntil(10s, [&] { return freeTop() > 0; })) << "there is to be a bar";
+    ASSERT_TRUE(waitUntil(10s, [&] { return freeTop() > 0; })) << "there should be a bar";
     const int barHeight = freeTop();
     alert("shop");
     EXPECT_TRUE(waitUntil(10s, [&] { return cards() == std::vector<Rect>{place(0, 1280, barHeight)}; }));
@@ -158,7 +158,7 @@ TEST_F(Sway, bannersAvoidTheBarOfTheFocusedOutput) {
     const Rect second = place(1280, 1000, barHeight);
     EXPECT_TRUE(waitUntil(10s, [&] { return !cards().empty() && cards()[0] == second; }));
 
-    // The bar goes while banners are shown; the next one finds the free place.
+    // The bar is hidden while banners are shown; the next one takes the freed place.
     command("bar bar-0 mode invisible");
     ASSERT_TRUE(waitUntil(10s, [&] { return freeTop("HEADLESS-2") == 0; }));
     alert("third");

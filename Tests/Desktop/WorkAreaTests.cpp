@@ -1,4 +1,4 @@
-// What the application takes for free of panels, in this process on a display of its own.
+// The work area that the application uses, in this process on its own display.
 
 #include "Desktop/Support/DesktopSession.h"
 #include "Desktop/Support/SidePanel.h"

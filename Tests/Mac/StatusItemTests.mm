@@ -65,7 +65,7 @@ TEST_F(MacStatusItemTest, reportsWhereItWasPressed) {
     QSignalSpy presses(&item, &StatusItem::pressed);
     // As assistive technology does, without an event.
     [native().button performClick:nil];
-    EXPECT_EQ(presses.count(), 0) << "the press itself goes first";
+    EXPECT_EQ(presses.count(), 0) << "the press itself is delivered first";
     ASSERT_TRUE(holdsSoon([&] { return presses.count() == 1; }));
     const NSRect window = native().button.window.frame;
     EXPECT_EQ(presses.at(0).at(0).toRect(),

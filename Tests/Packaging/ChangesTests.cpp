@@ -47,7 +47,7 @@ constexpr const char* unreleased = R"(# Changelog
 - The beginning.
 )";
 
-/// Packaging/linux/changes, which packages tell their changes by.
+/// Packaging/linux/changes, which writes the changelogs of packages.
 class ChangesTest : public testing::Test {
   protected:
     test::Outcome changes(const std::string& kind, const std::string& text, const std::string& version,

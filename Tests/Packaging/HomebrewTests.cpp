@@ -205,7 +205,7 @@ TEST_F(HomebrewTest, theFirstLinesOfATestListItsPartsAndHowLongTheyTookLastTime)
     test::writeFile(times, "41\n");
     const test::Outcome second = call("test", {"--quick"});
     EXPECT_TRUE(second.output.starts_with(plan + "The last time that took 41 s.\n")) << second.output;
-    // What another mode took says nothing about this one.
+    // The duration of another mode says nothing about this one.
     EXPECT_THAT(call("test").output, testing::Not(HasSubstr("The last time")));
 }
 

@@ -94,8 +94,8 @@ TEST_F(InstallTest, theMetainfoIsValidAndRefersToTheDesktopEntry) {
         options.push_back(metainfo.string());
         return test::runScript(CORVANE_APPSTREAMCLI, options, {{"LC_ALL", "C.UTF-8"}});
     };
-    // Since 1.0 a missing homepage is a warning. Only who publishes the program knows its address and gives
-    // it to the build; before 1.0 the name of that warning is an error.
+    // Since 1.0 a missing homepage is a warning. Only the publisher knows its address and passes it to the
+    // build; before 1.0 the name of that warning is an error.
     test::Outcome validation = validate({"--override=url-homepage-missing=info"});
     if (validation.output.find("Can not override") != std::string::npos) validation = validate({});
     EXPECT_EQ(validation.status, 0) << validation.output;

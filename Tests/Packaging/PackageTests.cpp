@@ -9,7 +9,7 @@
 namespace corvane {
 namespace {
 
-/// Whom Scripts/package names in the packages.
+/// Which maintainer Scripts/package names in the packages.
 class MaintainerTest : public testing::Test {
   protected:
     test::Outcome maintainer(std::map<std::string, std::string> environment) {

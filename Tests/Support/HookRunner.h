@@ -24,7 +24,7 @@ struct Outcome {
     bool operator==(const Outcome&) const = default;
 };
 
-/// Starts programs and waits for them; leaves none behind.
+/// Starts programs and waits for them; leaves none running.
 class HookRunner {
   public:
     /// Scratch files are kept in `folder`, which must exist.

@@ -10,7 +10,7 @@ namespace corvane::test {
 [[nodiscard]] std::string busConfiguration(const std::filesystem::path& socket,
                                            const std::filesystem::path& services = {});
 
-/// Whether a server accepts connections at this socket, whose file may be there earlier.
+/// Whether a server accepts connections at this socket, whose file may exist before it does.
 [[nodiscard]] bool acceptsConnections(const std::filesystem::path& socket);
 
 } // namespace corvane::test

@@ -7,8 +7,8 @@ namespace corvane::test {
 
 /// Sets the process's time zone for a test, and restores the one before at its end.
 ///
-/// `name` is in POSIX's notation, where the sign is that of the way to Greenwich:
-/// "CET-1CEST,M3.5.0,M10.5.0/3" is central Europe. It needs no time zone database.
+/// `name` is in POSIX's notation, where zones east of Greenwich are negative: "CET-1CEST,M3.5.0,M10.5.0/3" is
+/// central Europe. It needs no time zone database.
 class TimeZone {
   public:
     explicit TimeZone(const char* name);

@@ -118,12 +118,12 @@ class FakeWindowShadow : public WindowShadow {
 
     bool blended = true;
     bool blurred = false;
-    /// The outline behind which the last window asked for the blur.
+    /// The outline behind which the last window requested the blur.
     QPainterPath behind;
     QMargins room{10, 11, 12, 13};
     /// The outlines of the cards whose shadows were painted.
     std::vector<QPainterPath> painted;
-    /// What the last window was cut to; empty where it was left whole.
+    /// The mask of the last window; empty if it has none.
     QPainterPath lastCut;
 };
 

@@ -74,7 +74,7 @@ TEST_F(ControlsTest, aClickAnywhereHidesTheRingUntilTheNextKey) {
     EXPECT_TRUE(hasRing(toggle));
 }
 
-/// Where the ink begins, and how high the first letter stands.
+/// Where the ink begins, and the top of the first letter.
 QPoint firstInk(const QImage& picture) {
     QPoint first(-1, picture.height());
     for (int x = 0; x < picture.width() && (first.x() < 0 || x < first.x() + 4); ++x) {
@@ -97,7 +97,7 @@ TEST_F(ControlsTest, anEnglishParagraphKeepsItsFullStopAtItsEndInARightToLeftInt
     const QPoint rightToLeft = firstInk(test::pictureOf(paragraph, ColorScheme::light, 1));
     EXPECT_NEAR(rightToLeft.x(), leftToRight.x(), 1);
     EXPECT_EQ(rightToLeft.y(), leftToRight.y()) << "a full stop is lower";
-    // It begins at the layout's leading edge all the same.
+    // It still begins at the layout's leading edge.
     paragraph.resize(paragraph.width() + 50, paragraph.height());
     EXPECT_NEAR(firstInk(test::pictureOf(paragraph, ColorScheme::light, 1)).x(), leftToRight.x() + 50, 1);
 }

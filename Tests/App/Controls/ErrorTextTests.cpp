@@ -7,7 +7,7 @@
 namespace corvane {
 namespace {
 
-// The text that a text view returns has other line ends and spaces than these.
+// The text that a text view returns has different line ends and spaces.
 TEST(ErrorText, settingTheSameMessageAgainKeepsTheSelection) {
     QWidget window;
     ErrorText error(&window);

@@ -153,7 +153,7 @@ TEST_F(PopupCardsTest, aMenuHasARoundMaskWhereWindowsAreNotBlended) {
     EXPECT_EQ(menu_.pos(), QPoint(200, 100));
     EXPECT_EQ(shadow_.lastCut.boundingRect().toAlignedRect(), menu_.rect());
     EXPECT_FALSE(shadow_.lastCut.contains(QPointF(1, 1)));
-    // Entries come while it is open.
+    // Entries are added while it is open.
     menu_.addAction(QStringLiteral("Another one"));
     EXPECT_EQ(shadow_.lastCut.boundingRect().toAlignedRect(), menu_.rect());
     menu_.close();
@@ -180,7 +180,7 @@ TEST_F(PopupCardsTest, aListOpensWithTheCurrentChoiceOverItsPicker) {
             const QModelIndex row = list.model()->index(std::max(0, current), 0);
             EXPECT_EQ(list.viewport()->mapToGlobal(list.visualRect(row).topLeft()).y(),
                       sounds.mapToGlobal(QPoint()).y());
-            // All choices are seen at once, inset by as much on each side.
+            // All choices are visible at once, with the same margin on each side.
             EXPECT_EQ(list.viewport()->size(), card.size() - QSize(8, 8));
             EXPECT_EQ(list.viewport()->mapToGlobal(QPoint()), card.topLeft() + QPoint(4, 4));
             sounds.hidePopup();
@@ -219,7 +219,7 @@ TEST_F(PopupCardsTest, aPlainListAlignsItsTextsWithThePickersAndTicksTheCurrentC
         const int inPicker = inkFrom(closed, own, surface) + window_.geometry().x();
         EXPECT_EQ(inList, inPicker);
 
-        // The tick is all that stands at the end of the rows.
+        // The tick is the only thing at the end of the rows.
         QRect tick;
         for (int y = card.top() + 4; y <= card.bottom() - 4; ++y) {
             for (int x = card.right() - 4 - 8 - 16; x < card.right() - 4 - 6; ++x) {

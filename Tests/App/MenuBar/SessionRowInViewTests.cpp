@@ -64,7 +64,7 @@ TEST_F(SessionRowInViewTest, onlyTheRowThatMovesUnderThePointerIsHighlighted) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel, test::longestWait));
     const auto rows = [&panel] { return panel.list().rows(); };
     ASSERT_EQ(rows().front()->session().sessionID, "b");
-    // Nothing is told of a move to where the pointer has been left by another test.
+    // A move to where another test has left the pointer is not reported.
     for (const QPoint place : {QPoint(60, 20), QPoint(40, 20)})
         QTest::mouseMove(rows().front(), place);
     ASSERT_TRUE(QTest::qWaitFor([&] { return rows().front()->underMouse(); }, test::longestWait));

@@ -35,7 +35,7 @@ AgentSession runningSession() {
 class SessionRowTest : public testing::Test {
   protected:
     SessionRowTest() {
-        // The pointer has been elsewhere, so that a press counts at once.
+        // The pointer has been elsewhere, so a press counts at once.
         PressGuard::setSurroundings(
             {[] { return QPoint(-1000, -1000); }, [] { return std::chrono::milliseconds(0); }});
     }
@@ -48,7 +48,7 @@ class SessionRowTest : public testing::Test {
             session, now, [this](const AgentSession& tapped) { taps.push_back(tapped); }, nullptr);
         row_->setPalette(Tokens::palette(ColorScheme::light));
         row_->resize(340, row_->sizeHint().height());
-        row_->move(200, 200); // not below the pointer, where a press would come too soon
+        row_->move(200, 200); // not under the pointer, where presses are ignored at first
         row_->show();
         return *row_;
     }

@@ -36,7 +36,7 @@ class TrayMenuTest : public testing::Test {
         return found;
     }
 
-    /// How often any entry has changed, as a host on the message bus would be told.
+    /// How often any entry has changed, as a host on the message bus would be notified.
     int changesWhile(const std::function<void()>& action) {
         int changes = 0;
         std::vector<QMetaObject::Connection> connections;
@@ -66,7 +66,7 @@ class TrayMenuTest : public testing::Test {
         return nullptr;
     }
 
-    /// What a session of this folder is listed as.
+    /// The text of the entry for a session of this folder.
     QString listed(const std::string& folder) {
         world_.runs("a", folder);
         return sessions().at(0)->text();
@@ -138,7 +138,7 @@ TEST_F(TrayMenuTest, theTimesAdvanceWhileItIsOpen) {
     EXPECT_EQ(changesWhile([this] { world_.pass(5); }), 0);
 }
 
-// As under hosts that tell of the opening only.
+// As with hosts that report only the opening.
 TEST_F(TrayMenuTest, theTimesStopAMinuteAfterTheLastOpening) {
     world_.connect();
     world_.waits("a");
@@ -192,7 +192,7 @@ TEST_F(TrayMenuTest, aNameThatFitsIsNotElided) {
 }
 
 TEST_F(TrayMenuTest, aNamesDirectionDoesNotAffectWhatFollows) {
-    // Overrides and isolates would turn around or swallow what follows.
+    // Overrides and isolates would reverse or swallow what follows.
     EXPECT_EQ(listed("a" + test::rightToLeftOverride() + "b" + test::rightToLeftIsolate() + "c\u2069d"),
               QString::fromUtf8("\u2068abcd\u2069 · Claude · Running"));
 }

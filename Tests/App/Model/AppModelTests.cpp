@@ -353,7 +353,7 @@ TEST_F(AppModelTest, withoutAWaitingSessionNoProcessIsExamined) {
     EXPECT_EQ(platform_.agentProcesses.lookCount, 0);
     dropClaude("Notification", "s");
     pass(10);
-    EXPECT_EQ(platform_.agentProcesses.lookCount, 11) << "once for what runs, and once a pass";
+    EXPECT_EQ(platform_.agentProcesses.lookCount, 11) << "once for what runs, and once per pass";
     dropClaude("PostToolUse", "s");
     pass(10);
     EXPECT_EQ(platform_.agentProcesses.lookCount, 11);

@@ -41,8 +41,8 @@ TEST_F(ClockTest, setBackByADayItRemindsOfNothingTwiceAndShowsNothingNegative) {
     pass(600);
     expectNothingNegative();
     EXPECT_EQ(played().size(), 2U);
-    EXPECT_EQ(model().board().sessions().size(), 4U) << "nothing has grown old";
-    // New prompts alert as ever.
+    EXPECT_EQ(model().board().sessions().size(), 4U) << "nothing has expired";
+    // New prompts alert as usual.
     dropClaude("Notification", "c");
     pass();
     EXPECT_EQ(played().size(), 3U);

@@ -1,4 +1,4 @@
-// What a pass costs in which nothing has happened: the application does it once a second, all day.
+// What an empty pass costs: the application runs one every second, all day.
 
 #include "App/Support/AppModelSupport.h"
 
@@ -13,7 +13,7 @@ using test::AppModelTest;
 
 TEST_F(AppModelTest, emptyPassesKeepNoMemory) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "the sanitizer's allocator keeps no such account";
+    GTEST_SKIP() << "the sanitizer's allocator does not report this";
 #endif
     constexpr int everyKind = 180; // passes; the board is pruned in some of them
     pass(everyKind);

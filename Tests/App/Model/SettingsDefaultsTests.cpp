@@ -30,7 +30,7 @@ TEST_F(SettingsDefaultsTest, anEmptyStoreHoldsNothing) {
     EXPECT_FALSE(defaults.boolean("hasCompletedOnboarding"));
 }
 
-// The library would read them from a file of all programs of the same maker, and from the system's.
+// The library would also read the file shared by all programs of the vendor, and the system-wide one.
 TEST_F(SettingsDefaultsTest, otherFilesAreNoFallback) {
     const QString organization = QStringLiteral("Example");
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope,
@@ -99,7 +99,7 @@ TEST_F(SettingsDefaultsTest, aBooleanOfAnotherTypeIsFalse) {
             EXPECT_FALSE(defaults.boolean(key(i))) << i;
         }
     }
-    // Read back, all values come from text.
+    // Values that are read back are parsed from text.
     QSettings settings(file(), QSettings::IniFormat);
     const SettingsDefaults defaults(settings);
     for (std::size_t i = 0; i < values.size(); ++i) {

@@ -56,7 +56,7 @@ struct Waveform {
 [[nodiscard]] double correlation(const Waveform& whole, const Waveform& part, std::size_t first,
                                  std::size_t last);
 
-/// What the table in Resources/Sounds/README.md says of a sound, in the order of its columns: length in
+/// A sound's row in the table in Resources/Sounds/README.md, in the order of its columns: length in
 /// milliseconds, centroid in hertz, attack and decay in milliseconds, peak in decibels of full scale.
 [[nodiscard]] std::array<double, 5> figures(const Waveform& wave);
 

@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// Characters that steer the direction of what follows. Not written in literals: one that leaves them open
-/// could mislead whoever reads the source.
+/// Characters that set the direction of the text that follows. Not written in literals: one that leaves them
+/// open could mislead whoever reads the source.
 namespace corvane::test {
 
 inline std::string firstStrongIsolate() {

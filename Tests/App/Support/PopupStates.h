@@ -21,7 +21,7 @@
 
 namespace corvane::test {
 
-/// Has what the toolkit draws look as in the application while it lives.
+/// During its lifetime, the toolkit draws with the application's style.
 class ApplicationStyle {
   public:
     ApplicationStyle() { QApplication::setStyle(new CorvaneStyle); }
@@ -33,13 +33,13 @@ class ApplicationStyle {
     QString before_ = QApplication::style()->name();
 };
 
-/// A menu or a picker's list, open on the screen, by a name fit for a file. `draw` is called with its window.
+/// An open menu or picker's list, with a name that is valid as a file name. `draw` is called with its window.
 struct PopupState {
     std::string name;
     std::function<void(const std::function<void(QWidget&)>& draw)> show;
 };
 
-/// Opens the menu with its first entry as under the pointer.
+/// Opens the menu with its first entry highlighted.
 inline void open(QMenu& menu, const std::function<void(QWidget&)>& draw) {
     menu.popup(QPoint(100, 100));
     menu.setActiveAction(menu.actions().front());

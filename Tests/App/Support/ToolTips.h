@@ -10,9 +10,9 @@
 
 namespace corvane::test {
 
-/// What the user reads when the pointer rests on the widget; empty where nothing shows.
+/// The tooltip that is shown when the pointer rests on the widget; empty if none is.
 inline std::string toolTip(QWidget& widget) {
-    // To hide one takes time.
+    // Hiding one takes time.
     for (QWidget* const window : QApplication::topLevelWidgets()) {
         if (window->inherits("QTipLabel")) delete window;
     }

@@ -2,7 +2,7 @@
 
 namespace corvane::test {
 
-/// How long a test waits for what comes soon, in milliseconds: far above any delay on a busy machine.
+/// How long a test waits for what happens soon, in milliseconds: far above any delay on a busy machine.
 constexpr int longestWait = 30'000;
 
 } // namespace corvane::test

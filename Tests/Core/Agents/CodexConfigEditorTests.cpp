@@ -94,7 +94,7 @@ TEST(CodexConfigEditor, findsTheFirstTopLevelNotifyLineVerbatim) {
     EXPECT_EQ(CodexConfigEditor::notifyLine("#notify = 1\nnotify_x = 1\nnotify.x = 1\n\"notify\" = 1"),
               std::nullopt);
     EXPECT_EQ(CodexConfigEditor::notifyLine("a = [\n[1],\n]\nnotify = 1"), std::nullopt)
-        << "a line that begins with a bracket ends the search, be it within a value";
+        << "a line that begins with a bracket ends the search, even within a value";
 }
 
 TEST(CodexConfigEditor, aForeignNotifyLineIsNeverTouched) {

@@ -101,7 +101,7 @@ TEST(HookScript, passesShellcheckWithoutAWarning) {
     corvane::test::HookRunner runner(scratch.path());
     EXPECT_EQ(runner.run({{"/usr/bin/env", "shellcheck", "-s", "sh", paths.hookScript()}, "", {}}),
               (corvane::test::Outcome{0, "", ""}))
-        << "shellcheck has something to say, or is not installed";
+        << "shellcheck reports findings, or is not installed";
 }
 
 TEST(HookScript, installsIntoAnEmptySupportDirectory) {

@@ -1,4 +1,4 @@
-// The agents' files are theirs: where nothing of ours goes in or out, every byte stays.
+// Where no entry of ours is added or removed, every byte of the agents' files stays.
 
 #include "Agents/AgentKind.h"
 #include "Agents/ClaudeSettingsEditor.h"

@@ -173,7 +173,7 @@ TEST(AgentConnectorOnDisks, aLinkedFileOnAnotherDiskIsReplacedThere) {
     EXPECT_EQ(result, ChildResult::passed);
 }
 
-/// Makes a file or folder immutable for as long as it lives.
+/// Keeps a file or folder immutable while this object exists.
 class Immutable {
   public:
     explicit Immutable(const fs::path& path)

@@ -60,7 +60,7 @@ const std::array scenarios{
              false},
 };
 
-/// A home in the scenario's initial state, and what may be there at its end.
+/// A home in the scenario's initial state, and what it may contain at the end.
 class Stage {
   public:
     explicit Stage(const Scenario& scenario)
@@ -149,7 +149,7 @@ class Stage {
     }
 
   private:
-    // None that a new file gets.
+    // Not those that a new file gets.
     const fs::perms permissions_ = fs::perms(0640);
     const Scenario& scenario_;
     test::ScratchFolder home_ = test::inMemory();

@@ -108,7 +108,7 @@ TEST(SafeTrash, slashesAtTheEndOfAPathAreIgnored) {
     fs::create_directories(scratch / "target");
     fs::create_directory_symlink("target", scratch / "link");
     EXPECT_EQ(SafeTrash().move((scratch / "link").string() + "/", scratch / "to"), scratch / "to/link");
-    EXPECT_TRUE(fs::is_symlink(scratch / "to/link")) << "the link moves, not what it leads to";
+    EXPECT_TRUE(fs::is_symlink(scratch / "to/link")) << "the link moves, not its target";
     EXPECT_TRUE(fs::is_directory(scratch / "target"));
 }
 

@@ -134,7 +134,8 @@ TEST_F(InboxReaderFaults, aBacklogThatCannotBeDeletedIsNotReadLater) {
     EXPECT_EQ(failingPass("unlinkat", EROFS).size(), 200U);
     EXPECT_EQ(reader_.undeletableCount(), 203U);
     inbox_.add("new.event", {noon.seconds() + 1000, 0});
-    EXPECT_EQ(failingPass("unlinkat", EROFS), Names{"new.event"}) << "and no place is lost to the others";
+    EXPECT_EQ(failingPass("unlinkat", EROFS), Names{"new.event"})
+        << "the others take no place in the backlog";
     EXPECT_EQ(pass(reader_), Names());
     EXPECT_EQ(inbox_.count(), 0U);
 }

@@ -27,7 +27,7 @@ class AccessibilityFault : public testing::Test {
         session().claude("Notification-permission_prompt", project, project);
     }
 
-    /// Whether assistive technology is told of the project's alert.
+    /// Whether assistive technology is notified of the project's alert.
     testing::AssertionResult announces(const std::string& project) {
         const std::string line = "showing\tnotification\tClaude is waiting for you, " + project +
                                  " · Claude needs your permission";

@@ -152,7 +152,7 @@ testing::AssertionResult AssistiveDesktop::press(const std::string& key, const s
         }))
         return testing::AssertionSuccess();
     return testing::AssertionFailure()
-           << key << " was to tell: " << line << "\nbut told: " << testing::PrintToString(since);
+           << key << " should report: " << line << "\nbut reported: " << testing::PrintToString(since);
 }
 
 testing::AssertionResult AssistiveDesktop::opensMenu() {

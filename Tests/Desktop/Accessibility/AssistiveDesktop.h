@@ -54,8 +54,8 @@ class AssistiveDesktop {
     /// Presses a key that causes no event.
     void press(const std::string& key);
 
-    /// Waits until the application has so many managed windows, one of them with the keyboard focus; returns
-    /// whether it does.
+    /// Waits until the application has this many managed windows, one of them with the keyboard focus;
+    /// returns whether it does.
     testing::AssertionResult hasKeyboard(std::size_t windows);
     /// Starts the application again, which brings the main window of the first one to the front.
     testing::AssertionResult opensMainWindow();
@@ -65,7 +65,7 @@ class AssistiveDesktop {
     /// Opens the main window's first menu with the keyboard.
     testing::AssertionResult opensMenu();
 
-    /// Opens the panel by that menu, whereupon it has the keyboard.
+    /// Opens the panel from that menu, which gives it the keyboard focus.
     testing::AssertionResult opensPanel();
 
     /// The elements of the focused window, as Accessibility/assistive prints them.

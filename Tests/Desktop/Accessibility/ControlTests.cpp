@@ -75,8 +75,8 @@ class Controls : public testing::Test {
         desktop.startFollower();
     }
 
-    /// Whether the elements come to be those of the table. What was found last is kept in the build folder if
-    /// not.
+    /// Expects the elements to become those of the table. If they do not, the last ones are saved in the
+    /// build folder.
     void expectTable(const std::string& name, const std::function<Lines()>& elements) {
         const auto expected = fileBytes(fs::path(CORVANE_CONTROL_TABLES) / (name + ".txt"));
         Lines lines;
@@ -110,7 +110,7 @@ class Controls : public testing::Test {
         expectTable(name, [this] { return desktop.window(); });
     }
 
-    /// By the main window's menu.
+    /// From the main window's menu.
     void openPanel() {
         ASSERT_TRUE(desktop.opensMainWindow());
         ASSERT_TRUE(desktop.opensPanel());
@@ -183,7 +183,7 @@ TEST_F(Controls, ofTheBanners) {
     session().claude("Notification-permission_prompt", "b", "blog");
     ASSERT_TRUE(session().shows(1, 0));
     expectTable("banners", [this] {
-        // Again where the one of before has left.
+        // Again if the previous one has timed out.
         if (session().screen().banners().size() < 2) session().codex("codex-tui", "handbook");
         EXPECT_TRUE(session().shows(1, 1));
         return desktop.tree();

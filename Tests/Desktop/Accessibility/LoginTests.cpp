@@ -1,4 +1,4 @@
-// The switch "Open Corvane at login" on a desktop, by the mouse.
+// The switch "Open Corvane at login" on a desktop, used with the mouse.
 
 #include "Desktop/Accessibility/AssistiveDesktop.h"
 

@@ -59,7 +59,7 @@ TEST_F(SoundFault, aServerThatStartsLateHangsAndDiesDoesNotBlockAndIsUsedAgain) 
     EXPECT_TRUE(desktop.shows(3, 0, 5s));
     EXPECT_TRUE(heartbeat.isResponsive(1500ms));
     server->signal(SIGCONT);
-    EXPECT_TRUE(hearsASound()) << "what it was to play";
+    EXPECT_TRUE(hearsASound()) << "the sound that was pending";
     alert("a"); // once more
     EXPECT_TRUE(hearsASound());
     server->signal(SIGSTOP);

@@ -74,7 +74,7 @@ class SoundPlayback : public testing::Test {
     int play(const std::string& names) {
         player->write(names + "\n");
         const std::optional<std::string> answer = player->readLine(soon);
-        EXPECT_TRUE(answer) << "play() does not come back";
+        EXPECT_TRUE(answer) << "play() does not return";
         long microseconds = mostMicroseconds + 1;
         int threads = 0;
         std::istringstream(answer.value_or("")) >> microseconds >> threads;
@@ -82,7 +82,7 @@ class SoundPlayback : public testing::Test {
         return threads;
     }
 
-    // How what was heard differs from the file; empty if it does not.
+    // How the recorded sound differs from the file; empty if it does not.
     static std::string difference(const Waveform& heard, const Waveform& file) {
         if (heard.samples.empty()) return "it is not heard";
         const double likeness = correlation(heard, file, 0, 882);
@@ -94,8 +94,8 @@ class SoundPlayback : public testing::Test {
     }
 
     // Expects this request, played in one pass, to be heard as the sound's file has it, and nothing else for
-    // `length` seconds. On a busy machine a recording may have gaps, or the sound comes too late to be
-    // played: then it is played again.
+    // `length` seconds. On a busy machine a recording may have gaps, or the sound is too late to be played:
+    // then it is played again.
     void expectHeard(Recording& recording, const std::string& request, const std::string& name,
                      double length) {
         constexpr int mostAttempts = 4;

@@ -17,7 +17,7 @@ class SoundPlace {
   public:
     explicit SoundPlace(const ScratchFolder& scratch);
 
-    /// What has a program use the server, as "NAME=value".
+    /// The variables that make a program use the server, as "NAME=value".
     [[nodiscard]] const std::vector<std::string>& variables() const { return variables_; }
     /// A program that uses the server, with the file of this name in the folder for its standard error.
     [[nodiscard]] Command command(std::vector<std::string> arguments, const std::string& errors) const;

@@ -18,7 +18,8 @@ namespace corvane::test {
 /// the first 8 pixels below its top, with 8 pixels between them. None when all are right.
 [[nodiscard]] std::optional<std::string> layoutFault(const std::vector<Banner>& banners, Rect workArea);
 
-/// Why the screen does not show exactly so many banners, all complete and at their places. None when it does.
+/// Why the screen does not show exactly this many banners, all complete and at their places. None when it
+/// does.
 [[nodiscard]] std::optional<std::string> screenFault(const XObserver& x, std::size_t waiting,
                                                      std::size_t done);
 

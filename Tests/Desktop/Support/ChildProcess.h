@@ -39,7 +39,7 @@ class ChildProcess {
     std::optional<int> wait(std::chrono::milliseconds timeout);
 
     void signal(int number) const;
-    /// Sends it to the whole group.
+    /// Sends the signal to the whole group.
     void signalGroup(int number) const;
 
     /// Asks the whole group to end, then kills it.

@@ -211,7 +211,7 @@ void DesktopSession::setSettings(const std::string& lines) {
         settings_ = run({"xsettingsd", "-c", file.string()}, "settings");
         isDone = waitUntil(startTimeout, isPublished);
     }
-    // The running one loses a signal that comes while it is not yet waiting for one.
+    // The running one loses a signal that arrives while it is not yet waiting for one.
     for (int attempt = 0; !isDone && attempt < 10; ++attempt) {
         settings_->signal(SIGHUP);
         isDone = waitUntil(std::chrono::seconds(2), isPublished);
@@ -383,7 +383,7 @@ testing::AssertionResult DesktopSession::standIn(Rect area) {
 
 testing::AssertionResult DesktopSession::staysEmpty(std::chrono::milliseconds duration) {
     if (waitUntil(duration, [&] { return screen_->windowCount() > 0; }))
-        return testing::AssertionFailure() << "a window of the application came";
+        return testing::AssertionFailure() << "a window of the application appeared";
     return testing::AssertionSuccess();
 }
 

@@ -29,7 +29,7 @@ enum class Compositor : std::uint8_t { none, picom, windowManager };
 /// Waits for everything that it starts and throws std::runtime_error if it does not come up.
 class DesktopSession {
   public:
-    /// How long to wait for what must only happen.
+    /// The default time limit for what must merely happen.
     static constexpr std::chrono::seconds patience{10};
 
     /// `windowManager` is the program's name: openbox, xfwm4, mutter, kwin_x11, metacity or twm. Mutter
@@ -57,7 +57,7 @@ class DesktopSession {
     /// Starts the session bus again, at the same address.
     void restartBus();
 
-    /// The processes by which the screen shows what it does: the servers, the compositing manager and the
+    /// The processes that determine what the screen shows: the servers, the compositing manager and the
     /// application.
     [[nodiscard]] std::vector<pid_t> painters() const;
 
@@ -67,7 +67,7 @@ class DesktopSession {
     /// Splits the screen between monitors, the first of them being the primary one.
     void setMonitors(const std::vector<Rect>& monitors);
 
-    /// Keeps the session bus from answering, until the result is destroyed.
+    /// Keeps the session bus from replying, until the result is destroyed.
     [[nodiscard]] std::shared_ptr<void> holdBus();
 
     /// Starts a compositing manager, or stops the one that was started.
@@ -95,7 +95,7 @@ class DesktopSession {
     /// The event files in the inbox.
     [[nodiscard]] std::vector<std::filesystem::path> inbox() const;
 
-    /// Runs the desktop's settings manager with these lines, as "Net/ThemeName \"Adwaita\"", or tells the
+    /// Runs the desktop's settings manager with these lines, as "Net/ThemeName \"Adwaita\"", or reloads the
     /// running one, and waits until it has published them.
     void setSettings(const std::string& lines);
 
@@ -114,10 +114,10 @@ class DesktopSession {
     /// Clicks in the middle of `area`.
     void click(Rect area);
 
-    /// Whether the screen shows exactly so many banners, at their places and in full, within `timeout`.
+    /// Whether the screen shows exactly this many banners, at their places and in full, within `timeout`.
     testing::AssertionResult shows(std::size_t waiting, std::size_t done,
                                    std::chrono::milliseconds timeout = patience);
-    /// Whether the banners come to be placed in `area`, a monitor's work area.
+    /// Whether the banners take their places in `area`, a monitor's work area.
     testing::AssertionResult standIn(Rect area);
     /// Whether no window of the application appears during `duration`.
     testing::AssertionResult staysEmpty(std::chrono::milliseconds duration);

@@ -101,7 +101,7 @@ void FrameWatch::look() {
     // More than three banners need.
     const Rect area{0, 0, screen_.screenArea().width, 400};
     Picture seen = screen_.screen(area);
-    // Queried after the picture, so that a banner that is still opaque had not begun to fade in it.
+    // Queried after the picture, so that a banner that is still opaque was not yet fading out in the picture.
     const std::vector<Banner> banners = screen_.banners();
     advanceClock();
     note(banners);
@@ -123,7 +123,7 @@ void FrameWatch::note(const std::vector<Banner>& banners) {
         } else if (!card.opaqueSince) {
             card.opaqueSince = now;
         }
-        // However long ago the last look was, it may have been there until now.
+        // However long ago the last look was, it may have been at its place until now.
         if (!card.places.empty()) card.places.back().lastSeen = now;
         if (card.places.empty() || card.places.back().card != banner.card)
             card.places.push_back({banner.card, now});

@@ -23,7 +23,7 @@ namespace corvane::test {
 /// Whole means identical, pixel by pixel, to its first correct appearance, except for its clock. The pointer
 /// must stay away from the banners.
 ///
-/// Time for which the programs involved wait for a processor does not count, nor do looks that were held up.
+/// Time for which the programs involved wait for a processor does not count, nor do delayed looks.
 class FrameWatch {
   public:
     /// `display` as in DISPLAY; the processes are those that draw it.

@@ -23,7 +23,7 @@ testing::AssertionResult Heartbeat::startApplication(std::vector<std::string> va
     variables.push_back("CORVANE_LOOP_WATCH=" + file_.string());
     desktop_.startApplication(variables);
     if (!waitUntil(10s, [this] { return record().waits > 1; }))
-        return testing::AssertionFailure() << "the heartbeat is not felt";
+        return testing::AssertionFailure() << "there is no heartbeat";
     forgetSleep();
     return testing::AssertionSuccess();
 }

@@ -18,11 +18,11 @@ class Heartbeat {
     /// `desktop` must outlive it.
     explicit Heartbeat(DesktopSession& desktop);
 
-    /// Starts the application with it and with further "NAME=value", and waits until it is felt. How long the
-    /// thread sleeps before that does not count: the start may wait for replies.
+    /// Starts the application with it and with further "NAME=value", and waits for the first beat. How long
+    /// the thread sleeps before that does not count: the start may wait for replies.
     testing::AssertionResult startApplication(std::vector<std::string> variables = {});
 
-    /// Has only what happens from now on count.
+    /// Disregards everything before this call.
     void forgetSleep();
 
     /// The longest time that the thread has slept outside of its loop.

@@ -58,7 +58,7 @@ nanoseconds Starvation::soFar() {
 }
 
 nanoseconds Starvation::unstarved() {
-    // Before the clock is read: what is starved of meanwhile counts as time.
+    // Before the clock is read, so that starvation in between counts as elapsed time.
     const nanoseconds starved = soFar();
     return std::chrono::steady_clock::now() - start_ - starved;
 }
@@ -66,8 +66,8 @@ nanoseconds Starvation::unstarved() {
 bool holdsWithin(std::chrono::milliseconds limit, Starvation starvation,
                  const std::function<bool()>& condition) {
     constexpr std::chrono::milliseconds pause{10};
-    // Several that wait at the same time count several times: on a machine that is always busy, the time
-    // without that may never pass.
+    // Programs that wait at the same time count separately: on a machine that is always busy, the remaining
+    // time may never pass.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1) + limit;
     for (;;) {
         const bool isLastLook =

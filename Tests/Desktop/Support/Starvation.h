@@ -9,22 +9,21 @@
 
 namespace corvane::test {
 
-/// For how long the process or thread whose folder in /proc this is has been ready to run without running,
-/// its other threads not included; none if there is no such folder.
+/// How long the process or thread with this folder in /proc has been ready to run without running, not
+/// including its other threads; none if there is no such folder.
 [[nodiscard]] std::optional<std::chrono::nanoseconds> waitedToRun(const std::filesystem::path& folder);
 
-/// For how long programs have waited for a processor, or the machine itself has for its host: on a busy
-/// machine they do by so much later what they would do in time. Measured by the kernel; time that they
-/// compute or sleep does not count.
+/// How long programs have waited for a processor, or the machine itself for its host: the delay that is due
+/// to a busy machine. Measured by the kernel; time spent computing or sleeping does not count.
 class Starvation {
   public:
-    /// Of the main threads of these processes, and of the calling thread. Those that end later count up to
-    /// then.
+    /// Watches the main threads of these processes, and the calling thread. One that ends counts until its
+    /// end.
     explicit Starvation(const std::vector<pid_t>& processes);
 
-    /// Of all of them together, since this object was created.
+    /// The sum over all of them since this object was created.
     [[nodiscard]] std::chrono::nanoseconds soFar();
-    /// The time that has passed since then without it.
+    /// The time that has passed since then, minus that sum.
     [[nodiscard]] std::chrono::nanoseconds unstarved();
 
   private:
@@ -38,8 +37,8 @@ class Starvation {
     std::chrono::nanoseconds takenByHostAtFirst_;
 };
 
-/// Polls `condition` until it holds or `limit` has passed since `starvation` was created, not counting that
-/// itself; returns whether it held. For what must be prompt; what must only happen is awaited by `waitUntil`.
+/// Polls `condition` until it holds or `limit` has passed since `starvation` was created, not counting the
+/// starvation; returns whether it held. For what must be prompt; use `waitUntil` for what must merely happen.
 bool holdsWithin(std::chrono::milliseconds limit, Starvation starvation,
                  const std::function<bool()>& condition);
 

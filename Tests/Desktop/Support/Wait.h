@@ -5,8 +5,8 @@
 
 namespace corvane::test {
 
-/// Polls `condition` until it holds or `timeout` has passed; returns whether it held. The last look begins
-/// after `timeout`: whoever is held up between two looks has not missed what came meanwhile.
+/// Polls `condition` until it holds or `timeout` has passed; returns whether it held. The last check begins
+/// after `timeout`, so that a caller delayed between two checks misses nothing.
 bool waitUntil(std::chrono::milliseconds timeout, const std::function<bool()>& condition);
 
 } // namespace corvane::test

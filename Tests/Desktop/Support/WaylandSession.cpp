@@ -81,7 +81,7 @@ void DesktopSession::enterWayland() {
     screen_ = std::make_unique<XObserver>(display_);
 }
 
-// A signal would reach XWayland too, and sway might start it anew before it ends itself.
+// A signal would reach XWayland too, and sway might restart it before it exits itself.
 void DesktopSession::stopSway() {
     const auto isSocket = [](const std::string& variable) { return variable.starts_with("SWAYSOCK="); };
     if (std::none_of(variables_.begin(), variables_.end(), isSocket)) return;

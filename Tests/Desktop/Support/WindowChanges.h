@@ -19,7 +19,7 @@ class WindowChanges {
     WindowChanges& operator=(const WindowChanges&) = delete;
     ~WindowChanges();
 
-    /// The changes of each window since this was last asked.
+    /// The changes of each window since the last call.
     [[nodiscard]] std::map<std::uint32_t, std::size_t> take();
 
   private:

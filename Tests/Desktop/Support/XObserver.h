@@ -83,7 +83,7 @@ class XObserver {
     /// Whether a compositing manager blends the windows.
     [[nodiscard]] bool isComposited() const;
 
-    /// What the settings manager publishes, as it does; empty without one.
+    /// The settings manager's property, unparsed; empty without one.
     [[nodiscard]] std::string settings() const;
 
     /// The window with the input focus, and the one that the window manager reports as active.
@@ -133,10 +133,9 @@ class XObserver {
     /// It is removed with this observer.
     void cover(Rect area, double opacity = 1);
 
-    /// Announces, as a compositor does, that it blurs what lies behind windows that ask for it; or takes that
-    /// back.
+    /// Announces, as a compositor does, that it blurs behind windows that request it; or withdraws that.
     void announceBlur(bool isOffered);
-    /// The rectangles of a window behind which it asks for the blur, in the window's coordinates.
+    /// The rectangles of a window behind which it requests the blur, in the window's coordinates.
     [[nodiscard]] std::vector<Rect> blurRegion(std::uint32_t window) const;
 
     /// Fills the desktop's background with two tones, and announces it to compositing managers.

@@ -85,7 +85,7 @@ void DesktopSession::startWindowManager(const std::string& name, Compositor comp
     if (!waitUntil(startTimeout, [&] { return isReady() || !manager.isRunning(); }) || !manager.isRunning())
         throw std::runtime_error(name + " did not start: " + fileBytes(scratch_ / "wm.log").value_or(""));
     // Twm does not support such requests.
-    // KWin 5.27 accepts the question and does not answer it for a window that it does not manage.
+    // KWin 5.27 accepts the request and does not reply to it for a window that it does not manage.
     if (name != "twm" && name != "kwin_x11" && !screen_->windowManagerResponds(startTimeout))
         throw std::runtime_error(name + " does not respond: " + fileBytes(scratch_ / "wm.log").value_or(""));
     if (blendsByItself) {

@@ -199,7 +199,7 @@ int NotifierHost::broadcasts() {
     if (counted_ != items_.first()) {
         counted_ = items_.first();
         broadcasts_ = 0;
-        // By the interface, which may not be left open.
+        // Per interface, since an empty one is not allowed.
         for (const QString& interface : {menuInterface, itemInterface})
             bus_.connect(counted_, QString(), interface, QString(), this, SLOT(countBroadcast(QDBusMessage)));
     }

@@ -28,9 +28,9 @@ class NotifierHost : public QObject {
     /// Claims the watcher's name, from another host if need be, or releases it and forgets all items.
     void start();
     void stop();
-    /// Takes the item out although it is still there, as a watcher does that failed to read it.
+    /// Removes the item although it still exists, as a watcher does that failed to read it.
     void drop();
-    /// A watcher may be there long before a host.
+    /// A watcher may run long before a host.
     void setHasHost(bool hasHost);
 
     /// The bus names of the items that have registered and are still there.
@@ -61,11 +61,11 @@ class NotifierHost : public QObject {
     /// Activates the entry of this label; returns false when there is none.
     bool choose(const std::string& label);
 
-    /// Tells the first item's menu that it is about to be shown.
+    /// Notifies the first item's menu that it is about to be shown.
     void openMenu() const;
 
-    /// How many signals have come from the first item since this was called first: broadcasts about the item,
-    /// its menu or anything else.
+    /// How many signals the first item has sent since the first call: broadcasts about the item, its menu or
+    /// anything else.
     [[nodiscard]] int broadcasts();
 
     // The watcher's interface.

@@ -63,14 +63,14 @@ class NotifierIcon : public testing::Test {
             return std::nullopt;
         return Rect{whole.x + 24, whole.y + 16, whole.width - 48, whole.height - 48};
     }
-    /// Whether the panel comes to be left out of task bars.
+    /// Whether the panel is left out of task bars, within the time limit.
     [[nodiscard]] bool isLeftOut() {
         return eventually([this] {
             const auto present = windows();
             return present.size() == 1 && desktop.screen().isLeftOutOfTaskBars(present.front());
         });
     }
-    /// Whether the bar of this height at the upper edge is there.
+    /// Whether a bar of this height reserves the upper edge.
     [[nodiscard]] bool hasBar(int height) {
         return eventually([this, height] { return desktop.screen().workArea().y == height; });
     }
@@ -155,7 +155,7 @@ TEST_F(NotifierIcon, samplesTheBarOnceNoWindowCoversIt) {
     ASSERT_TRUE(hasBar(30));
     {
         const auto video = desktop.run({"xterm", "-bg", "white", "-fullscreen", "-e", "cat"}, "video");
-        // It covers the bar, also in the eyes of the window manager.
+        // It covers the bar, also in the window manager's stacking order.
         ASSERT_TRUE(eventually([this] {
             const auto terminals = desktop.screen().managedWindows("xterm");
             return terminals.size() == 1 && desktop.screen().activeWindow() == terminals.front() &&

@@ -1,5 +1,5 @@
 // The tray panel in a Wayland session: sway without a screen, whose windows float in the middle unless they
-// are moved, and a bar that does not know where it is.
+// are moved, and a bar that does not know its position.
 
 #include "Desktop/Support/DesktopSession.h"
 
@@ -42,7 +42,7 @@ class SwayPanel : public testing::Test {
                    ->wait(10s) == 0;
     }
 
-    /// Whether the bar has taken its place from the workspace.
+    /// Whether the bar has reserved its area of the workspace.
     [[nodiscard]] bool hasBar() {
         EXPECT_EQ(
             desktop->run({"sh", "-c", "swaymsg -r -t get_workspaces >\"$HOME/reply\""}, "swaymsg")->wait(20s),

@@ -52,8 +52,8 @@ class Tray : public testing::Test {
     [[nodiscard]] bool hasWindows(std::size_t count) {
         return eventually([this, count] { return windows().size() == count; });
     }
-    /// Opens the panel by the host, and waits until it has the keyboard focus. It leaves again where it loses
-    /// that for longer than a window manager needs that is not held up.
+    /// Opens the panel through the host, and waits until it has the keyboard focus. It closes again if it
+    /// loses the focus for longer than a window manager needs that is not delayed.
     [[nodiscard]] bool opensPanel() {
         constexpr int mostAttempts = 3;
         for (int attempt = 1;; ++attempt) {
@@ -189,7 +189,7 @@ TEST_F(Tray, theMenuIsSilentOnTheBusWhileItIsClosedAndRightWhenItOpens) {
     ASSERT_TRUE(isRegistered());
     ASSERT_EQ(host->broadcasts(), 0);
     desktop.claude("Notification-permission_prompt", "a", "shop");
-    EXPECT_TRUE(eventually([this] { return host->broadcasts() > 0; })) << "the session is told of";
+    EXPECT_TRUE(eventually([this] { return host->broadcasts() > 0; })) << "the session is reported";
     ASSERT_TRUE(desktop.shows(1, 0));
     ASSERT_TRUE(eventually([this] { return host->toolTip() == "1 agent waiting for you"; }));
 
@@ -301,7 +301,7 @@ TEST_P(ManagedTray, aRowOfThePanelActivatesItsTerminal) {
     key("Down");
     key("space");
     EXPECT_TRUE(eventually([&] { return desktop.screen().activeWindow() == window; }));
-    EXPECT_TRUE(hasWindows(0)) << "the panel gave way";
+    EXPECT_TRUE(hasWindows(0)) << "the panel closed";
 }
 
 INSTANTIATE_TEST_SUITE_P(WindowManagers, ManagedTray, testing::ValuesIn(focusingWindowManagers()),

@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A server that accepts no connection until it is told to.
+/// A server that accepts no connection until requested.
 class BusProbe : public testing::Test {
   protected:
     void SetUp() override {
@@ -55,7 +55,7 @@ TEST_F(BusProbe, aPathThatIsNoSocketIsNotProbed) {
         EXPECT_FALSE(busprobe::hangs(other, 0ms)) << other;
 }
 
-/// Variables of the environment, which have their values again at the end.
+/// Sets environment variables, and restores their values at the end.
 class Environment {
   public:
     explicit Environment(const std::vector<std::pair<const char*, QByteArray>>& variables) {

@@ -7,7 +7,7 @@
 
 namespace corvane::test {
 
-/// What shows files and folders to the user: a file manager on the bus, and the default program for folders.
+/// A fake of what shows files and folders: the file manager on the bus, and the default program for folders.
 class FakeFileManager : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")

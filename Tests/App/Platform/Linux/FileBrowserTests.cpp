@@ -1,4 +1,4 @@
-// What is said to a file manager on a session bus of the tests' own, where the test plays the file manager.
+// The requests to a file manager, which the test fakes on its own session bus.
 
 #include "App/Platform/Linux/FakeFileManager.h"
 #include "App/Platform/Linux/PrivateBus.h"

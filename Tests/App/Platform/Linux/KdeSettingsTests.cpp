@@ -49,7 +49,7 @@ TEST(KdeSettings, reportsNothingThatItCannotRead) {
 
 class KdeSettingsFiles : public testing::Test {
   protected:
-    /// As KDE's programs write: a new file takes the place of the old one.
+    /// Writes as KDE's programs do: a new file replaces the old one.
     static void write(const fs::path& file, const std::string& text) {
         test::writeFile(file.string() + ".new", text);
         fs::rename(file.string() + ".new", file);

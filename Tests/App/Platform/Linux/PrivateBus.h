@@ -7,7 +7,7 @@
 
 namespace corvane::test {
 
-/// A session bus of its own, which becomes that of this process. Created before anything else uses the bus.
+/// A private session bus, which becomes that of this process. Create it before anything else uses the bus.
 class PrivateBus {
   public:
     PrivateBus();

@@ -93,7 +93,7 @@ TEST(SingleInstanceLock, theSocketOfAKilledProcessIsNoObstacle) {
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
-    ASSERT_TRUE(fs::exists(scratch / "corvane.socket")) << "the child was to leave its socket behind";
+    ASSERT_TRUE(fs::exists(scratch / "corvane.socket")) << "the child should have left its socket";
 
     SingleInstanceLock lock(scratch.path());
     ASSERT_TRUE(lock.claim());

@@ -66,7 +66,7 @@ TEST(Tmux, prefersClientsThatShowTheSessionThenTheOneLastUsed) {
     const std::string elsewhere =
         "client 1 /dev/pts/1 $0 1 20\nclient 2 /dev/pts/2 $0 0 10\npane %5 @5 $5 1 1 9\n";
     const std::vector<View> others = views(parse(elsewhere), "%5", {});
-    ASSERT_EQ(others.size(), 1U) << "one that only looks on cannot be switched";
+    ASSERT_EQ(others.size(), 1U) << "a read-only client cannot be switched";
     EXPECT_EQ(others.front().client.process, 2);
 }
 
@@ -84,7 +84,7 @@ TEST(Tmux, selectsOnlyWhatIsNotShownYet) {
               (Command{"-S", "/s", "select-window", "-t", "$0:@0", ";", "select-pane", "-t", "%1"}));
     EXPECT_EQ(commandFor("%1", 600), (Command{"-S", "/s", "select-pane", "-t", "%1"}));
     EXPECT_EQ(commandFor("%2", 600), (Command{"-S", "/s", "switch-client", "-c", "/dev/pts/6", "-t", "$0"}));
-    EXPECT_EQ(commandFor("%1", 700), Command()) << "it may only look on";
+    EXPECT_EQ(commandFor("%1", 700), Command()) << "it is read-only";
 }
 
 } // namespace

@@ -100,7 +100,7 @@ TEST(XSettings, doesNotMistakeTextsForNumbersOrNumbersForTexts) {
 TEST(XSettings, readsNothingBeyondTheProperty) {
     const std::string bytes = full(false);
     for (std::size_t size = 0; size < bytes.size(); ++size) {
-        // A copy of its own, so that the sanitizer sees a read behind the end.
+        // A separate copy, so that the sanitizer detects a read past the end.
         const std::vector<char> part(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
         const XSettingsLook look = XSettings::parsed({part.data(), part.size()});
         EXPECT_TRUE(look.themeName.empty() || look.themeName == "Greybird-dark") << size;

@@ -236,7 +236,7 @@ TEST(MacBringForward, asksTheOtherWayALittleLaterAndThenGivesUp) {
     const auto other = std::make_shared<AskedApplication>();
     bringForward(other, OurState::inactive, time);
     time.advance(milliseconds(299));
-    EXPECT_EQ(other->asked, Asked{"request"}) << "the answer is not in yet";
+    EXPECT_EQ(other->asked, Asked{"request"}) << "it may still be activating";
     time.advance(milliseconds(1));
     EXPECT_EQ(other->asked, (Asked{"request", "from the front"}));
     time.advance(milliseconds(60'000));

@@ -1,4 +1,4 @@
-// Which windows are asked for, and in which way; the windows themselves are tested on real desktops.
+// Which windows are searched for, and in which way; the windows themselves are tested on real desktops.
 
 #include "Platform/Linux/Applications.h"
 #include "Support/TestSupport.h"
@@ -107,7 +107,7 @@ TEST_F(LinuxApplicationsTest, theOutcomeMayBeDeferred) {
     first_->window = 30;
     activate();
     EXPECT_TRUE(reports_.empty());
-    // What waits holds the search, and that holds the raiser.
+    // The pending callback holds the search, which holds the raiser.
     std::exchange(first_->pending, {}).at(0)();
     EXPECT_EQ(reports_, std::vector<bool>{true});
     EXPECT_TRUE(second_->searches.empty());

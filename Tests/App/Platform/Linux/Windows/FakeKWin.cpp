@@ -47,7 +47,7 @@ FakeKWin::FakeKWin(const QString& address, Version version)
 }
 
 FakeKWin::~FakeKWin() {
-    // A call that arrives as the connection ends would be answered on it, when this has already gone.
+    // A call that arrives while the connection closes would be replied to on the destroyed connection.
     script.bus->unregisterObject(scriptingPath);
     script.bus->unregisterObject(path_);
     QCoreApplication::removePostedEvents(this);

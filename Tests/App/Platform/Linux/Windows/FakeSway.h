@@ -15,8 +15,8 @@
 
 namespace corvane::test {
 
-/// A server on a socket of its own that speaks sway's protocol, or whatever a test makes of it. Works while
-/// the event loop runs.
+/// A server on its own socket that speaks sway's protocol, or whatever a test makes it send. Works while the
+/// event loop runs.
 class FakeSway {
   public:
     FakeSway();

@@ -1,4 +1,4 @@
-// What is said to KWin on a session bus of the tests' own, where the test plays KWin.
+// The requests to KWin, which the test fakes on its own session bus.
 
 #include "App/Platform/Linux/PrivateBus.h"
 #include "App/Platform/Linux/Windows/FakeKWin.h"
@@ -88,7 +88,7 @@ TEST_P(KWinRaiser, withoutAWindowNothingIsActivated) {
         kwin_->script.chosen = -2;
         kwin_->script.description = QString::fromUtf8(description);
         EXPECT_FALSE(raise({900})) << description;
-        // What unloads the script comes after the reply to it, which may still be on its way.
+        // The request to unload the script follows the reply to it, and may still be on its way.
         expectNothingLeft();
         EXPECT_EQ(kwin_->script.chosen, -1) << description;
     }

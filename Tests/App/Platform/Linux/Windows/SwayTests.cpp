@@ -1,4 +1,4 @@
-// What is said to sway, what it replies, and what becomes of replies that are none.
+// The requests to sway, its replies, and the handling of invalid ones.
 
 #include "App/Platform/Linux/Windows/FakeSway.h"
 #include "Platform/Linux/SwayIpc.h"

@@ -75,18 +75,19 @@ TEST_F(WaitWatchTest, withSeveralProcessesOrNoneNothingEnds) {
 TEST_F(WaitWatchTest, aProcessFoundLongAfterThePromptIsNotKnownToHaveWaited) {
     runs(7, 1);
     const AgentSession fresh = waiting("fresh", now);
-    const AgentSession old = waiting("old", now - Seconds(1));
-    EXPECT_EQ(ended({fresh, old}, WaitWatch::freshness), Ids());
+    const AgentSession old = waiting("old", now - Seconds(0.001));
+    EXPECT_EQ(ended({fresh, old}, Seconds(5)), Ids());
     table.processes.clear();
-    EXPECT_EQ(ended({fresh, old}, WaitWatch::freshness), Ids{"claude:fresh"});
+    EXPECT_EQ(ended({fresh, old}, Seconds(5)), Ids{"claude:fresh"});
 }
 
 TEST_F(WaitWatchTest, aPromptFromTheFutureAfterTheClockWasSetBackIsNotFresh) {
     runs(7, 1);
-    const AgentSession ahead = waiting("ahead", now + WaitWatch::freshness + Seconds(2));
-    EXPECT_EQ(ended({ahead}), Ids());
+    const AgentSession ahead = waiting("ahead", now + Seconds(6.001));
+    const AgentSession barely = waiting("barely", now + Seconds(6));
+    EXPECT_EQ(ended({ahead, barely}), Ids());
     table.processes.clear();
-    EXPECT_EQ(ended({ahead}), Ids());
+    EXPECT_EQ(ended({ahead, barely}), Ids{"claude:barely"});
 }
 
 TEST_F(WaitWatchTest, everyPromptIsExaminedAgain) {

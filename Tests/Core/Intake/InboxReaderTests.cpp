@@ -1,11 +1,14 @@
 #include "InboxFolder.h"
 #include "Intake/EventInbox.h"
 #include "Intake/InboxReader.h"
+#include "Support/FileDescriptor.h"
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <filesystem>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace corvane {
@@ -68,6 +71,23 @@ TEST_F(InboxReaderTest, everyShareOfTheWorkDeliversTheSameEvents) {
         EXPECT_GT(steps_, 1) << share.names;
         EXPECT_EQ(inbox_.count(), 0U);
     }
+}
+
+TEST_F(InboxReaderTest, aFileReplacedByAPipeAfterTheListingIsDeletedUnread) {
+    inbox_.add("a.event", {1'700'000'000, 0});
+    inbox_.add("b.event", {1'700'000'001, 0});
+    std::vector<AgentEvent> events;
+    reader_.begin();
+    ASSERT_TRUE(reader_.step(events, {.bytes = 0})) << "it only lists";
+    fs::remove(inbox_ / "a.event");
+    ASSERT_EQ(mkfifo((inbox_ / "a.event").c_str(), 0600), 0);
+    // While a pipe has a writer, reading it fails like a file that can perhaps be read later.
+    const files::FileDescriptor writer(open((inbox_ / "a.event").c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_TRUE(writer.isOpen());
+    while (reader_.step(events)) {
+    }
+    EXPECT_EQ(sessionIDs(events), Names{"b.event"});
+    EXPECT_EQ(inbox_.count(), 0U);
 }
 
 TEST_F(InboxReaderTest, filesThatArriveDuringAPassWaitForTheNextAndCountTowardsItsBacklog) {

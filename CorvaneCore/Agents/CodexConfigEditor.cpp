@@ -98,15 +98,12 @@ bool holdsOwnLines(std::string_view text) {
 std::string uninstall(std::string_view text) {
     const auto [mark, body] = splitByteOrderMark(text);
     std::string kept;
-    bool first = true;
     std::optional<std::string_view> rest = body;
     while (const std::optional<std::string_view> line = takeLine(rest)) {
-        if (isOwn(*line)) continue;
-        if (!first) kept += '\n';
-        first = false;
-        kept += *line;
+        if (!isOwn(*line)) kept.append(1, '\n').append(*line);
     }
-    // Removes empty lines at the top. Text of nothing but line feeds becomes empty.
+    // Removes the line feed before the first line, and empty lines at the top. Text of nothing but line feeds
+    // becomes empty.
     const std::size_t begin = kept.find_first_not_of('\n');
     return std::string(mark) + (begin == std::string::npos ? std::string() : kept.substr(begin));
 }

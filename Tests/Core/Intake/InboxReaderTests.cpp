@@ -123,6 +123,7 @@ TEST_F(InboxReaderTest, anInboxThatDisappearsReturnsOrChangesItsTypeIsTolerated)
     inbox_.add("a.event", {1'700'000'000, 0});
     fs::rename(inbox_.path(), inbox_.scratch() / "moved");
     EXPECT_EQ(pass(), Names());
+    EXPECT_FALSE(reader_.wasLarge());
     test::writeFile(inbox_.path(), "a file");
     EXPECT_EQ(pass(), Names());
     EXPECT_EQ(test::fileBytes(inbox_.path()), "a file");

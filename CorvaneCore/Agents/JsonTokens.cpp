@@ -101,6 +101,7 @@ const char* nextBackslash(const char* position, const char* end) {
 using Vector [[gnu::vector_size(16)]] = signed char;
 
 constexpr std::ptrdiff_t blockSize = 256;
+static_assert(blockSize % sizeof(Vector) == 0);
 
 Vector loadVector(const char* position) {
     Vector vector;

@@ -272,6 +272,12 @@ TEST(AlertText, aShortenedMessageGivesTheSameAlertText) {
     }
 }
 
+TEST(AlertText, sixteenKibibytesAreKeptUnchanged) {
+    const std::string longest(16'384, 'x');
+    EXPECT_EQ(AlertText::kept(longest), longest);
+    EXPECT_EQ(AlertText::kept(longest + "x"), longest + "\u2026");
+}
+
 TEST(AlertText, bothEndsOfALongNameInAPermissionPromptAreKept) {
     const std::string name = "Bash(" + std::string(1'000'000, 'x') + ") at the end";
     const std::string kept = AlertText::kept("  Claude needs your permission to use " + name + "\n");

@@ -1,3 +1,4 @@
+#include "ErrorCode.h"
 #include "Support/Files.h"
 #include "Support/TestSupport.h"
 
@@ -5,7 +6,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,19 +14,10 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
-using files::FileError;
 using files::FileState;
+using test::errorCode;
 using test::fileBytes;
 using test::writeFile;
-
-int errorCode(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const FileError& error) {
-        return error.code().value();
-    }
-    return 0;
-}
 
 TEST(Files, readsWholeFilesWithTheirState) {
     const test::ScratchFolder scratch;
